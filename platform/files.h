@@ -1,0 +1,95 @@
+// Port: drives, files and folders (source: the ANSI file functions of kernel32; access control of advapi32).
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/status.h"
+
+namespace platform {
+
+/// Kinds of drive, numbered as the scripting file-system object numbers them.
+enum class DriveType { Unknown = 0, Removable = 1, Fixed = 2, Remote = 3, CdRom = 4, RamDisk = 5 };
+
+struct Drive {
+  char letter = '?';  ///< upper case
+  DriveType type = DriveType::Unknown;
+};
+
+namespace attribute {
+inline constexpr std::uint32_t Normal = 0;
+inline constexpr std::uint32_t ReadOnly = 0x01;
+inline constexpr std::uint32_t Hidden = 0x02;
+inline constexpr std::uint32_t System = 0x04;
+inline constexpr std::uint32_t Folder = 0x10;
+inline constexpr std::uint32_t Archive = 0x20;
+}  // namespace attribute
+
+/// One entry of a folder; "." and ".." are never listed.
+struct FolderEntry {
+  std::string name;
+  std::uint32_t attributes = attribute::Normal;
+  std::uint64_t size = 0;  ///< bytes; 0 for a folder
+
+  bool isFolder() const { return (attributes & attribute::Folder) != 0; }
+};
+
+/// An open file; 0 is none.
+struct FileHandle {
+  std::uintptr_t value = 0;
+};
+
+/// Accounts that every machine knows, whatever its language calls them.
+enum class Account { Administrators, LocalSystem, Users };
+enum class AccessRight { Full, ReadAndExecute };
+
+struct AccessGrant {
+  Account account;
+  AccessRight right;
+};
+
+/// Paths are Windows paths in the machine's ANSI code page; a relative one starts at the current folder. Names ignore
+/// letter case. Every method that returns a status tells "not there" (FileNotFound, PathNotFound: see isNotThere) from
+/// failures; DiskFull, AccessDenied (read-only file or medium), NotReady (no disc), SharingViolation are the others
+/// met.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// All drives in the order of their letters.
+  virtual std::vector<Drive> drives() = 0;
+  /// The label of the volume in the drive; NotReady or PathNotFound when there is none.
+  virtual Status volumeLabel(char letter, std::string& label) = 0;
+  /// Bytes that the caller may still write to the drive.
+  virtual Status freeSpace(char letter, std::uint64_t& bytes) = 0;
+
+  virtual Status attributes(const std::string& path, std::uint32_t& attributes) = 0;
+  virtual Status setAttributes(const std::string& path, std::uint32_t attributes) = 0;
+  /// The entries of a folder, sorted by name without regard to letter case.
+  virtual Status list(const std::string& folder, std::vector<FolderEntry>& entries) = 0;
+
+  virtual Status read(const std::string& path, std::string& bytes) = 0;
+  /// Opens for writing behind the last byte, creating the file when it is not there. Other programs may read it.
+  virtual Status openForAppending(const std::string& path, FileHandle& file) = 0;
+  /// Opens for writing from the start, creating the file or emptying the one that is there.
+  virtual Status openForWriting(const std::string& path, FileHandle& file) = 0;
+  /// Writes all bytes or fails.
+  virtual Status write(FileHandle file, const std::string& bytes) = 0;
+  virtual Status close(FileHandle file) = 0;
+
+  /// Copies one file with its attributes; an existing file is replaced, unless it is read-only (AccessDenied).
+  virtual Status copyFile(const std::string& from, const std::string& to) = 0;
+  /// Deletes one file; a read-only one is refused (AccessDenied).
+  virtual Status deleteFile(const std::string& path) = 0;
+  /// Creates one folder level. AlreadyExists, PathNotFound (parent missing).
+  virtual Status createFolder(const std::string& path) = 0;
+  /// Deletes one empty folder. FolderNotEmpty.
+  virtual Status deleteFolder(const std::string& path) = 0;
+
+  /// Replaces the access list of a file or folder (and what a folder will hold) by these grants.
+  /// CallNotImplemented on machines and volumes without access control.
+  virtual Status setAccess(const std::string& path, const std::vector<AccessGrant>& grants) = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,43 @@
+// Port: what this computer is, and how the program was started on it (source: kernel32's system information functions).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "platform/status.h"
+
+namespace platform {
+
+/// As GetVersionExA tells it. Platform identifier: 1 the Windows 95 family, 2 the NT family.
+struct SystemVersion {
+  std::uint32_t platformId = 0;
+  std::uint32_t major = 0;
+  std::uint32_t minor = 0;
+  std::uint32_t build = 0;
+};
+
+class Machine {
+ public:
+  virtual ~Machine() = default;
+
+  virtual Status systemVersion(SystemVersion& version) = 0;
+
+  /// The folder without trailing backslash; "" when it does not fit `capacity` characters.
+  virtual std::string windowsFolder(std::size_t capacity) = 0;
+  virtual std::string systemFolder(std::size_t capacity) = 0;
+  virtual std::string computerName(std::size_t capacity) = 0;
+
+  /// The value of an environment variable; "" when it is not set.
+  virtual std::string environment(const std::string& name) = 0;
+
+  /// Full path of the running program's file.
+  virtual std::string programPath() = 0;
+  /// The whole command line, the program's own path included, as the system passed it.
+  virtual std::string commandLine() = 0;
+
+  /// Claims the program's place among the running programs of this session. True when another copy holds it already.
+  virtual bool anotherCopyRuns() = 0;
+};
+
+}  // namespace platform

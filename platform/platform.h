@@ -1,0 +1,31 @@
+// The one boundary: everything the program needs from a machine. Above it nobody knows which machine it is.
+#pragma once
+
+#include "platform/clock.h"
+#include "platform/event_log.h"
+#include "platform/files.h"
+#include "platform/machine.h"
+#include "platform/power.h"
+#include "platform/processes.h"
+#include "platform/registry.h"
+#include "platform/screen.h"
+#include "platform/windows_installer.h"
+
+namespace platform {
+
+class Platform {
+ public:
+  virtual ~Platform() = default;
+
+  virtual Registry& registry() = 0;
+  virtual Processes& processes() = 0;
+  virtual WindowsInstaller& installer() = 0;
+  virtual Files& files() = 0;
+  virtual Machine& machine() = 0;
+  virtual Clock& clock() = 0;
+  virtual Screen& screen() = 0;
+  virtual EventLog& eventLog() = 0;
+  virtual Power& power() = 0;
+};
+
+}  // namespace platform
