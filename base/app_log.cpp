@@ -1,0 +1,182 @@
+#include "base/app_log.h"
+
+#include <cstdint>
+#include <utility>
+
+#include "base/error_texts.h"
+#include "base/numbers.h"
+#include "base/text.h"
+
+namespace {
+
+/// From this sum of bytes on, an archive call deletes one file.
+constexpr std::uint64_t ArchiveLimit = 10000001;
+
+/// The bold tags stay open: readers of these logs search for this markup as it stands.
+const char* TypeText(int entryType) {
+  switch (entryType) {
+    case EntryType::Error:
+      return "<FONT color=red><b>*** ERROR ***</FONT>";
+    case EntryType::Warning:
+      return "<FONT color=green><b>Warning</FONT>";
+    case EntryType::Action:
+      return "Action";
+    default:
+      return "";
+  }
+}
+
+/// "dd/mm/yy hh:nn:ss.mmm"
+std::string Stamp(const platform::LocalTime& t) {
+  return Padded(t.day, 2) + "/" + Padded(t.month, 2) + "/" + Padded(t.year % 100, 2) + " " + Padded(t.hour, 2) + ":" +
+         Padded(t.minute, 2) + ":" + Padded(t.second, 2) + "." + Padded(t.millisecond, 3);
+}
+
+/// "yymmddhhnn"
+std::string ArchiveStamp(const platform::LocalTime& t) {
+  return Padded(t.year % 100, 2) + Padded(t.month, 2) + Padded(t.day, 2) + Padded(t.hour, 2) + Padded(t.minute, 2);
+}
+
+std::string OnOneLine(const std::string& description) {
+  if (description.find_first_of("\r\n") == std::string::npos) return description;
+  return Replace(Replace(Replace(description, "\r\n", "<br>"), "\n", "<br>"), "\r", "<br>");
+}
+
+}  // namespace
+
+clsAppLog::clsAppLog(platform::Platform& machine, std::string title, std::string folder)
+    : fso_(machine), machine_(machine), title_(std::move(title)), folder_(std::move(folder)) {
+  logFilename_ = DefaultLogFilename();
+  if (!fso_.FileExists(logFilename_)) return;
+  try {
+    fso_.DeleteFileForced(logFilename_);
+  } catch (const Error& failure) {
+    Log("clsAppLog.Class_Initialize", failure);
+  }
+}
+
+clsAppLog::~clsAppLog() {
+  if (file_.value != 0) machine_.files().close(file_);
+}
+
+std::string clsAppLog::DefaultLogFilename() const {
+  return folder_ + "\\" + title_ + ".html";
+}
+
+void clsAppLog::Log(const std::string& source, int errNumber, const std::string& description, bool showMessage,
+                    int entryType) {
+  if (description.empty() && errNumber == 0) return;
+  const int type = errNumber != 0 && entryType == EntryType::Action ? EntryType::Error : entryType;
+  std::string entry = "<TABLE cellpadding=\"0\" border=\"0\"><TR valign=\"top\"><TD width=\"150\">" +
+                      Stamp(machine_.clock().now()) + "</TD><TD width=\"120\">" + TypeText(type) +
+                      "</TD><TD width=\"550\">" + OnOneLine(description);
+  if (errNumber != 0) entry += "<BR>Source: " + source + " Error No = " + std::to_string(errNumber);
+  entry += "</TD></TR></TABLE>";
+  try {
+    Write(entry);
+    if (description == "Exit") Write(" ");
+  } catch (const Error& failure) {
+    Report(source, errNumber, description, failure);
+    return;
+  }
+  if (showMessage && errNumber != 0) ShowBox(errNumber, description);
+  lastErrNumber_ = errNumber;
+  lastErrDescription_ = description;
+}
+
+void clsAppLog::Log(const std::string& source, const Error& error, bool showMessage) {
+  Log(source.empty() ? error.source() : source, error.number(), error.text(), showMessage, EntryType::Action);
+}
+
+void clsAppLog::Write(const std::string& entry) {
+  if (!logToFile_) return;
+  if (holding_) {
+    held_.push_back(entry);
+  } else {
+    WriteLogEntry(entry);
+  }
+}
+
+void clsAppLog::ReleaseEntries() {
+  holding_ = false;
+  const std::vector<std::string> held = std::exchange(held_, {});
+  try {
+    for (const std::string& entry : held) WriteLogEntry(entry);
+  } catch (const Error& failure) {
+    Report("clsAppLog.ReleaseEntries", 0, "", failure);
+  }
+}
+
+void clsAppLog::WriteLogEntry(const std::string& entry) {
+  // The statement that failed is told by the number it has among the ten of this procedure.
+  const auto require = [](platform::Status status, int statement) {
+    if (status == platform::status::Ok) return;
+    throw Error(static_cast<int>(status), modErrorBase::SystemErrorText(status),
+                "clsAppLog.WriteLogEntry Line no: " + std::to_string(statement));
+  };
+  if (file_.value == 0) {
+    if (Trim(logFilename_).empty()) logFilename_ = DefaultLogFilename();
+    require(machine_.files().openForAppending(logFilename_, file_), 6);
+  }
+  const platform::Status written = machine_.files().write(file_, entry + LineBreak);
+  const platform::Status closed = machine_.files().close(std::exchange(file_, {}));
+  require(written, 8);
+  require(closed, 9);
+}
+
+void clsAppLog::Report(const std::string& source, int errNumber, const std::string& description, const Error& failure) {
+  if (!silent_) machine_.screen().messageBox({.title = title_, .text = source});
+  const std::string records[] = {
+      "Routine name passed in: " + source,
+      "Description passed in: " + description,
+      "Number passed in : " + std::to_string(errNumber),
+      "Method Log of clsAppLog failed, Error No : " + std::to_string(failure.number()) +
+          " Description : " + failure.text() + LineBreak + "Error Source = " + failure.source(),
+  };
+  for (const std::string& record : records) machine_.eventLog().reportError(title_, record);
+}
+
+void clsAppLog::ShowBox(int errNumber, const std::string& description) {
+  machine_.screen().messageBox({.title = title_ + " Error",
+                                .text = std::string("A critical run-time error has occurred ") + LineBreak + LineBreak +
+                                        "Error #" + std::to_string(errNumber) + ": '" + description + "'",
+                                .icon = platform::BoxIcon::Critical});
+}
+
+void clsAppLog::ArchiveLogFile(const std::string& archiveFolder) {
+  // A failed step is logged and the next one runs, so that a failed copy still lets the folder be trimmed.
+  const auto attempt = [this, &archiveFolder](void (clsAppLog::*step)(const std::string&)) {
+    try {
+      (this->*step)(archiveFolder);
+    } catch (const Error& failure) {
+      Log("ArchiveLogFile", failure);
+    }
+  };
+  if (fso_.FileExists(logFilename_)) {
+    attempt(&clsAppLog::CopyToArchive);
+    machine_.screen().pumpMessages();
+  }
+  attempt(&clsAppLog::TrimArchive);
+}
+
+void clsAppLog::CopyToArchive(const std::string& archiveFolder) {
+  fso_.CreateFolder(archiveFolder);
+  const std::string name = archiveFolder + "\\" + title_ + ArchiveStamp(machine_.clock().now());
+  std::string archived = name + ".html";
+  // No further letters: a third archive within one minute replaces the second.
+  if (fso_.FileExists(archived)) archived = name + "a.html";
+  fso_.CopyFileOver(logFilename_, archived);
+}
+
+void clsAppLog::TrimArchive(const std::string& archiveFolder) {
+  std::vector<platform::FolderEntry> entries;
+  if (machine_.files().list(archiveFolder, entries) != platform::status::Ok) return;
+  std::uint64_t sum = 0;
+  std::string first;
+  for (const platform::FolderEntry& entry : entries) {
+    if (entry.isFolder()) continue;
+    if (first.empty()) first = entry.name;
+    sum += entry.size;
+  }
+  if (sum >= ArchiveLimit) fso_.DeleteFileForced(archiveFolder + "\\" + first);
+}

@@ -1,0 +1,92 @@
+#include "base/file_system.h"
+
+#include <algorithm>
+
+#include "base/error_texts.h"
+#include "base/operating_systems.h"
+#include "base/paths.h"
+#include "base/text.h"
+
+namespace {
+
+void Require(platform::Status status, const std::string& path, const char* source) {
+  if (status == platform::status::Ok) return;
+  throw Error(static_cast<int>(status), modErrorBase::SystemErrorText(status) + ": " + path, source);
+}
+
+}  // namespace
+
+bool clsFso::FileExists(const std::string& path) {
+  std::uint32_t attributes = 0;
+  return machine_.files().attributes(path, attributes) == platform::status::Ok &&
+         (attributes & platform::attribute::Folder) == 0;
+}
+
+bool clsFso::FolderExists(const std::string& path) {
+  std::uint32_t attributes = 0;
+  return machine_.files().attributes(path, attributes) == platform::status::Ok &&
+         (attributes & platform::attribute::Folder) != 0;
+}
+
+bool clsFso::DriveExists(char letter) {
+  const std::string wanted = UpperCase(std::string(1, letter));
+  const auto drives = machine_.files().drives();
+  return std::any_of(drives.begin(), drives.end(),
+                     [&](const platform::Drive& drive) { return drive.letter == wanted.front(); });
+}
+
+void clsFso::CreateFolder(const std::string& path) {
+  const std::string folder = Normalised(path);
+  if (folder.empty() || FolderExists(folder)) return;
+  if (folder.size() == 2 && folder[1] == ':') {
+    throw modErrorBase::MakeError(6020, {folder}, "clsFso.CreateFolder");
+  }
+  CreateFolder(FolderPart(folder));
+  const platform::Status created = machine_.files().createFolder(folder);
+  if (created != platform::status::Ok && !FolderExists(folder)) {
+    throw modErrorBase::MakeError(6021, {folder}, "clsFso.CreateFolder");
+  }
+}
+
+std::vector<std::string> clsFso::ListFiles(const std::string& folder) {
+  return List(folder, false);
+}
+
+std::vector<std::string> clsFso::ListFolders(const std::string& folder) {
+  return List(folder, true);
+}
+
+std::vector<std::string> clsFso::List(const std::string& folder, bool folders) {
+  std::vector<platform::FolderEntry> entries;
+  const platform::Status listed = machine_.files().list(folder, entries);
+  if (!platform::isNotThere(listed)) Require(listed, folder, "clsFso.List");
+  std::vector<std::string> names;
+  for (const platform::FolderEntry& entry : entries) {
+    if (entry.isFolder() == folders) names.push_back(entry.name);
+  }
+  return names;
+}
+
+void clsFso::DeleteFileForced(const std::string& path) {
+  std::uint32_t attributes = 0;
+  Require(machine_.files().attributes(path, attributes), path, "clsFso.DeleteFile");
+  if ((attributes & platform::attribute::ReadOnly) != 0) {
+    machine_.files().setAttributes(path, platform::attribute::Normal);
+  }
+  Require(machine_.files().deleteFile(path), path, "clsFso.DeleteFile");
+}
+
+void clsFso::CopyFileOver(const std::string& from, const std::string& to) {
+  std::uint32_t attributes = 0;
+  const bool replaces = machine_.files().attributes(to, attributes) == platform::status::Ok;
+  if (replaces && (attributes & platform::attribute::ReadOnly) != 0) {
+    machine_.files().setAttributes(to, platform::attribute::Normal);
+  }
+  Require(machine_.files().copyFile(from, to), to, "clsFso.CopyFile");
+}
+
+std::string clsFso::OperatingSystem() {
+  platform::SystemVersion version;
+  if (machine_.machine().systemVersion(version) != platform::status::Ok) return "0";
+  return OperatingSystemName(version);
+}

@@ -1,0 +1,40 @@
+// The file-system helper: what the procedures ask of drives, files and folders beyond single operations of the machine.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/platform.h"
+
+class clsFso {
+ public:
+  explicit clsFso(platform::Platform& machine) : machine_(machine) {}
+
+  /// False also for a path that names a folder, or that cannot be looked at.
+  bool FileExists(const std::string& path);
+  bool FolderExists(const std::string& path);
+  bool DriveExists(char letter);
+
+  /// Creates the folder with all missing parents; one that is there already is fine. Raises 6020 (no such drive) or
+  /// 6021 (the folder that could not be made).
+  void CreateFolder(const std::string& path);
+
+  /// Names of the files (or folders) of a folder, sorted by name; none when the folder is not there.
+  std::vector<std::string> ListFiles(const std::string& folder);
+  std::vector<std::string> ListFolders(const std::string& folder);
+
+  /// Deletes a file, a read-only one as well. Raises the system's number when it cannot, or when there is none.
+  void DeleteFileForced(const std::string& path);
+
+  /// Copies over any existing file, a read-only one as well. Raises the system's number.
+  void CopyFileOver(const std::string& from, const std::string& to);
+
+  /// Name of the machine's operating system, such as "Windows XP"; "0" when the system does not tell (6023 is raised
+  /// for nobody: a condition reports it).
+  std::string OperatingSystem();
+
+ private:
+  std::vector<std::string> List(const std::string& folder, bool folders);
+
+  platform::Platform& machine_;
+};

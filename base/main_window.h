@@ -1,0 +1,42 @@
+// The main window as the procedures use it: texts, progress and buttons. On a silent run it is never shown, and
+// everything here does nothing.
+#pragma once
+
+#include <string>
+
+#include "platform/platform.h"
+
+class frmMain {
+ public:
+  explicit frmMain(platform::Platform& machine) : screen_(machine.screen()) {}
+
+  /// Makes the window, hidden, and shows it later.
+  void Create(const std::string& caption);
+  void Show();
+  bool Visible() const { return shown_; }
+
+  /// The line that tells what is being done; it is kept in the status text as well.
+  void StatusLine(const std::string& text);
+  std::string StatusLine() { return screen_.text(platform::Control::Action); }
+  /// Changes the line without keeping it in the status text: for the dots that show that work goes on.
+  void AnimateStatusLine(const std::string& text) { screen_.setText(platform::Control::Action, text); }
+  /// Adds lines to the status text; its scroll bar appears when they no longer fit.
+  void Status(const std::string& text);
+  void Component(const std::string& text);
+  void LongMessage(const std::string& text);
+
+  /// Moves the progress bar; above 100 is drawn as 100.
+  void ProgressBar(int percent);
+
+  void Caption(platform::Control button, const std::string& text);
+  std::string Caption(platform::Control button) { return screen_.text(button); }
+  void EnableButtons(bool enabled);
+
+ private:
+  platform::Screen& screen_;
+  bool shown_ = false;
+  bool scrollBarShown_ = false;
+};
+
+/// Places the window in the middle of the screen.
+void CentreForm(platform::Screen& screen);

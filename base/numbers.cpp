@@ -1,0 +1,72 @@
+#include "base/numbers.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+
+#include "base/text.h"
+
+namespace {
+
+/// The longest start of the text that is a decimal number: no hexadecimal, no "inf", unlike the library's conversion.
+std::string LeadingNumber(const std::string& text) {
+  std::size_t end = 0;
+  auto digits = [&] {
+    const std::size_t start = end;
+    while (end < text.size() && text[end] >= '0' && text[end] <= '9') ++end;
+    return end > start;
+  };
+  if (end < text.size() && (text[end] == '-' || text[end] == '+')) ++end;
+  bool any = digits();
+  if (end < text.size() && text[end] == '.') {
+    ++end;
+    any = digits() || any;
+  }
+  return any ? text.substr(0, end) : std::string();
+}
+
+}  // namespace
+
+double NumericValue(const std::string& text) {
+  return std::strtod(LeadingNumber(TrimLeft(text)).c_str(), nullptr);
+}
+
+std::optional<double> WholeNumericValue(const std::string& text) {
+  const std::string trimmed = Trim(text);
+  if (trimmed.empty() || LeadingNumber(trimmed) != trimmed) return std::nullopt;
+  return NumericValue(trimmed);
+}
+
+std::optional<std::int32_t> WholeInteger(const std::string& text) {
+  const auto value = WholeNumericValue(text);
+  if (!value) return std::nullopt;
+  const double rounded = RoundedToEven(*value);
+  if (rounded < std::numeric_limits<std::int32_t>::min() || rounded > std::numeric_limits<std::int32_t>::max()) {
+    return std::nullopt;
+  }
+  return static_cast<std::int32_t>(rounded);
+}
+
+double RoundedToEven(double value) {
+  return std::nearbyint(value);
+}
+
+std::string Padded(int value, int digits) {
+  char buffer[16];
+  std::snprintf(buffer, sizeof buffer, "%0*d", digits, value);
+  return buffer;
+}
+
+std::string Thousands(double value) {
+  if (RoundedToEven(value) == 0) return std::string();
+  char buffer[400];
+  const int length = std::snprintf(buffer, sizeof buffer, "%.0f", value);
+  std::string text(buffer, static_cast<std::size_t>(length));
+  const std::size_t first = text.front() == '-' ? 1 : 0;
+  for (std::size_t at = text.size(); at > first + 3;) {
+    at -= 3;
+    text.insert(at, ",");
+  }
+  return text;
+}

@@ -1,0 +1,47 @@
+#include "base/paths.h"
+
+#include "base/text.h"
+
+bool IsFullPath(std::string_view path) {
+  const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+  return (path.size() >= 2 && isLetter(path[0]) && path[1] == ':') || path.substr(0, 2) == "\\\\";
+}
+
+std::string Joined(const std::string& folder, const std::string& name) {
+  if (folder.empty()) return name;
+  return folder.back() == '\\' ? folder + name : folder + "\\" + name;
+}
+
+std::string FolderPart(const std::string& path) {
+  const std::size_t at = path.rfind('\\');
+  return at == std::string::npos ? std::string() : path.substr(0, at);
+}
+
+std::string LastElement(const std::string& path) {
+  return path.substr(path.rfind('\\') + 1);
+}
+
+std::string Extension(const std::string& path) {
+  const std::string name = LastElement(path);
+  const std::size_t at = name.rfind('.');
+  return at == std::string::npos ? std::string() : name.substr(at + 1);
+}
+
+std::string WithoutExtension(const std::string& path) {
+  const std::string extension = Extension(path);
+  return extension.empty() ? path : path.substr(0, path.size() - extension.size() - 1);
+}
+
+std::string Normalised(const std::string& path) {
+  std::string result;
+  for (char c : path) {
+    const bool doubled = c == '\\' && result.size() > 1 && result.back() == '\\';
+    if (!doubled) result += c;
+  }
+  while (result.size() > 1 && result.back() == '\\') result.pop_back();
+  return result;
+}
+
+std::string CommandLineFile(const std::string& path) {
+  return Contains(path, " ") ? Quoted(path) : path;
+}

@@ -1,0 +1,25 @@
+// Windows paths as text; nothing here looks at a disk.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// True for a path that begins with a drive letter and ":" or with two backslashes.
+bool IsFullPath(std::string_view path);
+
+/// Folder + "\" + name, with one backslash between them.
+std::string Joined(const std::string& folder, const std::string& name);
+
+/// The part before the last backslash, without it; "" when there is none.
+std::string FolderPart(const std::string& path);
+/// The part behind the last backslash.
+std::string LastElement(const std::string& path);
+/// The part of the last element behind its last point; "" when there is none.
+std::string Extension(const std::string& path);
+std::string WithoutExtension(const std::string& path);
+
+/// Without a backslash at the end and without doubled ones inside (a network path keeps the two that it begins with).
+std::string Normalised(const std::string& path);
+
+/// The file as it stands in a command line: in double quotes when it holds a blank.
+std::string CommandLineFile(const std::string& path);

@@ -1,0 +1,261 @@
+#include "base/registry.h"
+
+#include <cstring>
+
+#include "base/error_handler.h"
+#include "base/error_texts.h"
+#include "base/numbers.h"
+#include "base/text.h"
+
+namespace modRegistry {
+namespace {
+
+using platform::KeyAccess;
+using platform::KeyHandle;
+using platform::Registry;
+using platform::Status;
+
+constexpr std::size_t TextCapacity = 1024;
+constexpr std::size_t NameCapacity = 255;
+constexpr std::size_t NumberSize = 4;
+
+/// Whatever the root, messages show this one.
+constexpr const char* ShownRoot = "HKLM\\";
+
+bool IsMissing(Status status) {
+  return status == platform::status::FileNotFound || status == platform::status::BadKey;
+}
+
+class OpenKey {
+ public:
+  OpenKey(Run& run, RegistryRoot root, const std::string& path, KeyAccess access)
+      : registry_(run.machine.registry()), status_(registry_.openKey(root, path, access, key_)) {}
+  ~OpenKey() {
+    if (isOpen()) registry_.closeKey(key_);
+  }
+  OpenKey(const OpenKey&) = delete;
+  OpenKey& operator=(const OpenKey&) = delete;
+
+  bool isOpen() const { return status_ == platform::status::Ok; }
+  Status status() const { return status_; }
+  KeyHandle handle() const { return key_; }
+
+ private:
+  Registry& registry_;
+  KeyHandle key_;
+  Status status_;
+};
+
+/// A text as stored has its terminating zero, or, when another program left it out, has not.
+std::string WithoutTerminator(std::string data) {
+  if (!data.empty() && data.back() == '\0') data.pop_back();
+  return data;
+}
+
+std::string NumberBytes(std::int32_t number) {
+  const auto bits = static_cast<std::uint32_t>(number);
+  std::string bytes;
+  for (unsigned shift = 0; shift < 32; shift += 8) bytes += static_cast<char>((bits >> shift) & 0xff);
+  return bytes;
+}
+
+std::int32_t NumberOf(const std::string& bytes) {
+  std::uint32_t bits = 0;
+  for (std::size_t i = 0; i < NumberSize && i < bytes.size(); ++i) {
+    bits |= static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i])) << (8 * i);
+  }
+  return static_cast<std::int32_t>(bits);
+}
+
+/// Opens for writing; a key that is missing is created and tried once more.
+Status OpenForWriting(Run& run, RegistryRoot root, const std::string& keyPath, KeyHandle& key) {
+  Registry& registry = run.machine.registry();
+  const Status opened = registry.openKey(root, keyPath, KeyAccess::SetValue, key);
+  if (!IsMissing(opened)) return opened;
+  RegCreate(run, keyPath);
+  return registry.openKey(root, keyPath, KeyAccess::SetValue, key);
+}
+
+std::string BytesToWrite(const std::string& value, ValueType type) {
+  if (type != ValueType::Number) return value;
+  const auto number = WholeInteger(value);
+  if (!number) throw Error(GeneralError, "\"" + value + "\" is no 32-bit number", "RegWrite");
+  return NumberBytes(*number);
+}
+
+bool IsWritable(ValueType type) {
+  return type == ValueType::Text || type == ValueType::Binary || type == ValueType::Number;
+}
+
+std::int16_t WriteData(Run& run, RegistryRoot root, const std::string& keyPath, const std::string& valueName,
+                       ValueType type, const std::string& data) {
+  KeyHandle key;
+  if (OpenForWriting(run, root, keyPath, key) != platform::status::Ok) return 0;
+  // The size of a text leaves out its terminating zero; the system adds it where it stores one.
+  const Status written = run.machine.registry().setValue(key, valueName, type, data);
+  run.machine.registry().closeKey(key);
+  return written == platform::status::Ok ? 1 : 0;
+}
+
+std::int16_t DeleteValue(Run& run, RegistryRoot root, const std::string& keyPath, const std::string& valueName) {
+  const OpenKey key(run, root, keyPath, KeyAccess::SetValue);
+  if (!key.isOpen()) return 0;
+  return run.machine.registry().deleteValue(key.handle(), valueName) == platform::status::Ok ? 1 : 0;
+}
+
+using Enumerate = Status (Registry::*)(KeyHandle, std::uint32_t, std::size_t, std::string&);
+
+std::int16_t List(Run& run, const std::string& keyPath, std::vector<std::string>& names, RegistryRoot root,
+                  Enumerate enumerate, const char* source) {
+  names.assign(1, std::string());
+  const OpenKey key(run, root, keyPath, KeyAccess::Plain);
+  if (!key.isOpen()) throw modErrorBase::MakeError(6161, {ShownRoot + keyPath}, source);
+  std::int16_t count = 0;
+  std::string name;
+  while ((run.machine.registry().*enumerate)(key.handle(), static_cast<std::uint32_t>(count), NameCapacity, name) ==
+         platform::status::Ok) {
+    names.resize(static_cast<std::size_t>(count) + 1);
+    names.back() = name;
+    ++count;
+  }
+  return count;
+}
+
+std::vector<std::string> NamesOrNone(Run& run, const std::string& keyPath,
+                                     std::int16_t (*list)(Run&, const std::string&, std::vector<std::string>&,
+                                                          RegistryRoot)) {
+  std::vector<std::string> names;
+  if (!RegKeyExists(run, keyPath, "")) return names;
+  if (list(run, keyPath, names, RegistryRoot::LocalMachine) == 0) names.clear();
+  return names;
+}
+
+}  // namespace
+
+std::int16_t RegListKeys(Run& run, const std::string& keyPath, std::vector<std::string>& keys, RegistryRoot root) {
+  return List(run, keyPath, keys, root, &Registry::enumerateKey, "modRegistry.RegListKeys");
+}
+
+std::int16_t RegListValues(Run& run, const std::string& keyPath, std::vector<std::string>& values, RegistryRoot root) {
+  return List(run, keyPath, values, root, &Registry::enumerateValue, "modRegistry.RegListValues");
+}
+
+std::int32_t RegCreate(Run& run, const std::string& keyPath) {
+  KeyHandle key;
+  const Status created = run.machine.registry().createKey(RegistryRoot::LocalMachine, keyPath, KeyAccess::Write, key);
+  if (created != platform::status::Ok) {
+    throw modErrorBase::MakeError(6165, {ShownRoot + keyPath}, "modRegistry.RegCreate");
+  }
+  run.machine.registry().closeKey(key);
+  return 0;
+}
+
+std::string RegRead(Run& run, const std::string& keyPath, const std::string& valueName, RegistryRoot root) {
+  const OpenKey key(run, root, keyPath, KeyAccess::Read);
+  if (!key.isOpen()) {
+    throw modErrorBase::MakeError(6161, {ShownRoot + keyPath + "\\" + valueName}, "modRegistry.RegRead");
+  }
+  ValueType type{};
+  std::string data;
+  const Status read = run.machine.registry().queryValue(key.handle(), valueName, TextCapacity, type, data);
+  return read == platform::status::Ok ? WithoutTerminator(data) : std::string();
+}
+
+std::int16_t RegWrite(Run& run, const std::string& keyPath, const std::string& valueName, const std::string& value,
+                      RegistryRoot root, ValueType type, bool keepEmpty) {
+  return Guarded(run, "RegWrite", [&]() -> std::int16_t {
+    if (Trim(value).empty()) {
+      return keepEmpty ? WriteData(run, root, keyPath, valueName, ValueType::Text, "")
+                       : DeleteValue(run, root, keyPath, valueName);
+    }
+    if (!IsWritable(type)) return 0;
+    return WriteData(run, root, keyPath, valueName, type, BytesToWrite(value, type));
+  });
+}
+
+std::int16_t RegDelete(Run& run, const std::string& keyPath, RegistryRoot root) {
+  if (!OpenKey(run, root, keyPath, KeyAccess::Read).isOpen()) {
+    throw modErrorBase::MakeError(6166, {ShownRoot + keyPath}, "modRegistry.RegDelete");
+  }
+  std::vector<std::string> keys;
+  RegListKeys(run, keyPath, keys, root);
+  for (const std::string& name : keys) {
+    if (!name.empty()) RegDelete(run, keyPath + "\\" + name, root);
+  }
+  return static_cast<std::int16_t>(run.machine.registry().deleteKey(root, keyPath));
+}
+
+std::int16_t DWORDValueGet(Run& run, const std::string& keyPath, const std::string& valueName, std::int32_t& number,
+                           RegistryRoot root) {
+  const OpenKey key(run, root, keyPath, KeyAccess::Read);
+  // Both messages show the handle's number in place of the path, and the handler bears its sibling's name: readers of
+  // the log know them so.
+  const std::string shown = ShownRoot + std::to_string(key.handle().value);
+  Status status = key.status();
+  try {
+    if (!key.isOpen()) throw modErrorBase::MakeError(6161, {shown}, "DWORDValueGet");
+    ValueType type{};
+    std::string data;
+    status = run.machine.registry().queryValue(key.handle(), valueName, NumberSize, type, data);
+    if (status != platform::status::Ok) {
+      throw modErrorBase::MakeError(6160, {shown + "\\" + valueName}, "DWORDValueGet");
+    }
+    number = NumberOf(data);
+  } catch (const Error& failure) {
+    LogFailure(run, "modRegistry.DWordValueSave", failure);
+  }
+  return static_cast<std::int16_t>(status);
+}
+
+bool RegKeyExists(Run& run, const std::string& keyPath, const std::string& valueName, RegistryRoot root,
+                  ValueType type) {
+  const OpenKey key(run, root, keyPath, KeyAccess::Read);
+  Status status = key.status();
+  if (IsMissing(status)) return false;
+  if (key.isOpen() && !valueName.empty()) {
+    ValueType stored{};
+    std::string data;
+    const std::size_t capacity = type == ValueType::Text ? TextCapacity : NumberSize;
+    status = run.machine.registry().queryValue(key.handle(), valueName, capacity, stored, data);
+    if (IsMissing(status)) return false;
+  }
+  if (status == platform::status::Ok) return true;
+  throw Error(6162, "RegOpenKeyEx API Call failed, returning " + std::to_string(status), "modRegistry.RegKeyExists");
+}
+
+std::string ReadOrEmpty(Run& run, const std::string& keyPath, const std::string& valueName) {
+  return RegKeyExists(run, keyPath, "") ? RegRead(run, keyPath, valueName) : std::string();
+}
+
+double ReadNumber(Run& run, const std::string& keyPath, const std::string& valueName) {
+  const OpenKey key(run, RegistryRoot::LocalMachine, keyPath, KeyAccess::Read);
+  ValueType type{};
+  std::string data;
+  if (!key.isOpen() ||
+      run.machine.registry().queryValue(key.handle(), valueName, TextCapacity, type, data) != platform::status::Ok) {
+    return 0;
+  }
+  return type == ValueType::Number ? NumberOf(data) : NumericValue(WithoutTerminator(data));
+}
+
+std::vector<std::string> SubKeys(Run& run, const std::string& keyPath) {
+  return NamesOrNone(run, keyPath, RegListKeys);
+}
+
+std::vector<std::string> ValueNames(Run& run, const std::string& keyPath) {
+  return NamesOrNone(run, keyPath, RegListValues);
+}
+
+void WriteNumber(Run& run, const std::string& keyPath, const std::string& valueName, std::int32_t number) {
+  RegWrite(run, keyPath, valueName, std::to_string(number), RegistryRoot::LocalMachine, ValueType::Number);
+}
+
+void DeleteIfThere(Run& run, const std::string& keyPath) {
+  if (RegKeyExists(run, keyPath, "")) RegDelete(run, keyPath);
+}
+
+void RemoveValue(Run& run, const std::string& keyPath, const std::string& valueName) {
+  RegWrite(run, keyPath, valueName, "", RegistryRoot::LocalMachine, ValueType::Text, false);
+}
+
+}  // namespace modRegistry

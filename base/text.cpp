@@ -1,0 +1,120 @@
+#include "base/text.h"
+
+#include <algorithm>
+
+namespace {
+
+char Lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+char Upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+bool SameLetter(char a, char b) {
+  return Lower(a) == Lower(b);
+}
+
+std::string_view Slice(std::string_view text, std::size_t first, std::size_t last) {
+  return first == std::string_view::npos ? std::string_view() : text.substr(first, last - first + 1);
+}
+
+template <class Fold>
+std::string Folded(std::string_view text, Fold fold) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), fold);
+  return result;
+}
+
+}  // namespace
+
+std::string Trim(std::string_view text) {
+  return std::string(Slice(text, text.find_first_not_of(' '), text.find_last_not_of(' ')));
+}
+
+std::string TrimLeft(std::string_view text) {
+  return std::string(Slice(text, text.find_first_not_of(' '), text.size() - 1));
+}
+
+std::string TrimRight(std::string_view text) {
+  return std::string(text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
+std::string LowerCase(std::string_view text) {
+  return Folded(text, Lower);
+}
+
+std::string UpperCase(std::string_view text) {
+  return Folded(text, Upper);
+}
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), SameLetter);
+}
+
+bool StartsWithIgnoringCase(std::string_view text, std::string_view start) {
+  return text.size() >= start.size() && EqualIgnoringCase(text.substr(0, start.size()), start);
+}
+
+bool EndsWithIgnoringCase(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && EqualIgnoringCase(text.substr(text.size() - end.size()), end);
+}
+
+bool Contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+bool ContainsIgnoringCase(std::string_view text, std::string_view part) {
+  return FindIgnoringCase(text, part) != std::string::npos;
+}
+
+std::size_t FindIgnoringCase(std::string_view text, std::string_view part, std::size_t from) {
+  if (from > text.size()) return std::string::npos;
+  const auto found =
+      std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), part.begin(), part.end(), SameLetter);
+  if (found == text.end() && !part.empty()) return std::string::npos;
+  return static_cast<std::size_t>(found - text.begin());
+}
+
+std::vector<std::string> Split(std::string_view text, char separator) {
+  std::vector<std::string> fields;
+  std::size_t start = 0;
+  for (std::size_t at = text.find(separator); at != std::string_view::npos; at = text.find(separator, start)) {
+    fields.emplace_back(text.substr(start, at - start));
+    start = at + 1;
+  }
+  fields.emplace_back(text.substr(start));
+  return fields;
+}
+
+std::string Replace(std::string text, std::string_view part, std::string_view by) {
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + by.size())) {
+    text.replace(at, part.size(), by);
+  }
+  return text;
+}
+
+std::string WithoutQuotes(std::string_view text) {
+  return Replace(std::string(text), "\"", "");
+}
+
+std::string Unquoted(std::string_view text) {
+  std::string path = TrimRight(text);
+  if (path.size() >= 2 && path.front() == '"' && path.back() == '"') path = path.substr(1, path.size() - 2);
+  return path;
+}
+
+std::string Quoted(std::string_view text) {
+  return "\"" + std::string(text) + "\"";
+}
+
+const char* TrueOrFalse(bool value) {
+  return value ? "True" : "False";
+}
+
+bool IsTrue(std::string_view text) {
+  return EqualIgnoringCase(text, "true");
+}
+
+bool IsNotGiven(std::string_view text) {
+  return text.empty() || EqualIgnoringCase(text, "N/A") || text == "<ERROR>";
+}

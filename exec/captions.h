@@ -1,0 +1,36 @@
+// The texts of buttons, labels and states, by number. Another language would be another table with the same numbers.
+#pragma once
+
+#include <string>
+
+#include "base/run.h"
+
+namespace modLanguage {
+
+/// Numbers of the texts that the program shows.
+namespace Caption {
+inline constexpr int Cancel = 100;
+inline constexpr int Continue = 101;
+inline constexpr int Finish = 104;
+inline constexpr int AllCompleted = 1008;
+inline constexpr int CheckingPreInstall = 1013;
+inline constexpr int CheckingDriveSpace = 1016;
+inline constexpr int Installing = 1018;
+inline constexpr int Rebooting = 1019;
+inline constexpr int Uninstalling = 1022;
+inline constexpr int WindowTitle = 1026;
+inline constexpr int Welcome = 1027;
+inline constexpr int ClickContinue = 1028;
+inline constexpr int SomeFailedToInstall = 1030;
+inline constexpr int InstallAborted = 1031;
+inline constexpr int SomeFailedToUninstall = 1032;
+inline constexpr int UninstallAborted = 1033;
+}  // namespace Caption
+
+/// Fills the run's dictionary of captions.
+void CreateEDictionary(Run& run);
+
+/// The text of that number; "" when there is none.
+std::string Text(const Run& run, int number);
+
+}  // namespace modLanguage
