@@ -1,0 +1,2 @@
+@echo in charge> "C:\Harbour Master.txt"
+@exit /b 0

@@ -1,0 +1,2 @@
+@echo moored> "C:\Harbour Moorings.txt"
+@exit /b 0

@@ -1,0 +1,153 @@
+"""A Windows machine made of a Wine prefix: fresh ones are cheap clones of one prototype."""
+import os
+import shutil
+import subprocess
+
+from registry_file import Registry
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+OUT = os.path.join(ROOT, 'out')
+WINE = '/usr/lib/wine/wine64'
+PROGRAM = 'QX Installation Assistant.exe'
+PROTOTYPE = os.path.join(OUT, 'wine', 'prototype')
+PRODUCTS = 'Software\\Tarvel\\Installation\\Products'
+INSTALLATION = 'Software\\Tarvel\\Installation'
+_USER_FOLDERS = ('Desktop', 'Documents', 'Downloads', 'Music', 'Pictures', 'Videos')
+
+
+class Screen:
+    """A virtual screen for the programs of one run; ends with the `with` block."""
+
+    def __enter__(self):
+        reading, writing = os.pipe()
+        self._server = subprocess.Popen(
+            ['Xvfb', '-displayfd', str(writing), '-screen', '0', '1024x768x24', '-nolisten', 'tcp'],
+            pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(writing)
+        with os.fdopen(reading) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise RuntimeError('Xvfb did not start')
+        os.environ['DISPLAY'] = ':' + number
+        return self
+
+    def __exit__(self, *_):
+        self._server.terminate()
+        self._server.wait()
+
+    @staticmethod
+    def picture(file):
+        """Keeps what the screen shows; without the tool for it there is no picture."""
+        if shutil.which('import'):
+            os.makedirs(os.path.dirname(file), exist_ok=True)
+            subprocess.run(['import', '-window', 'root', file], check=True)
+
+
+def _environment(prefix):
+    return dict(os.environ, WINEPREFIX=prefix, WINEARCH='win64', WINEDEBUG='-all',
+                WINEDLLOVERRIDES='winemenubuilder.exe=d;mscoree,mshtml=')
+
+
+def _wine_version():
+    return subprocess.run([WINE, '--version'], capture_output=True, text=True, check=True).stdout.strip()
+
+
+def ensure_prototype():
+    """Makes the prototype once for each version of Wine. Needs a screen."""
+    stamp = os.path.join(PROTOTYPE, 'made-by')
+    if os.path.exists(stamp) and open(stamp).read() == _wine_version():
+        return
+    shutil.rmtree(PROTOTYPE, ignore_errors=True)
+    os.makedirs(os.path.dirname(PROTOTYPE), exist_ok=True)
+    subprocess.run([WINE, 'wineboot', '-i'], env=_environment(PROTOTYPE), check=True, stdin=subprocess.DEVNULL,
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=300)
+    subprocess.run([WINE.replace('wine64', 'wineserver'), '-w'], env=_environment(PROTOTYPE), check=True, timeout=60)
+    _keep_out_of_the_home_folder()
+    with open(stamp, 'w') as file:
+        file.write(_wine_version())
+
+
+def _keep_out_of_the_home_folder():
+    users = os.path.join(PROTOTYPE, 'drive_c', 'users')
+    for user in os.listdir(users):
+        for name in _USER_FOLDERS:
+            folder = os.path.join(users, user, name)
+            if os.path.islink(folder):
+                os.unlink(folder)
+                os.mkdir(folder)
+    rest_of_the_machine = os.path.join(PROTOTYPE, 'dosdevices', 'z:')
+    if os.path.islink(rest_of_the_machine):
+        os.unlink(rest_of_the_machine)
+
+
+def _quoted(text):
+    return text.replace('\\', '\\\\').replace('"', '\\"')
+
+
+class Machine:
+    """A fresh machine in `folder` (made anew). Set it up, run programs, `stop` it, read what they left."""
+
+    def __init__(self, folder, windows='win2003'):
+        self.folder = os.path.abspath(folder)
+        shutil.rmtree(self.folder, ignore_errors=True)
+        os.makedirs(os.path.dirname(self.folder), exist_ok=True)
+        subprocess.run(['cp', '-al', PROTOTYPE, self.folder], check=True)
+        for name in ('system.reg', 'user.reg', 'userdef.reg', '.update-timestamp'):  # Wine writes these in place
+            subprocess.run(['cp', '--remove-destination', os.path.join(PROTOTYPE, name), self.folder], check=True)
+        self.preset('user', 'Software\\Wine\\AppDefaults\\' + PROGRAM, {'Version': windows})
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def preset(self, hive, key, values):
+        """Writes texts and numbers into the 'system' or 'user' hive of a machine that is not running."""
+        with open(os.path.join(self.folder, hive + '.reg'), 'a') as file:
+            file.write('\n[%s] 0\n' % _quoted(key))
+            for name, data in values.items():
+                text = 'dword:%08x' % data if isinstance(data, int) else '"%s"' % _quoted(data)
+                file.write('"%s"=%s\n' % (_quoted(name), text))
+
+    def insert_disc(self, letter, folder, label):
+        """Puts a host folder into a CD-ROM drive of a machine that is not running."""
+        with open(os.path.join(folder, '.windows-label'), 'w') as file:
+            file.write(label + '\n')
+        os.symlink(os.path.abspath(folder), os.path.join(self.folder, 'dosdevices', letter + ':'))
+        self.preset('system', 'Software\\Wine\\Drives', {letter + ':': 'cdrom'})
+
+    def host(self, path):
+        """The host's path of a Windows path, its letter case resolved below the drive."""
+        drive, rest = path[:2].lower(), path[2:].strip('\\')
+        here = os.path.realpath(os.path.join(self.folder, 'dosdevices', drive))
+        for part in filter(None, rest.split('\\')):
+            names = os.listdir(here) if os.path.isdir(here) else []
+            here = os.path.join(here, next((n for n in names if n.lower() == part.lower()), part))
+        return here
+
+    def start(self, *command, output=subprocess.DEVNULL):
+        """Starts a program by its Windows path and arguments, in the root of drive C."""
+        return subprocess.Popen([WINE, *command], env=_environment(self.folder), stdin=subprocess.DEVNULL,
+                                cwd=os.path.join(self.folder, 'drive_c'), stdout=output, stderr=output)
+
+    def run(self, *command, timeout=60, output=subprocess.DEVNULL):
+        """Runs a program to its end; its exit code (its last 8 bits). Not to end in time is an error."""
+        process = self.start(*command, output=output)
+        try:
+            return process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            self.stop()
+            process.wait(10)
+            raise TimeoutError('%s did not end within %d s' % (' '.join(command), timeout))
+
+    def stop(self):
+        """Ends whatever runs and has the registry written."""
+        server = WINE.replace('wine64', 'wineserver')
+        subprocess.run([server, '-k'], env=_environment(self.folder), stderr=subprocess.DEVNULL)
+        subprocess.run([server, '-w'], env=_environment(self.folder), stderr=subprocess.DEVNULL, timeout=60)
+
+    def registry(self, hive='system'):
+        """What the registry holds now; stops the machine (the next program starts it again)."""
+        self.stop()
+        return Registry(os.path.join(self.folder, hive + '.reg'))

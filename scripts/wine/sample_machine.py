@@ -1,0 +1,28 @@
+"""The machine on which the sample product is installed, and what it holds before."""
+import os
+import shutil
+import subprocess
+
+from machine import INSTALLATION, OUT, PRODUCTS, PROGRAM, Machine
+
+SAMPLE = os.path.join(OUT, 'samples', 'harbour_suite')
+PRODUCT = 'Harbour Suite'
+LOG_FOLDER = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\' + PRODUCT
+
+
+def sample_machine(folder, executable):
+    """A machine with the product's disc in drive D, the program on it, and two packages installed earlier."""
+    shutil.rmtree(folder, ignore_errors=True)
+    os.makedirs(folder)
+    disc = os.path.join(folder, 'disc')
+    subprocess.run(['cp', '-r', os.path.join(SAMPLE, 'disc'), disc], check=True)
+    shutil.copy(executable, os.path.join(disc, PROGRAM))
+    machine = Machine(os.path.join(folder, 'machine'))
+    machine.insert_disc('d', disc, 'HARBOUR')
+    machine.preset('system', INSTALLATION, {'Product': PRODUCT})
+    earlier = shutil.copytree(os.path.join(SAMPLE, 'preinstalled'), machine.host('C:\\Earlier'))
+    for package in sorted(os.listdir(earlier)):
+        code = machine.run('msiexec', '/i', 'C:\\Earlier\\' + package, '/qn')
+        if code:
+            raise RuntimeError('%s could not be installed beforehand: %d' % (package, code))
+    return machine

@@ -1,0 +1,138 @@
+"""What the end-to-end tests share: a screen, fresh machines, and small products made of inline ini text."""
+import atexit
+import os
+import shutil
+import subprocess
+import sys
+import time
+import unittest
+
+HERE = os.path.dirname(os.path.abspath(__file__))
+sys.path.insert(0, os.path.join(HERE, '..', '..', 'scripts', 'wine'))
+
+from machine import OUT, PRODUCTS, PROGRAM, Machine, Screen, ensure_prototype  # noqa: E402
+from run_log import read_log  # noqa: E402
+
+EXECUTABLE = os.path.join(OUT, 'win64', PROGRAM)
+SHOTS = os.path.join(OUT, 'shots')
+INI = 'C:\\Media\\app.ini'
+LOG_ROOT = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant'
+APPLICATION = '''[Product]
+Name=%s
+Version=1.0
+PackageRoot=C:\\Media
+ProductIni=PATH(product.ini)
+AbortOnFail=false
+ForceUninstallReboot=False
+CopyOpRoot=N/A
+CopyOpHold=N/A
+[Config]
+Verbose=true
+Silent=false
+RequestLogonDetails=false
+'''
+COMPONENT = '[%s]\nInstall=%s\nCommandLine=N/A\nUpgrade=False\nCopyOp=N/A\nMachineType=all machines\nCost=N/A\n'
+
+_tools = {}
+
+
+def screen():
+    """Starts the one screen of this test run."""
+    if 'screen' not in _tools:
+        _tools['screen'] = Screen().__enter__()
+        atexit.register(_tools['screen'].__exit__)
+        ensure_prototype()
+
+
+def tool(name):
+    """The executable of a helper program of tools/, compiled once a run."""
+    if name not in _tools:
+        file = os.path.join(OUT, 'endtoend', 'tools', name + '.exe')
+        os.makedirs(os.path.dirname(file), exist_ok=True)
+        subprocess.run(['x86_64-w64-mingw32-gcc', '-O1', '-mwindows', '-o', file,
+                        os.path.join(HERE, 'tools', name + '.c')], check=True)
+        _tools[name] = file
+    return _tools[name]
+
+
+def batch(lines):
+    return '\r\n'.join(['@echo off', *lines, ''])
+
+
+class WineTest(unittest.TestCase):
+    """A test with one fresh machine that has the program in C:\\QX."""
+
+    def setUp(self):
+        screen()
+        self.machine = Machine(os.path.join(OUT, 'endtoend', 'machines', self.id()))
+        self.addCleanup(self._clean_up)
+        self.put('C:\\QX\\' + PROGRAM, EXECUTABLE)
+
+    def _clean_up(self):
+        self.machine.stop()
+        if self._outcome.success:  # a failed test's machine stays to be looked at
+            shutil.rmtree(self.machine.folder, ignore_errors=True)
+
+    def put(self, path, source):
+        """Copies a host file to a Windows path."""
+        target = self.machine.host(path)
+        os.makedirs(os.path.dirname(target), exist_ok=True)
+        shutil.copy(source, target)
+
+    def write(self, path, text):
+        target = self.machine.host(path)
+        os.makedirs(os.path.dirname(target), exist_ok=True)
+        with open(target, 'w', newline='\r\n', encoding='latin-1') as file:
+            file.write(text)
+
+    def read(self, path):
+        with open(self.machine.host(path), newline='', encoding='latin-1') as file:
+            return file.read()
+
+    def exists(self, path):
+        return os.path.exists(self.machine.host(path))
+
+    def product(self, name, components, application=None):
+        """Makes a product below C:\\Media. Each component: name -> (file to run, its text or None, further ini lines).
+
+        A text makes the file; with None it is left to the test. The batch file of most tests is `run.bat`.
+        """
+        self.write(INI, application or APPLICATION % name)
+        self.write('C:\\Media\\product.ini', '[Product]\nName=%s\n[General]\nVersion=1.0\n[Actions]\n%s' % (
+            name, ''.join('%s=%s\\c.ini\n' % (component, component) for component in components)))
+        for component, (install, text, extra) in components.items():
+            folder = 'C:\\Media\\%s\\' % component
+            self.write(folder + 'c.ini', COMPONENT % (component, install) + extra)
+            if text is not None:
+                self.write(folder + install, text)
+
+    def start_program(self, arguments):
+        return self.machine.start('C:\\QX\\' + PROGRAM, *arguments.split())
+
+    def run_program(self, arguments='/s /is=' + INI, timeout=60):
+        """Runs the program to its end and gives its exit code."""
+        return self.machine.run('C:\\QX\\' + PROGRAM, *arguments.split(), timeout=timeout)
+
+    def wait_for(self, path, seconds=30):
+        deadline = time.time() + seconds
+        while not self.exists(path):
+            self.assertLess(time.time(), deadline, '%s did not appear' % path)
+            time.sleep(0.05)
+
+    def log(self, product):
+        """The rows of a product's log; reading them shows that every line of it is whole."""
+        return read_log(self.machine.host('%s\\%s\\QX Installation Assistant.html' % (LOG_ROOT, product)))
+
+    def default_log(self):
+        return read_log(self.machine.host('C:\\QX\\QX Installation Assistant.html'))
+
+    def record(self, product, component=''):
+        return self.machine.registry().values('\\'.join(filter(None, (PRODUCTS, product, component))))
+
+    def assertLogged(self, rows, text, kind=None):
+        found = [row for row in rows if text in row.text and kind in (None, row.type)]
+        self.assertTrue(found, 'not in the log as %s: %s\n%s' % (kind or 'any type', text, '\n'.join(
+            '%s: %s' % (row.type, row.text) for row in rows)))
+
+    def assertNotLogged(self, rows, text):
+        self.assertEqual([row.text for row in rows if text in row.text], [])
