@@ -47,11 +47,15 @@ std::string OnOneLine(const std::string& description) {
 clsAppLog::clsAppLog(platform::Platform& machine, std::string title, std::string folder)
     : fso_(machine), machine_(machine), title_(std::move(title)), folder_(std::move(folder)) {
   logFilename_ = DefaultLogFilename();
+}
+
+void clsAppLog::Start() {
+  holding_ = true;
   if (!fso_.FileExists(logFilename_)) return;
   try {
     fso_.DeleteFileForced(logFilename_);
   } catch (const Error& failure) {
-    Log("clsAppLog.Class_Initialize", failure);
+    Log("clsAppLog.Start", failure);
   }
 }
 

@@ -20,12 +20,15 @@ inline constexpr int Action = 4;
 
 class clsAppLog {
  public:
-  /// `folder` is the program's folder; the default log lies there under the program's title. An earlier default log is
-  /// deleted.
+  /// `folder` is the program's folder; the default log lies there under the program's title.
   clsAppLog(platform::Platform& machine, std::string title, std::string folder);
   ~clsAppLog();
   clsAppLog(const clsAppLog&) = delete;
   clsAppLog& operator=(const clsAppLog&) = delete;
+
+  /// Begins a new log at the default place: deletes the one that an earlier run left there. Entries are held from now
+  /// on.
+  void Start();
 
   bool LogToFile() const { return logToFile_; }
   void LogToFile(bool on) { logToFile_ = on; }
@@ -55,8 +58,7 @@ class clsAppLog {
   /// A silent run shows no box for an entry that could not be written.
   void SilentRun(bool silent) { silent_ = silent; }
 
-  /// Keeps entries back until the run's log file is known, and writes those kept so far.
-  void HoldEntries() { holding_ = true; }
+  /// Writes the entries held since the start: the run's log file is known now.
   void ReleaseEntries();
   bool HoldsEntries() const { return holding_; }
 

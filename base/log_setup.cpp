@@ -22,6 +22,11 @@ void UseFolders(Run& run, const std::string& folder, const std::string& prefix) 
   run.logFolders = {folder + "\\" + prefix + "MSI Log Files", folder + "\\" + prefix + "QXIA Archive Logs"};
 }
 
+std::string Remedy(const Run& run, const std::string& folder) {
+  if (run.uninstall) return "Make " + folder + " a folder that this user may write to.";
+  return "Correct LogFilePath in section [Product] of " + run.appIniPath + ".";
+}
+
 bool MadeFolder(Run& run, const std::string& folder) {
   try {
     run.fso.CreateFolder(folder);
@@ -29,8 +34,7 @@ bool MadeFolder(Run& run, const std::string& folder) {
   } catch (const Error& failure) {
     run.log.Log("SetUpLog", 0,
                 "The log folder " + folder + " could not be made (" + failure.text() + "); this log is kept at " +
-                    run.log.DefaultLogFilename() + " instead. Correct LogFilePath in section [Product] of " +
-                    (run.uninstall ? std::string("the application ini") : run.appIniPath) + ".",
+                    run.log.DefaultLogFilename() + " instead. " + Remedy(run, folder),
                 false, EntryType::Warning);
     return false;
   }

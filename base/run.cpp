@@ -8,6 +8,4 @@ Run::Run(platform::Platform& platform)
       programName(WithoutExtension(LastElement(platform.machine().programPath()))),
       fso(platform),
       window(platform),
-      log(platform, Title, programFolder) {
-  log.HoldEntries();
-}
+      log(platform, Title, programFolder) {}

@@ -1,0 +1,109 @@
+#include "env/reboot.h"
+
+#include "base/error_handler.h"
+#include "base/error_texts.h"
+#include "base/records.h"
+#include "base/registry.h"
+#include "base/text.h"
+#include "exec/captions.h"
+
+namespace {
+
+/// Restart, and do not ask the programs that run.
+constexpr std::uint32_t RestartByForce = 6;
+
+/// What the process ends with when it restarts the machine; nobody is left to read it.
+constexpr int RestartExitCode = 0;
+
+/// The argument of oShell.Run: a quoted program path and its arguments inside a script's string literal.
+std::string CommandLiteral(const Run& run, const std::string& arguments) {
+  // An argument text of one character gets no blank in front of it: an odd rule, kept on purpose.
+  const std::string text = arguments.size() > 1 ? " " + arguments : arguments;
+  return "\"\"\"" + run.programFolder + "\\" + Title + ".exe\"\"" + text + "\"";
+}
+
+std::string ScriptText(const Run& run, const std::string& arguments) {
+  const std::string lines[] = {
+      "Option Explicit",
+      "",
+      "Dim oShell",
+      "",
+      "Set oShell = CreateObject(\"Wscript.Shell\")",
+      "",
+      "oShell.Run " + CommandLiteral(run, arguments),
+  };
+  std::string text;
+  for (const std::string& line : lines) text += line + LineBreak;
+  return text;
+}
+
+void Require(platform::Status status, const std::string& path) {
+  if (status != platform::status::Ok) {
+    throw Error(static_cast<int>(status), modErrorBase::SystemErrorText(status) + ": " + path, "modAutoRun");
+  }
+}
+
+void WriteNewFile(Run& run, const std::string& path, const std::string& text) {
+  platform::FileHandle file;
+  Require(run.machine.files().openForWriting(path, file), path);
+  const platform::Status written = run.machine.files().write(file, text);
+  const platform::Status closed = run.machine.files().close(file);
+  Require(written, path);
+  Require(closed, path);
+}
+
+}  // namespace
+
+void Reboot(Run& run, bool final) {
+  Guarded(run, "Reboot", [&] {
+    if (!final) modRegistry::RegWrite(run, ProductsKey, Value::Product, run.productName);
+    run.log.Log("Reboot", 0, "Re-booting now");
+    run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::Rebooting));
+    run.machine.screen().setBusyCursor(true);
+    modRegistry::RegWrite(run, InstallationKey, Value::Reboot, "");
+    if (!final) modRegistry::RegWrite(run, ProductsKey, Value::Rebooted, TrueOrFalse(true));
+    AdjustToken(run);
+    run.machine.screen().setBusyCursor(false);
+    run.machine.power().exitWindows(RestartByForce, 0);
+    run.machine.screen().pumpMessages();
+  });
+  throw ProgramEnd{RestartExitCode};
+}
+
+void AdjustToken(Run& run) {
+  run.machine.power().enableShutdownPrivilege();
+}
+
+namespace modAutoRun {
+
+std::string AutoRunScript(Run& run) {
+  return run.machine.machine().environment("UserProfile") +
+         "\\Start Menu\\Programs\\Startup\\Start QX Installation Assistant.vbs";
+}
+
+bool CreateAutoRun(Run& run, const std::string& arguments, bool silent) {
+  try {
+    WriteNewFile(run, AutoRunScript(run), ScriptText(run, arguments));
+    return true;
+  } catch (const Error& failure) {
+    LogFailure(run, "CreateAutoRun", failure, !silent);
+    return false;
+  }
+}
+
+bool DestroyAutoRun(Run& run, bool silent) {
+  try {
+    run.fso.DeleteFileForced(AutoRunScript(run));
+    return true;
+  } catch (const Error& failure) {
+    LogFailure(run, "DestroyAutoRun", failure, !silent);
+    return false;
+  }
+}
+
+}  // namespace modAutoRun
+
+void RestartAndResume(Run& run) {
+  modAutoRun::CreateAutoRun(run, Trim(run.commandLine), run.silent);
+  Reboot(run, false);
+}

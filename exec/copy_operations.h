@@ -1,0 +1,28 @@
+// Components that are delivered by copying their folder.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/run.h"
+
+/// The folders that a component is copied to. `appendPath`: they are roots below which the component's own "Path"
+/// follows.
+struct CopyTargets {
+  std::vector<std::string> folders;
+  bool appendPath = true;
+};
+
+/// Reads the numbered keys "CopyOpTarget1", "CopyOpTarget2", ... of a component ini's section up to the first empty
+/// one. True when there is at least one.
+bool ReadIniCopyOps(Run& run, std::vector<std::string>& targets, const std::string& section,
+                    const std::string& iniFile);
+
+/// The targets that a component's record holds: its list, or else its single "CopyOpTarget".
+void ReadRegCopyOps(Run& run, CopyTargets& targets, const std::string& componentKey);
+
+/// Carries out the current component's copy operation. 0: go on with the component, whose file to run is `installPath`
+/// when that is not empty; positive: nothing more is to be done for it (1 the same or a newer package is installed, 2 a
+/// newer version stands beside the target, 3 copied); negative: the copy failed.
+std::int16_t StartCopyOp(Run& run, std::string& installPath, CopyTargets& targets);
