@@ -1,0 +1,57 @@
+// The main window: its controls, its layout, and what a person did with it.
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <string>
+
+#include "platform/screen.h"
+#include "platform/win32/windows_api.h"
+
+namespace win32 {
+
+class MainWindow {
+ public:
+  explicit MainWindow(HINSTANCE instance) : instance_(instance) {}
+  ~MainWindow() { destroy(); }
+  MainWindow(const MainWindow&) = delete;
+  MainWindow& operator=(const MainWindow&) = delete;
+
+  /// Makes the window, hidden; again only changes its caption.
+  void create(const std::string& caption);
+  void destroy();
+  void show();
+  void centre();
+
+  /// Null before it is made and after its end, as are its controls.
+  HWND handle() const { return window_; }
+  HWND control(platform::Control control) const;
+
+  void setText(platform::Control control, const std::string& text);
+  /// Keeps the focus on a control that can take it.
+  void setEnabled(platform::Control control, bool enabled);
+  void setBusyCursor(bool busy);
+  /// Height of `text` as the status control would set it.
+  int statusTextHeight(const std::string& text) const;
+
+  /// The oldest thing that a person did and nobody took yet.
+  std::optional<platform::WindowEvent> takeEvent();
+  /// Handles keys that move around in the window; false for messages that go the common way.
+  bool translate(MSG& message) const;
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
+  bool handle(UINT message, WPARAM first);
+  void command(WORD id);
+  void queue(platform::WindowEvent event);
+
+  HINSTANCE instance_;
+  HWND window_ = nullptr;
+  bool busy_ = false;
+  std::deque<platform::WindowEvent> events_;
+};
+
+/// Height of the area in which the status control sets its text.
+RECT statusArea(HWND status);
+
+}  // namespace win32

@@ -1,0 +1,87 @@
+#include "platform/win32/progress_bar.h"
+
+#include <algorithm>
+
+namespace win32 {
+
+namespace {
+
+constexpr char ClassName[] = "QXInstallationAssistantProgress";
+constexpr int PercentOffset = 0;  // the class's extra bytes hold the percentage
+
+struct Colours {
+  int background;
+  int text;
+};
+
+std::string windowText(HWND window) {
+  char text[64] = "";
+  return std::string(text, GetWindowTextA(window, text, sizeof text));
+}
+
+// One part of the bar: background and text in one stroke, cut to the part, so that nothing flickers.
+void drawPart(HDC surface, const RECT& part, POINT textAt, const std::string& text, Colours colours) {
+  SetBkColor(surface, GetSysColor(colours.background));
+  SetTextColor(surface, GetSysColor(colours.text));
+  ExtTextOutA(surface, textAt.x, textAt.y, ETO_OPAQUE | ETO_CLIPPED, &part, text.c_str(),
+              static_cast<UINT>(text.size()), nullptr);
+}
+
+void draw(HWND bar, HDC surface) {
+  HFONT font = reinterpret_cast<HFONT>(SendMessageA(GetParent(bar), WM_GETFONT, 0, 0));
+  HGDIOBJ before = font != nullptr ? SelectObject(surface, font) : nullptr;
+  RECT inner;
+  GetClientRect(bar, &inner);
+  std::string text = windowText(bar);
+  SIZE size = {};
+  GetTextExtentPoint32A(surface, text.c_str(), static_cast<int>(text.size()), &size);
+  POINT textAt = {(inner.right - size.cx) / 2, (inner.bottom - size.cy) / 2};
+
+  RECT filled = inner;
+  filled.right = MulDiv(inner.right, static_cast<int>(GetWindowLongA(bar, PercentOffset)), 100);
+  RECT rest = inner;
+  rest.left = filled.right;
+  drawPart(surface, filled, textAt, text, {COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT});
+  drawPart(surface, rest, textAt, text, {COLOR_WINDOW, COLOR_WINDOWTEXT});
+  if (before != nullptr) SelectObject(surface, before);
+}
+
+LRESULT CALLBACK procedure(HWND bar, UINT message, WPARAM first, LPARAM second) {
+  switch (message) {
+    case WM_PAINT: {
+      PAINTSTRUCT paint;
+      draw(bar, BeginPaint(bar, &paint));
+      EndPaint(bar, &paint);
+      return 0;
+    }
+    case WM_ERASEBKGND:
+      return 1;  // painting covers everything
+    case WM_SETTEXT:
+      InvalidateRect(bar, nullptr, FALSE);
+      break;
+    default:
+      break;
+  }
+  return DefWindowProcA(bar, message, first, second);
+}
+
+}  // namespace
+
+void registerProgressBar(HINSTANCE instance) {
+  WNDCLASSA description = {};
+  description.style = CS_HREDRAW | CS_VREDRAW;
+  description.lpfnWndProc = procedure;
+  description.cbWndExtra = sizeof(LONG);
+  description.hInstance = instance;
+  description.hCursor = LoadCursor(nullptr, IDC_ARROW);
+  description.lpszClassName = ClassName;
+  RegisterClassA(&description);
+}
+
+void setProgress(HWND bar, int percent, const std::string& text) {
+  SetWindowLongA(bar, PercentOffset, std::clamp(percent, 0, 100));
+  SetWindowTextA(bar, text.c_str());
+  UpdateWindow(bar);
+}
+
+}  // namespace win32

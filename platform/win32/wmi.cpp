@@ -1,0 +1,163 @@
+#include "platform/win32/wmi.h"
+
+#include <utility>
+
+#include "platform/win32/windows_api.h"
+
+#include <ole2.h>
+
+namespace win32 {
+
+namespace {
+
+/// Owns one reference to an object.
+template <class Interface>
+class Reference {
+ public:
+  Reference() = default;
+  ~Reference() {
+    if (object_ != nullptr) object_->Release();
+  }
+  Reference(const Reference&) = delete;
+  Reference& operator=(const Reference&) = delete;
+
+  Interface* get() const { return object_; }
+  Interface* operator->() const { return object_; }
+  Interface** receive() { return &object_; }
+
+ private:
+  Interface* object_ = nullptr;
+};
+
+class Variant {
+ public:
+  Variant() { VariantInit(&value_); }
+  explicit Variant(BSTR text) : Variant() {
+    value_.vt = VT_BSTR;
+    value_.bstrVal = text;
+  }
+  ~Variant() { VariantClear(&value_); }
+  Variant(const Variant&) = delete;
+  Variant& operator=(const Variant&) = delete;
+
+  VARIANT* receive() { return &value_; }
+  IDispatch* object() const { return value_.vt == VT_DISPATCH ? value_.pdispVal : nullptr; }
+  IUnknown* unknown() const { return value_.vt == VT_UNKNOWN || value_.vt == VT_DISPATCH ? value_.punkVal : nullptr; }
+  BSTR text() const { return value_.vt == VT_BSTR ? value_.bstrVal : nullptr; }
+
+ private:
+  VARIANT value_;
+};
+
+/// The component object model, for as long as a query lasts.
+class ComponentModel {
+ public:
+  ComponentModel() : result_(CoInitialize(nullptr)) {}
+  ~ComponentModel() {
+    if (SUCCEEDED(result_)) CoUninitialize();
+  }
+  ComponentModel(const ComponentModel&) = delete;
+  ComponentModel& operator=(const ComponentModel&) = delete;
+
+ private:
+  HRESULT result_;
+};
+
+std::wstring wide(const std::string& text) {
+  int size = static_cast<int>(text.size());
+  std::wstring result(text.size(), L'\0');
+  int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, result.data(), size);
+  result.resize(length);
+  return result;
+}
+
+std::string narrow(BSTR text) {
+  int size = static_cast<int>(SysStringLen(text));
+  std::string result(static_cast<std::size_t>(size) * 2, '\0');  // no ANSI code page needs more than two bytes
+  int length = WideCharToMultiByte(CP_ACP, 0, text, size, result.data(), size * 2, nullptr, nullptr);
+  result.resize(length);
+  return result;
+}
+
+// Both kinds of call at once: the scripting objects of management answer either by one and refuse the other.
+constexpr WORD CallOrRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+
+HRESULT invoke(IDispatch* object, DISPID member, DISPPARAMS parameters, Variant& result) {
+  return object->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, CallOrRead, &parameters, result.receive(), nullptr,
+                        nullptr);
+}
+
+HRESULT invokeByName(IDispatch* object, const wchar_t* name, DISPPARAMS parameters, Variant& result) {
+  std::wstring writable = name;
+  LPOLESTR names[] = {writable.data()};
+  DISPID member = 0;
+  HRESULT found = object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &member);
+  return FAILED(found) ? found : invoke(object, member, parameters, result);
+}
+
+HRESULT bind(const std::string& moniker, Reference<IDispatch>& service) {
+  Reference<IBindCtx> context;
+  HRESULT result = CreateBindCtx(0, context.receive());
+  if (FAILED(result)) return result;
+  Reference<IMoniker> parsed;
+  ULONG eaten = 0;
+  result = MkParseDisplayName(context.get(), wide(moniker).c_str(), &eaten, parsed.receive());
+  if (FAILED(result)) return result;
+  return parsed->BindToObject(context.get(), nullptr, IID_IDispatch, reinterpret_cast<void**>(service.receive()));
+}
+
+HRESULT execute(IDispatch* service, const std::string& query, Variant& set) {
+  Variant argument(SysAllocString(wide(query).c_str()));
+  DISPPARAMS parameters = {argument.receive(), nullptr, 1, 0};
+  HRESULT result = invokeByName(service, L"ExecQuery", parameters, set);
+  if (FAILED(result)) return result;
+  return set.object() == nullptr ? E_NOINTERFACE : S_OK;
+}
+
+HRESULT enumerate(IDispatch* set, Reference<IEnumVARIANT>& items) {
+  Variant enumerator;
+  HRESULT result = invoke(set, DISPID_NEWENUM, DISPPARAMS{}, enumerator);
+  if (FAILED(result)) return result;
+  if (enumerator.unknown() == nullptr) return E_NOINTERFACE;
+  return enumerator.unknown()->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(items.receive()));
+}
+
+HRESULT nextName(IEnumVARIANT* items, std::string& name) {
+  Variant item;
+  ULONG fetched = 0;
+  HRESULT result = items->Next(1, item.receive(), &fetched);
+  if (result != S_OK) return result;
+  if (item.object() == nullptr) return E_NOINTERFACE;
+  Variant value;
+  result = invokeByName(item.object(), L"Name", DISPPARAMS{}, value);
+  if (SUCCEEDED(result)) name = value.text() == nullptr ? "" : narrow(value.text());
+  return FAILED(result) ? result : S_OK;
+}
+
+HRESULT collect(const std::string& moniker, const std::string& query, std::vector<std::string>& names) {
+  Reference<IDispatch> service;
+  HRESULT result = bind(moniker, service);
+  Variant set;
+  if (SUCCEEDED(result)) result = execute(service.get(), query, set);
+  Reference<IEnumVARIANT> items;
+  if (SUCCEEDED(result)) result = enumerate(set.object(), items);
+  if (FAILED(result)) return result;
+  std::string name;
+  while ((result = nextName(items.get(), name)) == S_OK) names.push_back(name);
+  return FAILED(result) ? result : S_OK;  // S_FALSE: behind the last item
+}
+
+}  // namespace
+
+platform::Status queryManagementNames(const std::string& moniker, const std::string& query,
+                                      std::vector<std::string>& names) {
+  names.clear();
+  ComponentModel model;
+  std::vector<std::string> found;
+  HRESULT result = collect(moniker, query, found);
+  if (FAILED(result)) return static_cast<platform::Status>(result);
+  names = std::move(found);
+  return platform::status::Ok;
+}
+
+}  // namespace win32
