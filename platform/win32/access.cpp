@@ -40,7 +40,9 @@ constexpr std::size_t LargestEntry = sizeof(ACCESS_ALLOWED_ACE) + 64;  // an ide
 
 constexpr DWORD ReadAndExecute = FILE_GENERIC_READ | FILE_GENERIC_EXECUTE;  // NOLINT(misc-redundant-expression)
 
-DWORD rights(AccessRight right) { return right == AccessRight::Full ? FILE_ALL_ACCESS : ReadAndExecute; }
+DWORD rights(AccessRight right) {
+  return right == AccessRight::Full ? FILE_ALL_ACCESS : ReadAndExecute;
+}
 
 // The call that takes the flags with the entry came with Windows 2000.
 Status addGrant(ACL* list, const AccessGrant& grant, DWORD index, BYTE inheritance) {

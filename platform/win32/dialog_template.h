@@ -2,6 +2,7 @@
 // with it to the resolution of the screen.
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "platform/win32/windows_api.h"
@@ -20,7 +21,7 @@ struct DialogLayout {
   const wchar_t* windowClass;
   DWORD style;
   short width, height;
-  std::vector<DialogItem> items;  ///< in tab order
+  std::span<const DialogItem> items;  ///< in tab order
 };
 
 /// The table as the system takes it (CreateDialogIndirectParamA), without texts.

@@ -34,25 +34,19 @@ enum Id : WORD {
 constexpr DWORD LineLabel = SS_LEFTNOWORDWRAP | SS_NOPREFIX;
 constexpr DWORD StatusStyle = ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP;
 
-const DialogLayout& layout() {
-  static const DialogLayout table = {WideClassName,
-                                     WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX,
-                                     290,
-                                     200,
-                                     {
-                                         // id, class, style, extended style, x, y, width, height
-                                         {StatusId, L"EDIT", StatusStyle, WS_EX_CLIENTEDGE, 7, 7, 276, 86},
-                                         {ActionId, L"STATIC", LineLabel, 0, 7, 99, 276, 9},
-                                         {ComponentId, L"STATIC", LineLabel, 0, 7, 111, 276, 9},
-                                         {ProgressId, ProgressBarClass, 0, WS_EX_CLIENTEDGE, 7, 124, 276, 14},
-                                         {LongMessageId, L"STATIC", SS_LEFT | SS_NOPREFIX, 0, 7, 143, 276, 26},
-                                         {DividerId, L"STATIC", SS_ETCHEDHORZ, 0, 7, 173, 276, 1},
-                                         {AboutId, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 7, 179, 58, 14},
-                                         {ContinueId, L"BUTTON", BS_DEFPUSHBUTTON | WS_TABSTOP, 0, 163, 179, 58, 14},
-                                         {CancelId, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 225, 179, 58, 14},
-                                     }};
-  return table;
-}
+// In tab order: id, class, style, extended style, x, y, width, height.
+constexpr DialogItem Items[] = {
+    {StatusId, L"EDIT", StatusStyle, WS_EX_CLIENTEDGE, 7, 7, 276, 86},
+    {ActionId, L"STATIC", LineLabel, 0, 7, 99, 276, 9},
+    {ComponentId, L"STATIC", LineLabel, 0, 7, 111, 276, 9},
+    {ProgressId, ProgressBarClass, 0, WS_EX_CLIENTEDGE, 7, 124, 276, 14},
+    {LongMessageId, L"STATIC", SS_LEFT | SS_NOPREFIX, 0, 7, 143, 276, 26},
+    {DividerId, L"STATIC", SS_ETCHEDHORZ, 0, 7, 173, 276, 1},
+    {AboutId, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 7, 179, 58, 14},
+    {ContinueId, L"BUTTON", BS_DEFPUSHBUTTON | WS_TABSTOP, 0, 163, 179, 58, 14},
+    {CancelId, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 225, 179, 58, 14},
+};
+constexpr DialogLayout Layout = {WideClassName, WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX, 290, 200, Items};
 
 Id idOf(Control control) {
   switch (control) {
@@ -95,7 +89,7 @@ void MainWindow::create(const std::string& caption) {
     loadCommonControls();
     registerProgressBar(instance_);
     registerMainWindow(instance_, procedure);
-    std::vector<WORD> description = dialogTemplate(layout());
+    std::vector<WORD> description = dialogTemplate(Layout);
     window_ =
         CreateDialogIndirectParamA(instance_, reinterpret_cast<DLGTEMPLATE*>(description.data()), nullptr, nullptr, 0);
     if (window_ == nullptr) return;
