@@ -103,6 +103,10 @@ bool DestroyAutoRun(Run& run, bool silent) {
 
 }  // namespace modAutoRun
 
+bool IsCommit(const std::string& rebootRequest) {
+  return EqualIgnoringCase(rebootRequest, "commit");
+}
+
 void RestartAndResume(Run& run) {
   modAutoRun::CreateAutoRun(run, Trim(run.commandLine), run.silent);
   Reboot(run, false);

@@ -26,5 +26,8 @@ std::string AutoRunScript(Run& run);
 
 }  // namespace modAutoRun
 
+/// True for the run value "Reboot" that asks for one restart at the very end of the run.
+bool IsCommit(const std::string& rebootRequest);
+
 /// Writes the script for this run's own arguments and restarts; the run goes on after the logon.
 [[noreturn]] void RestartAndResume(Run& run);

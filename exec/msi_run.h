@@ -12,10 +12,10 @@ namespace modQXInstallationMain {
 /// Installs (or, with `repair`, repairs) the current component's package through msiexec. `arguments` is what follows
 /// the action switch: the package path and its options. Does nothing when the same or a newer version is installed; an
 /// older one is uninstalled first. Always returns true: a failure is told by "Process Return" and "Message" of the
-/// component's record, a restart that the package asks for by the run value "Reboot" = "immediate". `ran`, if given,
-/// gets whether msiexec ran at all.
+/// component's record, a restart that the package asks for by the run value "Reboot" = "immediate". `exitCode` gets
+/// what msiexec returned, or nothing when it was not run.
 bool ExecuteMSI(Run& run, const std::string& arguments, bool repair, const std::string& workingFolder,
-                bool* ran = nullptr);
+                std::optional<std::int32_t>& exitCode);
 
 }  // namespace modQXInstallationMain
 

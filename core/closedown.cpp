@@ -1,0 +1,147 @@
+#include "core/closedown.h"
+
+#include <algorithm>
+
+#include "base/error_handler.h"
+#include "base/numbers.h"
+#include "base/records.h"
+#include "base/registry.h"
+#include "base/text.h"
+#include "core/removal_task.h"
+#include "env/auto_login.h"
+#include "env/reboot.h"
+#include "exec/outcome.h"
+#include "exec/process.h"
+
+namespace {
+
+constexpr const char* Source = "Closedown";
+constexpr const char* RunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+
+namespace ExitCode {
+constexpr int Succeeded = 0;
+constexpr int Failed = 1;
+constexpr int Cancelled = 2;
+}  // namespace ExitCode
+
+void RemoveDriveMapping(Run& run) {
+  if (run.mappedDrive.empty()) return;
+  const std::string removing = "Removing drive mapping for " + run.mappedDrive;
+  run.log.Log(Source, 0, removing);
+  if (GoShell(run, "net use " + run.mappedDrive + " /d", "", 30000, 0) == 0) {
+    run.log.Log(Source, 0, "Drive mapping successfully removed");
+  } else {
+    run.log.Log(Source, 0, removing + " failed - needs manual remove", !run.silent, EntryType::Warning);
+  }
+  run.mappedDrive.clear();
+}
+
+/// "dd-mmm-yyyy"
+std::string InstallDate(const platform::LocalTime& today) {
+  constexpr const char* months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  return Padded(today.day, 2) + "-" + months[std::clamp(today.month, 1, 12) - 1] + "-" + Padded(today.year, 4);
+}
+
+enum class Holder { Installation, Products, Product, StartWithWindows };
+
+struct ResetValue {
+  Holder holder;
+  const char* name;
+  std::string text = "";
+};
+
+std::string KeyOf(const Run& run, Holder holder) {
+  switch (holder) {
+    case Holder::Installation:
+      return InstallationKey;
+    case Holder::Products:
+      return ProductsKey;
+    case Holder::Product:
+      return ProductKey(run);
+    default:
+      return RunKey;
+  }
+}
+
+void ResetValues(Run& run, bool productKnown) {
+  const std::string version = productKnown ? modRegistry::ReadOrEmpty(run, ProductKey(run), Value::Version) : "";
+  const ResetValue values[] = {
+      {Holder::Installation, "Current Product Version", version},
+      {Holder::Product, "Install Date", InstallDate(run.machine.clock().now())},
+      {Holder::Product, Value::LastSequence},
+      {Holder::Products, Value::Product},
+      {Holder::Products, Value::Version},
+      {Holder::Products, "Notify"},
+      {Holder::Products, Value::Silent},
+      {Holder::Products, Value::Verbose},
+      {Holder::Products, "MailAddress"},
+      {Holder::Installation, Value::CurrentComponentPath},
+      {Holder::Product, "EndMessage"},
+      {Holder::Product, Value::NumberOfLoops},
+      {Holder::Installation, "Installer Directory"},
+      {Holder::Product, Value::AbortOnFail},
+      {Holder::StartWithWindows, Title},
+  };
+  for (const ResetValue& value : values) {
+    if (value.holder == Holder::Product && !productKnown) continue;
+    modRegistry::RegWrite(run, KeyOf(run, value.holder), value.name, value.text);
+  }
+  // These count by their existence.
+  modRegistry::RemoveValue(run, ProductsKey, Value::QXIALocalInstall);
+  if (productKnown) modRegistry::RemoveValue(run, ProductKey(run), Value::QXIALocalInstall);
+}
+
+void ResetStartForUser(Run& run) {
+  const auto user = platform::RegistryRoot::CurrentUser;
+  if (modRegistry::RegKeyExists(run, RunKey, "", user)) modRegistry::RegWrite(run, RunKey, Title, "", user);
+}
+
+void SwitchAutoLoginOff(Run& run) {
+  if (DisableAutoLogin(run) || run.silent) return;
+  run.machine.screen().messageBox({.title = Title,
+                                   .text = "Could not disable autologon - please contact support",
+                                   .icon = platform::BoxIcon::Critical});
+}
+
+void CloseLog(Run& run) {
+  for (const char* row : {"************************", "QX Installer Run complete", "*********"}) {
+    run.log.Log(Source, 0, row);
+  }
+  if (run.log.HoldsEntries()) {
+    // The run never got a log of its own. Nobody is asked about a default log that cannot be written.
+    run.log.SilentRun(true);
+    run.log.ReleaseEntries();
+  } else {
+    run.log.ArchiveLogFile(run.logFolders.archive);
+  }
+  run.log.LogToFile(false);
+}
+
+int ExitCodeOf(Run& run, bool productKnown) {
+  if (run.cancelled) return ExitCode::Cancelled;
+  std::string reason;
+  return productKnown && GetProductResult(run, reason) ? ExitCode::Succeeded : ExitCode::Failed;
+}
+
+}  // namespace
+
+void Closedown(Run& run) {
+  const auto step = [&run](auto body) { return Guarded(run, Source, body); };
+  const bool productKnown =
+      step([&] { return !run.productName.empty() && modRegistry::RegKeyExists(run, ProductKey(run), ""); });
+  const bool logonRequested =
+      step([&] { return productKnown && IsTrue(modRegistry::RegRead(run, ProductKey(run), Value::RequestLogon)); });
+  const bool closingRestart =
+      step([&] { return IsCommit(modRegistry::ReadOrEmpty(run, InstallationKey, Value::Reboot)); });
+
+  step([&] { RemoveDriveMapping(run); });
+  run.log.Log(Source, 0, "Resetting system registry");
+  step([&] { ResetValues(run, productKnown); });
+  step([&] { ResetStartForUser(run); });
+  step([&] { modRegistry::RegWrite(run, InstallationKey, Value::Reboot, ""); });
+  if (logonRequested) step([&] { SwitchAutoLoginOff(run); });
+  if (run.localInstance) step([&] { ScheduleProgramRemoval(run); });
+  step([&] { CloseLog(run); });
+  if (closingRestart) Reboot(run, true);
+  throw ProgramEnd{ExitCodeOf(run, productKnown)};
+}

@@ -1,0 +1,20 @@
+// The program's switches. Each is looked for anywhere in the argument text, as plain text.
+#pragma once
+
+#include <string>
+
+#include "base/run.h"
+
+/// The argument text: the command line without the program's own path (quoted or not) and without the blank behind it.
+std::string ArgumentText(const std::string& commandLine, const std::string& programPath);
+
+/// Reads the switches into the run: /s silent, /v verbose, /x uninstall of the product that follows, /is= and /ia= the
+/// ini paths, /isr and /iar the remembered ones. An uninstall asks for confirmation, on silent runs too; refused, or
+/// without a product name, it ends the program (throws ProgramEnd).
+void GetCommandLine(Run& run, const std::string& commandLine);
+
+/// What stands behind a switch (found without regard to letter case), up to the character before the next "/".
+std::string ParseCommand(const std::string& commandLine, const std::string& name);
+
+/// Takes the product named behind "/x", up to the next "/", without the blanks around it.
+void GetUninstallProduct(Run& run, const std::string& commandLine);

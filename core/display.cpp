@@ -1,0 +1,70 @@
+#include "core/display.h"
+
+#include <string>
+
+#include "base/text.h"
+#include "core/closedown.h"
+#include "core/end_of_run.h"
+#include "core/install_loop.h"
+#include "exec/captions.h"
+
+namespace {
+
+namespace Caption = modLanguage::Caption;
+using platform::Control;
+
+std::string TrayTip(const Run& run) {
+  // No blank stands before the product's name.
+  return run.uninstall ? "QX Installation Assistant is uninstalling" + run.uninstallProduct + "..."
+                       : "QX Installation Assistant is running";
+}
+
+void ShowWindow(Run& run) {
+  CentreForm(run.machine.screen());
+  run.window.Show();
+  run.window.Caption(Control::About, "&About");
+  run.window.Caption(Control::Continue, modLanguage::Text(run, Caption::Continue));
+  run.window.Caption(Control::Cancel, modLanguage::Text(run, Caption::Cancel));
+  run.window.Status(modLanguage::Text(run, Caption::Welcome));
+}
+
+void ShowAboutBox(Run& run) {
+  const std::string text = std::string(Title) + LineBreak + LineBreak +
+                           "/s  silent run\r\n/v  more detail in the log\r\n/x product  uninstall the product\r\n"
+                           "/is=path  application ini,  /isr  the one of the last run\r\n"
+                           "/ia=path  product ini,  /iar  the one of the last run\r\n\r\n"
+                           "The log of this run is " +
+                           run.log.LogFilename();
+  run.machine.screen().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
+}
+
+/// Leaving the window before the result was shown cancels the run.
+void LeaveWindow(Run& run) {
+  run.cancelled = !ShowsResult(run);
+  Closedown(run);
+}
+
+}  // namespace
+
+void ShowRun(Run& run) {
+  if (run.silent) {
+    run.machine.screen().addTrayIcon(TrayTip(run));
+  } else {
+    ShowWindow(run);
+  }
+}
+
+void ServeWindow(Run& run) {
+  for (;;) {
+    switch (run.machine.screen().waitForEvent()) {
+      case platform::WindowEvent::About:
+        ShowAboutBox(run);
+        break;
+      case platform::WindowEvent::Continue:
+        DoContinue(run);
+        break;
+      default:
+        LeaveWindow(run);
+    }
+  }
+}

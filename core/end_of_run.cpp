@@ -1,0 +1,49 @@
+#include "core/end_of_run.h"
+
+#include "base/error_handler.h"
+#include "base/text.h"
+#include "core/closedown.h"
+#include "exec/captions.h"
+#include "exec/outcome.h"
+
+namespace {
+
+namespace Caption = modLanguage::Caption;
+using platform::Control;
+
+std::string SuccessText(const Run& run) {
+  return run.endMessage.empty() ? modLanguage::Text(run, Caption::AllCompleted) : run.endMessage;
+}
+
+int FailureCaption(const Run& run) {
+  if (run.uninstall) return run.aborted ? Caption::UninstallAborted : Caption::SomeFailedToUninstall;
+  return run.aborted ? Caption::InstallAborted : Caption::SomeFailedToInstall;
+}
+
+}  // namespace
+
+void EndInstall(Run& run) {
+  Guarded(run, "EndInstall", [&] {
+    if (run.silent) run.machine.screen().removeTrayIcon();
+  });
+  Closedown(run);
+}
+
+void LeaveOrEnd(Run& run) {
+  if (run.silent) EndInstall(run);
+  run.window.Caption(Control::Continue, modLanguage::Text(run, Caption::Finish));
+  run.window.EnableButtons(true);
+}
+
+void ShowResult(Run& run) {
+  if (run.silent) return;
+  std::string reasons;
+  const bool succeeded = GetProductResult(run, reasons);
+  run.window.LongMessage(succeeded ? SuccessText(run)
+                                   : modLanguage::Text(run, FailureCaption(run)) + LineBreak + LineBreak + reasons);
+  LeaveOrEnd(run);
+}
+
+bool ShowsResult(Run& run) {
+  return run.window.Visible() && run.window.Caption(Control::Continue) == modLanguage::Text(run, Caption::Finish);
+}

@@ -1,0 +1,169 @@
+#include "core/initialise.h"
+
+#include "base/error_handler.h"
+#include "base/error_texts.h"
+#include "base/ini.h"
+#include "base/records.h"
+#include "base/registry.h"
+#include "base/text.h"
+#include "core/closedown.h"
+#include "core/config_checks.h"
+#include "core/discovery.h"
+#include "core/end_of_run.h"
+#include "core/store_component.h"
+#include "core/store_product.h"
+#include "env/shares.h"
+#include "exec/msi_queries.h"
+#include "exec/outcome.h"
+#include "exec/pre_install.h"
+
+namespace {
+
+constexpr const char* Source = "Initialise";
+
+/// Steps of the progress bar while initialising; the bar starts anew with the first component.
+namespace Progress {
+constexpr int AppIniFound = 10;
+constexpr int PreInstallDone = 20;
+constexpr int AppDataStored = 30;
+constexpr int ProductIniFound = 40;
+constexpr int ProductDataStored = 50;
+constexpr int ComponentsStored = 80;
+constexpr int Checked = 100;
+}  // namespace Progress
+
+/// A run that cannot be prepared, told by `status` in the window.
+void CannotInitialise(Run& run, const std::string& status) {
+  run.window.Status(std::string("Initialisation failed") + LineBreak + LineBreak + status);
+  run.busy = false;
+  LeaveOrEnd(run);
+}
+
+bool FindAppIni(Run& run) {
+  try {
+    GetAppIni(run);
+    run.window.ProgressBar(Progress::AppIniFound);
+    return true;
+  } catch (const Error& failure) {
+    LogFailure(run, failure.source(), failure);
+    CannotInitialise(run, "Application ini file not found");
+    return false;
+  }
+}
+
+bool FindPackageRoot(Run& run) {
+  const std::string spec = modINI::GetIniString(run, "Product", "PackageRoot", MissingValue, run.appIniPath, false);
+  run.log.Log(Source, 0, "Package Root path returned as " + spec);
+  if (spec == MissingValue) {
+    // The source is spelled so.
+    run.log.Log("Initilise", 6080, modErrorBase::GetErrorText(6080, {"PackageRoot", "[Product]", run.appIniPath}),
+                !run.silent, EntryType::Error);
+    SetProductResult(run, false, "PackageRoot is missing in section [Product] of " + run.appIniPath);
+    CannotInitialise(run, "PackageRoot is missing in the application ini file");
+    return false;
+  }
+  run.packageRoot = ResolvePath(run, spec);
+  run.log.Log(Source, 0, "Package Root path resolved to " + run.packageRoot);
+  return true;
+}
+
+void CarryOutPreInstall(Run& run) {
+  if (modQXInstallationMain::PreInstallActions(run)) {
+    run.window.ProgressBar(Progress::PreInstallDone);
+    return;
+  }
+  run.log.Log(Source, 0, "Process halted after Pre-Install Actions failed.");
+  SetProductResult(run, false, "Pre-install checks failed");
+  if (!run.silent) {
+    run.machine.screen().messageBox({.title = Title,
+                                     .text = "This installation cannot continue as pre-install checks failed",
+                                     .icon = platform::BoxIcon::Critical});
+  }
+  Closedown(run);
+}
+
+bool FindProductIni(Run& run) {
+  try {
+    GetProductIni(run);
+  } catch (const Error& failure) {
+    LogFailure(run, failure.source(), failure);
+    run.log.Log(Source, 0, "Product ini file " + run.productIniPath + " could not be found", false, EntryType::Error);
+    SetProductResult(run, false, "Product ini file " + run.productIniPath + " could not be found");
+    CannotInitialise(run, "Product ini file not found");
+    return false;
+  }
+  run.window.ProgressBar(Progress::ProductIniFound);
+  RememberIniPaths(run);
+  MapDriveIfRequired(run);
+  return true;
+}
+
+bool StoreComponents(Run& run) {
+  int index = 0;
+  for (const std::string& component : run.actions) {
+    if (modQXInstallationMain::StoreComponentData(run, component, ++index)) continue;
+    const std::string text = "Initilisation of " + component + " failed as the product ini file could not be found";
+    run.log.Log(Source, 0, text, false, EntryType::Error);
+    SetProductResult(run, false, text);
+    CannotInitialise(run, "Component ini file not found");
+    return false;
+  }
+  run.window.ProgressBar(Progress::ComponentsStored);
+  return true;
+}
+
+void CheckConfiguration(Run& run) {
+  if (!ConfigChecks(run)) {
+    run.log.Log(Source, 0, "Process halted after ConfigChecks failed.", false, EntryType::Error);
+    SetProductResult(run, false, "Configuration checks failed");
+    Closedown(run);
+  }
+  run.window.ProgressBar(Progress::Checked);
+  if (run.verbose) LogInstalledMSIs(run);
+}
+
+bool PrepareInstall(Run& run) {
+  if (!FindAppIni(run) || !FindPackageRoot(run)) return false;
+  CarryOutPreInstall(run);
+  modQXInstallationMain::StoreAppData(run);
+  run.window.ProgressBar(Progress::AppDataStored);
+  if (!FindProductIni(run)) return false;
+  modQXInstallationMain::StoreProductData(run);
+  run.window.ProgressBar(Progress::ProductDataStored);
+  if (!StoreComponents(run)) return false;
+  CheckConfiguration(run);
+  return true;
+}
+
+std::string ReadyText(const Run& run) {
+  const std::string blankLine = std::string(LineBreak) + LineBreak;
+  if (!run.uninstall) return "Initialisation complete" + blankLine + "Click 'Continue' to proceed with installation.";
+  return "This will uninstall the " + run.uninstallProduct + " product." + blankLine +
+         "WARNING: if any shared components are included in this product, continuing with this uninstallation may "
+         "result in other programs not functioning correctly" +
+         blankLine + "Click Continue to proceed with uninstallation.";
+}
+
+}  // namespace
+
+void Initialise(Run& run) {
+  try {
+    run.busy = true;
+    modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
+    ValidateShares(run);
+    if (!run.uninstall && !PrepareInstall(run)) return;
+    modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, "0");
+    run.window.LongMessage(ReadyText(run));
+    run.initialised = true;
+  } catch (const std::exception& failure) {
+    LogFailure(run, "Main.Initilise", failure, !run.silent);
+    SetProductResult(run, false, failure.what());
+    LeaveOrEnd(run);
+  }
+  run.busy = false;
+}
+
+void RememberIniPaths(Run& run) {
+  modRegistry::RegWrite(run, ProductsKey, "InstallationIni", run.appIniPath);
+  modRegistry::RegWrite(run, ProductsKey, "ProductIni", run.productIniPath);
+}

@@ -1,0 +1,134 @@
+#include "core/install_component.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "base/error_texts.h"
+#include "base/paths.h"
+#include "base/records.h"
+#include "base/registry.h"
+#include "base/text.h"
+#include "exec/component_command.h"
+#include "exec/conditions.h"
+#include "exec/copy_operations.h"
+#include "exec/disk_space.h"
+#include "exec/machine_types.h"
+#include "exec/msi_run.h"
+#include "exec/outcome.h"
+#include "exec/process.h"
+
+namespace {
+
+constexpr const char* Source = "modQXInstallationMain.StartInstall";
+
+/// Records the failure and consults what the component and the product say about going on.
+ComponentEnd Fail(Run& run, const std::string& ending) {
+  SetProductResult(run, false, "Installation of " + run.component.name + " failed" + ending);
+  const bool aborts = IsTrue(ComponentValue(run, Value::AbortOnFail)) ||
+                      IsTrue(modRegistry::ReadOrEmpty(run, ProductKey(run), Value::AbortOnFail));
+  if (!aborts) return ComponentEnd::Failed;
+  // The source is spelled so.
+  run.log.Log("startInstall", 0, "Aborting Installation");
+  run.aborted = true;
+  return ComponentEnd::Aborted;
+}
+
+bool MayBeInstalled(Run& run) {
+  if (!modMain::CheckMachineType(run)) {
+    run.log.Log("StartInstall", 0,
+                "Component " + run.component.name + " is not meant for this machine type (" + run.serverType +
+                    "), component will not be installed",
+                false, EntryType::Warning);
+    return false;
+  }
+  return modMain::CheckConditions(run);
+}
+
+void WaitForMsiexec(Run& run, RunType type) {
+  constexpr const char* check = "Check for multiple MSIExec processes: ";
+  if (type == RunType::Package) {
+    run.log.Log("StartInstall", 0, std::string(check) + "Starting Check...");
+    OneMSIExec(run);
+  } else {
+    run.log.Log("StartInstall", 0, std::string(check) + "Not Required!");
+  }
+}
+
+ComponentEnd FileIsMissing(Run& run, const std::string& file) {
+  run.log.Log(Source, 6081, modErrorBase::GetErrorText(6081, {file}), false, EntryType::Error);
+  modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "Fail");
+  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, "Fail");
+  modRegistry::RegWrite(run, run.component.key, Value::Message, "File not found : " + file);
+  return Fail(run, " (installation file could not be found)");
+}
+
+ComponentEnd TypeIsUnknown(Run& run, const std::string& file) {
+  run.log.Log("StartInstall", 0, "Unable to determine run-type for " + run.component.name);
+  run.log.Log(Source, 6091, modErrorBase::GetErrorText(6091, {file}), false, EntryType::Error);
+  return Fail(run, "");
+}
+
+/// What running the component came to. Without `judged` there is nothing left to judge: a package that is installed
+/// already.
+struct ProcessResult {
+  bool succeeded;
+  bool judged;
+};
+
+ProcessResult RunPackage(Run& run, const std::string& file) {
+  const std::string arguments = MsiexecArguments(run, file);
+  const bool repair = IsTrue(ComponentValue(run, "Upgrade"));
+  std::optional<std::int32_t> exitCode;
+  const bool succeeded = modQXInstallationMain::ExecuteMSI(run, arguments, repair, FolderPart(file), exitCode);
+  if (!exitCode) return {true, false};
+  run.log.Log("StartInstall", 0, "Executing msiexec " + arguments + " returned " + std::to_string(*exitCode));
+  return {succeeded, true};
+}
+
+ProcessResult RunProgramOrScript(Run& run, const std::string& file) {
+  const std::string command = ProgramCommandLine(run, file);
+  return {modMain::ExecuteInstall(run, command, false, FolderPart(file), LowerCase(Extension(file))), true};
+}
+
+ComponentEnd JudgeComponent(Run& run, const ProcessResult& process, const std::string& file) {
+  if (!process.judged) return ComponentEnd::Done;
+  const bool passed = modQXInstallationMain::CheckSuccess(run, Extension(file));
+  // Three endings tell the three kinds of failure apart.
+  if (!process.succeeded) return Fail(run, "");
+  if (!passed) return Fail(run, ".");
+  if (!run.installSuccess) return Fail(run, " ");
+  return ComponentEnd::Done;
+}
+
+ComponentEnd RunFile(Run& run, const std::string& file) {
+  const RunType type = RunTypeOf(file);
+  WaitForMsiexec(run, type);
+  run.window.StatusLine("Checking other options");
+  run.log.Log("StartInstall", 0, "Type of file is " + Extension(file));
+  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, "");
+  modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
+  if (!run.fso.FileExists(file)) return FileIsMissing(run, file);
+  modRegistry::RegWrite(run, InstallationKey, Value::CurrentComponentPath, FolderPart(file));
+  if (type == RunType::Unknown) return TypeIsUnknown(run, file);
+  const ProcessResult result = type == RunType::Package ? RunPackage(run, file) : RunProgramOrScript(run, file);
+  modRegistry::RegWrite(run, run.component.key, Value::Message, ComponentValue(run, Value::Message));
+  return JudgeComponent(run, result, file);
+}
+
+}  // namespace
+
+ComponentEnd InstallComponent(Run& run) {
+  run.installSuccess = true;
+  if (!MayBeInstalled(run)) return ComponentEnd::HeldBack;
+  if (!CheckDiskSpace(run)) return Fail(run, " disk space check.");
+  CopyTargets targets;
+  ReadRegCopyOps(run, targets, run.component.key);
+  std::string redirected;
+  const std::int16_t copied = StartCopyOp(run, redirected, targets);
+  if (copied < 0) return Fail(run, " a copying operation.");
+  if (copied > 0) return ComponentEnd::Done;
+  const std::string& install = run.component.install;
+  const std::string file = IsFullPath(install) ? install : Joined(run.component.path, install);
+  return RunFile(run, redirected.empty() ? file : redirected);
+}

@@ -1,0 +1,17 @@
+// Installing the components one after another.
+#pragma once
+
+#include "base/run.h"
+
+/// What the Continue button means at this point: the whole install or uninstall sequence, another try at initialising,
+/// or the end of the run (throws ProgramEnd).
+void DoContinue(Run& run);
+
+namespace modQXInstallationMain {
+
+/// Installs the components whose sequence numbers lie above "LastSequence", in their order, and records each as it is
+/// done. Restarts the machine where a component asks for that (throws ProgramEnd). At the end the product is registered
+/// and a deferred restart carried out.
+void StartInstall(Run& run);
+
+}  // namespace modQXInstallationMain

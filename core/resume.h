@@ -1,0 +1,8 @@
+// Going on after a restart that the program caused.
+#pragma once
+
+#include "base/run.h"
+
+/// Restores the run from the registry, removes the script that started it, shows the window or the tray icon and goes
+/// on with the component after "LastSequence". A silent run ends here (throws ProgramEnd).
+void StartFromReboot(Run& run);

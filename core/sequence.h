@@ -1,0 +1,25 @@
+// The order of the components.
+#pragma once
+
+#include "base/run.h"
+
+namespace modQXInstallationMain {
+
+/// Makes run.sequence anew from the records: one row per component of run.actions, by ascending sequence number.
+void GetSequence(Run& run);
+
+}  // namespace modQXInstallationMain
+
+namespace modMain {
+
+/// Makes the first component with a sequence number above this one the current component, with what its record holds.
+/// False when there is none.
+bool GetNextInstall(Run& run, double lastSequence);
+
+}  // namespace modMain
+
+/// Makes run.actions the components that the product's record holds (those with a sequence number).
+void ListActions(Run& run);
+
+/// Makes a component of the current product the current one.
+void SelectComponent(Run& run, const std::string& component);

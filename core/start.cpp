@@ -1,0 +1,169 @@
+#include "core/start.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/error_handler.h"
+#include "base/ini.h"
+#include "base/log_setup.h"
+#include "base/records.h"
+#include "base/registry.h"
+#include "base/text.h"
+#include "core/command_line.h"
+#include "core/discovery.h"
+#include "core/display.h"
+#include "core/end_of_run.h"
+#include "core/initialise.h"
+#include "core/install_loop.h"
+#include "core/resume.h"
+#include "env/multi_disk.h"
+#include "env/shares.h"
+#include "exec/captions.h"
+#include "exec/outcome.h"
+
+namespace {
+
+constexpr const char* Source = "Main";
+constexpr int AnotherCopyRuns = 3;
+constexpr int ClassNameCapacity = 256;
+
+void ReadCommandLine(Run& run) {
+  run.commandLine = ArgumentText(run.machine.machine().commandLine(), run.machine.machine().programPath());
+  if (!run.commandLine.empty()) GetCommandLine(run, run.commandLine);
+}
+
+std::string ProductKeyOfAppIni(Run& run, const char* key, bool silent) {
+  return modINI::GetIniString(run, "Product", key, "", run.appIniPath, silent);
+}
+
+void ReadIdentity(Run& run) {
+  run.productName = ProductKeyOfAppIni(run, "Name", false);
+  run.numberOfLoops = Trim(ProductKeyOfAppIni(run, "NumberOfLoops", true));
+  run.endMessage = Trim(ProductKeyOfAppIni(run, "EndMessage", true));
+  run.productDisplayName = Trim(ProductKeyOfAppIni(run, "Name", true));
+  if (run.productDisplayName.empty()) {
+    throw Error(
+        GeneralError,
+        "The application ini " + run.appIniPath + " names no product. Give it a key Name in its section [Product].",
+        Source);
+  }
+}
+
+void IdentifyProduct(Run& run) {
+  modCDFunctions::isMultiCD(run);
+  GetAppIni(run);
+  ReadIdentity(run);
+  SetUpLog(run);
+  MapDriveIfRequired(run);
+}
+
+bool HoldsSkipPreInstall(Run& run, const std::string& key) {
+  const std::vector<std::string> names = modRegistry::ValueNames(run, key);
+  return std::any_of(names.begin(), names.end(),
+                     [](const std::string& name) { return EqualIgnoringCase(name, Value::SkipPreInstall); });
+}
+
+/// Where the application ini means the root that an earlier run recorded, that root outlives the earlier record.
+std::string RootToKeep(Run& run, const std::string& key) {
+  if (!MeansRecordedRoot(ProductKeyOfAppIni(run, Value::PackageRoot, true))) return std::string();
+  return modRegistry::RegRead(run, key, Value::PackageRoot);
+}
+
+/// Wipes the record of an earlier install of the product, but for the request to skip its pre-install actions.
+void WipeProductRecord(Run& run) {
+  const std::string key = ProductKey(run);
+  if (!modRegistry::RegKeyExists(run, key, "")) return;
+  const bool skip = HoldsSkipPreInstall(run, key);
+  const std::string root = RootToKeep(run, key);
+  if (skip) run.log.Log(Source, 0, "SkipPreInstall value found.");
+  modRegistry::RegDelete(run, key);
+  if (!root.empty()) modRegistry::RegWrite(run, key, Value::PackageRoot, root);
+  if (!skip) return;
+  run.log.Log(Source, 0, "Recreating SkipPreInstall value.");
+  modRegistry::RegWrite(run, key, Value::SkipPreInstall, TrueOrFalse(true));
+}
+
+/// From here an interactive run is driven by its window.
+void StartSequence(Run& run) {
+  ShowRun(run);
+  Initialise(run);
+  if (!run.silent) return;
+  DoContinue(run);
+  EndInstall(run);
+}
+
+void StartFreshInstall(Run& run) {
+  WipeProductRecord(run);
+  SetProductResult(run, true, "");
+  run.resumePending = false;
+  if (run.localInstance) run.log.Log(Source, 0, "Starting Local instance of QXIA");
+  StartSequence(run);
+}
+
+void Start(Run& run) {
+  run.window.Create(Title);
+  PreventDuplicate(run);
+  run.log.Start();
+  run.localInstance = modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall);
+  ReadCommandLine(run);
+  run.component = {};
+  if (run.uninstall) {
+    run.endMessage = "QX Installation Assistant has successfully un-installed the product " + run.uninstallProduct;
+  } else {
+    IdentifyProduct(run);
+  }
+  modLanguage::CreateEDictionary(run);
+  if (run.uninstall) {
+    SetProductResult(run, true, "");
+    StartSequence(run);
+  } else if (modRegistry::ReadOrEmpty(run, ProductsKey, Value::Rebooted) == TrueOrFalse(true)) {
+    run.rebooted = true;
+    run.log.Log(Source, 0, "System has been re-booted by the application.");
+    StartFromReboot(run);
+  } else {
+    StartFreshInstall(run);
+  }
+}
+
+void BringOtherCopyForward(Run& run) {
+  platform::Screen& screen = run.machine.screen();
+  const platform::WindowHandle own = screen.mainWindow();
+  const std::string caption = screen.caption(own);
+  // Without its caption, this copy's own window is not the one that is found.
+  screen.setCaption(own, "");
+  const platform::WindowHandle other = screen.findWindow(WindowClass(run, own), caption);
+  screen.setCaption(own, caption);
+  if (other.value == 0) return;
+  screen.restoreWindow(other);
+  screen.focusWindow(other);
+}
+
+}  // namespace
+
+void Main(Run& run) {
+  try {
+    Start(run);
+  } catch (const std::exception& failure) {
+    LogFailure(run, Source, failure, !run.silent);
+    EndInstall(run);
+  }
+}
+
+void PreventDuplicate(Run& run) {
+  try {
+    if (modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall)) return;
+    if (!run.machine.machine().anotherCopyRuns()) return;
+    BringOtherCopyForward(run);
+  } catch (const Error& failure) {
+    run.machine.screen().messageBox({.title = "Prevent Duplicate",
+                                     .text = "Error: " + std::to_string(failure.number()) + LineBreak + LineBreak +
+                                             "Description: " + failure.text(),
+                                     .icon = platform::BoxIcon::Exclamation});
+    return;
+  }
+  throw ProgramEnd{AnotherCopyRuns};
+}
+
+std::string WindowClass(Run& run, platform::WindowHandle window) {
+  return run.machine.screen().className(window, ClassNameCapacity);
+}

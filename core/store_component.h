@@ -1,0 +1,22 @@
+// Copying one component's data from its ini file into the registry.
+#pragma once
+
+#include <string>
+
+#include "base/run.h"
+
+namespace modQXInstallationMain {
+
+/// Writes the record of the component whose entry in the product ini's [Actions] section bears this name; `index` is
+/// its place in the product, counted from 1. An entry without a value is a warning and writes nothing. False when the
+/// component's ini file is missing or the record could not be made; the log says why.
+bool StoreComponentData(Run& run, const std::string& component, int index);
+
+}  // namespace modQXInstallationMain
+
+/// An entry of [Actions]: the component ini's path, and the version behind "RFI Version=" if it bears one.
+struct ActionEntry {
+  std::string iniPath;
+  std::string version;
+};
+ActionEntry ParseActionEntry(const std::string& entry);

@@ -1,0 +1,223 @@
+#include "core/store_product.h"
+
+#include <algorithm>
+
+#include "base/error_handler.h"
+#include "base/error_texts.h"
+#include "base/ini.h"
+#include "base/numbers.h"
+#include "base/records.h"
+#include "base/registry.h"
+#include "base/text.h"
+#include "core/closedown.h"
+#include "core/discovery.h"
+#include "exec/outcome.h"
+
+namespace {
+
+constexpr const char* Source = "modQXInstallationMain.StoreAppData";
+
+/// Required keys are logged when they are missing.
+enum class Need { Required, Optional };
+enum class Form { Text, Truth };
+enum class Holder { Products, Product };
+
+struct RecordedKey {
+  Holder holder;
+  const char* value;
+  const char* section;
+  const char* key;
+  const char* defaultText;
+  Need need;
+  Form form;
+  void (*tell)(Run&, const std::string&);
+};
+
+void TellNothing(Run&, const std::string&) {}
+
+void TellVersion(Run& run, const std::string& version) {
+  modRegistry::RegWrite(run, ProductKey(run), Value::Version, version);
+  run.log.Log(Source, 0, "Installing " + run.productName + " Version " + version);
+}
+
+void TellVerbose(Run& run, const std::string& verbose) {
+  run.log.Log(Source, 0, "Verbose setting is " + verbose);
+  run.verbose = run.verbose || IsTrue(verbose);
+}
+
+void TellSilent(Run& run, const std::string& silent) {
+  run.log.Log(Source, 0, "Silent running is " + silent);
+}
+
+void TellPreviousVolume(Run& run, const std::string& volume) {
+  if (!IsNotGiven(volume)) run.log.Log(Source, 0, "This is part of a multi-disk installation. ");
+}
+
+constexpr RecordedKey identity[] = {
+    {Holder::Products, Value::Product, "Product", "Name", MissingValue, Need::Required, Form::Text, TellNothing},
+    {Holder::Product, Value::AbortOnFail, "Product", "AbortOnFail", MissingValue, Need::Required, Form::Truth,
+     TellNothing},
+};
+
+constexpr RecordedKey settings[] = {
+    {Holder::Products, "Force Uninstall Reboot", "Product", "ForceUninstallReboot", "False", Need::Required, Form::Text,
+     TellNothing},
+    {Holder::Products, Value::Version, "Product", "Version", MissingValue, Need::Required, Form::Text, TellVersion},
+    {Holder::Products, Value::Verbose, "Config", "Verbose", MissingValue, Need::Required, Form::Truth, TellVerbose},
+    {Holder::Products, Value::Silent, "Config", "Silent", MissingValue, Need::Required, Form::Truth, TellSilent},
+    {Holder::Product, Value::RequestLogon, "Config", "RequestLogonDetails", MissingValue, Need::Required, Form::Truth,
+     TellNothing},
+    {Holder::Product, "PreviousVolumeName", "Product", "PreviousVolumeName", "", Need::Optional, Form::Text,
+     TellPreviousVolume},
+    {Holder::Product, Value::NextVolumeName, "Product", "NextVolumeName", MissingValue, Need::Optional, Form::Text,
+     TellNothing},
+    {Holder::Product, "CopyOpRoot", "Product", "CopyOpRoot", MissingValue, Need::Required, Form::Text, TellNothing},
+    {Holder::Product, "CopyOpHold", "Product", "CopyOpHold", MissingValue, Need::Required, Form::Text, TellNothing},
+};
+
+void Store(Run& run, const RecordedKey& row) {
+  const std::string read =
+      modINI::GetIniString(run, row.section, row.key, row.defaultText, run.appIniPath, row.need == Need::Optional);
+  const std::string text = row.form == Form::Truth ? TrueOrFalse(IsTrue(read)) : read;
+  const std::string key = row.holder == Holder::Products ? std::string(ProductsKey) : ProductKey(run);
+  modRegistry::RegWrite(run, key, row.value, text);
+  row.tell(run, text);
+}
+
+void StoreStartSettings(Run& run) {
+  if (!run.endMessage.empty()) modRegistry::RegWrite(run, ProductKey(run), "EndMessage", run.endMessage);
+  if (WholeNumericValue(run.numberOfLoops).value_or(0) > 0) {
+    modRegistry::RegWrite(run, ProductKey(run), Value::NumberOfLoops, run.numberOfLoops);
+  }
+}
+
+std::string RequiredProductKey(Run& run, const char* key) {
+  return modINI::GetIniString(run, "Product", key, MissingValue, run.appIniPath, false);
+}
+
+void StorePaths(Run& run) {
+  const std::string ini = RequiredProductKey(run, "ProductIni");
+  modRegistry::RegWrite(run, ProductKey(run), Value::ProductIniPath,
+                        ini == MissingValue ? ini : SpecifiedProductIni(run));
+  // A root that means the recorded one leaves that in place.
+  const std::string root = RequiredProductKey(run, "PackageRoot");
+  if (!MeansRecordedRoot(root)) modRegistry::RegWrite(run, ProductKey(run), Value::PackageRoot, root);
+}
+
+void ListSection(Run& run, std::vector<std::string>& entries, const char* section, bool keysOnly, const char* told) {
+  entries.clear();
+  if (!modINI::IsValidIniSection(run, section, run.appIniPath)) return;
+  modINI::GetIniKeys(run, entries, section, run.appIniPath, keysOnly);
+  std::string text = told;
+  for (const std::string& entry : entries) text += "<br>" + entry;
+  run.log.Log(Source, 0, text);
+}
+
+std::string ProductIniVersion(Run& run) {
+  const std::string version = modINI::GetIniString(run, "General", "Version", MissingValue, run.productIniPath, true);
+  if (version == MissingValue) {
+    run.log.Log(Source, 6080, modErrorBase::GetErrorText(6080, {"Version", "General", run.productIniPath}), false,
+                EntryType::Error);
+  }
+  return version;
+}
+
+bool UserAcceptsVersion(Run& run) {
+  if (run.silent) return false;
+  const platform::BoxAnswer answer = run.machine.screen().messageBox(
+      {.title = "Product Version",
+       .text =
+           std::string("The product version does not match with the version specified in the QX Installer ini file.") +
+           LineBreak + LineBreak + "Do you wish to continue with this version?",
+       .icon = platform::BoxIcon::Question,
+       .buttons = platform::BoxButtons::YesNo,
+       .defaultAnswer = platform::BoxAnswer::Yes});
+  return answer == platform::BoxAnswer::Yes;
+}
+
+void AbortRun(Run& run) {
+  run.log.Log(Source, 0, "User aborted run", false, EntryType::Error);
+  SetProductResult(run, false, "User aborted run");
+  run.cancelled = !run.silent;
+  Closedown(run);
+}
+
+/// The recorded version that differs, or the last one compared; nothing (and an entry) when one cannot be read.
+bool ReadRecordedVersion(Run& run, const std::string& version, std::string& recorded) {
+  for (const std::string& key : {std::string(ProductsKey), ProductKey(run)}) {
+    recorded = modRegistry::ReadOrEmpty(run, key, Value::Version);
+    if (IsNotGiven(recorded)) {
+      run.log.Log(Source, 6082, modErrorBase::GetErrorText(6082, {"HKLM\\" + key + "\\" + Value::Version}), false,
+                  EntryType::Error);
+      return false;
+    }
+    if (recorded != version) return true;
+  }
+  return true;
+}
+
+void CheckVersion(Run& run) {
+  const std::string version = ProductIniVersion(run);
+  std::string recorded;
+  if (version == MissingValue || !ReadRecordedVersion(run, version, recorded)) return;
+  if (recorded == version) {
+    run.log.Log(Source, 0, "Versions match " + version);
+    return;
+  }
+  run.log.Log(Source, 0, "Versions do not match, product.ini is " + version + ", installer .ini is " + recorded);
+  if (!UserAcceptsVersion(run)) AbortRun(run);
+}
+
+/// A name that stands twice is one component, at its first place.
+void KeepFirstOfEach(Run& run) {
+  std::vector<std::string> unique;
+  for (const std::string& action : run.actions) {
+    const bool known = std::any_of(unique.begin(), unique.end(),
+                                   [&](const std::string& name) { return EqualIgnoringCase(name, action); });
+    if (!known) {
+      unique.push_back(action);
+      continue;
+    }
+    run.log.Log(Source, 0,
+                "Component " + action + " stands twice in section [Actions] of " + run.productIniPath +
+                    "; only its first entry is used. Give each entry a name of its own.",
+                false, EntryType::Warning);
+  }
+  run.actions = unique;
+}
+
+}  // namespace
+
+namespace modQXInstallationMain {
+
+void StoreAppData(Run& run) {
+  Guarded(run, Source, [&] {
+    run.window.Status("Storing data in Registry");
+    run.log.Log(Source, 0, "Writing application data to registry.");
+    for (const RecordedKey& row : identity) Store(run, row);
+    StoreStartSettings(run);
+    for (const RecordedKey& row : settings) Store(run, row);
+    StorePaths(run);
+    ReadForcedLists(run);
+  });
+}
+
+void StoreProductData(Run& run) {
+  Guarded(run, Source, [&] {
+    run.log.Log(Source, 0, "Writing product data to registry.");
+    CheckVersion(run);
+    run.log.Log(Source, 0, "Getting list of actions for " + run.productName);
+    modINI::GetIniKeys(run, run.actions, "Actions", run.productIniPath, true);
+    const auto count = static_cast<std::int32_t>(run.actions.size());
+    run.log.Log(Source, 0, "There are " + std::to_string(count) + " components");
+    modRegistry::WriteNumber(run, ProductKey(run), "ComponentCount", count);
+    KeepFirstOfEach(run);
+  });
+}
+
+}  // namespace modQXInstallationMain
+
+void ReadForcedLists(Run& run) {
+  ListSection(run, run.forceUninstall, "ForceUninstall", true, "List of components to force uninstall:");
+  ListSection(run, run.forceDelete, "ForceDelete", false, "List of components to delete:");
+}
