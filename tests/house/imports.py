@@ -91,7 +91,7 @@ def read_list(text):
             continue
         fields = line.split("\t")
         if len(fields) != 4 or (fields[0], fields[1]) in rows:
-            raise ValueError(f"line {number} is not a row of its own: dll, function, first 9x, first NT")
+            raise ValueError(f"{LIST.name} line {number} is not a row of its own: dll, function, first 9x, first NT")
         rows[fields[0], fields[1]] = (fields[2], fields[3])
     return rows
 
@@ -209,7 +209,10 @@ def main(arguments):
     if len(arguments) != 1 or arguments[0].startswith("-"):
         print(__doc__)
         return 2
-    findings = audit(pathlib.Path(arguments[0]).read_bytes(), read_list(LIST.read_text()))
+    try:
+        findings = audit(pathlib.Path(arguments[0]).read_bytes(), read_list(LIST.read_text()))
+    except (OSError, ValueError) as problem:
+        findings = [f"cannot be audited: {problem}"]
     for finding in findings:
         print(f"{arguments[0]}: {finding}")
     return 1 if findings else 0
