@@ -1,0 +1,323 @@
+#include "platform/simulated/declaration.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "platform/simulated/host.h"
+#include "platform/simulated/section_file.h"
+#include "platform/simulated/text.h"
+#include "platform/simulated/workstation.h"
+
+namespace simulated {
+namespace {
+
+/// In the order of platform::DriveType.
+constexpr const char* DriveTypeNames[] = {"unknown", "removable", "fixed", "remote", "cdrom", "ramdisk"};
+
+platform::DriveType FindDriveType(const std::string& name) {
+  std::string names;
+  for (std::size_t i = 0; i < std::size(DriveTypeNames); ++i) {
+    if (SameText(DriveTypeNames[i], name)) return static_cast<platform::DriveType>(i);
+    names += (i == 0 ? "" : ", ") + std::string(DriveTypeNames[i]);
+  }
+  Refuse("drive type '" + name + "' is not known; choose one of " + names);
+}
+
+Match FindMatch(const std::string& name) {
+  static const std::map<std::string, Match> matches = {{"contains", Match::Contains},
+                                                       {"exactly", Match::Exactly},
+                                                       {"prefix", Match::Prefix},
+                                                       {"program", Match::Program}};
+  const auto found = matches.find(Lower(name));
+  if (found == matches.end()) Refuse("'" + name + "': write contains, exactly, prefix or program");
+  return found->second;
+}
+
+char ParseLetter(const std::string& text) {
+  if (text.empty() || text.size() > 2 || (text.size() == 2 && text[1] != ':')) Refuse("'" + text + "': name one drive");
+  return text[0];
+}
+
+/// KEY\NAME=DATA
+RegistryWrite ParseWrite(const std::string& value) {
+  const std::size_t equals = value.find('=');
+  const std::size_t name = value.rfind('\\', equals);
+  if (equals == std::string::npos || name == std::string::npos)
+    Refuse("'" + value + "': write it as HKLM\\Key\\Name=data");
+  return {value.substr(0, name), value.substr(name + 1, equals - name - 1), value.substr(equals + 1)};
+}
+
+/// PATH=TEXT
+FileWrite ParseFile(const std::string& value) {
+  const std::size_t equals = value.find('=');
+  if (equals == std::string::npos) Refuse("'" + value + "': write it as C:\\Folder\\File=text");
+  return {value.substr(0, equals), value.substr(equals + 1) + "\r\n"};
+}
+
+Product ParseProduct(const std::string& value) {
+  const std::vector<std::string> parts = ParseParts(value, '|', 3, "{code}|name|version");
+  return {parts[0], parts[1], parts[2]};
+}
+
+/// Carries out one file, section by section.
+class Loader {
+ public:
+  Loader(std::string file, Workstation& workstation) : file_(std::move(file)), workstation_(workstation) {}
+
+  void load();
+
+ private:
+  using Handler = void (Loader::*)(const Section&);
+
+  void machine(const Section& section);
+  void environment(const Section& section);
+  void drive(const Section& section);
+  void registry(const Section& section);
+  void file(const Section& section);
+  void folder(const Section& section);
+  void product(const Section& section);
+  void package(const Section& section);
+  void program(const Section& section);
+  void running(const Section& section);
+  void answer(const Section& section);
+  void choose(const Section& section);
+  void person(const Section& section);
+
+  /// A path of the host; a relative one starts where the file is.
+  std::string hostPath(const std::string& path) const;
+  Drive mappedDrive(const std::string& value) const;
+  Keys outcomeKeys(Outcome& outcome) const;
+
+  std::string file_;
+  Workstation& workstation_;
+};
+
+std::string Loader::hostPath(const std::string& path) const {
+  return (std::filesystem::absolute(file_).parent_path() / path).lexically_normal().string();
+}
+
+void Loader::load() {
+  static const std::map<std::string, Handler> handlers = {
+      {"machine", &Loader::machine}, {"environment", &Loader::environment},
+      {"drive", &Loader::drive},     {"registry", &Loader::registry},
+      {"file", &Loader::file},       {"folder", &Loader::folder},
+      {"product", &Loader::product}, {"package", &Loader::package},
+      {"program", &Loader::program}, {"running", &Loader::running},
+      {"answer", &Loader::answer},   {"choose", &Loader::choose},
+      {"person", &Loader::person}};
+  const std::string text = ReadHostFile(file_);
+  if (text.empty()) Refuse(file_ + ": is missing or empty; write a machine declaration there, from [machine] on");
+  for (const Section& section : ParseSections(file_, text)) {
+    const auto found = handlers.find(section.kind);
+    if (found == handlers.end()) {
+      std::string names;
+      for (const auto& [name, handler] : handlers) names += " [" + name + "]";
+      RefuseLine(file_, section.line, "[" + section.kind + "] is no section; there are" + names);
+    }
+    try {
+      (this->*found->second)(section);
+    } catch (const std::runtime_error& refused) {
+      const std::string what = refused.what();
+      if (StartsWithText(what, file_)) throw;
+      RefuseLine(file_, section.line, what);
+    }
+  }
+}
+
+void Loader::machine(const Section& section) {
+  Machine& machine = workstation_.machine();
+  std::string program = machine.programPath();
+  std::string arguments;
+  std::string user = machine.user;
+  std::string domain = machine.domain;
+  Assign(file_, section,
+         {{"system", [&](const std::string& v) { workstation_.setSystem(v); }},
+          {"computer", [&](const std::string& v) { machine.computer = v; }},
+          {"user", [&](const std::string& v) { user = v; }},
+          {"domain", [&](const std::string& v) { domain = v; }},
+          {"time", [&](const std::string& v) { workstation_.clock().setTime(v); }},
+          {"program", [&](const std::string& v) { program = v; }},
+          {"arguments", [&](const std::string& v) { arguments = v; }},
+          {"installer", [&](const std::string& v) { workstation_.installer().setInstalled(ParseYes(v)); }},
+          {"management", [&](const std::string& v) { workstation_.processes().setManagement(ParseYes(v)); }},
+          {"tray", [&](const std::string& v) { workstation_.screen().setTray(ParseYes(v)); }},
+          {"another copy", [&](const std::string& v) { machine.setAnotherCopyRuns(ParseYes(v)); }}});
+  workstation_.setUser(user, domain);
+  machine.setProgram(program, arguments);
+}
+
+void Loader::environment(const Section& section) {
+  for (const Entry& entry : section.entries) workstation_.machine().variables[entry.key] = entry.value;
+}
+
+void Loader::drive(const Section& section) {
+  Drive drive;
+  drive.letter = ParseLetter(section.argument);
+  Assign(file_, section,
+         {{"type", [&](const std::string& v) { drive.type = FindDriveType(v); }},
+          {"label", [&](const std::string& v) { drive.label = v; }},
+          {"folder", [&](const std::string& v) { drive.folder = hostPath(v); }},
+          {"free", [&](const std::string& v) { drive.free = static_cast<std::uint64_t>(ParseCount(v)); }},
+          {"ready", [&](const std::string& v) { drive.ready = ParseYes(v); }},
+          {"writable", [&](const std::string& v) { drive.writable = ParseYes(v); }}});
+  workstation_.addDrive(drive);
+}
+
+void Loader::registry(const Section& section) {
+  for (const Entry& entry : section.entries) {
+    Outcome outcome;
+    outcome.registry.push_back({section.argument, entry.key, entry.value});
+    workstation_.processes().carryOut(outcome);
+  }
+}
+
+void Loader::file(const Section& section) {
+  std::string text;
+  Assign(file_, section,
+         {{"line", [&](const std::string& v) { text += v + "\r\n"; }},
+          {"from", [&](const std::string& v) { text += ReadHostFile(hostPath(v)); }}});
+  workstation_.files().put(section.argument, text);
+}
+
+void Loader::folder(const Section& section) {
+  Assign(file_, section, {});
+  workstation_.files().makeFolder(section.argument);
+}
+
+void Loader::product(const Section& section) {
+  Product product;
+  product.code = section.argument;
+  Assign(file_, section,
+         {{"name", [&](const std::string& v) { product.name = v; }},
+          {"version", [&](const std::string& v) { product.version = v; }}});
+  workstation_.installer().install(product);
+}
+
+Drive Loader::mappedDrive(const std::string& value) const {
+  const std::vector<std::string> parts = ParseParts(value, '|', 4, "K|remote|LABEL|host folder");
+  Drive drive;
+  drive.letter = ParseLetter(parts[0]);
+  drive.type = FindDriveType(parts[1]);
+  drive.label = parts[2];
+  drive.folder = hostPath(parts[3]);
+  return drive;
+}
+
+Keys Loader::outcomeKeys(Outcome& outcome) const {
+  return {
+      {"exit", [&](const std::string& v) { outcome.exitCode = static_cast<std::int32_t>(ParseCount(v)); }},
+      {"seconds",
+       [&](const std::string& v) { outcome.milliseconds = static_cast<std::uint32_t>(ParseCount(v) * 1000); }},
+      {"cannot start",
+       [&](const std::string& v) { outcome.cannotStart = static_cast<platform::Status>(ParseCount(v)); }},
+      {"set", [&](const std::string& v) { outcome.registry.push_back(ParseWrite(v)); }},
+      {"delete key", [&](const std::string& v) { outcome.deletedKeys.push_back(v); }},
+      {"file", [&](const std::string& v) { outcome.files.push_back(ParseFile(v)); }},
+      {"delete file", [&](const std::string& v) { outcome.deletedFiles.push_back(v); }},
+      {"install", [&](const std::string& v) { outcome.installs.push_back(ParseProduct(v)); }},
+      {"remove", [&](const std::string& v) { outcome.removes.push_back(v); }},
+      {"drive", [this, &outcome](const std::string& v) { outcome.drives.push_back(mappedDrive(v)); }},
+      {"remove drive", [&](const std::string& v) { outcome.removedDrives += ParseLetter(v); }},
+  };
+}
+
+void Loader::package(const Section& section) {
+  Package package;
+  package.path = section.argument;
+  Keys keys = outcomeKeys(package.install);
+  keys["name"] = [&](const std::string& v) { package.name = v; };
+  keys["version"] = [&](const std::string& v) { package.version = v; };
+  keys["code"] = [&](const std::string& v) { package.code = v; };
+  keys["removal exit"] = [&](const std::string& v) {
+    package.removal.exitCode = static_cast<std::int32_t>(ParseCount(v));
+  };
+  keys["repair exit"] = [&](const std::string& v) {
+    package.repair.exitCode = static_cast<std::int32_t>(ParseCount(v));
+  };
+  keys["property"] = [&](const std::string& v) {
+    const std::vector<std::string> parts = ParseParts(v, '=', 2, "Name=value");
+    package.properties.emplace_back(parts[0], parts[1]);
+  };
+  Assign(file_, section, keys);
+  if (package.code.empty()) Refuse("[package " + package.path + "]: add its product code, code={...}");
+  workstation_.installer().declare(package);
+}
+
+void Loader::program(const Section& section) {
+  Program program;
+  program.pattern = section.argument;
+  Keys keys = outcomeKeys(program.outcome);
+  keys["match"] = [&](const std::string& v) { program.match = FindMatch(v); };
+  Assign(file_, section, keys);
+  if (program.pattern.empty()) Refuse("[program]: name the program or a part of its command line");
+  workstation_.processes().declare(program);
+}
+
+void Loader::running(const Section& section) {
+  RunningProgram program;
+  program.name = section.argument;
+  Assign(file_, section,
+         {{"seconds",
+           [&](const std::string& v) { program.milliseconds = static_cast<std::uint64_t>(ParseCount(v)) * 1000; }},
+          {"queries", [&](const std::string& v) { program.queries = static_cast<int>(ParseCount(v)); }}});
+  workstation_.processes().addRunning(program);
+}
+
+void Loader::answer(const Section& section) {
+  BoxScript script;
+  script.title = section.argument;
+  Assign(file_, section,
+         {{"text", [&](const std::string& v) { script.textPart = v; }},
+          {"answer", [&](const std::string& v) { script.answer = FindAnswer(v); }},
+          {"disc", [&](const std::string& v) {
+             const std::vector<std::string> disc = ParseParts(v, '|', 3, "D|LABEL|host folder");
+             const char letter = ParseLetter(disc[0]);
+             script.before = [this_ = &workstation_, letter, label = disc[1], folder = hostPath(disc[2])] {
+               this_->files().insertDisc(letter, folder, label);
+             };
+           }}});
+  workstation_.screen().answer(script);
+}
+
+void Loader::choose(const Section& section) {
+  FileScript script;
+  script.title = section.argument;
+  Assign(file_, section, {{"file", [&](const std::string& v) { script.path = v; }}});
+  workstation_.screen().choose(script);
+}
+
+void Loader::person(const Section& section) {
+  Assign(file_, section, {{"press", [&](const std::string& v) { workstation_.screen().press(FindEvent(v)); }}});
+}
+
+std::string DescribeDrive(const Drive& drive, bool ownFolder) {
+  std::string text = "\n[drive " + std::string(1, drive.letter) + "]\n";
+  text += std::string("type=") + DriveTypeNames[static_cast<int>(drive.type)] + "\n";
+  if (!drive.label.empty()) text += "label=" + drive.label + "\n";
+  if (!ownFolder && !drive.folder.empty()) text += "folder=" + std::filesystem::absolute(drive.folder).string() + "\n";
+  text += "free=" + std::to_string(drive.free) + "\n";
+  if (!drive.ready) text += "ready=no\n";
+  if (!drive.writable) text += "writable=no\n";
+  return text;
+}
+
+}  // namespace
+
+void LoadMachine(const std::string& file, Workstation& workstation) {
+  Loader(file, workstation).load();
+  workstation.journal().effects.clear();
+}
+
+std::string DescribeMachine(Workstation& workstation) {
+  const Machine& machine = workstation.machine();
+  std::string text = "[machine]\nsystem=" + std::string(machine.system().name) + "\ncomputer=" + machine.computer +
+                     "\nuser=" + machine.user + "\ndomain=" + machine.domain +
+                     "\ntime=" + workstation.clock().timeText() + "\n";
+  if (!machine.variables.empty()) text += "\n[environment]\n";
+  for (const auto& [name, value] : machine.variables) text += name + "=" + value + "\n";
+  for (const auto& [letter, drive] : workstation.files().allDrives())
+    text += DescribeDrive(drive, drive.folder == workstation.ownFolder(letter));
+  return text;
+}
+
+}  // namespace simulated

@@ -1,0 +1,17 @@
+// Machines as text: what a workstation is, and what its programs, packages and persons do. README.md has the format.
+#pragma once
+
+#include <string>
+
+namespace simulated {
+
+class Workstation;
+
+/// Carries out a declaration file on the workstation; effects recorded so far are forgotten. Raises std::runtime_error
+/// that names file, line and remedy when the file is not there or a line is not understood.
+void LoadMachine(const std::string& file, Workstation& workstation);
+
+/// What a restart must find again of the machine's facts, as a declaration file.
+std::string DescribeMachine(Workstation& workstation);
+
+}  // namespace simulated

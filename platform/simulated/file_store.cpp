@@ -1,0 +1,188 @@
+// Drives, and the way from Windows paths to host files.
+#include <sys/stat.h>
+
+#include <cctype>
+#include <filesystem>
+
+#include "platform/simulated/files.h"
+#include "platform/simulated/host.h"
+#include "platform/simulated/text.h"
+
+namespace simulated {
+
+using platform::Status;
+namespace status = platform::status;
+
+namespace {
+
+constexpr std::size_t LongestPath = 259;
+constexpr Status InvalidName = 123;
+
+char UpperLetter(char letter) {
+  return static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
+}
+
+bool HasDrive(const std::string& path) {
+  return path.size() >= 2 && path[1] == ':' && std::isalpha(static_cast<unsigned char>(path[0])) != 0;
+}
+
+/// Names between the separators, with "." and ".." worked off.
+std::vector<std::string> NamesOf(const std::string& path) {
+  std::vector<std::string> names;
+  for (const std::string& name : Split(path, '\\')) {
+    if (name == "..") {
+      if (!names.empty()) names.pop_back();
+    } else if (!name.empty() && name != ".") {
+      names.push_back(name);
+    }
+  }
+  return names;
+}
+
+}  // namespace
+
+Drive* Files::drive(char letter) {
+  const auto found = drives_.find(UpperLetter(letter));
+  return found == drives_.end() ? nullptr : &found->second;
+}
+
+void Files::setDrive(Drive drive) {
+  drive.letter = UpperLetter(drive.letter);
+  if (drive.letter < 'A' || drive.letter > 'Z') Refuse("drive '" + std::string(1, drive.letter) + "': name it A to Z");
+  if (drive.ready && !std::filesystem::is_directory(drive.folder))
+    Refuse("drive " + std::string(1, drive.letter) + ": the folder '" + drive.folder + "' is not there; create it");
+  drives_[drive.letter] = std::move(drive);
+}
+
+void Files::removeDrive(char letter) {
+  drives_.erase(UpperLetter(letter));
+}
+
+void Files::insertDisc(char letter, const std::string& hostFolder, const std::string& label) {
+  Drive* found = drive(letter);
+  if (found == nullptr) Refuse("drive " + std::string(1, letter) + ": there is no such drive to insert a disc into");
+  Drive changed = *found;
+  changed.folder = hostFolder;
+  changed.label = label;
+  changed.ready = true;
+  setDrive(changed);
+  journal_.record("disc " + label + " inserted in " + std::string(1, changed.letter));
+}
+
+void Files::ejectDisc(char letter) {
+  Drive* found = drive(letter);
+  if (found == nullptr) Refuse("drive " + std::string(1, letter) + ": there is no such drive to eject a disc from");
+  found->ready = false;
+  journal_.record("disc ejected from " + std::string(1, found->letter));
+}
+
+void Files::setFree(char letter, std::uint64_t bytes) {
+  Drive* found = drive(letter);
+  if (found == nullptr) Refuse("drive " + std::string(1, letter) + ": there is no such drive to set free bytes of");
+  found->free = bytes;
+}
+
+std::string Files::fullPath(const std::string& path) const {
+  std::string text = path;
+  for (char& c : text)
+    if (c == '/') c = '\\';
+  std::string root = currentFolder_.substr(0, 2);
+  if (HasDrive(text)) {
+    root = text.substr(0, 2);
+    text = text.substr(2);
+    if (SameText(root, currentFolder_.substr(0, 2)) && (text.empty() || text[0] != '\\'))
+      text = currentFolder_.substr(2) + "\\" + text;
+  } else if (text.rfind("\\\\", 0) == 0) {
+    return text;
+  } else if (text.empty() || text[0] != '\\') {
+    text = currentFolder_.substr(2) + "\\" + text;
+  }
+  const std::vector<std::string> names = NamesOf(text);
+  for (const std::string& name : names) root += "\\" + name;
+  return names.empty() ? root + "\\" : root;
+}
+
+void Files::fillIn(Place& place) {
+  struct stat facts {};
+  if (stat(place.host.c_str(), &facts) != 0) return;
+  place.status = status::Ok;
+  place.folder = S_ISDIR(facts.st_mode);
+  place.mode = facts.st_mode;
+  place.size = place.folder ? 0 : static_cast<std::uint64_t>(facts.st_size);
+}
+
+Files::Place Files::locate(const std::string& path) {
+  Place place;
+  const std::string full = path.empty() ? path : fullPath(path);
+  if (!HasDrive(full) || full.size() > LongestPath) return place;
+  place.drive = drive(full[0]);
+  if (place.drive == nullptr) return place;
+  if (!place.drive->ready) {
+    place.status = status::NotReady;
+    return place;
+  }
+  if (full.find_first_of("<>\"|?*", 2) != std::string::npos || full.find(':', 2) != std::string::npos) {
+    place.status = InvalidName;
+    return place;
+  }
+  const std::vector<std::string> names = NamesOf(full.substr(2));
+  place.host = place.drive->folder;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const std::string found = FindHostEntry(place.host, names[i]);
+    const bool last = i + 1 == names.size();
+    if (found.empty() && (!last || !std::filesystem::is_directory(place.host))) return place;
+    if (found.empty()) place.status = status::FileNotFound;
+    place.host += "/" + (found.empty() ? names[i] : found);
+  }
+  if (names.empty() || place.status != status::FileNotFound) fillIn(place);
+  return place;
+}
+
+void Files::put(const std::string& path, const std::string& bytes) {
+  const std::string full = fullPath(path);
+  makeFolder(full.substr(0, full.rfind('\\')));
+  const Place place = locate(full);
+  if (place.status != status::Ok && place.status != status::FileNotFound)
+    Refuse("file '" + path + "' cannot be written: its drive is missing, not ready, or the name is not valid");
+  WriteHostFile(place.host, bytes);
+  if (place.status == status::FileNotFound) mark(place.host, platform::attribute::Archive);
+  place.drive->free -= std::min(place.drive->free, bytes.size() - std::min<std::uint64_t>(place.size, bytes.size()));
+  journal_.record("file put " + full);
+}
+
+void Files::makeFolder(const std::string& path) {
+  const std::string full = fullPath(path);
+  if (!HasDrive(full) || drive(full[0]) == nullptr || !drive(full[0])->ready)
+    Refuse("folder '" + path + "' cannot be created: its drive is missing or not ready");
+  std::string host = drive(full[0])->folder;
+  for (const std::string& name : NamesOf(full.substr(2))) {
+    const std::string found = FindHostEntry(host, name);
+    host += "/" + (found.empty() ? name : found);
+  }
+  MakeHostFolder(host);
+}
+
+std::optional<std::string> Files::content(const std::string& path) {
+  std::string bytes;
+  if (read(path, bytes) != status::Ok) return std::nullopt;
+  return bytes;
+}
+
+bool Files::exists(const std::string& path) {
+  return locate(path).status == status::Ok;
+}
+
+bool Files::isFolder(const std::string& path) {
+  const Place place = locate(path);
+  return place.status == status::Ok && place.folder;
+}
+
+void Files::remove(const std::string& path) {
+  const Place place = locate(path);
+  if (place.status != status::Ok) return;
+  std::filesystem::remove_all(place.host);
+  place.drive->free += place.size;
+  journal_.record("file removed " + fullPath(path));
+}
+
+}  // namespace simulated

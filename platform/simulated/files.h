@@ -1,0 +1,119 @@
+// Simulated drives and files. Every drive is a host folder; Windows paths map to it without regard to letter case.
+// Attributes live in the mode bits of the host files: no write bit of the owner is read-only, the execute bits of
+// owner, group and others are archive, system and hidden. On a drive that cannot be written everything is read-only.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/simulated/journal.h"
+
+namespace simulated {
+
+struct Drive {
+  char letter = 'C';
+  platform::DriveType type = platform::DriveType::Fixed;
+  std::string label;
+  std::string folder;  ///< host folder with the volume's content
+  bool ready = true;   ///< false: no disc in the drive
+  bool writable = true;
+  std::uint64_t free = 2000000000;  ///< bytes; files written and deleted change it
+};
+
+class Files : public platform::Files {
+ public:
+  explicit Files(Journal& journal) : journal_(journal) {}
+  ~Files() override;
+  Files(const Files&) = delete;
+  Files& operator=(const Files&) = delete;
+
+  std::vector<platform::Drive> drives() override;
+  platform::Status volumeLabel(char letter, std::string& label) override;
+  platform::Status freeSpace(char letter, std::uint64_t& bytes) override;
+  platform::Status attributes(const std::string& path, std::uint32_t& attributes) override;
+  platform::Status setAttributes(const std::string& path, std::uint32_t attributes) override;
+  platform::Status list(const std::string& folder, std::vector<platform::FolderEntry>& entries) override;
+  platform::Status read(const std::string& path, std::string& bytes) override;
+  platform::Status openForAppending(const std::string& path, platform::FileHandle& file) override;
+  platform::Status openForWriting(const std::string& path, platform::FileHandle& file) override;
+  platform::Status write(platform::FileHandle file, const std::string& bytes) override;
+  platform::Status close(platform::FileHandle file) override;
+  platform::Status copyFile(const std::string& from, const std::string& to) override;
+  platform::Status deleteFile(const std::string& path) override;
+  platform::Status createFolder(const std::string& path) override;
+  platform::Status deleteFolder(const std::string& path) override;
+  platform::Status setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) override;
+
+  /// Adds or replaces the drive of that letter. The host folder must be there, unless the drive is not ready.
+  void setDrive(Drive drive);
+  void removeDrive(char letter);
+  const std::map<char, Drive>& allDrives() const { return drives_; }
+  /// Changes the disc: another content under another label.
+  void insertDisc(char letter, const std::string& hostFolder, const std::string& label);
+  void ejectDisc(char letter);
+  void setFree(char letter, std::uint64_t bytes);
+
+  /// Where relative paths start.
+  void setCurrentFolder(const std::string& folder) { currentFolder_ = folder; }
+  /// Whether volumes and the system know access control.
+  void setAccessControl(bool known) { accessControl_ = known; }
+
+  // What simulated programs and set-ups use: no attribute hinders them.
+
+  /// Writes a file with its folders, also on a drive that programs cannot write.
+  void put(const std::string& path, const std::string& bytes);
+  void makeFolder(const std::string& path);
+  /// The file's bytes, or nothing when it is not there.
+  std::optional<std::string> content(const std::string& path);
+  bool exists(const std::string& path);
+  bool isFolder(const std::string& path);
+  void remove(const std::string& path);
+
+  /// Full form of a path: drive, no doubled separators, no "." and "..".
+  std::string fullPath(const std::string& path) const;
+  /// Closes every open file, as the end of the program does.
+  void closeAll();
+
+ private:
+  /// What a path stands for. Status: Ok it is there, FileNotFound only its last name is missing, or another failure.
+  struct Place {
+    platform::Status status = platform::status::PathNotFound;
+    Drive* drive = nullptr;
+    std::string host;
+    bool folder = false;
+    unsigned mode = 0;
+    std::uint64_t size = 0;
+  };
+  struct OpenFile {
+    std::FILE* stream = nullptr;
+    Drive* drive = nullptr;
+    std::string host;
+    std::string path;
+    bool append = false;
+    std::uint64_t written = 0;
+  };
+
+  Drive* drive(char letter);
+  Place locate(const std::string& path);
+  static void fillIn(Place& place);
+  static std::uint32_t attributesOf(const Place& place);
+  bool isOpen(const std::string& host) const;
+  platform::Status mayReplace(const Place& place) const;
+  platform::Status open(const std::string& path, bool append, platform::FileHandle& file);
+  void finish(OpenFile& file);
+  static void mark(const std::string& host, std::uint32_t attributes);
+
+  Journal& journal_;
+  std::map<char, Drive> drives_;
+  std::map<std::uintptr_t, OpenFile> open_;
+  std::uintptr_t nextHandle_ = 1;
+  std::string currentFolder_ = "C:\\";
+  bool accessControl_ = true;
+};
+
+}  // namespace simulated

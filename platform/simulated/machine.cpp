@@ -1,0 +1,120 @@
+#include "platform/simulated/machine.h"
+
+#include "platform/simulated/text.h"
+
+namespace simulated {
+
+using platform::Status;
+namespace status = platform::status;
+
+namespace {
+
+constexpr std::uint32_t RestartFlag = 2;
+constexpr Status PrivilegeNotHeld = 1314;
+
+/// The Windows 95 family repeats its version in the upper half of the build number.
+constexpr std::uint32_t Build9x(std::uint32_t major, std::uint32_t minor, std::uint32_t build) {
+  return major << 24 | minor << 16 | build;
+}
+
+std::string Fitting(const std::string& text, std::size_t capacity) {
+  return text.size() < capacity ? text : "";
+}
+
+}  // namespace
+
+const std::vector<System>& Systems() {
+  static constexpr const char* Documents = "C:\\Documents and Settings";
+  static const std::vector<System> systems = {
+      {"Windows 95", {1, 4, 0, Build9x(4, 0, 950)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
+      {"Windows 98", {1, 4, 10, Build9x(4, 10, 1998)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
+      {"Windows ME", {1, 4, 90, Build9x(4, 90, 3000)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
+      {"Windows NT 3.51", {2, 3, 51, 1057}, "C:\\WINNT35", "C:\\WINNT35\\System32", ""},
+      {"Windows NT 4.0", {2, 4, 0, 1381}, "C:\\WINNT", "C:\\WINNT\\System32", "C:\\WINNT\\Profiles"},
+      {"Windows 2000", {2, 5, 0, 2195}, "C:\\WINNT", "C:\\WINNT\\system32", Documents},
+      {"Windows XP", {2, 5, 1, 2600}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", Documents},
+      {"Windows 2003", {2, 5, 2, 3790}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", Documents},
+  };
+  return systems;
+}
+
+const System& FindSystem(const std::string& name) {
+  std::string names;
+  for (const System& system : Systems()) {
+    if (SameText(system.name, name)) return system;
+    names += (names.empty() ? "" : ", ") + std::string(system.name);
+  }
+  Refuse("system '" + name + "' is not known; choose one of " + names);
+}
+
+Status Machine::systemVersion(platform::SystemVersion& version) {
+  version = {};
+  if (versionGiven_ && !version_) return status::InvalidParameter;
+  version = versionGiven_ ? *version_ : system_->version;
+  return status::Ok;
+}
+
+std::string Machine::windowsFolder(std::size_t capacity) {
+  return Fitting(system_->windowsFolder, capacity);
+}
+
+std::string Machine::systemFolder(std::size_t capacity) {
+  return Fitting(system_->systemFolder, capacity);
+}
+
+std::string Machine::computerName(std::size_t capacity) {
+  return Fitting(computer, capacity);
+}
+
+std::string Machine::profileFolder() const {
+  return system_->profiles[0] == '\0' ? "" : std::string(system_->profiles) + "\\" + user;
+}
+
+std::string Machine::startupFolder() const {
+  const std::string profile = profileFolder();
+  return profile.empty() ? "" : profile + "\\Start Menu\\Programs\\Startup";
+}
+
+std::string Machine::systemVariable(const std::string& name) const {
+  if (SameText(name, "windir")) return system_->windowsFolder;
+  if (SameText(name, "TEMP")) return std::string(system_->windowsFolder) + "\\TEMP";
+  if (!isNt()) return "";
+  if (SameText(name, "SystemRoot")) return system_->windowsFolder;
+  if (SameText(name, "USERNAME")) return user;
+  if (SameText(name, "USERDOMAIN")) return domain;
+  if (SameText(name, "COMPUTERNAME")) return computer;
+  if (SameText(name, "USERPROFILE")) return profileFolder();
+  if (SameText(name, "ProgramFiles")) return system_->version.major >= 5 ? "C:\\Program Files" : "";
+  return "";
+}
+
+std::string Machine::environment(const std::string& name) {
+  for (const auto& [variable, value] : variables)
+    if (SameText(variable, name)) return value;
+  return systemVariable(name);
+}
+
+void Machine::setProgram(const std::string& path, const std::string& arguments) {
+  programPath_ = path;
+  commandLine_ = "\"" + path + "\"" + (arguments.empty() ? "" : " " + arguments);
+}
+
+bool EventLog::reportError(const std::string& source, const std::string& text) {
+  if (!machine_.isNt()) return false;
+  journal_.record("event log " + source + ": " + text);
+  return true;
+}
+
+Status Power::enableShutdownPrivilege() {
+  privileged_ = machine_.isNt();
+  return privileged_ ? status::Ok : status::CallNotImplemented;
+}
+
+Status Power::exitWindows(std::uint32_t flags, std::uint32_t reason) {
+  if (machine_.isNt() && !privileged_) return PrivilegeNotHeld;
+  restartRequested_ = (flags & RestartFlag) != 0;
+  journal_.record("exit windows, flags " + std::to_string(flags) + ", reason " + std::to_string(reason));
+  return status::Ok;
+}
+
+}  // namespace simulated

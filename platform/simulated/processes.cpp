@@ -1,0 +1,213 @@
+#include "platform/simulated/processes.h"
+
+#include <algorithm>
+
+#include "platform/simulated/command_line.h"
+#include "platform/simulated/text.h"
+
+namespace simulated {
+
+using platform::StartedProcess;
+using platform::Status;
+using platform::WaitResult;
+namespace status = platform::status;
+
+namespace {
+
+constexpr std::int32_t StillActive = 259;
+constexpr std::uint32_t Forever = 0xffffffff;
+constexpr Status MonikerSyntax = 0x800401E4;
+constexpr Status QueryInvalid = 0x80041017;
+constexpr Status NoSuchComputer = 0x80041015;
+
+/// Files that the system opens with another program, but cannot start.
+constexpr const char* Documents[] = {".vbs", ".msi", ".js", ".txt", ".ini", ".reg"};
+
+bool HasFolder(const std::string& path) {
+  return path.find_first_of("\\/:") != std::string::npos;
+}
+
+bool Fits(const Program& program, const std::string& commandLine, const std::string& file) {
+  switch (program.match) {
+    case Match::Exactly:
+      return SameText(commandLine, program.pattern);
+    case Match::Prefix:
+      return StartsWithText(commandLine, program.pattern);
+    case Match::Program:
+      return IsProgram(file, program.pattern);
+    case Match::Contains:
+      break;
+  }
+  return ContainsText(commandLine, program.pattern);
+}
+
+}  // namespace
+
+/// The program in front of a command line. Without quotes its path may hold blanks: the shortest one that names a file
+/// wins, as the system tries them.
+std::string Processes::programOf(const std::string& commandLine) {
+  if (!commandLine.empty() && commandLine[0] == '"') return commandLine.substr(1, commandLine.find('"', 1) - 1);
+  for (std::size_t blank = commandLine.find(' '); blank != std::string::npos;
+       blank = commandLine.find(' ', blank + 1)) {
+    const std::string path = commandLine.substr(0, blank);
+    if (!HasFolder(path)) break;
+    for (const char* extension : {"", ".exe"})
+      if (around_.files.exists(path + extension) && !around_.files.isFolder(path + extension)) return path;
+  }
+  if (around_.files.exists(commandLine)) return commandLine;
+  return commandLine.substr(0, commandLine.find(' '));
+}
+
+Processes::Declared* Processes::find(const std::string& commandLine, const std::string& program) {
+  Declared* last = nullptr;
+  for (Declared& declared : programs_) {
+    if (!Fits(declared.program, commandLine, program)) continue;
+    last = &declared;
+    if (declared.runs == 0) break;
+  }
+  if (last != nullptr) ++last->runs;
+  return last;
+}
+
+/// What starting this command line comes to: a status, and an outcome when it is Ok.
+Status Processes::choose(const std::string& commandLine, Outcome& outcome) {
+  const std::string program = programOf(commandLine);
+  const Declared* declared = find(commandLine, program);
+  const bool there = around_.files.exists(program) || around_.files.exists(program + ".exe");
+  if (declared != nullptr && declared->program.outcome.cannotStart != status::Ok)
+    return declared->program.outcome.cannotStart;
+  if (there && std::any_of(std::begin(Documents), std::end(Documents),
+                           [&](const char* extension) { return EndsWithText(program, extension); }))
+    return status::BadProgramFormat;
+  if (declared != nullptr) {
+    outcome = declared->program.outcome;
+    return HasFolder(program) && !there ? status::FileNotFound : status::Ok;
+  }
+  if (IsProgram(program, "msiexec")) {
+    outcome = around_.installer.execute(commandLine);
+    return status::Ok;
+  }
+  around_.journal.undeclared.push_back(commandLine);
+  return status::FileNotFound;
+}
+
+Status Processes::start(const std::string& commandLine, const std::string& workingFolder, std::uint16_t showWindow,
+                        StartedProcess& started) {
+  started = {};
+  const std::string shown = std::string(showWindow == 0 ? "run hidden " : "run ") + commandLine;
+  Outcome outcome;
+  Status result = status::FolderNameInvalid;
+  if (workingFolder.empty() || around_.files.isFolder(workingFolder)) result = choose(commandLine, outcome);
+  if (result != status::Ok) {
+    around_.journal.record("cannot start (" + std::to_string(result) + ") " + commandLine);
+    return result;
+  }
+  around_.journal.record(shown);
+  launch(commandLine, std::move(outcome), started);
+  return status::Ok;
+}
+
+void Processes::launch(const std::string& commandLine, Outcome outcome, StartedProcess& started) {
+  std::string name = FileName(programOf(commandLine));
+  if (name.find('.') == std::string::npos) name += ".exe";
+  const std::uint64_t ends = around_.clock.elapsed() + outcome.milliseconds;
+  const std::size_t index = processes_.size();
+  processes_.push_back({commandLine, name, std::move(outcome), ends, false});
+  ran_.push_back(commandLine);
+  started.process = nextHandle_++;
+  started.thread = nextHandle_++;
+  handles_[started.process] = index;
+  handles_[started.thread] = index;
+  around_.clock.at(ends, [this, index] { finish(index); });
+}
+
+void Processes::finish(std::size_t process) {
+  processes_[process].ended = true;
+  const Process ended = processes_[process];
+  carryOut(ended.outcome);
+  around_.journal.record("ended " + ended.commandLine + " -> " + std::to_string(ended.outcome.exitCode));
+}
+
+void Processes::carryOut(const Outcome& outcome) {
+  for (const RegistryWrite& write : outcome.registry) {
+    RegistryValue value;
+    if (!ParseRegData(write.data, value)) value = {"", 1, write.data + '\0'};
+    value.name = write.name;
+    around_.registry.put(write.key, value);
+  }
+  for (const std::string& key : outcome.deletedKeys) around_.registry.removeTree(key);
+  for (const FileWrite& file : outcome.files) around_.files.put(file.path, file.bytes);
+  for (const std::string& path : outcome.deletedFiles) around_.files.remove(path);
+  for (const std::string& code : outcome.removes) around_.installer.remove(code);
+  for (const Product& product : outcome.installs) around_.installer.install(product);
+  for (const Drive& drive : outcome.drives) around_.files.setDrive(drive);
+  for (const char letter : outcome.removedDrives) around_.files.removeDrive(letter);
+  if (outcome.also) outcome.also();
+}
+
+const Processes::Process* Processes::behind(std::uintptr_t handle) const {
+  const auto found = handles_.find(handle);
+  return found == handles_.end() ? nullptr : &processes_[found->second];
+}
+
+WaitResult Processes::wait(const StartedProcess& started, std::uint32_t milliseconds) {
+  const Process* process = behind(started.process);
+  if (process == nullptr) return WaitResult::Failed;
+  const std::uint64_t now = around_.clock.elapsed();
+  const std::uint64_t left = process->ended || process->ends <= now ? 0 : process->ends - now;
+  const bool ends = milliseconds == Forever || left <= milliseconds;
+  around_.clock.sleep(ends ? static_cast<std::uint32_t>(left) : milliseconds);
+  return ends ? WaitResult::Signalled : WaitResult::TimedOut;
+}
+
+Status Processes::exitCode(const StartedProcess& started, std::int32_t& exitCode) {
+  const Process* process = behind(started.process);
+  if (process == nullptr) return status::InvalidHandle;
+  exitCode = process->ended ? process->outcome.exitCode : StillActive;
+  return status::Ok;
+}
+
+void Processes::close(std::uintptr_t& handle) {
+  handles_.erase(handle);
+  handle = 0;
+}
+
+void Processes::addRunning(const RunningProgram& program) {
+  RunningProgram added = program;
+  if (added.milliseconds != UINT64_MAX) added.milliseconds += around_.clock.elapsed();
+  running_.push_back(added);
+}
+
+Status Processes::queryNames(const std::string& moniker, const std::string& query, std::vector<std::string>& names) {
+  names.clear();
+  if (!management_ || !StartsWithText(moniker, "winmgmts:")) return MonikerSyntax;
+  const std::size_t server = moniker.find("//");
+  const std::string computer = server == std::string::npos ? "." : moniker.substr(server + 2);
+  if (computer != "." && !SameText(computer.substr(0, computer.find('\\')), around_.machine.computer))
+    return NoSuchComputer;
+  if (!ContainsText(query, "from Win32_Process")) return QueryInvalid;
+  names = {"System", "explorer.exe", FileName(around_.machine.programPath())};
+  for (RunningProgram& program : running_) {
+    if (around_.clock.elapsed() >= program.milliseconds || program.queries == 0) continue;
+    if (program.queries > 0) --program.queries;
+    names.push_back(program.name);
+  }
+  for (const Process& process : processes_)
+    if (!process.ended) names.push_back(process.name);
+  return status::Ok;
+}
+
+std::vector<std::string> Processes::unused() const {
+  std::vector<std::string> all;
+  for (const Declared& declared : programs_)
+    if (declared.runs == 0) all.push_back("program " + declared.program.pattern);
+  return all;
+}
+
+void Processes::endAll() {
+  for (Process& process : processes_) process.ended = true;
+  running_.clear();
+  handles_.clear();
+}
+
+}  // namespace simulated

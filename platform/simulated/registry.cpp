@@ -1,0 +1,230 @@
+#include "platform/simulated/registry.h"
+
+#include "platform/simulated/text.h"
+
+namespace simulated {
+
+using platform::KeyHandle;
+using platform::Status;
+namespace status = platform::status;
+
+namespace {
+
+constexpr std::uint32_t QueryRight = 0x0001;
+constexpr std::uint32_t SetRight = 0x0002;
+constexpr std::uint32_t EnumerateRight = 0x0008;
+constexpr std::uint32_t PlainAccess = 0x2000000;
+constexpr Status KeyDeleted = 1018;
+constexpr std::size_t LongestKeyName = 255;
+
+std::string FullPath(platform::RegistryRoot root, const std::string& path) {
+  const std::string name = root == platform::RegistryRoot::CurrentUser ? "HKEY_CURRENT_USER" : "HKEY_LOCAL_MACHINE";
+  return path.empty() ? name : name + "\\" + path;
+}
+
+/// How effects name a key: short.
+std::string Shown(const std::string& fullPath) {
+  if (StartsWithText(fullPath, "HKEY_LOCAL_MACHINE")) return "HKLM" + fullPath.substr(18);
+  if (StartsWithText(fullPath, "HKEY_CURRENT_USER")) return "HKCU" + fullPath.substr(17);
+  return fullPath;
+}
+
+std::string ShownValue(const RegistryValue& value) {
+  if (value.type == 1 && value.data.empty()) return "\"\"";
+  const std::string line = ValueLine(value);
+  return line.substr(line.find('=') + 1);
+}
+
+bool IsMalformed(const std::string& path) {
+  if (path.empty()) return false;
+  for (const std::string& part : Split(path, '\\'))
+    if (part.empty() || part.size() > LongestKeyName) return true;
+  return false;
+}
+
+/// The system terminates a text that was given without its terminating zero.
+std::string Stored(std::uint32_t type, const std::string& data) {
+  const bool isText = type == 1 || type == 2;
+  return isText && !data.empty() && data.back() != '\0' ? data + '\0' : data;
+}
+
+/// Gives out a name when it and its terminating zero fit.
+Status GiveName(const std::string& found, std::size_t capacity, std::string& name) {
+  if (found.size() + 1 > capacity) return status::MoreData;
+  name = found;
+  return status::Ok;
+}
+
+}  // namespace
+
+Status Registry::enter(std::shared_ptr<Key> key, const std::string& fullPath, platform::KeyAccess access,
+                       KeyHandle& handle) {
+  handle.value = nextHandle_++;
+  handles_[handle.value] = {std::move(key), fullPath, static_cast<std::uint32_t>(access)};
+  return status::Ok;
+}
+
+Status Registry::openKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
+                         KeyHandle& key) {
+  key = {};
+  if (IsMalformed(path)) return status::BadKey;
+  const std::string fullPath = FullPath(root, path);
+  std::shared_ptr<Key> found = locate(fullPath);
+  if (!found) return status::FileNotFound;
+  return enter(std::move(found), fullPath, access, key);
+}
+
+Status Registry::createKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
+                           KeyHandle& key) {
+  key = {};
+  if (IsMalformed(path)) return status::BadKey;
+  const std::string fullPath = FullPath(root, path);
+  bool made = false;
+  std::shared_ptr<Key> found = make(fullPath, made);
+  if (made) {
+    append(KeyLine(fullPath), "");
+    journal_.record("registry create " + Shown(fullPath));
+  }
+  return enter(std::move(found), fullPath, access, key);
+}
+
+Status Registry::use(KeyHandle handle, std::uint32_t right, OpenKey*& open) {
+  const auto found = handles_.find(handle.value);
+  if (found == handles_.end()) return status::InvalidHandle;
+  open = &found->second;
+  if (open->key->deleted) return KeyDeleted;
+  return (open->access & (right | PlainAccess)) != 0 ? status::Ok : status::AccessDenied;
+}
+
+Status Registry::queryValue(KeyHandle key, const std::string& name, std::size_t capacity, platform::ValueType& type,
+                            std::string& data) {
+  data.clear();
+  OpenKey* open = nullptr;
+  if (const Status s = use(key, QueryRight, open); s != status::Ok) return s;
+  const RegistryValue* value = valueOf(*open->key, name);
+  if (value == nullptr) return status::FileNotFound;
+  type = static_cast<platform::ValueType>(value->type);
+  if (value->data.size() > capacity) return status::MoreData;
+  data = value->data;
+  return status::Ok;
+}
+
+void Registry::store(Key& key, const std::string& fullPath, const RegistryValue& value) {
+  RegistryValue* there = valueOf(key, value.name);
+  if (there == nullptr) {
+    key.values.push_back(value);
+  } else {
+    there->type = value.type;
+    there->data = value.data;
+  }
+  append(KeyLine(fullPath), ValueLine(value));
+  journal_.record("registry set " + Shown(fullPath) + "\\" + value.name + " = " + ShownValue(value));
+}
+
+Status Registry::setValue(KeyHandle key, const std::string& name, platform::ValueType type, const std::string& data) {
+  OpenKey* open = nullptr;
+  if (const Status s = use(key, SetRight, open); s != status::Ok) return s;
+  const auto number = static_cast<std::uint32_t>(type);
+  store(*open->key, open->fullPath, {name, number, Stored(number, data)});
+  return status::Ok;
+}
+
+Status Registry::deleteValue(KeyHandle key, const std::string& name) {
+  OpenKey* open = nullptr;
+  if (const Status s = use(key, SetRight, open); s != status::Ok) return s;
+  if (valueOf(*open->key, name) == nullptr) return status::FileNotFound;
+  const std::string fullPath = open->fullPath;
+  remove(fullPath, name);
+  return status::Ok;
+}
+
+Status Registry::deleteKey(platform::RegistryRoot root, const std::string& path) {
+  if (IsMalformed(path)) return status::BadKey;
+  const std::string fullPath = FullPath(root, path);
+  const std::shared_ptr<Key> key = locate(fullPath);
+  if (!key) return status::FileNotFound;
+  if (path.empty() || !key->below.empty()) return status::AccessDenied;
+  removeTree(fullPath);
+  return status::Ok;
+}
+
+Status Registry::enumerateKey(KeyHandle key, std::uint32_t index, std::size_t capacity, std::string& name) {
+  name.clear();
+  OpenKey* open = nullptr;
+  if (const Status s = use(key, EnumerateRight, open); s != status::Ok) return s;
+  if (index >= open->key->below.size()) return status::NoMoreItems;
+  return GiveName(open->key->below[index]->name, capacity, name);
+}
+
+Status Registry::enumerateValue(KeyHandle key, std::uint32_t index, std::size_t capacity, std::string& name) {
+  name.clear();
+  OpenKey* open = nullptr;
+  if (const Status s = use(key, QueryRight, open); s != status::Ok) return s;
+  if (index >= open->key->values.size()) return status::NoMoreItems;
+  return GiveName(open->key->values[index].name, capacity, name);
+}
+
+void Registry::closeKey(KeyHandle key) {
+  handles_.erase(key.value);
+}
+
+void Registry::put(const std::string& fullPath, const RegistryValue& value) {
+  bool made = false;
+  const std::shared_ptr<Key> key = make(fullPath, made);
+  store(*key, fullPath, {value.name, value.type, Stored(value.type, value.data)});
+}
+
+void Registry::putText(const std::string& fullPath, const std::string& name, const std::string& text) {
+  put(fullPath, {name, 1, text + '\0'});
+}
+
+void Registry::remove(const std::string& fullPath, const std::string& name) {
+  const std::shared_ptr<Key> key = locate(fullPath);
+  if (!key || valueOf(*key, name) == nullptr) return;
+  key->values.erase(key->values.begin() + (valueOf(*key, name) - key->values.data()));
+  append(KeyLine(fullPath), DeletedValueLine(name));
+  journal_.record("registry delete " + Shown(fullPath) + "\\" + name);
+}
+
+void Registry::removeTree(const std::string& fullPath) {
+  if (!locate(fullPath)) return;
+  detach(fullPath);
+  append(DeletedKeyLine(fullPath), "");
+  journal_.record("registry delete key " + Shown(fullPath));
+}
+
+const RegistryValue* Registry::find(const std::string& fullPath, const std::string& name) const {
+  const std::shared_ptr<Key> key = locate(fullPath);
+  return key ? valueOf(*key, name) : nullptr;
+}
+
+std::string Registry::text(const std::string& fullPath, const std::string& name) const {
+  const RegistryValue* value = find(fullPath, name);
+  if (value == nullptr || value->data.empty()) return "";
+  if (value->type == 4 && value->data.size() == 4) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 4; i > 0; --i) number = number << 8 | static_cast<unsigned char>(value->data[i - 1]);
+    return std::to_string(static_cast<std::int32_t>(number));
+  }
+  return value->data.back() == '\0' ? value->data.substr(0, value->data.size() - 1) : value->data;
+}
+
+bool Registry::hasKey(const std::string& fullPath) const {
+  return locate(fullPath) != nullptr;
+}
+
+std::vector<std::string> Registry::keys(const std::string& fullPath) const {
+  std::vector<std::string> names;
+  if (const std::shared_ptr<Key> key = locate(fullPath))
+    for (const auto& sub : key->below) names.push_back(sub->name);
+  return names;
+}
+
+std::vector<std::string> Registry::values(const std::string& fullPath) const {
+  std::vector<std::string> names;
+  if (const std::shared_ptr<Key> key = locate(fullPath))
+    for (const RegistryValue& value : key->values) names.push_back(value.name);
+  return names;
+}
+
+}  // namespace simulated

@@ -1,0 +1,194 @@
+// The tree of keys, and its .reg file.
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "platform/simulated/host.h"
+#include "platform/simulated/registry.h"
+#include "platform/simulated/text.h"
+
+namespace simulated {
+namespace {
+
+/// The path's names, the root's long name first.
+std::vector<std::string> PartsOf(const std::string& fullPath) {
+  std::vector<std::string> parts = Split(fullPath, '\\');
+  if (SameText(parts[0], "HKLM")) parts[0] = "HKEY_LOCAL_MACHINE";
+  if (SameText(parts[0], "HKCU")) parts[0] = "HKEY_CURRENT_USER";
+  if (!SameText(parts[0], "HKEY_LOCAL_MACHINE") && !SameText(parts[0], "HKEY_CURRENT_USER"))
+    Refuse("registry key '" + fullPath + "': begin the path with HKEY_LOCAL_MACHINE\\ or HKEY_CURRENT_USER\\");
+  return parts;
+}
+
+struct NumberedLine {
+  std::size_t number;
+  std::string text;
+};
+
+/// A line of the file that ends in a backslash goes on in the next one.
+std::vector<NumberedLine> LogicalLines(const std::string& text) {
+  std::vector<NumberedLine> lines;
+  bool goesOn = false;
+  std::size_t number = 0;
+  for (const std::string& raw : Split(text, '\n')) {
+    ++number;
+    std::string line = Trim(raw);
+    const bool more = !line.empty() && line.back() == '\\';
+    if (more) line.pop_back();
+    if (goesOn) {
+      lines.back().text += line;
+    } else {
+      lines.push_back({number, line});
+    }
+    goesOn = more;
+  }
+  return lines;
+}
+
+}  // namespace
+
+Registry::Registry(std::string file, Journal& journal) : file_(std::move(file)), journal_(journal) {
+  reload();
+}
+
+Registry::~Registry() {
+  if (journalFile_ != nullptr) std::fclose(journalFile_);
+}
+
+void Registry::reload() {
+  if (journalFile_ != nullptr) std::fclose(journalFile_);
+  journalFile_ = nullptr;
+  handles_.clear();
+  currentKeyLine_.clear();
+  root_ = std::make_shared<Key>();
+  bool made = false;
+  make("HKEY_LOCAL_MACHINE", made);
+  make("HKEY_CURRENT_USER", made);
+  load();
+  rewrite();
+  journalFile_ = std::fopen(file_.c_str(), "ab");
+  if (journalFile_ == nullptr) Refuse(file_ + ": cannot be written: " + std::strerror(errno));
+}
+
+Registry::Position Registry::place(Key& key, const std::string& name) {
+  return std::lower_bound(
+      key.below.begin(), key.below.end(), name,
+      [](const std::shared_ptr<Key>& sub, const std::string& wanted) { return CompareText(sub->name, wanted) < 0; });
+}
+
+RegistryValue* Registry::valueOf(Key& key, const std::string& name) {
+  for (RegistryValue& value : key.values)
+    if (SameText(value.name, name)) return &value;
+  return nullptr;
+}
+
+std::shared_ptr<Registry::Key> Registry::locate(const std::string& fullPath) const {
+  std::shared_ptr<Key> key = root_;
+  for (const std::string& name : PartsOf(fullPath)) {
+    const Position position = place(*key, name);
+    if (position == key->below.end() || !SameText((*position)->name, name)) return nullptr;
+    key = *position;
+  }
+  return key;
+}
+
+std::shared_ptr<Registry::Key> Registry::make(const std::string& fullPath, bool& made) {
+  std::shared_ptr<Key> key = root_;
+  made = false;
+  for (const std::string& name : PartsOf(fullPath)) {
+    Position position = place(*key, name);
+    if (position == key->below.end() || !SameText((*position)->name, name)) {
+      made = true;
+      auto created = std::make_shared<Key>();
+      created->name = name;
+      position = key->below.insert(position, std::move(created));
+    }
+    key = *position;
+  }
+  return key;
+}
+
+void Registry::markDeleted(Key& key) {
+  key.deleted = true;
+  for (const auto& sub : key.below) markDeleted(*sub);
+}
+
+void Registry::detach(const std::string& fullPath) {
+  const std::size_t last = fullPath.rfind('\\');
+  if (last == std::string::npos) Refuse("registry root '" + fullPath + "' cannot be deleted");
+  const std::shared_ptr<Key> parent = locate(fullPath.substr(0, last));
+  const Position position = place(*parent, fullPath.substr(last + 1));
+  markDeleted(**position);
+  parent->below.erase(position);
+}
+
+void Registry::load() {
+  std::string currentKey;
+  for (const NumberedLine& line : LogicalLines(ReadHostFile(file_))) {
+    const RegLine parsed = ParseRegLine(line.text);
+    const bool isKey = parsed.kind == RegLine::Kind::Key || parsed.kind == RegLine::Kind::DeletedKey;
+    const bool homeless = !isKey && parsed.kind != RegLine::Kind::Nothing && currentKey.empty();
+    if (parsed.kind == RegLine::Kind::Malformed || homeless)
+      Refuse(file_ + ", line " + std::to_string(line.number) + ": '" + line.text +
+             "' is no registry text; write [key] first, then \"name\"=\"text\", \"name\"=dword:0000002a or "
+             "\"name\"=hex:01,02");
+    apply(parsed, currentKey);
+  }
+}
+
+void Registry::apply(const RegLine& line, std::string& currentKey) {
+  bool made = false;
+  switch (line.kind) {
+    case RegLine::Kind::Key:
+      currentKey = line.key;
+      make(currentKey, made);
+      break;
+    case RegLine::Kind::DeletedKey:
+      if (locate(line.key)) detach(line.key);
+      break;
+    case RegLine::Kind::Value: {
+      const std::shared_ptr<Key> key = make(currentKey, made);
+      RegistryValue* there = valueOf(*key, line.value.name);
+      if (there != nullptr) *there = line.value;
+      if (there == nullptr) key->values.push_back(line.value);
+      break;
+    }
+    case RegLine::Kind::DeletedValue: {
+      const std::shared_ptr<Key> key = make(currentKey, made);
+      std::erase_if(key->values, [&](const RegistryValue& v) { return SameText(v.name, line.value.name); });
+      break;
+    }
+    default:
+      break;
+  }
+}
+
+void Registry::writeTree(std::FILE* out, const Key& key, const std::string& fullPath) const {
+  std::fprintf(out, "\n%s\n", KeyLine(fullPath).c_str());
+  for (const RegistryValue& value : key.values) std::fprintf(out, "%s\n", ValueLine(value).c_str());
+  for (const auto& sub : key.below) writeTree(out, *sub, fullPath + "\\" + sub->name);
+}
+
+void Registry::rewrite() {
+  const std::string fresh = file_ + ".new";
+  std::FILE* out = std::fopen(fresh.c_str(), "wb");
+  if (out == nullptr) Refuse(fresh + ": cannot be written: " + std::strerror(errno));
+  std::fprintf(out, "%s\n", RegFileHeader);
+  for (const auto& key : root_->below) writeTree(out, *key, key->name);
+  const bool written = std::fclose(out) == 0;
+  if (!written || std::rename(fresh.c_str(), file_.c_str()) != 0)
+    Refuse(file_ + ": cannot be replaced: " + std::strerror(errno));
+}
+
+void Registry::append(const std::string& keyLine, const std::string& line) {
+  std::string text;
+  if (keyLine != currentKeyLine_) text = keyLine + "\n";
+  currentKeyLine_ = keyLine;
+  if (!line.empty()) text += line + "\n";
+  if (std::fwrite(text.data(), 1, text.size(), journalFile_) != text.size() || std::fflush(journalFile_) != 0)
+    Refuse(file_ + ": cannot be written: " + std::strerror(errno));
+}
+
+}  // namespace simulated

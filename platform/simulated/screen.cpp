@@ -1,0 +1,204 @@
+#include "platform/simulated/screen.h"
+
+#include <algorithm>
+
+#include "platform/simulated/text.h"
+
+namespace simulated {
+
+using platform::BoxAnswer;
+using platform::Control;
+using platform::WindowEvent;
+using platform::WindowHandle;
+
+namespace {
+
+/// In the order of BoxAnswer and of WindowEvent.
+constexpr const char* AnswerNames[] = {"ok", "cancel", "retry", "yes", "no"};
+constexpr const char* EventNames[] = {"about", "continue", "cancel", "close"};
+
+template <typename Choice, std::size_t Count>
+Choice Find(const char* const (&names)[Count], const std::string& name, const char* what) {
+  std::string all;
+  for (std::size_t i = 0; i < Count; ++i) {
+    if (SameText(names[i], name)) return static_cast<Choice>(i);
+    all += (i == 0 ? "" : ", ") + std::string(names[i]);
+  }
+  Refuse(std::string(what) + " '" + name + "' is not known; choose one of " + all);
+}
+
+}  // namespace
+
+BoxAnswer FindAnswer(const std::string& name) {
+  return Find<BoxAnswer>(AnswerNames, name, "answer");
+}
+
+WindowEvent FindEvent(const std::string& name) {
+  return Find<WindowEvent>(EventNames, name, "event");
+}
+
+void Screen::createMainWindow(const std::string& caption) {
+  windows_[MainWindow] = {"QXMainWindow", caption};
+}
+
+WindowHandle Screen::mainWindow() {
+  return {windows_.count(MainWindow) != 0 ? MainWindow : 0};
+}
+
+void Screen::showMainWindow() {
+  visible_ = windows_.count(MainWindow) != 0;
+  if (visible_) journal_.record("window shown \"" + windows_[MainWindow].caption + "\"");
+}
+
+void Screen::destroyMainWindow() {
+  if (visible_) journal_.record("window closed \"" + windows_[MainWindow].caption + "\"");
+  windows_.erase(MainWindow);
+  visible_ = false;
+}
+
+void Screen::setText(Control control, const std::string& text) {
+  texts_[control] = text;
+  shown_[control].push_back(text);
+}
+
+std::string Screen::text(Control control) {
+  return texts_[control];
+}
+
+void Screen::drawProgress(int percent, const std::string& text) {
+  percent_ = percent;
+  setText(Control::Progress, text);
+}
+
+int Screen::statusTextHeight(const std::string& text) {
+  return LineHeight * (1 + static_cast<int>(std::count(text.begin(), text.end(), '\n')));
+}
+
+void Screen::pumpMessages() {
+  ++pumps_;
+  while (!pumpActions_.empty() && pumpActions_.begin()->first <= pumps_) {
+    const std::function<void()> action = std::move(pumpActions_.begin()->second);
+    pumpActions_.erase(pumpActions_.begin());
+    action();
+  }
+}
+
+WindowEvent Screen::waitForEvent() {
+  if (events_.empty()) {
+    journal_.unscripted.push_back("the program waits for a person to use the main window, and nothing is scripted");
+    return WindowEvent::Close;
+  }
+  const WindowEvent event = events_.front();
+  events_.pop_front();
+  journal_.record(std::string("person: ") + EventNames[static_cast<int>(event)]);
+  return event;
+}
+
+BoxAnswer Screen::messageBox(const platform::MessageBoxRequest& request) {
+  const auto found = std::find_if(boxes_.begin(), boxes_.end(), [&](const BoxScript& script) {
+    return (script.title.empty() || SameText(script.title, request.title)) &&
+           ContainsText(request.text, script.textPart);
+  });
+  const std::string shown = "box \"" + request.title + "\": " + request.text;
+  BoxAnswer answer = request.defaultAnswer;
+  if (found == boxes_.end()) {
+    journal_.unscripted.push_back(shown);
+  } else {
+    const BoxScript script = *found;
+    boxes_.erase(found);
+    if (script.before) script.before();
+    answer = script.answer;
+  }
+  journal_.record(shown + " -> " + AnswerNames[static_cast<int>(answer)]);
+  return answer;
+}
+
+std::optional<std::string> Screen::chooseFile(const platform::OpenFileRequest& request) {
+  const auto found = std::find_if(files_.begin(), files_.end(),
+                                  [&](const FileScript& script) { return SameText(script.title, request.title); });
+  std::string path;
+  if (found == files_.end()) {
+    journal_.unscripted.push_back("file dialog \"" + request.title + "\"");
+  } else {
+    path = found->path;
+    files_.erase(found);
+  }
+  journal_.record("file dialog \"" + request.title + "\" -> " + (path.empty() ? "cancelled" : path));
+  if (path.empty()) return std::nullopt;
+  return path;
+}
+
+bool Screen::addTrayIcon(const std::string& tip) {
+  if (!tray_) return false;
+  trayTip_ = tip;
+  journal_.record("tray icon \"" + tip + "\"");
+  return true;
+}
+
+void Screen::removeTrayIcon() {
+  if (trayTip_.empty()) return;
+  trayTip_.clear();
+  journal_.record("tray icon removed");
+}
+
+std::string Screen::className(WindowHandle window, int capacity) {
+  const auto found = windows_.find(window.value);
+  if (found == windows_.end() || capacity < 1) return "";
+  return found->second.className.substr(0, static_cast<std::size_t>(capacity) - 1);
+}
+
+std::string Screen::caption(WindowHandle window) {
+  const auto found = windows_.find(window.value);
+  return found == windows_.end() ? "" : found->second.caption;
+}
+
+void Screen::setCaption(WindowHandle window, const std::string& caption) {
+  const auto found = windows_.find(window.value);
+  if (found != windows_.end()) found->second.caption = caption;
+}
+
+WindowHandle Screen::findWindow(const std::string& className, const std::string& caption) {
+  for (const auto& [handle, window] : windows_)
+    if (SameText(window.className, className) && SameText(window.caption, caption)) return {handle};
+  return {};
+}
+
+void Screen::restoreWindow(WindowHandle window) {
+  if (windows_.count(window.value) != 0) journal_.record("window restored \"" + caption(window) + "\"");
+}
+
+void Screen::focusWindow(WindowHandle window) {
+  if (windows_.count(window.value) != 0) journal_.record("window focused \"" + caption(window) + "\"");
+}
+
+void Screen::atPump(int count, std::function<void()> action) {
+  pumpActions_.emplace(pumps_ + count, std::move(action));
+}
+
+WindowHandle Screen::addWindow(const std::string& className, const std::string& caption) {
+  windows_[nextWindow_] = {className, caption};
+  return {nextWindow_++};
+}
+
+std::vector<std::string> Screen::unused() const {
+  std::vector<std::string> all;
+  for (const BoxScript& box : boxes_) all.push_back("answer to box \"" + box.title + "\" " + box.textPart);
+  for (const FileScript& file : files_) all.push_back("choice in file dialog \"" + file.title + "\"");
+  for (const WindowEvent event : events_) all.push_back(std::string("press ") + EventNames[static_cast<int>(event)]);
+  return all;
+}
+
+bool Screen::enabled(Control control) const {
+  const auto found = enabled_.find(control);
+  return found == enabled_.end() || found->second;
+}
+
+void Screen::clear() {
+  windows_.erase(MainWindow);
+  visible_ = scrollBar_ = busyCursor_ = false;
+  texts_.clear();
+  enabled_.clear();
+  trayTip_.clear();
+}
+
+}  // namespace simulated

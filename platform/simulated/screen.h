@@ -1,0 +1,118 @@
+// A screen without a person in front of it: what a person would do is scripted, what is shown is kept.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/screen.h"
+#include "platform/simulated/journal.h"
+
+namespace simulated {
+
+/// How the next message box of that title and text is answered. An empty title or text fits every box.
+struct BoxScript {
+  std::string title;
+  std::string textPart;
+  platform::BoxAnswer answer = platform::BoxAnswer::Ok;
+  std::function<void()> before = {};  ///< what the person does first, such as changing a disc
+};
+
+/// What the next open-file dialog of that title yields; an empty path cancels it.
+struct FileScript {
+  std::string title;
+  std::string path;
+};
+
+class Screen : public platform::Screen {
+ public:
+  explicit Screen(Journal& journal) : journal_(journal) {}
+
+  void createMainWindow(const std::string& caption) override;
+  platform::WindowHandle mainWindow() override;
+  void centreMainWindow() override {}
+  void showMainWindow() override;
+  bool mainWindowVisible() override { return visible_; }
+  void destroyMainWindow() override;
+  void setText(platform::Control control, const std::string& text) override;
+  std::string text(platform::Control control) override;
+  void setEnabled(platform::Control control, bool enabled) override { enabled_[control] = enabled; }
+  void drawProgress(int percent, const std::string& text) override;
+  void repaint() override {}
+  int statusAreaHeight() override { return StatusLines * LineHeight; }
+  int statusTextHeight(const std::string& text) override;
+  void showStatusScrollBar(bool shown) override { scrollBar_ = shown; }
+  void pumpMessages() override;
+  platform::WindowEvent waitForEvent() override;
+  platform::BoxAnswer messageBox(const platform::MessageBoxRequest& request) override;
+  std::optional<std::string> chooseFile(const platform::OpenFileRequest& request) override;
+  void setBusyCursor(bool busy) override { busyCursor_ = busy; }
+  bool addTrayIcon(const std::string& tip) override;
+  void removeTrayIcon() override;
+  std::string className(platform::WindowHandle window, int capacity) override;
+  std::string caption(platform::WindowHandle window) override;
+  void setCaption(platform::WindowHandle window, const std::string& caption) override;
+  platform::WindowHandle findWindow(const std::string& className, const std::string& caption) override;
+  void restoreWindow(platform::WindowHandle window) override;
+  void focusWindow(platform::WindowHandle window) override;
+
+  // Scripts, each used once, in their order. What was never used is reported by unused().
+
+  void answer(BoxScript script) { boxes_.push_back(std::move(script)); }
+  void choose(FileScript script) { files_.push_back(std::move(script)); }
+  void press(platform::WindowEvent event) { events_.push_back(event); }
+  /// Something that happens at the n-th pump of messages from now, such as a person pulling out a disc.
+  void atPump(int count, std::function<void()> action);
+  /// A window of another program.
+  platform::WindowHandle addWindow(const std::string& className, const std::string& caption);
+  /// Without a notification area no icon can be added.
+  void setTray(bool there) { tray_ = there; }
+  std::vector<std::string> unused() const;
+
+  // What is on the screen.
+
+  bool enabled(platform::Control control) const;
+  bool scrollBar() const { return scrollBar_; }
+  bool busyCursor() const { return busyCursor_; }
+  const std::string& trayTip() const { return trayTip_; }
+  int progress() const { return percent_; }
+  /// Every text that a control was given, in order.
+  const std::vector<std::string>& shown(platform::Control control) { return shown_[control]; }
+  /// Takes everything off the screen, as the end of the program does.
+  void clear();
+
+ private:
+  static constexpr int LineHeight = 13;
+  static constexpr int StatusLines = 8;
+  static constexpr std::uintptr_t MainWindow = 1;
+  struct Window {
+    std::string className;
+    std::string caption;
+  };
+
+  Journal& journal_;
+  std::map<std::uintptr_t, Window> windows_;
+  std::uintptr_t nextWindow_ = MainWindow + 1;
+  bool visible_ = false;
+  std::map<platform::Control, std::string> texts_;
+  std::map<platform::Control, std::vector<std::string>> shown_;
+  std::map<platform::Control, bool> enabled_;
+  int percent_ = 0;
+  bool scrollBar_ = false;
+  bool busyCursor_ = false;
+  bool tray_ = true;
+  std::string trayTip_;
+  std::deque<BoxScript> boxes_;
+  std::deque<FileScript> files_;
+  std::deque<platform::WindowEvent> events_;
+  std::multimap<int, std::function<void()>> pumpActions_;
+  int pumps_ = 0;
+};
+
+/// Names as scripts write them: "yes"; raises std::runtime_error that lists the names.
+platform::BoxAnswer FindAnswer(const std::string& name);
+platform::WindowEvent FindEvent(const std::string& name);
+
+}  // namespace simulated

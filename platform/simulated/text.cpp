@@ -1,0 +1,67 @@
+#include "platform/simulated/text.h"
+
+#include <stdexcept>
+
+namespace simulated {
+namespace {
+
+char LowerLetter(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+}  // namespace
+
+std::string Lower(std::string text) {
+  for (char& c : text) c = LowerLetter(c);
+  return text;
+}
+
+int CompareText(const std::string& a, const std::string& b) {
+  const std::size_t common = a.size() < b.size() ? a.size() : b.size();
+  for (std::size_t i = 0; i < common; ++i) {
+    const auto x = static_cast<unsigned char>(LowerLetter(a[i]));
+    const auto y = static_cast<unsigned char>(LowerLetter(b[i]));
+    if (x != y) return x < y ? -1 : 1;
+  }
+  if (a.size() == b.size()) return 0;
+  return a.size() < b.size() ? -1 : 1;
+}
+
+bool SameText(const std::string& a, const std::string& b) {
+  return a.size() == b.size() && CompareText(a, b) == 0;
+}
+
+bool StartsWithText(const std::string& text, const std::string& start) {
+  return text.size() >= start.size() && SameText(text.substr(0, start.size()), start);
+}
+
+bool EndsWithText(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && SameText(text.substr(text.size() - end.size()), end);
+}
+
+bool ContainsText(const std::string& text, const std::string& part) {
+  return Lower(text).find(Lower(part)) != std::string::npos;
+}
+
+std::string Trim(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t\r\n");
+  if (first == std::string::npos) return "";
+  return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
+}
+
+std::vector<std::string> Split(const std::string& text, char separator) {
+  std::vector<std::string> parts;
+  std::size_t start = 0;
+  for (std::size_t end = text.find(separator); end != std::string::npos; end = text.find(separator, start)) {
+    parts.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  parts.push_back(text.substr(start));
+  return parts;
+}
+
+void Refuse(const std::string& text) {
+  throw std::runtime_error(text);
+}
+
+}  // namespace simulated

@@ -1,0 +1,139 @@
+#include "tests/support/rig.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
+#include "core/program.h"
+#include "platform/simulated/text.h"
+
+namespace {
+
+constexpr const char* LogRoot = "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\";
+
+std::string TemporaryFolder() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "rig-XXXXXX").string();
+  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error(pattern + ": no temporary folder can be made");
+  return pattern;
+}
+
+std::string WithCarriageReturns(const std::string& text) {
+  std::string out;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\n' && (i == 0 || text[i - 1] != '\r')) out += '\r';
+    out += text[i];
+  }
+  return out;
+}
+
+std::string LocalMachine(const std::string& key) {
+  return "HKEY_LOCAL_MACHINE\\" + key;
+}
+
+}  // namespace
+
+Rig::Rig() : folder_(TemporaryFolder()), machine_(std::make_unique<simulated::Workstation>(folder_ + "/machine")) {
+  machine_->files().makeFolder("C:\\QX");
+  insertDisc("DISC1");
+}
+
+Rig::~Rig() {
+  for (const std::string& what : machine_->undeclared()) ADD_FAILURE() << "came undeclared: " << what;
+  for (const std::string& what : machine_->unused())
+    if (!tolerateUnused_) ADD_FAILURE() << "declared and never used: " << what;
+  machine_.reset();
+  std::filesystem::remove_all(folder_);
+}
+
+std::string Rig::discFolder(const std::string& label) {
+  const std::string folder = folder_ + "/disc_" + label;
+  std::filesystem::create_directories(folder);
+  return folder;
+}
+
+void Rig::insertDisc(const std::string& label) {
+  machine_->mount('D', discFolder(label), platform::DriveType::CdRom, label);
+}
+
+void Rig::file(const std::string& path, const std::string& text) {
+  machine_->files().put(path, WithCarriageReturns(text));
+}
+
+void Rig::package(simulated::Package package) {
+  if (!machine_->files().exists(package.path)) machine_->files().put(package.path, "package " + package.code);
+  machine_->installer().declare(std::move(package));
+}
+
+void Rig::program(const std::string& pattern, simulated::Outcome outcome) {
+  program(pattern, simulated::Match::Contains, std::move(outcome));
+}
+
+void Rig::program(const std::string& pattern, simulated::Match match, simulated::Outcome outcome) {
+  machine_->processes().declare({pattern, std::move(outcome), match});
+}
+
+void Rig::answer(const std::string& title, platform::BoxAnswer answer, const std::string& textPart) {
+  machine_->screen().answer({title, textPart, answer});
+}
+
+void Rig::press(std::initializer_list<platform::WindowEvent> events) {
+  for (const platform::WindowEvent event : events) machine_->screen().press(event);
+}
+
+void Rig::set(const std::string& key, const std::string& name, const std::string& text) {
+  machine_->registry().putText(LocalMachine(key), name, text);
+}
+
+int Rig::run(const std::string& arguments) {
+  return run(arguments, *machine_);
+}
+
+int Rig::run(const std::string& arguments, platform::Platform& machine) {
+  machine_->machine().setProgram(machine_->machine().programPath(), arguments);
+  return RunProgram(machine);
+}
+
+std::string Rig::logonArguments() {
+  const std::string program = "\"" + machine_->machine().programPath() + "\"";
+  for (const std::string& command : machine_->logonCommands())
+    if (simulated::StartsWithText(command, program)) return simulated::Trim(command.substr(program.size()));
+  ADD_FAILURE() << "the logon does not start " << program;
+  return "";
+}
+
+std::string Rig::value(const std::string& key, const std::string& name) {
+  return machine_->registry().text(LocalMachine(key), name);
+}
+
+bool Rig::hasKey(const std::string& key) {
+  return machine_->registry().hasKey(LocalMachine(key));
+}
+
+bool Rig::hasValue(const std::string& key, const std::string& name) {
+  return machine_->registry().find(LocalMachine(key), name) != nullptr;
+}
+
+std::string Rig::text(const std::string& path) {
+  return machine_->files().content(path).value_or("");
+}
+
+bool Rig::exists(const std::string& path) {
+  return machine_->files().exists(path);
+}
+
+std::string Rig::log(const std::string& product) {
+  return text(LogRoot + product + "\\QX Installation Assistant.html");
+}
+
+std::string Rig::uninstallLog(const std::string& product) {
+  return text(LogRoot + product + "\\QX Installation Assistant Uninstall.html");
+}
+
+std::vector<std::string> Rig::effects(const std::string& beginning) {
+  std::vector<std::string> found;
+  for (const std::string& effect : machine_->effects())
+    if (effect.rfind(beginning, 0) == 0) found.push_back(effect);
+  return found;
+}

@@ -1,0 +1,78 @@
+// What a behaviour test stands on: a simulated workstation of its own, with short words to set it up and read it back.
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/simulated/workstation.h"
+
+/// Owns a temporary folder and the workstation in it: Windows XP with a drive C, the program in C:\QX and a CD-ROM
+/// drive D with an empty disc labelled DISC1. At its end the test fails for everything that came undeclared or
+/// unscripted, and for every declaration or script that was never used, unless the test said tolerateUnused().
+class Rig {
+ public:
+  Rig();
+  ~Rig();
+  Rig(const Rig&) = delete;
+  Rig& operator=(const Rig&) = delete;
+
+  simulated::Workstation& machine() { return *machine_; }
+
+  // Setting up
+
+  /// Writes a file with its folders; "\n" becomes CR LF.
+  void file(const std::string& path, const std::string& text);
+  /// Declares a package and puts a file at its path.
+  void package(simulated::Package package);
+  /// Declares what the program does whose command line contains the pattern.
+  void program(const std::string& pattern, simulated::Outcome outcome = {});
+  /// The same, matched another way.
+  void program(const std::string& pattern, simulated::Match match, simulated::Outcome outcome = {});
+  void answer(const std::string& title, platform::BoxAnswer answer, const std::string& textPart = "");
+  void press(std::initializer_list<platform::WindowEvent> events);
+  /// Writes a text value under HKEY_LOCAL_MACHINE.
+  void set(const std::string& key, const std::string& name, const std::string& text);
+  /// Another content and label for the disc in D; the folder holds it when it is put in again.
+  void insertDisc(const std::string& label);
+  void tolerateUnused() { tolerateUnused_ = true; }
+
+  // Running
+
+  /// Runs the whole program with these arguments on this machine, or on a decorator around it; its exit code.
+  int run(const std::string& arguments);
+  int run(const std::string& arguments, platform::Platform& machine);
+  /// Restarts the machine; run(logonArguments()) is what the logon starts then.
+  void restart() { machine_->restart(); }
+  /// The arguments with which the logon starts the program; a test failure when it does not start it.
+  std::string logonArguments();
+
+  // Reading back
+
+  /// A value under HKEY_LOCAL_MACHINE: a text as it is, a number in decimal, "" when it is not there.
+  std::string value(const std::string& key, const std::string& name);
+  bool hasKey(const std::string& key);
+  bool hasValue(const std::string& key, const std::string& name);
+  /// The file's text; "" when it is not there.
+  std::string text(const std::string& path);
+  bool exists(const std::string& path);
+  /// The run's log in its default place; the uninstall log.
+  std::string log(const std::string& product);
+  std::string uninstallLog(const std::string& product);
+  /// Command lines run, in order.
+  const std::vector<std::string>& ran() { return machine_->processes().ran(); }
+  /// Effects that begin with this text, in order; all of them without one.
+  std::vector<std::string> effects(const std::string& beginning = "");
+
+  /// The machine's state on the host.
+  const std::string& folder() const { return folder_; }
+
+ private:
+  std::string discFolder(const std::string& label);
+
+  std::string folder_;
+  std::unique_ptr<simulated::Workstation> machine_;
+  bool tolerateUnused_ = false;
+};
