@@ -85,6 +85,34 @@ void clsFso::CopyFileOver(const std::string& from, const std::string& to) {
   Require(machine_.files().copyFile(from, to), to, "clsFso.CopyFile");
 }
 
+void clsFso::CopyFolderOver(const std::string& from, const std::string& to) {
+  CreateFolder(to);
+  for (const std::string& file : ListFiles(from)) CopyFileOver(Joined(from, file), Joined(to, file));
+  for (const std::string& folder : ListFolders(from)) CopyFolderOver(Joined(from, folder), Joined(to, folder));
+}
+
+void clsFso::DeleteFolderForced(const std::string& path) {
+  std::uint32_t attributes = 0;
+  Require(machine_.files().attributes(path, attributes), path, "clsFso.DeleteFolder");
+  if ((attributes & platform::attribute::Link) == 0) {
+    for (const std::string& file : ListFiles(path)) DeleteFileForced(Joined(path, file));
+    for (const std::string& folder : ListFolders(path)) DeleteFolderForced(Joined(path, folder));
+  }
+  if ((attributes & platform::attribute::ReadOnly) != 0) {
+    machine_.files().setAttributes(path, platform::attribute::Normal);
+  }
+  Require(machine_.files().deleteFolder(path), path, "clsFso.DeleteFolder");
+}
+
+void clsFso::WriteNewFile(const std::string& path, const std::string& bytes) {
+  platform::FileHandle file;
+  Require(machine_.files().openForWriting(path, file), path, "clsFso.WriteNewFile");
+  const platform::Status written = machine_.files().write(file, bytes);
+  const platform::Status closed = machine_.files().close(file);
+  Require(written, path, "clsFso.WriteNewFile");
+  Require(closed, path, "clsFso.WriteNewFile");
+}
+
 std::string clsFso::OperatingSystem() {
   platform::SystemVersion version;
   if (machine_.machine().systemVersion(version) != platform::status::Ok) return "0";

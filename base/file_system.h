@@ -29,6 +29,16 @@ class clsFso {
   /// Copies over any existing file, a read-only one as well. Raises the system's number.
   void CopyFileOver(const std::string& from, const std::string& to);
 
+  /// Copies a folder with everything in it, over what is there. Raises the system's number.
+  void CopyFolderOver(const std::string& from, const std::string& to);
+
+  /// Deletes a folder with everything in it, read-only files as well; of a link to another folder only the link. Raises
+  /// the system's number.
+  void DeleteFolderForced(const std::string& path);
+
+  /// Writes a file anew, over one of that name. Raises the system's number.
+  void WriteNewFile(const std::string& path, const std::string& bytes);
+
   /// Name of the machine's operating system, such as "Windows XP"; "0" when the system does not tell (6023 is raised
   /// for nobody: a condition reports it).
   std::string OperatingSystem();

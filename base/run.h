@@ -17,6 +17,13 @@ struct DriveRow {
   double freeBytes;
 };
 
+/// One network share that the product needs.
+struct Share {
+  std::string name;
+  std::string folder;
+  std::string machineTypes;  ///< query for the machines that need it; "" for all
+};
+
 /// One product that Windows Installer has on this machine.
 struct InstalledProduct {
   std::string code;  ///< "{...}", 38 characters
@@ -80,6 +87,7 @@ struct Run {
   std::vector<std::string> actions;         ///< components named by the product ini, in its order
   std::vector<std::string> forceUninstall;  ///< entries of the forced-uninstall list
   std::vector<std::string> forceDelete;     ///< paths of the forced-delete list
+  std::vector<Share> shares;
   CurrentComponent component;
   std::vector<SequenceRow> sequence;
 

@@ -73,6 +73,13 @@ void GetProductIni(Run& run) {
   run.log.Log("GetProductIni", 0, "Product ini file found at " + run.productIniPath);
 }
 
+std::string KnownProductIni(Run& run) {
+  const std::string recorded = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::ProductIniPath);
+  std::string path = Unquoted(run.productIniPath);
+  if (path.empty()) path = IsNotGiven(recorded) ? SpecifiedProductIni(run) : recorded;
+  return run.fso.FileExists(path) ? path : std::string();
+}
+
 std::string ResolvePath(Run& run, const std::string& spec) {
   return Guarded(run, "ResolvePath", [&]() -> std::string {
     if (IsFullPath(spec)) return Normalised(spec);

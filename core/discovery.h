@@ -14,6 +14,9 @@ void GetAppIni(Run& run);
 /// to find a product ini file.".
 void GetProductIni(Run& run);
 
+/// The product ini that GetProductIni would find without asking anybody; "" when it would find none.
+std::string KnownProductIni(Run& run);
+
 /// The folder that a path specification stands for, without a trailing backslash: a full path as it is, CD... and FL...
 /// the first such drive that has the folder, RE... the product's recorded root, CU... the program's folder. "" when
 /// there is none; an unknown code is logged.

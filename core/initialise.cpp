@@ -12,6 +12,7 @@
 #include "core/end_of_run.h"
 #include "core/store_component.h"
 #include "core/store_product.h"
+#include "env/drive_mapping.h"
 #include "env/shares.h"
 #include "exec/msi_queries.h"
 #include "exec/outcome.h"
@@ -67,8 +68,8 @@ bool FindPackageRoot(Run& run) {
   return true;
 }
 
-void CarryOutPreInstall(Run& run) {
-  if (modQXInstallationMain::PreInstallActions(run)) {
+void CarryOutPreInstall(Run& run, const std::string& productIni) {
+  if (modQXInstallationMain::PreInstallActions(run, productIni)) {
     run.window.ProgressBar(Progress::PreInstallDone);
     return;
   }
@@ -124,10 +125,13 @@ void CheckConfiguration(Run& run) {
 
 bool PrepareInstall(Run& run) {
   if (!FindAppIni(run) || !FindPackageRoot(run)) return false;
-  CarryOutPreInstall(run);
+  const std::string known = KnownProductIni(run);
+  CarryOutPreInstall(run, known);
   modQXInstallationMain::StoreAppData(run);
   run.window.ProgressBar(Progress::AppDataStored);
   if (!FindProductIni(run)) return false;
+  // The actions of a product ini that only the user could find run now.
+  if (known.empty()) CarryOutPreInstall(run, run.productIniPath);
   modQXInstallationMain::StoreProductData(run);
   run.window.ProgressBar(Progress::ProductDataStored);
   if (!StoreComponents(run)) return false;

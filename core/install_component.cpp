@@ -122,13 +122,11 @@ ComponentEnd InstallComponent(Run& run) {
   run.installSuccess = true;
   if (!MayBeInstalled(run)) return ComponentEnd::HeldBack;
   if (!CheckDiskSpace(run)) return Fail(run, " disk space check.");
+  const std::string& install = run.component.install;
+  std::string file = IsFullPath(install) ? install : Joined(run.component.path, install);
   CopyTargets targets;
   ReadRegCopyOps(run, targets, run.component.key);
-  std::string redirected;
-  const std::int16_t copied = StartCopyOp(run, redirected, targets);
+  const std::int16_t copied = StartCopyOp(run, file, targets);
   if (copied < 0) return Fail(run, " a copying operation.");
-  if (copied > 0) return ComponentEnd::Done;
-  const std::string& install = run.component.install;
-  const std::string file = IsFullPath(install) ? install : Joined(run.component.path, install);
-  return RunFile(run, redirected.empty() ? file : redirected);
+  return copied > 0 ? ComponentEnd::Done : RunFile(run, file);
 }

@@ -11,8 +11,8 @@
 #include "core/initialise.h"
 #include "core/install_loop.h"
 #include "core/store_product.h"
+#include "env/drive_mapping.h"
 #include "env/reboot.h"
-#include "env/shares.h"
 
 namespace {
 

@@ -16,8 +16,8 @@
 #include "core/initialise.h"
 #include "core/install_loop.h"
 #include "core/resume.h"
+#include "env/drive_mapping.h"
 #include "env/multi_disk.h"
-#include "env/shares.h"
 #include "exec/captions.h"
 #include "exec/outcome.h"
 

@@ -13,6 +13,7 @@
 #include "base/text.h"
 #include "core/discovery.h"
 #include "env/shares.h"
+#include "exec/action_entry.h"
 #include "exec/conditions.h"
 #include "exec/copy_operations.h"
 #include "exec/msi_queries.h"
@@ -94,10 +95,10 @@ void ReadCopyTargets(Run& run, ComponentData& data) {
 ComponentData ReadComponent(Run& run, const std::string& component, const ActionEntry& action) {
   ComponentData data;
   data.name = component;
-  data.iniPath = ResolveFile(run, action.iniPath, run.packageRoot, component + ".ini");
+  data.iniPath = ResolveFile(run, action.name, run.packageRoot, component + ".ini");
   if (!run.fso.FileExists(data.iniPath)) throw modErrorBase::MakeError(6081, {data.iniPath}, Source);
   for (const IniKey& key : iniKeys) data.keys[key.key] = ReadKey(run, data, key);
-  data.path = ComponentPath(run, data, action.iniPath);
+  data.path = ComponentPath(run, data, action.name);
   ReadPackage(run, data);
   ReadCopyTargets(run, data);
   modMain::ReadIniConditions(run, component, data.conditions, data.iniPath);
@@ -200,15 +201,6 @@ void WriteRecord(Run& run, const ComponentData& data, int index) {
 }
 
 }  // namespace
-
-ActionEntry ParseActionEntry(const std::string& entry) {
-  constexpr const char* marker = "RFI Version=";
-  const std::size_t at = FindIgnoringCase(entry, marker);
-  if (at == std::string::npos) return {entry, ""};
-  const std::size_t semicolon = entry.rfind(';', at);
-  const std::size_t end = semicolon == std::string::npos ? at : semicolon;
-  return {Trim(entry.substr(0, end)), Trim(entry.substr(at + std::string(marker).size()))};
-}
 
 namespace modQXInstallationMain {
 

@@ -13,10 +13,3 @@ namespace modQXInstallationMain {
 bool StoreComponentData(Run& run, const std::string& component, int index);
 
 }  // namespace modQXInstallationMain
-
-/// An entry of [Actions]: the component ini's path, and the version behind "RFI Version=" if it bears one.
-struct ActionEntry {
-  std::string iniPath;
-  std::string version;
-};
-ActionEntry ParseActionEntry(const std::string& entry);

@@ -1,7 +1,6 @@
 #include "env/reboot.h"
 
 #include "base/error_handler.h"
-#include "base/error_texts.h"
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
@@ -37,21 +36,6 @@ std::string ScriptText(const Run& run, const std::string& arguments) {
   return text;
 }
 
-void Require(platform::Status status, const std::string& path) {
-  if (status != platform::status::Ok) {
-    throw Error(static_cast<int>(status), modErrorBase::SystemErrorText(status) + ": " + path, "modAutoRun");
-  }
-}
-
-void WriteNewFile(Run& run, const std::string& path, const std::string& text) {
-  platform::FileHandle file;
-  Require(run.machine.files().openForWriting(path, file), path);
-  const platform::Status written = run.machine.files().write(file, text);
-  const platform::Status closed = run.machine.files().close(file);
-  Require(written, path);
-  Require(closed, path);
-}
-
 }  // namespace
 
 void Reboot(Run& run, bool final) {
@@ -83,7 +67,7 @@ std::string AutoRunScript(Run& run) {
 
 bool CreateAutoRun(Run& run, const std::string& arguments, bool silent) {
   try {
-    WriteNewFile(run, AutoRunScript(run), ScriptText(run, arguments));
+    run.fso.WriteNewFile(AutoRunScript(run), ScriptText(run, arguments));
     return true;
   } catch (const Error& failure) {
     LogFailure(run, "CreateAutoRun", failure, !silent);

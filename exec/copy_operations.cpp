@@ -2,15 +2,82 @@
 
 #include "base/error_handler.h"
 #include "base/ini.h"
-#include "base/not_built.h"
+#include "base/paths.h"
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
+#include "exec/copy_files.h"
+#include "exec/msi_queries.h"
+#include "exec/version_folders.h"
+#include "exec/versions.h"
 
 namespace {
 
+namespace CopyResult {
+constexpr std::int16_t Failed = -1;
+constexpr std::int16_t GoOn = 0;
+constexpr std::int16_t AlreadyInstalled = 1;
+constexpr std::int16_t NewerOnServer = 2;
+constexpr std::int16_t Copied = 3;
+}  // namespace CopyResult
+
 std::string NumberedTarget(int number) {
   return "CopyOpTarget" + std::to_string(number);
+}
+
+/// The last character of the component's "CopyOp"; 0 when it has no copy operation.
+char CopyCode(Run& run) {
+  const std::string code = Trim(GivenComponentValue(run, "CopyOp"));
+  return IsNotGiven(code) ? '\0' : code.back();
+}
+
+void LogAlreadyThere(Run& run) {
+  run.log.Log("StartCopyOp", 0,
+              "Version " + run.component.productVersion + " of component " + run.component.name +
+                  " is already installed, or a newer version of this component is already installed, component will "
+                  "not install");
+}
+
+bool SameOrNewerIsInstalled(Run& run) {
+  const InstalledProduct* installed = FindInstalledProduct(run, run.component.productCode);
+  return installed != nullptr && !IsNewerVersion(run, run.component.productVersion, installed->version);
+}
+
+/// Without a first target the component goes below the product's own folder for such copies.
+void UseDefaultTarget(Run& run, CopyTargets& targets, const char* productValue) {
+  if (!targets.first().empty()) return;
+  const std::string root = modRegistry::ReadOrEmpty(run, ProductKey(run), productValue);
+  targets = {{IsNotGiven(root) ? std::string() : root}, true};
+}
+
+std::int16_t CopyAsInstallation(Run& run, CopyTargets& targets) {
+  UseDefaultTarget(run, targets, "CopyOpRoot");
+  if (CopyOpOneExistingVersionIsNewer(run, ComponentValue(run, Value::Path), targets)) {
+    LogAlreadyThere(run);
+    return CopyResult::NewerOnServer;
+  }
+  run.log.Log("StartCopyOp", 0, "Executing CopyOp to path " + targets.first());
+  const bool copied = DoCopyOp(run, targets);
+  run.log.Log("StartCopyOp", 0, "Finished CopyOp");
+  return copied ? CopyResult::Copied : CopyResult::Failed;
+}
+
+std::int16_t CopyAndInstallFromThere(Run& run, std::string& installPath, CopyTargets& targets) {
+  UseDefaultTarget(run, targets, "CopyOpHold");
+  if (!DoCopyOp(run, targets)) return CopyResult::Failed;
+  installPath = Joined(CopyDestination(run, targets.first(), targets.appendPath), ComponentValue(run, Value::Install));
+  return CopyResult::GoOn;
+}
+
+std::int16_t CarryOut(Run& run, char code, std::string& installPath, CopyTargets& targets) {
+  if (code == '\0') return CopyResult::GoOn;
+  if (run.verbose) run.log.Log("StartCopyop", 0, std::string("CopyOp is ") + code);
+  if (code != '1' && SameOrNewerIsInstalled(run)) {
+    LogAlreadyThere(run);
+    return CopyResult::AlreadyInstalled;
+  }
+  if (code == '1') return CopyAsInstallation(run, targets);
+  return code == '2' ? CopyAndInstallFromThere(run, installPath, targets) : CopyResult::GoOn;
 }
 
 }  // namespace
@@ -31,12 +98,13 @@ bool ReadIniCopyOps(Run& run, std::vector<std::string>& targets, const std::stri
 void ReadRegCopyOps(Run& run, CopyTargets& targets, const std::string& componentKey) {
   Guarded(run, "ReadRegCopyOps", [&] {
     const std::string list = componentKey + "\\CopyOpTargetList";
+    targets = {};
     targets.appendPath = !modRegistry::RegKeyExists(run, list, "");
     if (targets.appendPath) {
-      targets.folders = {modRegistry::ReadOrEmpty(run, componentKey, "CopyOpTarget")};
+      const std::string target = modRegistry::ReadOrEmpty(run, componentKey, "CopyOpTarget");
+      targets.folders = {IsNotGiven(target) ? std::string() : target};
       return;
     }
-    targets.folders.clear();
     for (int number = 1;; ++number) {
       const std::string target = modRegistry::RegRead(run, list, NumberedTarget(number));
       run.log.Log("ReadRegCopyOps", 0, "Found Registry Copy target " + target);
@@ -46,10 +114,23 @@ void ReadRegCopyOps(Run& run, CopyTargets& targets, const std::string& component
   });
 }
 
-std::int16_t StartCopyOp(Run& run, [[maybe_unused]] std::string& installPath, [[maybe_unused]] CopyTargets& targets) {
-  run.window.Status("Doing Copy operations");
-  const std::string code = Trim(GivenComponentValue(run, "CopyOp"));
-  if (code.empty() || code.back() == '0') return 0;
-  LogNothingDone(run, "StartCopyOp", "Copy operation of " + run.component.name);
-  return -1;
+std::int16_t StartCopyOp(Run& run, std::string& installPath, CopyTargets& targets) {
+  std::int16_t result = CopyResult::GoOn;
+  try {
+    run.window.Status("Doing Copy operations");
+    result = CarryOut(run, CopyCode(run), installPath, targets);
+    if (run.verbose && (result == CopyResult::GoOn || result == CopyResult::Copied)) {
+      run.log.Log("StartCopyop", 0, "Install set to " + installPath);
+    }
+  } catch (const Error& failure) {
+    run.log.Log("StartCopyop", failure.number(), failure.text(), !run.silent, EntryType::Error);
+  }
+  return result;
+}
+
+std::string CopyDestination(Run& run, const std::string& target, bool appendPath) {
+  if (!appendPath) return Normalised(target);
+  // Of a component's folder given in full only its name can follow a root.
+  const std::string path = ComponentValue(run, Value::Path);
+  return Normalised(Joined(target, IsFullPath(path) ? LastElement(path) : path));
 }

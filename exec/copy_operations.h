@@ -12,6 +12,9 @@
 struct CopyTargets {
   std::vector<std::string> folders;
   bool appendPath = true;
+
+  /// The first folder; "" when there is none.
+  std::string first() const { return folders.empty() ? std::string() : folders.front(); }
 };
 
 /// Reads the numbered keys "CopyOpTarget1", "CopyOpTarget2", ... of a component ini's section up to the first empty
@@ -23,6 +26,9 @@ bool ReadIniCopyOps(Run& run, std::vector<std::string>& targets, const std::stri
 void ReadRegCopyOps(Run& run, CopyTargets& targets, const std::string& componentKey);
 
 /// Carries out the current component's copy operation. 0: go on with the component, whose file to run is `installPath`
-/// when that is not empty; positive: nothing more is to be done for it (1 the same or a newer package is installed, 2 a
-/// newer version stands beside the target, 3 copied); negative: the copy failed.
+/// (changed when it is to run from the copy); positive: nothing more is to be done for it (1 the same or a newer
+/// package is installed, 2 a newer version stands beside the target, 3 copied); -1: the copy failed, which is recorded.
 std::int16_t StartCopyOp(Run& run, std::string& installPath, CopyTargets& targets);
+
+/// The folder that a target means for this component.
+std::string CopyDestination(Run& run, const std::string& target, bool appendPath);

@@ -24,6 +24,7 @@ inline constexpr std::uint32_t Hidden = 0x02;
 inline constexpr std::uint32_t System = 0x04;
 inline constexpr std::uint32_t Folder = 0x10;
 inline constexpr std::uint32_t Archive = 0x20;
+inline constexpr std::uint32_t Link = 0x400;  ///< a folder that stands for another one (a reparse point)
 }  // namespace attribute
 
 /// One entry of a folder; "." and ".." are never listed.

@@ -1,0 +1,103 @@
+#include "exec/copy_files.h"
+
+#include <vector>
+
+#include "base/error_handler.h"
+#include "base/error_texts.h"
+#include "base/paths.h"
+#include "base/records.h"
+#include "base/text.h"
+#include "exec/copy_operations.h"
+#include "exec/outcome.h"
+#include "exec/version_folders.h"
+
+namespace {
+
+constexpr int CopyFailedError = 8024;
+
+/// File that a destination holds while it is being copied to.
+constexpr const char* UnfinishedMark = "QX copy not finished.txt";
+
+/// What is copied: the component's folder, looked at before anything is changed.
+struct CopySource {
+  std::string folder;
+  std::vector<std::string> files;
+  std::vector<std::string> subFolders;
+};
+
+CopySource LookAtSource(Run& run) {
+  const std::string& folder = run.component.path;
+  if (!run.fso.FolderExists(folder)) {
+    throw modErrorBase::MakeError(6084, {folder}, "modMain.DoCopyOp");
+  }
+  return {folder, run.fso.ListFiles(folder), run.fso.ListFolders(folder)};
+}
+
+void CopyFiles(Run& run, const CopySource& source, const std::string& destination) {
+  for (const std::string& file : source.files) {
+    const std::string from = Joined(source.folder, file);
+    const std::string to = Joined(destination, file);
+    if (run.verbose) run.log.Log("DoCopyop", 0, "Copying file " + from + " to " + to);
+    run.fso.CopyFileOver(from, to);
+    // Nothing stays read-only that came from a CD.
+    run.machine.files().setAttributes(to, platform::attribute::Normal);
+  }
+}
+
+/// The product's folders belong to the administrators and the system; everybody may run what is in them. Machines and
+/// volumes without access control have nothing to set.
+void SetPermissions(Run& run, const std::string& destination) {
+  const platform::Status set =
+      run.machine.files().setAccess(destination, {{platform::Account::Administrators, platform::AccessRight::Full},
+                                                  {platform::Account::LocalSystem, platform::AccessRight::Full},
+                                                  {platform::Account::Users, platform::AccessRight::ReadAndExecute}});
+  if (set == platform::status::Ok || set == platform::status::CallNotImplemented) return;
+  run.log.Log("DoCopyOp", 0,
+              "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set), false,
+              EntryType::Warning);
+}
+
+void CopyTo(Run& run, const CopySource& source, const std::string& destination, bool clearsOldVersions) {
+  if (clearsOldVersions) DeleteCopyOp(run, destination);
+  run.fso.CreateFolder(destination);
+  const std::string mark = Joined(destination, UnfinishedMark);
+  run.fso.WriteNewFile(mark, std::string("The copy to this folder was begun and is not finished.") + LineBreak);
+  CopyFiles(run, source, destination);
+  for (const std::string& name : source.subFolders) {
+    run.fso.CopyFolderOver(Joined(source.folder, name), Joined(destination, name));
+  }
+  SetPermissions(run, destination);
+  run.fso.DeleteFileForced(mark);
+}
+
+void TellFailure(Run& run, const Error& failure, const std::string& destination) {
+  run.log.Log("modMain.DoCopyOp", failure.number(), failure.text(), true, EntryType::Error);
+  run.log.Log("DoCopyOp", CopyFailedError, "Failed to copy component to " + destination, true, EntryType::Error);
+  SetProductResult(run, false, "Copying to " + destination + " failed");
+}
+
+}  // namespace
+
+bool DoCopyOp(Run& run, const CopyTargets& targets) {
+  std::string destination = targets.first();
+  try {
+    const CopySource source = LookAtSource(run);
+    if (targets.first().size() < 2) {
+      run.log.Log("DoCopyOp", 0, "Destination array has no data");
+      return true;
+    }
+    const std::string path = ComponentValue(run, Value::Path);
+    for (const std::string& target : targets.folders) {
+      destination = CopyDestination(run, target, targets.appendPath);
+      CopyTo(run, source, destination, targets.appendPath || ContainsIgnoringCase(destination, path));
+    }
+    return true;
+  } catch (const Error& failure) {
+    TellFailure(run, failure, destination);
+    return false;
+  }
+}
+
+bool HoldsUnfinishedCopy(Run& run, const std::string& folder) {
+  return run.fso.FileExists(Joined(folder, UnfinishedMark));
+}
