@@ -21,6 +21,7 @@ inline constexpr const char* NotApplicable = "N/A";
 namespace Value {
 inline constexpr const char* AbortOnFail = "AbortOnFail";
 inline constexpr const char* AbortReason = "Abort Reason";
+inline constexpr const char* CanUninstall = "CanUninstall";
 inline constexpr const char* CurrentComponentPath = "CurrentComponentPath";
 inline constexpr const char* FUDone = "FUDone";
 inline constexpr const char* Install = "Install";

@@ -109,9 +109,12 @@ struct Run {
   bool aborted = false;        ///< a failed component ended the loop
   bool cancelled = false;      ///< a person ended the run
   bool deferredReboot = false;
-  std::string mappedDrive;     ///< drive mapped for this run, with its colon
-  std::string nextVolumeName;  ///< disc that the run goes on with; "" when this is the last
-  int lastIniError = 0;        ///< number of the last failure of GetIniString
+  bool failed = false;          ///< the product result as this run set it
+  std::string failureReasons;   ///< one a line
+  std::string mappedDrive;      ///< drive mapped for this run, with its colon
+  std::string programToRemove;  ///< local program copy that no product needs any more
+  std::string nextVolumeName;   ///< disc that the run goes on with; "" when this is the last
+  int lastIniError = 0;         ///< number of the last failure of GetIniString
 
   std::map<int, std::string> captions;
 };

@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "core/removal_task.h"
 #include "env/auto_login.h"
+#include "env/local_copy.h"
 #include "env/reboot.h"
 #include "exec/outcome.h"
 #include "exec/process.h"
@@ -103,6 +104,15 @@ void SwitchAutoLoginOff(Run& run) {
                                    .icon = platform::BoxIcon::Critical});
 }
 
+/// A local instance removes itself, unless it is needed for an uninstall; and an uninstall what nobody needs any more.
+void RemoveLocalProgram(Run& run) {
+  if (!run.programToRemove.empty()) {
+    ScheduleRemoval(run, run.programToRemove);
+  } else if (run.localInstance && !IsLocalCopyNeeded(run)) {
+    ScheduleRemoval(run, run.machine.machine().programPath());
+  }
+}
+
 void CloseLog(Run& run) {
   for (const char* row : {"************************", "QX Installer Run complete", "*********"}) {
     run.log.Log(Source, 0, row);
@@ -117,10 +127,10 @@ void CloseLog(Run& run) {
   run.log.LogToFile(false);
 }
 
-int ExitCodeOf(Run& run, bool productKnown) {
+int ExitCodeOf(Run& run) {
   if (run.cancelled) return ExitCode::Cancelled;
   std::string reason;
-  return productKnown && GetProductResult(run, reason) ? ExitCode::Succeeded : ExitCode::Failed;
+  return GetProductResult(run, reason) ? ExitCode::Succeeded : ExitCode::Failed;
 }
 
 }  // namespace
@@ -140,8 +150,8 @@ void Closedown(Run& run) {
   step([&] { ResetStartForUser(run); });
   step([&] { modRegistry::RegWrite(run, InstallationKey, Value::Reboot, ""); });
   if (logonRequested) step([&] { SwitchAutoLoginOff(run); });
-  if (run.localInstance) step([&] { ScheduleProgramRemoval(run); });
+  step([&] { RemoveLocalProgram(run); });
   step([&] { CloseLog(run); });
   if (closingRestart) Reboot(run, true);
-  throw ProgramEnd{ExitCodeOf(run, productKnown)};
+  throw ProgramEnd{ExitCodeOf(run)};
 }

@@ -156,7 +156,10 @@ void Initialise(Run& run) {
     modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
     ValidateShares(run);
     if (!run.uninstall && !PrepareInstall(run)) return;
-    modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, "0");
+    // The uninstall of a product that is not recorded leaves no record of it.
+    if (!run.uninstall || modRegistry::RegKeyExists(run, ProductKey(run), "")) {
+      modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, "0");
+    }
     run.window.LongMessage(ReadyText(run));
     run.initialised = true;
   } catch (const std::exception& failure) {

@@ -13,7 +13,6 @@
 #include "core/end_of_run.h"
 #include "core/initialise.h"
 #include "core/install_component.h"
-#include "core/sequence.h"
 #include "env/add_remove_programs.h"
 #include "env/forced_removal.h"
 #include "env/multi_disk.h"
@@ -21,6 +20,7 @@
 #include "env/shares.h"
 #include "env/uninstall.h"
 #include "exec/msi_queries.h"
+#include "exec/sequence.h"
 
 namespace {
 
@@ -114,7 +114,8 @@ bool InstallNext(Run& run, int& position) {
 
 void Uninstall(Run& run) {
   StartUninstall(run);
-  CleanUpUninstallFiles(run);
+  // What failed stays recorded, so that the uninstall can be run again.
+  if (!run.failed) CleanUpUninstallFiles(run);
 }
 
 void Install(Run& run) {

@@ -1,11 +1,6 @@
 #include "core/removal_task.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "base/numbers.h"
-#include "base/records.h"
-#include "base/registry.h"
 #include "base/text.h"
 #include "exec/process.h"
 
@@ -13,13 +8,6 @@ namespace {
 
 constexpr int DelayMinutes = 2;
 constexpr int MinutesOfDay = 24 * 60;
-
-bool AnyProductCanBeUninstalled(Run& run) {
-  const std::vector<std::string> products = modRegistry::SubKeys(run, ProductsKey);
-  return std::any_of(products.begin(), products.end(), [&run](const std::string& product) {
-    return modRegistry::RegKeyExists(run, ProductKey(product), "CanUninstall");
-  });
-}
 
 }  // namespace
 
@@ -29,12 +17,11 @@ std::string RemovalCommand(const platform::LocalTime& now, const std::string& sy
          "\\System32\\cmd.exe /c del " + Quoted(file);
 }
 
-void ScheduleProgramRemoval(Run& run) {
+void ScheduleRemoval(Run& run, const std::string& file) {
   constexpr const char* source = "Closedown";
-  if (AnyProductCanBeUninstalled(run)) return;
   run.log.Log(source, 0, "Setting task to remove local IA .exe");
-  const std::string command = RemovalCommand(run.machine.clock().now(), run.machine.machine().environment("SystemRoot"),
-                                             run.machine.machine().programPath());
+  const std::string command =
+      RemovalCommand(run.machine.clock().now(), run.machine.machine().environment("SystemRoot"), file);
   run.log.Log(source, 0, "Task Scheduler command: " + command);
   const std::int32_t result = GoShell(run, command, "", 5000, 0);
   run.log.Log(source, 0, "Task Scheduler command returned " + std::to_string(result));

@@ -6,9 +6,8 @@
 #include "base/run.h"
 #include "platform/clock.h"
 
-/// Asks the system's scheduler to delete the running program's file in a moment, unless an installed product still
-/// needs it for its uninstall.
-void ScheduleProgramRemoval(Run& run);
+/// Asks the system's scheduler to delete a program's file in a moment.
+void ScheduleRemoval(Run& run, const std::string& file);
 
 /// The scheduler's command line for a deletion two minutes after `now`: "AT hh:mm " and a command of the system's
 /// shell.

@@ -145,6 +145,7 @@ void Main(Run& run) {
     Start(run);
   } catch (const std::exception& failure) {
     LogFailure(run, Source, failure, !run.silent);
+    SetProductResult(run, false, failure.what());
     EndInstall(run);
   }
 }

@@ -1,15 +1,85 @@
 #include "env/add_remove_programs.h"
 
+#include <string>
+
+#include "base/error_handler.h"
 #include "base/ini.h"
-#include "base/not_built.h"
+#include "base/records.h"
+#include "base/registry.h"
 #include "base/text.h"
+#include "env/local_copy.h"
+
+namespace {
+
+constexpr const char* Source = "SetLocalIAForUninstall";
+constexpr const char* CopySource = "CopyIALocal";
+constexpr const char* CleanUpSource = "CleanUpUninstallFiles";
+constexpr const char* UpdateAddress = "http://www.qx-plc.example/installation";
+constexpr const char* SupportAddress = "http://www.qx-plc.example/support";
+
+std::string EntryKey(const Run& run) {
+  return "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + run.productName;
+}
+
+void CopyIALocal(Run& run) {
+  CreateLocalFolder(run);
+  run.log.Log(CopySource, 0, "Attempting to copy QXIA exe to program files\\qxia dir");
+  CopyProgramToLocalFolder(run);
+  run.log.Log(CopySource, 0, "Copy Successful");
+}
+
+struct EntryValue {
+  const char* name;
+  std::string data;
+  platform::ValueType type = platform::ValueType::Text;
+};
+
+void WriteEntry(Run& run) {
+  const std::string program = LocalProgram(run);
+  const EntryValue values[] = {
+      {"DisplayName", run.productName},
+      {"DisplayVersion", modRegistry::ReadOrEmpty(run, ProductKey(run), Value::Version)},
+      // The path is not quoted: the program cuts it off by comparing with its own.
+      {"UninstallString", program + " /v /x " + run.productName},
+      {"DisplayIcon", program},
+      {"URLUpdateInfo", UpdateAddress},
+      {"HelpLink", SupportAddress},
+      {"Publisher", "QX plc"},
+      {"NoModify", "1", platform::ValueType::Number},
+      {"NoRepair", "1", platform::ValueType::Number},
+  };
+  for (const EntryValue& value : values) {
+    modRegistry::RegWrite(run, EntryKey(run), value.name, value.data, platform::RegistryRoot::LocalMachine, value.type);
+  }
+}
+
+}  // namespace
 
 void SetLocalIAForUninstall(Run& run) {
-  const std::string wanted = modINI::GetIniString(run, "Product", "CanUninstall", "False", run.productIniPath, true);
-  run.log.Log("SetLocalIAForUninstall", 0, "CanUninstall reported as " + wanted);
-  if (IsTrue(wanted)) LogNothingDone(run, "SetLocalIAForUninstall", "Add/Remove Programs registration");
+  Guarded(run, Source, [&] {
+    const std::string wanted =
+        modINI::GetIniString(run, "Product", Value::CanUninstall, "False", run.productIniPath, true);
+    run.log.Log(Source, 0, "CanUninstall reported as " + wanted);
+    if (!IsTrue(wanted)) return;
+    CopyIALocal(run);
+    const std::string key = ProductKey(run);
+    modRegistry::RegWrite(run, key, Value::CanUninstall, wanted);
+    run.log.Log(CopySource, 0, "Setting Registry value " + key + "\\CanUninstall = " + wanted);
+    run.log.Log(CopySource, 0, "Setting Add/Remove Programs entries");
+    WriteEntry(run);
+  });
 }
 
 void CleanUpUninstallFiles(Run& run) {
-  LogNothingDone(run, "CleanUpUninstallFiles", "Clean-up after the uninstall");
+  Guarded(run, CleanUpSource, [&] {
+    if (!IsLocalCopyNeeded(run, run.productName) && run.fso.FileExists(LocalProgram(run))) {
+      run.programToRemove = LocalProgram(run);
+    }
+    if (modRegistry::RegKeyExists(run, ProductKey(run), "")) {
+      run.log.Log(CleanUpSource, 0, "Removing Product registry entries");
+      modRegistry::RegDelete(run, ProductKey(run));
+    }
+    run.log.Log(CleanUpSource, 0, "Removing Add/Remove Programs entry");
+    modRegistry::DeleteIfThere(run, EntryKey(run));
+  });
 }

@@ -1,17 +1,114 @@
 #include "env/uninstall.h"
 
-#include "base/not_built.h"
+#include <algorithm>
+#include <string>
 
-namespace modQXInstallationMain {
+#include "base/error_handler.h"
+#include "base/error_texts.h"
+#include "base/numbers.h"
+#include "base/paths.h"
+#include "base/records.h"
+#include "base/registry.h"
+#include "base/text.h"
+#include "env/uninstall_component.h"
+#include "exec/component_command.h"
+#include "exec/copy_operations.h"
+#include "exec/outcome.h"
+#include "exec/sequence.h"
 
-bool ExecuteUninstall(Run& run, const std::string& component, [[maybe_unused]] bool isMsi,
-                      [[maybe_unused]] bool force) {
-  LogNothingDone(run, "ExecuteUninstall", "Uninstall of component " + component);
-  return false;
+namespace {
+
+constexpr const char* Source = "StartUninstall";
+
+/// Makes the last component below the position the current one and returns its sequence number; 0 when there is none.
+double GetNextUninstall(Run& run, double position) {
+  const auto next = std::find_if(run.sequence.rbegin(), run.sequence.rend(),
+                                 [position](const SequenceRow& row) { return row.number < position; });
+  if (next == run.sequence.rend() || next->number <= 0) return 0;
+  SelectComponent(run, next->component);
+  if (run.verbose) run.log.Log("GetNextUninstall", 0, "Next in sequence is " + run.component.install);
+  run.window.Component(run.component.name + " :" + LineBreak + run.component.install);
+  return next->number;
 }
 
-}  // namespace modQXInstallationMain
+/// A folder to delete is a full path below a drive's or a share's root.
+bool IsDeletable(const std::string& folder) {
+  return IsFullPath(folder) && FolderPart(folder).size() >= 2 && FolderPart(folder) != "\\";
+}
+
+void DeleteCopiedFolder(Run& run, const std::string& folder) {
+  run.log.Log(Source, 0, "Deleting... " + folder);
+  if (!IsDeletable(folder)) {
+    run.log.Log(Source, 0, folder + " is not a standard path specification - skipping...", false, EntryType::Warning);
+  } else if (!run.fso.FolderExists(folder)) {
+    run.log.Log(Source, 0, "Folder " + folder + " does not exist - skipping delete...");
+  } else {
+    run.fso.DeleteFolderForced(folder);
+  }
+}
+
+RemovalEnd RemoveCopies(Run& run) {
+  if (IsKeptForOthers(run, run.component.name, false)) return RemovalEnd::KeptForOthers;
+  try {
+    CopyTargets targets;
+    ReadRegCopyOps(run, targets, run.component.key);
+    UseDefaultTarget(run, targets, "CopyOpRoot");
+    for (const std::string& target : targets.folders) {
+      DeleteCopiedFolder(run, CopyDestination(run, target, targets.appendPath));
+    }
+    return RemovalEnd::Removed;
+  } catch (const Error& failure) {
+    LogFailure(run, Source, failure);
+    return RemovalEnd::Failed;
+  }
+}
+
+/// A component that was only copied is looked for before its file's type.
+RemovalEnd Remove(Run& run) {
+  if (CopyCode(run) == '1') return RemoveCopies(run);
+  const bool isMsi = RunTypeOf(run.component.install) == RunType::Package;
+  return modQXInstallationMain::ExecuteUninstall(run, run.component.name, isMsi, false);
+}
+
+void RemoveCurrent(Run& run) {
+  run.log.Log(Source, 0, "Next component is " + run.component.name + " v." + run.component.productVersion);
+  if (!IsTrue(ComponentValue(run, "RunOnUninstall"))) {
+    run.log.Log(Source, 0,
+                "Component " + run.component.name + " is not set to run as part of the uninstall sequence - skipping");
+    return;
+  }
+  const bool failed = Remove(run) == RemovalEnd::Failed;
+  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, failed ? "Fail" : "Pass");
+  if (failed) SetProductResult(run, false, "Uninstallation of " + run.component.name + " failed");
+}
+
+void RemoveAll(Run& run) {
+  double position = modRegistry::ReadNumber(run, ProductKey(run), Value::LastSequence);
+  if (run.verbose) run.log.Log(Source, 0, "LastSequence was " + std::to_string(static_cast<long long>(position)));
+  if (position <= 0) position = run.sequence.back().number + 1;
+  while ((position = GetNextUninstall(run, position)) > 0) {
+    RemoveCurrent(run);
+    modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, std::to_string(static_cast<long long>(position)));
+  }
+}
+
+void ReportNoComponents(Run& run) {
+  const Error error = modErrorBase::MakeError(6095, {ProductKey(run)}, Source);
+  LogFailure(run, Source, error);
+  SetProductResult(run, false, error.text());
+}
+
+}  // namespace
 
 void StartUninstall(Run& run) {
-  LogNothingDone(run, "StartUninstall", "Uninstall of product " + run.uninstallProduct);
+  Guarded(run, Source, [&] {
+    modQXInstallationMain::GetSequence(run);
+    if (run.sequence.empty()) {
+      ReportNoComponents(run);
+      return;
+    }
+    if (run.verbose) run.fso.CreateFolder(run.logFolders.msiLogs);
+    RemoveAll(run);
+    run.window.StatusLine("Finish");
+  });
 }

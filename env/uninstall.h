@@ -1,17 +1,9 @@
-// Taking components off again.
+// Taking a product off again.
 #pragma once
-
-#include <string>
 
 #include "base/run.h"
 
-namespace modQXInstallationMain {
-
-/// Removes one component: a package through msiexec, anything else by its recorded command. One that other products
-/// still use is left in place unless `force` is set. True when it is gone.
-bool ExecuteUninstall(Run& run, const std::string& component, bool isMsi, bool force);
-
-}  // namespace modQXInstallationMain
-
-/// Removes the components of the current product in the reverse order of their installation.
+/// Removes the components of the current product in the reverse order of their installation, sparing those that other
+/// products use, and records each. A removal that failed marks the product as failed, and so does a product without
+/// records of components (6095).
 void StartUninstall(Run& run);

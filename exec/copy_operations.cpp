@@ -25,12 +25,6 @@ std::string NumberedTarget(int number) {
   return "CopyOpTarget" + std::to_string(number);
 }
 
-/// The last character of the component's "CopyOp"; 0 when it has no copy operation.
-char CopyCode(Run& run) {
-  const std::string code = Trim(GivenComponentValue(run, "CopyOp"));
-  return IsNotGiven(code) ? '\0' : code.back();
-}
-
 void LogAlreadyThere(Run& run) {
   run.log.Log("StartCopyOp", 0,
               "Version " + run.component.productVersion + " of component " + run.component.name +
@@ -41,13 +35,6 @@ void LogAlreadyThere(Run& run) {
 bool SameOrNewerIsInstalled(Run& run) {
   const InstalledProduct* installed = FindInstalledProduct(run, run.component.productCode);
   return installed != nullptr && !IsNewerVersion(run, run.component.productVersion, installed->version);
-}
-
-/// Without a first target the component goes below the product's own folder for such copies.
-void UseDefaultTarget(Run& run, CopyTargets& targets, const char* productValue) {
-  if (!targets.first().empty()) return;
-  const std::string root = modRegistry::ReadOrEmpty(run, ProductKey(run), productValue);
-  targets = {{IsNotGiven(root) ? std::string() : root}, true};
 }
 
 std::int16_t CopyAsInstallation(Run& run, CopyTargets& targets) {
@@ -126,6 +113,17 @@ std::int16_t StartCopyOp(Run& run, std::string& installPath, CopyTargets& target
     run.log.Log("StartCopyop", failure.number(), failure.text(), !run.silent, EntryType::Error);
   }
   return result;
+}
+
+char CopyCode(Run& run) {
+  const std::string code = Trim(GivenComponentValue(run, "CopyOp"));
+  return IsNotGiven(code) ? '\0' : code.back();
+}
+
+void UseDefaultTarget(Run& run, CopyTargets& targets, const char* productValue) {
+  if (!targets.first().empty()) return;
+  const std::string root = modRegistry::ReadOrEmpty(run, ProductKey(run), productValue);
+  targets = {{IsNotGiven(root) ? std::string() : root}, true};
 }
 
 std::string CopyDestination(Run& run, const std::string& target, bool appendPath) {

@@ -30,5 +30,11 @@ void ReadRegCopyOps(Run& run, CopyTargets& targets, const std::string& component
 /// package is installed, 2 a newer version stands beside the target, 3 copied); -1: the copy failed, which is recorded.
 std::int16_t StartCopyOp(Run& run, std::string& installPath, CopyTargets& targets);
 
+/// The last character of the current component's "CopyOp", which alone counts; 0 when it has no copy operation.
+char CopyCode(Run& run);
+
+/// Fills in the product's own folder for such copies ("CopyOpRoot", "CopyOpHold") when there is no first target.
+void UseDefaultTarget(Run& run, CopyTargets& targets, const char* productValue);
+
 /// The folder that a target means for this component.
 std::string CopyDestination(Run& run, const std::string& target, bool appendPath);

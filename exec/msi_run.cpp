@@ -8,7 +8,8 @@
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
-#include "env/uninstall.h"
+#include "env/install_type.h"
+#include "env/uninstall_component.h"
 #include "exec/captions.h"
 #include "exec/msi_queries.h"
 #include "exec/process.h"
@@ -37,7 +38,9 @@ void UninstallOlder(Run& run, const std::string& installedVersion) {
   LogVerbose(run, "This is a newer version (" + run.component.productVersion + ") so previous version (" +
                       installedVersion + ") will be uninstalled first");
   run.window.Status(modLanguage::Text(run, modLanguage::Caption::Uninstalling) + run.component.displayName);
+  InstallTypeKeeper installType(run);
   modQXInstallationMain::ExecuteUninstall(run, run.component.displayName, true, true);
+  installType.PutBack();
   run.machine.screen().pumpMessages();
   run.log.Log("ExecuteMsi", 0, "Check for multiple MSIExec processes (Post Uninstall): Starting Check...");
   OneMSIExec(run);

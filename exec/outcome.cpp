@@ -66,6 +66,17 @@ Verdict Judge(Run& run, const std::string& processReturn, const std::string& ins
   return {" Install returned no errors", EntryType::Action, true};
 }
 
+std::string WithLine(const std::string& lines, const std::string& line) {
+  return lines.empty() ? line : lines + LineBreak + line;
+}
+
+/// False where no product is known, and on the uninstall of a product that has no record (any more): none is made for
+/// it.
+bool HasRecord(Run& run) {
+  if (run.productName.empty()) return false;
+  return !run.uninstall || modRegistry::RegKeyExists(run, ProductKey(run), "");
+}
+
 }  // namespace
 
 namespace modQXInstallationMain {
@@ -100,6 +111,9 @@ bool CheckSuccess(Run& run, const std::string& installType) {
 
 void SetProductResult(Run& run, bool succeeded, const std::string& reason) {
   Guarded(run, "SetProductResult", [&] {
+    run.failed = !succeeded;
+    run.failureReasons = succeeded ? std::string() : WithLine(run.failureReasons, reason);
+    if (!HasRecord(run)) return;
     const std::string key = ProductKey(run);
     modRegistry::WriteNumber(run, key, Value::Succeeded, succeeded ? -1 : 0);
     if (succeeded) {
@@ -107,13 +121,17 @@ void SetProductResult(Run& run, bool succeeded, const std::string& reason) {
       modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
     } else if (!reason.empty()) {
       const std::string before = modRegistry::ReadOrEmpty(run, key, Value::AbortReason);
-      modRegistry::RegWrite(run, key, Value::AbortReason, before.empty() ? reason : before + LineBreak + reason);
+      modRegistry::RegWrite(run, key, Value::AbortReason, WithLine(before, reason));
     }
   });
 }
 
 bool GetProductResult(Run& run, std::string& reason) {
   return Guarded(run, "GetProductResult", [&] {
+    if (!HasRecord(run)) {
+      reason = run.failureReasons;
+      return !run.failed;
+    }
     const bool succeeded = modRegistry::ReadNumber(run, ProductKey(run), Value::Succeeded) != 0;
     if (!succeeded) reason = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::AbortReason);
     return succeeded;

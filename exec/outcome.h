@@ -14,8 +14,8 @@ bool CheckSuccess(Run& run, const std::string& installType);
 
 }  // namespace modQXInstallationMain
 
-/// Records the outcome of the product run under its key: "Succeeded" as a number (-1 or 0), and for a failure one more
-/// line of "Abort Reason". A success empties the reasons.
+/// Records the outcome of the product run in the run and under the product's key: "Succeeded" as a number (-1 or 0),
+/// and for a failure one more line of "Abort Reason". A success empties the reasons.
 void SetProductResult(Run& run, bool succeeded, const std::string& reason);
 
 /// True unless the product is marked as failed; then `reason` gets its reasons, one a line.

@@ -1,4 +1,4 @@
-#include "core/sequence.h"
+#include "exec/sequence.h"
 
 #include <algorithm>
 
