@@ -33,10 +33,18 @@ Status open(const std::string& path, DWORD access, DWORD share, DWORD creation, 
   return file == INVALID_HANDLE_VALUE ? GetLastError() : status::Ok;
 }
 
+// Some file systems and servers let an administrator override the attribute; the port promises a refusal.
+bool isReadOnly(const std::string& path) {
+  DWORD attributes = GetFileAttributesA(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
 Status openForOutput(const std::string& path, FileHandle& file) {
+  file.value = 0;
+  if (isReadOnly(path)) return status::AccessDenied;
   HANDLE opened = nullptr;
   Status outcome = open(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS, opened);
-  file.value = outcome == status::Ok ? reinterpret_cast<std::uintptr_t>(opened) : 0;
+  if (outcome == status::Ok) file.value = reinterpret_cast<std::uintptr_t>(opened);
   return outcome;
 }
 
@@ -148,12 +156,13 @@ Status Files::close(FileHandle file) {
 
 Status Files::copyFile(const std::string& from, const std::string& to) {
   QuietErrors quiet;
+  if (isReadOnly(to)) return status::AccessDenied;
   return result(CopyFileA(from.c_str(), to.c_str(), FALSE));
 }
 
 Status Files::deleteFile(const std::string& path) {
   QuietErrors quiet;
-  return result(DeleteFileA(path.c_str()));
+  return isReadOnly(path) ? status::AccessDenied : result(DeleteFileA(path.c_str()));
 }
 
 Status Files::createFolder(const std::string& path) {
