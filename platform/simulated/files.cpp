@@ -195,7 +195,7 @@ Status Files::copyFile(const std::string& from, const std::string& to) {
   if (source.folder) return status::AccessDenied;
   const Place target = locate(to);
   if (const Status s = mayReplace(target); s != status::Ok) return s;
-  if (source.host == target.host || isOpen(source.host)) return status::SharingViolation;
+  if (source.host == target.host) return status::SharingViolation;
   if (source.size > target.drive->free + target.size) return status::DiskFull;
   WriteHostFile(target.host, ReadHostFile(source.host));
   mark(target.host, attributesOf(source) | attribute::Archive);

@@ -1,0 +1,59 @@
+// What the contract tests stand on: a machine of the side under test, with a scratch folder and a scratch key.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "platform/platform.h"
+
+namespace contract {
+
+// What the package of Bench::package holds (see package.wxs).
+inline constexpr const char* PackageName = "Contract Package";
+inline constexpr const char* PackageVersion = "1.2.3";
+inline constexpr const char* PackageCode = "{5F0C1D52-7A1E-4C0B-9C55-0A1B2C3D4E5F}";
+
+class Bench {
+ public:
+  virtual ~Bench() = default;
+  virtual platform::Platform& machine() = 0;
+  /// A command line that runs for so long and ends with this exit code.
+  virtual std::string command(int milliseconds, int exitCode) = 0;
+  /// Path of a batch file that ends with this exit code.
+  virtual std::string batchFile(const std::string& folder, int exitCode) = 0;
+  /// Path of a real package in the folder; "" when the tests were built where none can be made.
+  virtual std::string package(const std::string& folder) = 0;
+  /// False where the machine cannot show that a read-only file is not written to.
+  virtual bool guardsReadOnlyFiles() { return true; }
+};
+
+/// The bench of the side that this program was built for. Deletes what earlier tests left.
+std::unique_ptr<Bench> MakeBench();
+
+inline constexpr const char* ScratchFolder = "C:\\QX Contract";
+inline constexpr const char* ScratchKey = "Software\\QX Contract";
+
+class Test : public testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  platform::Platform& machine() { return bench_->machine(); }
+  platform::Registry& registry() { return machine().registry(); }
+  platform::Files& files() { return machine().files(); }
+  Bench& bench() { return *bench_; }
+  /// A path in the scratch folder.
+  static std::string path(const std::string& name) { return std::string(ScratchFolder) + "\\" + name; }
+  void write(const std::string& name, const std::string& bytes);
+  std::string content(const std::string& name);
+
+ private:
+  void deleteKeyTree(const std::string& key);
+  void deleteFolderTree(const std::string& folder);
+
+  std::unique_ptr<Bench> bench_ = MakeBench();
+};
+
+}  // namespace contract

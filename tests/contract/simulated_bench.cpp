@@ -1,0 +1,77 @@
+// The contract tests' side on which the simulated workstation is the machine.
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+
+#include "platform/simulated/workstation.h"
+#include "tests/contract/bench.h"
+
+namespace contract {
+namespace {
+
+/// A host folder that goes with its owner.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error(path_ + ": no temporary folder can be made");
+  }
+  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_ = (std::filesystem::temp_directory_path() / "contract-XXXXXX").string();
+};
+
+class SimulatedBench : public Bench {
+ public:
+  SimulatedBench() { workstation_.files().put(workstation_.machine().programPath(), "program"); }
+
+  platform::Platform& machine() override { return workstation_; }
+
+  std::string command(int milliseconds, int exitCode) override {
+    const std::string line =
+        "waiting.exe --wait " + std::to_string(milliseconds) + " --exit " + std::to_string(exitCode);
+    declare(line, milliseconds, exitCode);
+    return line;
+  }
+
+  std::string batchFile(const std::string& folder, int exitCode) override {
+    const std::string path = folder + "\\code.bat";
+    workstation_.files().put(path, "exit " + std::to_string(exitCode));
+    declare(path, 50, exitCode);
+    return path;
+  }
+
+  std::string package(const std::string& folder) override {
+    const std::string path = folder + "\\contract.msi";
+    workstation_.files().put(path, "package");
+    workstation_.installer().declare({path, PackageName, PackageVersion, PackageCode});
+    return path;
+  }
+
+ private:
+  void declare(const std::string& part, int milliseconds, int exitCode) {
+    simulated::Outcome outcome;
+    outcome.exitCode = exitCode;
+    outcome.milliseconds = static_cast<std::uint32_t>(milliseconds);
+    workstation_.processes().declare({part, outcome, simulated::Match::Contains});
+  }
+
+  TemporaryFolder folder_;
+  simulated::Workstation workstation_{folder_.path()};
+};
+
+}  // namespace
+
+std::unique_ptr<Bench> MakeBench() {
+  return std::make_unique<SimulatedBench>();
+}
+
+}  // namespace contract
+
+int main(int count, char** words) {
+  testing::InitGoogleTest(&count, words);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,88 @@
+// The contract tests' side on which this computer, or Wine, is the machine.
+#include <windows.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/win32/workstation.h"
+#include "tests/contract/bench.h"
+
+#ifdef CONTRACT_PACKAGE
+__asm__(
+    ".section .rdata,\"dr\"\n"
+    ".globl contract_package_begin\ncontract_package_begin:\n"
+    ".incbin \"" CONTRACT_PACKAGE
+    "\"\n"
+    ".globl contract_package_end\ncontract_package_end:\n"
+    ".byte 0\n.text\n");
+extern "C" const char contract_package_begin[];
+extern "C" const char contract_package_end[];
+#endif
+
+namespace contract {
+namespace {
+
+bool IsWine() {
+  return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+std::string PackageBytes() {
+#ifdef CONTRACT_PACKAGE
+  return std::string(contract_package_begin, contract_package_end);
+#else
+  return "";
+#endif
+}
+
+class WindowsBench : public Bench {
+ public:
+  platform::Platform& machine() override { return workstation_; }
+
+  /// This program itself, in the part of a program that waits.
+  std::string command(int milliseconds, int exitCode) override {
+    return "\"" + workstation_.machine().programPath() + "\" --wait " + std::to_string(milliseconds) + " --exit " +
+           std::to_string(exitCode);
+  }
+
+  std::string batchFile(const std::string& folder, int exitCode) override {
+    const std::string path = folder + "\\code.bat";
+    put(path, "@exit " + std::to_string(exitCode) + "\r\n");
+    return path;
+  }
+
+  std::string package(const std::string& folder) override {
+    const std::string bytes = PackageBytes();
+    if (bytes.empty()) return "";
+    put(folder + "\\contract.msi", bytes);
+    return folder + "\\contract.msi";
+  }
+
+  bool guardsReadOnlyFiles() override { return !IsWine() || workstation_.machine().environment("USERNAME") != "root"; }
+
+ private:
+  void put(const std::string& path, const std::string& bytes) {
+    platform::FileHandle file;
+    EXPECT_EQ(workstation_.files().openForWriting(path, file), platform::status::Ok) << path;
+    EXPECT_EQ(workstation_.files().write(file, bytes), platform::status::Ok) << path;
+    EXPECT_EQ(workstation_.files().close(file), platform::status::Ok) << path;
+  }
+
+  win32::Workstation workstation_;
+};
+
+}  // namespace
+
+std::unique_ptr<Bench> MakeBench() {
+  return std::make_unique<WindowsBench>();
+}
+
+}  // namespace contract
+
+int main(int count, char** words) {
+  if (count == 5 && std::strcmp(words[1], "--wait") == 0) {
+    win32::Workstation().clock().sleep(static_cast<std::uint32_t>(std::atoi(words[2])));
+    return std::atoi(words[4]);
+  }
+  testing::InitGoogleTest(&count, words);
+  return RUN_ALL_TESTS();
+}
