@@ -1,4 +1,5 @@
 """A Windows machine made of a Wine prefix: fresh ones are cheap clones of one prototype."""
+import fcntl
 import os
 import shutil
 import subprocess
@@ -43,9 +44,9 @@ class Screen:
             subprocess.run(['import', '-window', 'root', file], check=True)
 
 
-def _environment(prefix):
+def _environment(prefix, overrides=''):
     return dict(os.environ, WINEPREFIX=prefix, WINEARCH='win64', WINEDEBUG='-all',
-                WINEDLLOVERRIDES='winemenubuilder.exe=d;mscoree,mshtml=')
+                WINEDLLOVERRIDES='winemenubuilder.exe=d;mscoree,mshtml=' + overrides)
 
 
 def _wine_version():
@@ -54,11 +55,17 @@ def _wine_version():
 
 def ensure_prototype():
     """Makes the prototype once for each version of Wine. Needs a screen."""
+    os.makedirs(os.path.dirname(PROTOTYPE), exist_ok=True)
+    with open(PROTOTYPE + '.lock', 'w') as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        _make_prototype_when_stale()
+
+
+def _make_prototype_when_stale():
     stamp = os.path.join(PROTOTYPE, 'made-by')
     if os.path.exists(stamp) and open(stamp).read() == _wine_version():
         return
     shutil.rmtree(PROTOTYPE, ignore_errors=True)
-    os.makedirs(os.path.dirname(PROTOTYPE), exist_ok=True)
     subprocess.run([WINE, 'wineboot', '-i'], env=_environment(PROTOTYPE), check=True, stdin=subprocess.DEVNULL,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=300)
     subprocess.run([WINE.replace('wine64', 'wineserver'), '-w'], env=_environment(PROTOTYPE), check=True, timeout=60)
@@ -89,12 +96,16 @@ class Machine:
 
     def __init__(self, folder, windows='win2003'):
         self.folder = os.path.abspath(folder)
+        self._overrides = ''
         shutil.rmtree(self.folder, ignore_errors=True)
         os.makedirs(os.path.dirname(self.folder), exist_ok=True)
         subprocess.run(['cp', '-al', PROTOTYPE, self.folder], check=True)
         for name in ('system.reg', 'user.reg', 'userdef.reg', '.update-timestamp'):  # Wine writes these in place
             subprocess.run(['cp', '--remove-destination', os.path.join(PROTOTYPE, name), self.folder], check=True)
         self.preset('user', 'Software\\Wine\\AppDefaults\\' + PROGRAM, {'Version': windows})
+        # A desktop of its own: with captions, a task bar and a place for the notification icon.
+        self.preset('user', 'Software\\Wine\\Explorer', {'Desktop': 'Default'})
+        self.preset('user', 'Software\\Wine\\Explorer\\Desktops', {'Default': '1024x768'})
 
     def __enter__(self):
         return self
@@ -117,6 +128,16 @@ class Machine:
         os.symlink(os.path.abspath(folder), os.path.join(self.folder, 'dosdevices', letter + ':'))
         self.preset('system', 'Software\\Wine\\Drives', {letter + ':': 'cdrom'})
 
+    def record_restarts(self, recorder):
+        """Starts the machine; from now on a restart that a program asks for only runs the recorder."""
+        self._overrides = ''
+        target = self.host('C:\\windows\\system32\\wineboot.exe')
+        own = target.replace(self.folder, PROTOTYPE)
+        subprocess.run(['cp', '--remove-destination', own, target], check=True)
+        self.run('wineboot')
+        subprocess.run(['cp', '--remove-destination', recorder, target], check=True)
+        self._overrides = ';wineboot.exe=n'
+
     def host(self, path):
         """The host's path of a Windows path, its letter case resolved below the drive."""
         drive, rest = path[:2].lower(), path[2:].strip('\\')
@@ -128,11 +149,11 @@ class Machine:
 
     def start(self, *command, output=subprocess.DEVNULL):
         """Starts a program by its Windows path and arguments, in the root of drive C."""
-        return subprocess.Popen([WINE, *command], env=_environment(self.folder), stdin=subprocess.DEVNULL,
+        return subprocess.Popen([WINE, *command], env=_environment(self.folder, self._overrides), stdin=subprocess.DEVNULL,
                                 cwd=os.path.join(self.folder, 'drive_c'), stdout=output, stderr=output)
 
     def run(self, *command, timeout=60, output=subprocess.DEVNULL):
-        """Runs a program to its end; its exit code (its last 8 bits). Not to end in time is an error."""
+        """Runs a program to its end. Not to end in time is an error."""
         process = self.start(*command, output=output)
         try:
             return process.wait(timeout)
@@ -150,4 +171,13 @@ class Machine:
     def registry(self, hive='system'):
         """What the registry holds now; stops the machine (the next program starts it again)."""
         self.stop()
-        return Registry(os.path.join(self.folder, hive + '.reg'))
+        return Registry.of_hive(os.path.join(self.folder, hive + '.reg'))
+
+    def exported(self, key):
+        """What a key of HKEY_LOCAL_MACHINE holds, on a running machine."""
+        file = self.host('C:\\exported.reg')
+        if os.path.exists(file):
+            os.remove(file)
+        if self.run('reg', 'export', 'HKLM\\' + key, 'C:\\exported.reg', '/y') != 0:
+            return Registry('', str)
+        return Registry.of_export(file)

@@ -1,4 +1,4 @@
-"""Reads the registry of a Wine prefix from its system.reg and user.reg (the server must have ended)."""
+"""Reads registries as text: the hives of a Wine prefix that has been stopped, and what `reg export` writes."""
 import re
 
 _VALUE = re.compile(r'^(?:@|"((?:[^"\\]|\\.)*)")=(.*)$', re.DOTALL)
@@ -29,19 +29,29 @@ def _data(text):
 
 
 class Registry:
-    """One hive. Keys are paths from its root (`Software\\Wine`); letter case does not matter."""
+    """Keys are paths from the hive's root (`Software\\Wine`); letter case does not matter."""
 
-    def __init__(self, file):
+    def __init__(self, text, key_name):
+        """`key_name` gives the key's path for what stands between a header's brackets."""
         self._keys = {}
         values = None
-        text = open(file, encoding='utf-8', errors='surrogateescape').read().replace('\\\n', '')
-        for line in text.split('\n'):
+        for line in text.replace('\\\n', '').split('\n'):
             if line.startswith('['):
-                name = _unescape(line[1:line.rindex(']')])
+                name = key_name(line[1:line.rindex(']')])
                 values = self._keys.setdefault(name.lower(), (name, {}))[1]
             elif values is not None and (match := _VALUE.match(line)):
-                values[_unescape(match.group(1) or '').lower()] = (_unescape(match.group(1) or ''),
-                                                                    _data(match.group(2)))
+                name = _unescape(match.group(1) or '')
+                values[name.lower()] = (name, _data(match.group(2)))
+
+    @classmethod
+    def of_hive(cls, file):
+        with open(file, encoding='utf-8', errors='surrogateescape') as text:
+            return cls(text.read(), _unescape)
+
+    @classmethod
+    def of_export(cls, file):
+        with open(file, encoding='utf-16', newline='\r\n') as text:
+            return cls(text.read().replace('\r\n', '\n'), lambda name: name.partition('\\')[2])
 
     def exists(self, key):
         return key.lower() in self._keys or bool(self.children(key))

@@ -65,7 +65,9 @@ def _judge(rows, record, reasons):
     odd = re.search(r'gave a return number of (-?\d+)', ' '.join(row.text for row in rows if row.type == 'Warning'))
     if odd:
         return 'ok, warning', 'return number ' + odd.group(1)
-    return 'ok', 'reported "Pass" itself' if record.get('Process Return') == 'Pass' else ''
+    if record.get('Process Return') == 'Pass':
+        return 'ok', 'reported "Pass" itself'
+    return 'ok', _first(rows, 'will be uninstalled first')
 
 
 def outcomes(registry, rows, product):

@@ -60,18 +60,23 @@ def batch(lines):
 
 
 class WineTest(unittest.TestCase):
-    """A test with one fresh machine that has the program in C:\\QX."""
+    """Tests that share one running machine, wiped before each of them, with the program in C:\\QX."""
+
+    @classmethod
+    def setUpClass(cls):
+        screen()
+        cls.machine = Machine(os.path.join(OUT, 'endtoend', 'machines', cls.__qualname__))
+        cls.addClassCleanup(cls.machine.stop)
 
     def setUp(self):
-        screen()
-        self.machine = Machine(os.path.join(OUT, 'endtoend', 'machines', self.id()))
-        self.addCleanup(self._clean_up)
+        drive = self.machine.host('C:')
+        for name in os.listdir(drive):
+            if name.endswith('.txt'):
+                os.remove(os.path.join(drive, name))
+        for folder in ('C:\\QX', 'C:\\Media', LOG_ROOT):
+            shutil.rmtree(self.machine.host(folder), ignore_errors=True)
+        self.machine.run('reg', 'delete', 'HKLM\\Software\\Tarvel', '/f')
         self.put('C:\\QX\\' + PROGRAM, EXECUTABLE)
-
-    def _clean_up(self):
-        self.machine.stop()
-        if self._outcome.success:  # a failed test's machine stays to be looked at
-            shutil.rmtree(self.machine.folder, ignore_errors=True)
 
     def put(self, path, source):
         """Copies a host file to a Windows path."""
@@ -127,7 +132,13 @@ class WineTest(unittest.TestCase):
         return read_log(self.machine.host('C:\\QX\\QX Installation Assistant.html'))
 
     def record(self, product, component=''):
-        return self.machine.registry().values('\\'.join(filter(None, (PRODUCTS, product, component))))
+        """The values of a product's key, or of a component's."""
+        key = '\\'.join(filter(None, (PRODUCTS, product, component)))
+        return self.machine.exported(key).values(key)
+
+    def preset(self, key, name, text):
+        """Writes a text below HKEY_LOCAL_MACHINE, as a site or an earlier program would have."""
+        self.assertEqual(self.machine.run('reg', 'add', 'HKLM\\' + key, '/v', name, '/d', text, '/f'), 0)
 
     def assertLogged(self, rows, text, kind=None):
         found = [row for row in rows if text in row.text and kind in (None, row.type)]

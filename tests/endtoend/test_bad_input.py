@@ -56,7 +56,8 @@ class BadInput(WineTest):
         self.log('Small')
 
     def test_registry_values_longer_than_a_buffer(self):
-        self.machine.preset('system', 'Software\\Tarvel\\Installation', {'Server Type': 'y' * 5000, 'Product': 'z' * 1024})
+        self.preset('Software\\Tarvel\\Installation', 'Server Type', 'y' * 5000)
+        self.preset('Software\\Tarvel\\Installation', 'Product', 'z' * 1024)
         self.product('Small', {'One': ONE['One'][:2] + ('Condition1=productname=Other\n',)})
         self.assertEqual(self.run_program(), 0)
         self.assertTrue(self.exists('C:\\one.txt'), 'a value that cannot be read counts as empty: the condition holds')

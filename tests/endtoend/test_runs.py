@@ -66,18 +66,12 @@ class Runs(WineTest):
         self.put('C:\\Media\\One\\waiting.exe', tool('waiting'))
         first = self.start_program('/s /is=' + INI)
         self.wait_for('C:\\waiting.txt')
-        support.Screen.picture(os.path.join(SHOTS, 'silent-run.png'))
+        support.Screen.picture(os.path.join(SHOTS, 'silent-run.png'))  # the icon in the notification area
         before = self.log('Small')
         self.assertEqual(self.run_program(), 3)
         self.assertEqual(self.log('Small'), before)
         self.write('C:\\go.txt', '')
         self.assertEqual(first.wait(30), 0)
-
-    def test_without_a_display_the_run_is_the_same(self):
-        self.machine.preset('user', 'Software\\Wine\\Drivers', {'Graphics': 'null'})
-        self.product('Small', {'One': marking('one')})
-        self.assertEqual(self.run_program(), 0)
-        self.assertTrue(self.exists('C:\\one.txt'))
 
     def test_ini_beside_the_program_is_found_and_folders_may_hold_blanks(self):
         self.product('Small', {'One part': marking('one')})
@@ -90,30 +84,64 @@ class Runs(WineTest):
 class PackageExitCodes(WineTest):
     """A stand-in beside the program takes the place of msiexec, because Wine's cannot be made to end with these."""
 
-    ROWS = (  # msiexec's exit code, how the log tells it, its type, what the component's record holds
-        (3010, 'Rebooting to complete the installation', 'Action', None),
-        (1641, 'Rebooting to complete the installation', 'Action', None),
-        (1618, 'MSI installation of', 'ERROR', 'Installation failed returning error 1618'),
-        (-1, 'MSI installation of', 'ERROR', 'Installation failed returning error -1'),
-    )
-
-    def test_each_exit_code(self):
+    def setUp(self):
+        super().setUp()
         self.put('C:\\QX\\msiexec.exe', tool('msiexec'))
-        self.product('Small', {'Core': ('core.msi', None, '')})
+        self.product('Small', {'Core': ('core.msi', None, 'Transform=dcunit=unit.mst,dcreplica=replica.mst\n')})
         self.put('C:\\Media\\Core\\core.msi', os.path.join(
             support.OUT, 'samples', 'harbour_suite', 'disc', 'Packages', 'Core', 'core.msi'))
-        for code, text, kind, message in self.ROWS:
+        self.preset('Software\\Tarvel\\Installation', 'Server Type', 'dcreplica')
+
+    def test_a_failure_is_told_and_recorded(self):
+        for code in (1618, -1):
             with self.subTest(code=code):
                 self.write('C:\\msiexec-code.txt', str(code))
-                self.write('C:\\msiexec.txt', '')
                 self.assertEqual(self.run_program(), 1)
-                self.assertEqual(self.read('C:\\msiexec.txt'),
-                                 'msiexec  /i "C:\\Media\\Core\\core.msi" /l*v "%s\\Small\\MSI Log Files\\Core.log" /qn'
-                                 '\r\n' % LOG_ROOT.replace('Program Files', 'program files').replace('C:', 'c:'))
-                self.assertLogged(self.log('Small'), text, kind)
-                if message:
-                    record = self.record('Small', 'Core')
-                    self.assertEqual((record['Process Return'], record['Message']), ('Fail', message))
+                self.assertLogged(self.log('Small'), 'MSI installation of Harbour Core failed', 'ERROR')
+                record = self.record('Small', 'Core')
+                self.assertEqual((record['Process Return'], record['Message']),
+                                 ('Fail', 'Installation failed returning error %d' % code))
+
+    def test_the_command_line_is_the_documented_one(self):
+        self.run_program()
+        self.assertEqual(self.read('C:\\msiexec.txt'),
+                         'msiexec /i  "C:\\Media\\Core\\core.msi" TRANSFORMS="C:\\Media\\Core\\replica.mst" /l*v '
+                         '"c:\\program files\\Tarvel\\Installation\\QX Installation Assistant\\Small\\MSI Log Files'
+                         '\\Core.log" /qn\r\n')
+
+class Restarts(WineTest):
+    """The stand-in for msiexec asks for a restart; a recorder takes the place of what would restart the machine."""
+
+    def restarted_after(self, code):
+        self.put('C:\\QX\\msiexec.exe', tool('msiexec'))
+        self.product('Small', {'Core': ('core.msi', 'no package', '')})
+        self.machine.record_restarts(tool('wineboot'))
+        self.write('C:\\msiexec-code.txt', str(code))
+        self.run_program()
+        rows = self.log('Small')
+        self.assertLogged(rows, 'Rebooting to complete the installation', 'Action')
+        self.assertLogged(rows, 'Reboot status is immediate')
+        self.wait_for('C:\\restart.txt')
+        self.machine.stop()
+        self.assertIn('--kill', self.read('C:\\restart.txt'))
+
+    def test_a_wish_to_restart_is_granted_at_once(self):
+        self.restarted_after(3010)
+
+    def test_a_restart_that_msiexec_began_is_carried_out(self):
+        self.restarted_after(1641)
+
+
+class WithoutDisplay(WineTest):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.machine.preset('user', 'Software\\Wine\\Drivers', {'Graphics': 'null'})
+
+    def test_without_a_display_the_run_is_the_same(self):
+        self.product('Small', {'One': marking('one')})
+        self.assertEqual(self.run_program(), 0)
+        self.assertTrue(self.exists('C:\\one.txt'))
 
 
 class Systems(WineTest):
@@ -129,11 +157,12 @@ class Systems(WineTest):
                                          'Condition1=os=%s\n' % keyword) for _, _, keyword in self.ROWS})
         for version, name, keyword in self.ROWS:
             with self.subTest(system=name):
-                self.machine.preset('user', 'Software\\Wine\\AppDefaults\\' + support.PROGRAM, {'Version': version})
+                self.machine.run('reg', 'add', 'HKCU\\Software\\Wine\\AppDefaults\\' + support.PROGRAM,
+                                 '/v', 'Version', '/d', version, '/f')
                 self.assertEqual(self.run_program(), 0)
                 self.assertEqual(self.read('C:\\system.txt').strip(), keyword)
-                found = self.machine.registry().get('Software\\Tarvel\\Installation', 'Operating System')
-                self.assertEqual(found.lower(), name)
+                key = 'Software\\Tarvel\\Installation'
+                self.assertEqual(self.machine.exported(key).get(key, 'Operating System').lower(), name)
 
 
 class Pace(WineTest):

@@ -20,7 +20,7 @@ EXPECTED = (
     ('Printers', 'vbs', 800, 'FAILED', 'Installation failed returning error 5'),
     ('Manuals', 'exe', 900, 'FAILED', 'File not found : D:\\Packages\\Manuals\\manuals.exe'),
     ('Fonts', 'msi', 1000, 'already there', 'its version is the same or higher'),
-    ('Weather', 'msi', 1100, 'FAILED', 'Installation failed returning error 1638'),
+    ('Weather', 'msi', 1100, 'ok', 'previous version (1.0.0) will be uninstalled first'),
     ('Legacy', 'bat', 1200, 'held back', 'OS not supported'),
     ('Lighthouse', 'bat', 1300, 'held back', 'Product Name does not match'),
     ('Pilot', 'bat', 1400, 'held back', 'Condition v0.0.0.0 >= v3.0.0'),
@@ -64,7 +64,7 @@ class SampleProduct(unittest.TestCase):
         names = {values.get('DisplayName'): values.get('DisplayVersion') for values in (
             self.registry.values(UNINSTALL + '\\' + key) for key in self.registry.children(UNINSTALL))}
         wanted = {'Harbour Runtime': '1.2.0', 'Harbour Core': '2.1.0', 'Harbour Fonts': '1.0.0',
-                  'Harbour Weather': '1.0.0', 'Harbour Radar': None}
+                  'Harbour Weather': '2.0.0', 'Harbour Radar': None}
         self.assertEqual({name: names.get(name) for name in wanted}, wanted)
         self.assertEqual(self.registry.get('Software\\Harbour Works\\Core', 'Port'), 'Bergen')
 
@@ -78,7 +78,7 @@ class SampleProduct(unittest.TestCase):
     def test_package_logs_lie_beside_the_run_log(self):
         logs = os.listdir(self.machine.host(LOG_FOLDER + '\\MSI Log Files'))
         self.assertEqual({name for name in logs if name.endswith('.log')},
-                         {'Runtime.log', 'Core.log', 'Weather.log', 'Radar.log'})
+                         {'Runtime.log', 'Core.log', 'UninstallHarbour Weather.log', 'Weather.log', 'Radar.log'})
 
     def test_closedown_resets_the_run_and_keeps_the_record(self):
         installation = self.registry.values('Software\\Tarvel\\Installation')
