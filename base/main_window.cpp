@@ -49,7 +49,7 @@ void frmMain::ProgressBar(int percent) {
 }
 
 void frmMain::Caption(Control button, const std::string& text) {
-  if (shown_) screen_.setText(button, text);
+  screen_.setText(button, text);
 }
 
 void frmMain::EnableButtons(bool enabled) {

@@ -58,11 +58,16 @@ std::string Padded(int value, int digits) {
   return buffer;
 }
 
-std::string Thousands(double value) {
-  if (RoundedToEven(value) == 0) return std::string();
+std::string NumberText(double value) {
   char buffer[400];
-  const int length = std::snprintf(buffer, sizeof buffer, "%.0f", value);
-  std::string text(buffer, static_cast<std::size_t>(length));
+  std::snprintf(buffer, sizeof buffer, value == std::floor(value) ? "%.0f" : "%g", value);
+  return buffer;
+}
+
+std::string Thousands(double value) {
+  const double rounded = std::round(value);
+  if (rounded == 0) return std::string();
+  std::string text = NumberText(rounded);
   const std::size_t first = text.front() == '-' ? 1 : 0;
   for (std::size_t at = text.size(); at > first + 3;) {
     at -= 3;

@@ -21,5 +21,8 @@ double RoundedToEven(double value);
 /// At least `digits` digits, zeros in front.
 std::string Padded(int value, int digits);
 
-/// Pattern "#,###": rounded, thousands separated by commas, nothing at all for zero.
+/// The number without decimals when it is whole, as short as it can be told otherwise.
+std::string NumberText(double value);
+
+/// Pattern "#,###": rounded (halves up), thousands separated by commas, nothing at all for zero.
 std::string Thousands(double value);

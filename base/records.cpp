@@ -11,8 +11,17 @@ std::string ProductKey(const Run& run) {
   return ProductKey(run.productName);
 }
 
+std::string KeyOf(const Run& run, RecordKey key) {
+  if (key == RecordKey::Installation) return InstallationKey;
+  return key == RecordKey::Products ? std::string(ProductsKey) : ProductKey(run);
+}
+
 std::string ComponentKey(const std::string& product, const std::string& component) {
   return ProductKey(product) + "\\" + component;
+}
+
+bool IsNotGiven(const std::string& text) {
+  return text.empty() || EqualIgnoringCase(text, NotApplicable) || text == MissingValue;
 }
 
 std::string ComponentValue(Run& run, const char* value) {

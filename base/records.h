@@ -10,12 +10,23 @@
 std::string ProductKey(const std::string& product);
 /// Key of the product that this run installs or removes.
 std::string ProductKey(const Run& run);
+
+/// The three keys that a run keeps its values under.
+enum class RecordKey { Installation, Products, Product };
+std::string KeyOf(const Run& run, RecordKey key);
+
 std::string ComponentKey(const std::string& product, const std::string& component);
+
+/// Sequence numbers are a component's place in its product times this; a resumed run relies on it.
+inline constexpr int SequenceStep = 100;
 
 /// What a value holds when its required ini key was missing.
 inline constexpr const char* MissingValue = "<ERROR>";
 /// What a value holds that has nothing to say.
 inline constexpr const char* NotApplicable = "N/A";
+
+/// "N/A" in any case, empty, or the mark of a key that was missing: the three ways of not giving a value.
+bool IsNotGiven(const std::string& text);
 
 /// Names of the values that more than one procedure reads or writes.
 namespace Value {
@@ -25,6 +36,7 @@ inline constexpr const char* CanUninstall = "CanUninstall";
 inline constexpr const char* CurrentComponentPath = "CurrentComponentPath";
 inline constexpr const char* FUDone = "FUDone";
 inline constexpr const char* Install = "Install";
+inline constexpr const char* InstallationIni = "InstallationIni";
 inline constexpr const char* LastSequence = "LastSequence";
 inline constexpr const char* Message = "Message";
 inline constexpr const char* NextVolumeName = "NextVolumeName";
@@ -34,6 +46,7 @@ inline constexpr const char* Path = "Path";
 inline constexpr const char* ProcessReturn = "Process Return";
 inline constexpr const char* Product = "Product";
 inline constexpr const char* ProductCode = "ProductCode";
+inline constexpr const char* ProductIni = "ProductIni";
 inline constexpr const char* ProductIniPath = "ProductIniPath";
 inline constexpr const char* ProductName = "ProductName";
 inline constexpr const char* ProductVersion = "ProductVersion";

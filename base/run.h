@@ -43,8 +43,9 @@ struct CurrentComponent {
   std::string key;  ///< registry path of its record
   std::string productCode;
   std::string productVersion;
-  std::string install;      ///< the file to run
-  std::string path;         ///< its folder, in full
+  std::string install;  ///< the file to run
+  std::string path;     ///< its folder, in full
+  double sequenceNumber = 0;
   std::string displayName;  ///< the package's product name; the component's name where the package has none
 };
 
@@ -92,8 +93,6 @@ struct Run {
   std::vector<SequenceRow> sequence;
 
   // What this machine is
-  std::string windowsDirectory;
-  std::string systemDirectory;
   std::string operatingSystem;
   std::string serverType;
   std::vector<DriveRow> driveTable;

@@ -114,7 +114,3 @@ const char* TrueOrFalse(bool value) {
 bool IsTrue(std::string_view text) {
   return EqualIgnoringCase(text, "true");
 }
-
-bool IsNotGiven(std::string_view text) {
-  return text.empty() || EqualIgnoringCase(text, "N/A") || text == "<ERROR>";
-}

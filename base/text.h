@@ -39,6 +39,3 @@ std::string Quoted(std::string_view text);
 /// A stored truth value: "True" and "False" as the registry holds them.
 const char* TrueOrFalse(bool value);
 bool IsTrue(std::string_view text);
-
-/// "N/A" in any case, empty, or the mark of a key that was missing: the three ways of not giving a value.
-bool IsNotGiven(std::string_view text);

@@ -1,6 +1,7 @@
 #include "core/closedown.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "base/error_handler.h"
 #include "base/numbers.h"
@@ -32,7 +33,7 @@ void RemoveDriveMapping(Run& run) {
   if (GoShell(run, "net use " + run.mappedDrive + " /d", "", 30000, 0) == 0) {
     run.log.Log(Source, 0, "Drive mapping successfully removed");
   } else {
-    run.log.Log(Source, 0, removing + " failed - needs manual remove", !run.silent, EntryType::Warning);
+    run.log.Log(Source, GeneralError, removing + " failed - needs manual remove", !run.silent, EntryType::Warning);
   }
   run.mappedDrive.clear();
 }
@@ -43,53 +44,40 @@ std::string InstallDate(const platform::LocalTime& today) {
   return Padded(today.day, 2) + "-" + months[std::clamp(today.month, 1, 12) - 1] + "-" + Padded(today.year, 4);
 }
 
-enum class Holder { Installation, Products, Product, StartWithWindows };
-
 struct ResetValue {
-  Holder holder;
+  RecordKey key;
   const char* name;
   std::string text = "";
 };
 
-std::string KeyOf(const Run& run, Holder holder) {
-  switch (holder) {
-    case Holder::Installation:
-      return InstallationKey;
-    case Holder::Products:
-      return ProductsKey;
-    case Holder::Product:
-      return ProductKey(run);
-    default:
-      return RunKey;
-  }
-}
-
 void ResetValues(Run& run, bool productKnown) {
   const std::string version = productKnown ? modRegistry::ReadOrEmpty(run, ProductKey(run), Value::Version) : "";
   const ResetValue values[] = {
-      {Holder::Installation, "Current Product Version", version},
-      {Holder::Product, "Install Date", InstallDate(run.machine.clock().now())},
-      {Holder::Product, Value::LastSequence},
-      {Holder::Products, Value::Product},
-      {Holder::Products, Value::Version},
-      {Holder::Products, "Notify"},
-      {Holder::Products, Value::Silent},
-      {Holder::Products, Value::Verbose},
-      {Holder::Products, "MailAddress"},
-      {Holder::Installation, Value::CurrentComponentPath},
-      {Holder::Product, "EndMessage"},
-      {Holder::Product, Value::NumberOfLoops},
-      {Holder::Installation, "Installer Directory"},
-      {Holder::Product, Value::AbortOnFail},
-      {Holder::StartWithWindows, Title},
+      {RecordKey::Installation, "Current Product Version", version},
+      {RecordKey::Product, "Install Date", InstallDate(run.machine.clock().now())},
+      {RecordKey::Product, Value::LastSequence},
+      {RecordKey::Products, Value::Product},
+      {RecordKey::Products, Value::Version},
+      {RecordKey::Products, "Notify"},
+      {RecordKey::Products, Value::Silent},
+      {RecordKey::Products, Value::Verbose},
+      {RecordKey::Products, "MailAddress"},
+      {RecordKey::Installation, Value::CurrentComponentPath},
+      {RecordKey::Product, "EndMessage"},
+      {RecordKey::Product, Value::NumberOfLoops},
+      {RecordKey::Installation, "Installer Directory"},
+      {RecordKey::Product, Value::QXIALocalInstall},
+      {RecordKey::Product, Value::AbortOnFail},
   };
   for (const ResetValue& value : values) {
-    if (value.holder == Holder::Product && !productKnown) continue;
-    modRegistry::RegWrite(run, KeyOf(run, value.holder), value.name, value.text);
+    if (value.key == RecordKey::Product && !productKnown) continue;
+    // The mark of a local instance counts by its existence: it is removed, not emptied.
+    const bool keepEmpty = std::string_view(value.name) != Value::QXIALocalInstall;
+    modRegistry::RegWrite(run, KeyOf(run, value.key), value.name, value.text, platform::RegistryRoot::LocalMachine,
+                          platform::ValueType::Text, keepEmpty);
   }
-  // These count by their existence.
   modRegistry::RemoveValue(run, ProductsKey, Value::QXIALocalInstall);
-  if (productKnown) modRegistry::RemoveValue(run, ProductKey(run), Value::QXIALocalInstall);
+  modRegistry::RegWrite(run, RunKey, Title, "");
 }
 
 void ResetStartForUser(Run& run) {
@@ -151,7 +139,9 @@ void Closedown(Run& run) {
   step([&] { modRegistry::RegWrite(run, InstallationKey, Value::Reboot, ""); });
   if (logonRequested) step([&] { SwitchAutoLoginOff(run); });
   step([&] { RemoveLocalProgram(run); });
+  step([&] { run.machine.screen().removeTrayIcon(); });
   step([&] { CloseLog(run); });
-  if (closingRestart) Reboot(run, true);
-  throw ProgramEnd{ExitCodeOf(run)};
+  const int exitCode = ExitCodeOf(run);
+  if (closingRestart) Reboot(run, true, exitCode);
+  throw ProgramEnd{exitCode};
 }

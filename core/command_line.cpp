@@ -7,6 +7,7 @@
 #include "base/registry.h"
 #include "base/text.h"
 #include "core/closedown.h"
+#include "exec/outcome.h"
 
 namespace {
 
@@ -66,8 +67,8 @@ void ReadSwitches(Run& run, const std::string& commandLine) {
   run.uninstall = ContainsIgnoringCase(commandLine, "/x");
   if (run.uninstall) ReadUninstall(run, commandLine);
   if (run.uninstallProductFound) return;
-  ReadIniPath(run, commandLine, "/is=", "/isr", "InstallationIni", run.appIniPath);
-  ReadIniPath(run, commandLine, "/ia=", "/iar", "ProductIni", run.productIniPath);
+  ReadIniPath(run, commandLine, "/is=", "/isr", Value::InstallationIni, run.appIniPath);
+  ReadIniPath(run, commandLine, "/ia=", "/iar", Value::ProductIni, run.productIniPath);
 }
 
 /// Length of the program's own part of a command line that does not begin with its full path.
@@ -83,8 +84,9 @@ std::size_t ProgramPartLength(const std::string& commandLine) {
 std::string ArgumentText(const std::string& commandLine, const std::string& programPath) {
   for (const std::string& own : {Quoted(programPath), programPath, Quoted(WithoutExtension(programPath)),
                                  WithoutExtension(programPath), LastElement(programPath)}) {
-    const bool whole = commandLine.size() == own.size() || commandLine.substr(own.size(), 1) == " ";
-    if (StartsWithIgnoringCase(commandLine, own) && whole) return TrimLeft(commandLine.substr(own.size()));
+    if (!StartsWithIgnoringCase(commandLine, own)) continue;
+    const bool whole = commandLine.size() == own.size() || commandLine[own.size()] == ' ';
+    if (whole) return TrimLeft(commandLine.substr(own.size()));
   }
   return TrimLeft(commandLine.substr(ProgramPartLength(commandLine)));
 }
@@ -94,6 +96,7 @@ void GetCommandLine(Run& run, const std::string& commandLine) {
     ReadSwitches(run, commandLine);
   } catch (const Error& failure) {
     run.log.Log(Source, failure.number(), failure.text(), !run.silent, EntryType::Error);
+    SetProductResult(run, false, failure.text());
     if (run.uninstall) Closedown(run);
   }
 }

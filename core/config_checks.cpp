@@ -25,11 +25,9 @@ void Record(Run& run, const char* value, const std::string& text) {
 
 void RecordFolders(Run& run) {
   platform::Machine& machine = run.machine.machine();
-  run.windowsDirectory = machine.windowsFolder(WindowsFolderCapacity);
-  Record(run, "Windows Directory", run.windowsDirectory);
+  Record(run, "Windows Directory", machine.windowsFolder(WindowsFolderCapacity));
   Record(run, "Computer Name", machine.computerName(ComputerNameCapacity));
-  run.systemDirectory = machine.systemFolder(SystemFolderCapacity);
-  Record(run, "System Directory", run.systemDirectory);
+  Record(run, "System Directory", machine.systemFolder(SystemFolderCapacity));
   Record(run, "Installer Directory", run.programFolder);
 }
 

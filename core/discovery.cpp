@@ -29,16 +29,19 @@ std::string RecordedRoot(Run& run) {
   return IsNotGiven(recorded) || MeansRecordedRoot(recorded) ? std::string() : ResolvePath(run, recorded);
 }
 
-std::string RecordedOrSpecifiedIni(Run& run) {
+std::string RecordedProductIni(Run& run) {
   const std::string recorded = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::ProductIniPath);
-  if (IsNotGiven(recorded)) return SpecifiedProductIni(run);
-  run.log.Log("GetProductIni", 0, "Product ini path read from registry as " + recorded);
-  return recorded;
+  return IsNotGiven(recorded) ? std::string() : recorded;
 }
 
-void AskForProductIni(Run& run) {
+std::string RecordedOrSpecifiedIni(Run& run) {
+  const std::string recorded = RecordedProductIni(run);
+  return recorded.empty() ? SpecifiedProductIni(run) : recorded;
+}
+
+void AskForProductIni(Run& run, const std::string& given) {
   run.log.Log("GetProductIni", 0,
-              "Could not find product ini file: " + run.productIniPath + " requesting ini file with common dialog");
+              "Could not find product ini file: " + given + " requesting ini file with common dialog");
   const std::string chosen = AskForIni(run, "Select Product Ini File");
   if (chosen.empty()) return;
   run.productIniPath = chosen;
@@ -51,6 +54,9 @@ void GetAppIni(Run& run) {
   if (run.appIniPath.empty()) run.appIniPath = Joined(run.programFolder, run.programName + ".ini");
   const std::string given = run.appIniPath;
   run.appIniPath = Unquoted(given);
+  if (!run.fso.FileExists(run.appIniPath) && run.rebooted) {
+    run.appIniPath = modRegistry::ReadOrEmpty(run, ProductsKey, Value::InstallationIni);
+  }
   if (!run.fso.FileExists(run.appIniPath)) {
     run.log.Log("GetAppIni", 0, "Could not find ini file : " + given);
     const std::string chosen = AskForIni(run, "Select Application Ini File");
@@ -64,9 +70,14 @@ void GetAppIni(Run& run) {
 void GetProductIni(Run& run) {
   run.window.Status("Finding product information file");
   run.log.Log("GetProductIni", 0, "Searching for Product ini file");
-  if (run.productIniPath.empty()) run.productIniPath = RecordedOrSpecifiedIni(run);
-  run.productIniPath = Unquoted(run.productIniPath);
-  if (!run.fso.FileExists(run.productIniPath)) AskForProductIni(run);
+  if (run.productIniPath.empty()) {
+    run.productIniPath = RecordedOrSpecifiedIni(run);
+    const bool recorded = run.productIniPath == RecordedProductIni(run);
+    if (recorded) run.log.Log("GetProductIni", 0, "Product ini path read from registry as " + run.productIniPath);
+  }
+  const std::string given = run.productIniPath;
+  run.productIniPath = Unquoted(given);
+  if (!run.fso.FileExists(run.productIniPath)) AskForProductIni(run, given);
   if (!run.fso.FileExists(run.productIniPath)) {
     throw Error(GeneralError, "Failed to find a product ini file.", "GetProductIni");
   }
@@ -74,16 +85,14 @@ void GetProductIni(Run& run) {
 }
 
 std::string KnownProductIni(Run& run) {
-  const std::string recorded = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::ProductIniPath);
-  std::string path = Unquoted(run.productIniPath);
-  if (path.empty()) path = IsNotGiven(recorded) ? SpecifiedProductIni(run) : recorded;
+  const std::string path = Unquoted(run.productIniPath.empty() ? RecordedOrSpecifiedIni(run) : run.productIniPath);
   return run.fso.FileExists(path) ? path : std::string();
 }
 
 std::string ResolvePath(Run& run, const std::string& spec) {
   return Guarded(run, "ResolvePath", [&]() -> std::string {
     if (IsFullPath(spec)) return Normalised(spec);
-    const PathSpecification parts = TakeApart(spec);
+    const PathSpecification parts = TakeApartByLetters(spec);
     switch (parts.code) {
       case PathCode::CdRom:
       case PathCode::Floppy:
@@ -93,7 +102,7 @@ std::string ResolvePath(Run& run, const std::string& spec) {
       case PathCode::Current:
         return run.programFolder;
       default:
-        run.log.Log("ResolvePath", 0, "Unable to resolve Package Root path specification!", !run.silent,
+        run.log.Log("ResolvePath", GeneralError, "Unable to resolve Package Root path specification!", !run.silent,
                     EntryType::Error);
         return std::string();
     }
@@ -109,7 +118,7 @@ std::string ResolveFile(Run& run, const std::string& spec, const std::string& fo
     case PathCode::Floppy:
       return FindOnDrives(run, parts, &clsFso::FileExists);
     case PathCode::Registry:
-      return modRegistry::ReadOrEmpty(run, ProductsKey, "ProductIni");
+      return modRegistry::ReadOrEmpty(run, ProductsKey, Value::ProductIni);
     case PathCode::Current:
       return Normalised(Joined(run.programFolder, parts.inner));
     case PathCode::AppIniFolder:
@@ -125,5 +134,5 @@ std::string SpecifiedProductIni(Run& run) {
 }
 
 bool MeansRecordedRoot(const std::string& spec) {
-  return !IsFullPath(spec) && TakeApart(spec).code == PathCode::Registry;
+  return !IsFullPath(spec) && TakeApartByLetters(spec).code == PathCode::Registry;
 }

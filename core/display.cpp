@@ -20,21 +20,28 @@ std::string TrayTip(const Run& run) {
 }
 
 void ShowWindow(Run& run) {
-  CentreForm(run.machine.screen());
-  run.window.Show();
   run.window.Caption(Control::About, "&About");
   run.window.Caption(Control::Continue, modLanguage::Text(run, Caption::Continue));
   run.window.Caption(Control::Cancel, modLanguage::Text(run, Caption::Cancel));
+  CentreForm(run.machine.screen());
+  run.window.Show();
   run.window.Status(modLanguage::Text(run, Caption::Welcome));
 }
 
 void ShowAboutBox(Run& run) {
-  const std::string text = std::string(Title) + LineBreak + LineBreak +
-                           "/s  silent run\r\n/v  more detail in the log\r\n/x product  uninstall the product\r\n"
-                           "/is=path  application ini,  /isr  the one of the last run\r\n"
-                           "/ia=path  product ini,  /iar  the one of the last run\r\n\r\n"
-                           "The log of this run is " +
-                           run.log.LogFilename();
+  constexpr const char* lines[] = {
+      Title,
+      "",
+      "/s  silent run",
+      "/v  more detail in the log",
+      "/x product  uninstall the product",
+      "/is=path  application ini,  /isr  the one of the last run",
+      "/ia=path  product ini,  /iar  the one of the last run",
+      "",
+  };
+  std::string text;
+  for (const char* line : lines) text += std::string(line) + LineBreak;
+  text += "The log of this run is " + run.log.LogFilename();
   run.machine.screen().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
 }
 

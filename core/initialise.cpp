@@ -13,6 +13,7 @@
 #include "core/store_component.h"
 #include "core/store_product.h"
 #include "env/drive_mapping.h"
+#include "env/multi_disk.h"
 #include "env/shares.h"
 #include "exec/msi_queries.h"
 #include "exec/outcome.h"
@@ -47,6 +48,7 @@ bool FindAppIni(Run& run) {
     return true;
   } catch (const Error& failure) {
     LogFailure(run, failure.source(), failure);
+    SetProductResult(run, false, failure.text());
     CannotInitialise(run, "Application ini file not found");
     return false;
   }
@@ -113,16 +115,6 @@ bool StoreComponents(Run& run) {
   return true;
 }
 
-void CheckConfiguration(Run& run) {
-  if (!ConfigChecks(run)) {
-    run.log.Log(Source, 0, "Process halted after ConfigChecks failed.", false, EntryType::Error);
-    SetProductResult(run, false, "Configuration checks failed");
-    Closedown(run);
-  }
-  run.window.ProgressBar(Progress::Checked);
-  if (run.verbose) LogInstalledMSIs(run);
-}
-
 bool PrepareInstall(Run& run) {
   if (!FindAppIni(run) || !FindPackageRoot(run)) return false;
   const std::string known = KnownProductIni(run);
@@ -133,6 +125,7 @@ bool PrepareInstall(Run& run) {
   // The actions of a product ini that only the user could find run now.
   if (known.empty()) CarryOutPreInstall(run, run.productIniPath);
   modQXInstallationMain::StoreProductData(run);
+  run.nextVolumeName = modCDFunctions::RecordedNextVolume(run);
   run.window.ProgressBar(Progress::ProductDataStored);
   if (!StoreComponents(run)) return false;
   CheckConfiguration(run);
@@ -153,6 +146,7 @@ std::string ReadyText(const Run& run) {
 void Initialise(Run& run) {
   try {
     run.busy = true;
+    run.window.EnableButtons(false);
     modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
     ValidateShares(run);
     if (!run.uninstall && !PrepareInstall(run)) return;
@@ -168,9 +162,20 @@ void Initialise(Run& run) {
     LeaveOrEnd(run);
   }
   run.busy = false;
+  run.window.EnableButtons(true);
+}
+
+void CheckConfiguration(Run& run) {
+  if (!ConfigChecks(run)) {
+    run.log.Log(Source, 0, "Process halted after ConfigChecks failed.", false, EntryType::Error);
+    SetProductResult(run, false, "Configuration checks failed");
+    Closedown(run);
+  }
+  run.window.ProgressBar(Progress::Checked);
+  if (run.verbose) LogInstalledMSIs(run);
 }
 
 void RememberIniPaths(Run& run) {
-  modRegistry::RegWrite(run, ProductsKey, "InstallationIni", run.appIniPath);
-  modRegistry::RegWrite(run, ProductsKey, "ProductIni", run.productIniPath);
+  modRegistry::RegWrite(run, ProductsKey, Value::InstallationIni, run.appIniPath);
+  modRegistry::RegWrite(run, ProductsKey, Value::ProductIni, run.productIniPath);
 }

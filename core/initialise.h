@@ -8,5 +8,8 @@
 /// a silent run ends; refused runs end through closedown (both throw ProgramEnd).
 void Initialise(Run& run);
 
+/// Checks and records the configuration; where that fails the run ends through closedown (throws ProgramEnd).
+void CheckConfiguration(Run& run);
+
 /// Records the paths of both ini files, from which /isr and /iar take them.
 void RememberIniPaths(Run& run);

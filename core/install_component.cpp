@@ -1,7 +1,5 @@
 #include "core/install_component.h"
 
-#include <cstdint>
-#include <optional>
 #include <string>
 
 #include "base/error_texts.h"
@@ -69,33 +67,29 @@ ComponentEnd TypeIsUnknown(Run& run, const std::string& file) {
   return Fail(run, "");
 }
 
-/// What running the component came to. Without `judged` there is nothing left to judge: a package that is installed
-/// already.
-struct ProcessResult {
-  bool succeeded;
-  bool judged;
-};
+/// What running the component came to. A package that is installed already is not judged.
+enum class RunEnd { Failed, ToBeJudged, AlreadyInstalled };
 
-ProcessResult RunPackage(Run& run, const std::string& file) {
-  const std::string arguments = MsiexecArguments(run, file);
+RunEnd RunPackage(Run& run, const std::string& file) {
   const bool repair = IsTrue(ComponentValue(run, "Upgrade"));
-  std::optional<std::int32_t> exitCode;
-  const bool succeeded = modQXInstallationMain::ExecuteMSI(run, arguments, repair, FolderPart(file), exitCode);
-  if (!exitCode) return {true, false};
-  run.log.Log("StartInstall", 0, "Executing msiexec " + arguments + " returned " + std::to_string(*exitCode));
-  return {succeeded, true};
+  PackageRun told;
+  modQXInstallationMain::ExecuteMSI(run, MsiexecArguments(run, file), repair, FolderPart(file), told);
+  if (told.alreadyInstalled) return RunEnd::AlreadyInstalled;
+  run.log.Log("StartInstall", 0, "Executing " + told.command + " returned " + std::to_string(told.exitCode));
+  return RunEnd::ToBeJudged;
 }
 
-ProcessResult RunProgramOrScript(Run& run, const std::string& file) {
-  const std::string command = ProgramCommandLine(run, file);
-  return {modMain::ExecuteInstall(run, command, false, FolderPart(file), LowerCase(Extension(file))), true};
+RunEnd RunProgramOrScript(Run& run, const std::string& file) {
+  const bool succeeded =
+      modMain::ExecuteInstall(run, ProgramCommandLine(run, file), false, FolderPart(file), LowerCase(Extension(file)));
+  return succeeded ? RunEnd::ToBeJudged : RunEnd::Failed;
 }
 
-ComponentEnd JudgeComponent(Run& run, const ProcessResult& process, const std::string& file) {
-  if (!process.judged) return ComponentEnd::Done;
+ComponentEnd JudgeComponent(Run& run, RunEnd end, const std::string& file) {
+  if (end == RunEnd::AlreadyInstalled) return ComponentEnd::Done;
   const bool passed = modQXInstallationMain::CheckSuccess(run, Extension(file));
   // Three endings tell the three kinds of failure apart.
-  if (!process.succeeded) return Fail(run, "");
+  if (end == RunEnd::Failed) return Fail(run, "");
   if (!passed) return Fail(run, ".");
   if (!run.installSuccess) return Fail(run, " ");
   return ComponentEnd::Done;
@@ -111,9 +105,9 @@ ComponentEnd RunFile(Run& run, const std::string& file) {
   if (!run.fso.FileExists(file)) return FileIsMissing(run, file);
   modRegistry::RegWrite(run, InstallationKey, Value::CurrentComponentPath, FolderPart(file));
   if (type == RunType::Unknown) return TypeIsUnknown(run, file);
-  const ProcessResult result = type == RunType::Package ? RunPackage(run, file) : RunProgramOrScript(run, file);
+  const RunEnd end = type == RunType::Package ? RunPackage(run, file) : RunProgramOrScript(run, file);
   modRegistry::RegWrite(run, run.component.key, Value::Message, ComponentValue(run, Value::Message));
-  return JudgeComponent(run, result, file);
+  return JudgeComponent(run, end, file);
 }
 
 }  // namespace

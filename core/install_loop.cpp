@@ -1,6 +1,5 @@
 #include "core/install_loop.h"
 
-#include <cmath>
 #include <string>
 
 #include "base/error_handler.h"
@@ -20,21 +19,21 @@
 #include "env/shares.h"
 #include "env/uninstall.h"
 #include "exec/msi_queries.h"
+#include "exec/outcome.h"
 #include "exec/sequence.h"
 
 namespace {
 
 constexpr const char* Source = "StartInstall";
-constexpr double SequenceStep = 100;
 
-std::string Told(double number) {
-  const bool whole = number == std::floor(number);
-  return whole ? std::to_string(static_cast<long long>(number)) : std::to_string(number);
+void TellPositionUnknown(Run& run) {
+  run.log.Log(Source, 0, "Cannot Determine the Current Sequence");
+  SetProductResult(run, false, "The next component could not be determined");
 }
 
 /// The first component of a resumed run sets the loop's position from the sequence number that was done last. The
 /// logged position is one less than the one taken. False when the number lies beyond the table.
-bool ResetPosition(Run& run, std::int32_t lastSequence, int& position) {
+bool ResetPosition(Run& run, double lastSequence, int& position) {
   run.resumePending = false;
   if (lastSequence < SequenceStep) {
     position = 1;
@@ -42,21 +41,14 @@ bool ResetPosition(Run& run, std::int32_t lastSequence, int& position) {
   }
   const double done = lastSequence / SequenceStep;
   if (done > static_cast<double>(run.sequence.size())) {
-    run.log.Log(Source, 0, "Cannot Determine the Current Sequence");
+    TellPositionUnknown(run);
     return false;
   }
   run.log.Log(Source, 0,
               "Recent reboot detected.  Re-setting current sequence number, from " + std::to_string(position) + " to " +
-                  Told(done));
+                  NumberText(done));
   position = static_cast<int>(RoundedToEven(done + 1));
   return true;
-}
-
-double CurrentNumber(const Run& run) {
-  for (const SequenceRow& row : run.sequence) {
-    if (row.component == run.component.name) return row.number;
-  }
-  return 0;
 }
 
 /// Acts on what the component asked for; an immediate restart does not return.
@@ -85,28 +77,29 @@ void ShowProgress(Run& run, int position) {
   run.window.StatusLine("Proceeding with next component");
 }
 
-bool FindNextComponent(Run& run, double lastSequence) {
+NextComponent FindNextComponent(Run& run, double lastSequence) {
   modQXInstallationMain::GetSequence(run);
-  run.log.Log(Source, 0, "Last Sequence was " + Told(lastSequence));
-  if (!modMain::GetNextInstall(run, lastSequence)) return false;
+  run.log.Log(Source, 0, "Last Sequence was " + NumberText(lastSequence));
+  const NextComponent next = modMain::GetNextInstall(run, lastSequence);
+  if (next != NextComponent::Found) return next;
   run.log.Log(Source, 0, "Next component is " + run.component.name + " v." + run.component.productVersion);
   run.window.Component(run.component.name);
-  return true;
+  return next;
 }
 
 /// One round of the loop; false when the loop is over.
 bool InstallNext(Run& run, int& position) {
   ShowProgress(run, position);
   const double lastSequence = modRegistry::ReadNumber(run, ProductKey(run), Value::LastSequence);
-  if (!FindNextComponent(run, lastSequence)) {
-    Finish(run);
-    return false;
-  }
+  const NextComponent next = FindNextComponent(run, lastSequence);
+  if (next == NextComponent::None) Finish(run);
+  if (next == NextComponent::Unknown) TellPositionUnknown(run);
+  if (next != NextComponent::Found) return false;
   ListInstalledProducts(run);
   if (InstallComponent(run) == ComponentEnd::Aborted) return false;
-  if (run.resumePending && !ResetPosition(run, static_cast<std::int32_t>(lastSequence), position)) return false;
+  if (run.resumePending && !ResetPosition(run, lastSequence, position)) return false;
   run.log.Log(Source, 0, "Writing last sequence to register");
-  modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, Told(CurrentNumber(run)));
+  modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, NumberText(run.component.sequenceNumber));
   ActOnRebootRequest(run);
   ++position;
   return true;
@@ -152,13 +145,13 @@ void Continue(Run& run) {
 
 void DoContinue(Run& run) {
   if (ShowsResult(run)) Closedown(run);
-  Guarded(run, "modMain.DoContinue", [&] { Continue(run); });
+  if (!GuardedRun(run, "modMain.DoContinue", [&] { Continue(run); })) ShowResult(run);
 }
 
 namespace modQXInstallationMain {
 
 void StartInstall(Run& run) {
-  Guarded(run, "modQXInstallationMain.StartInstall", [&] {
+  GuardedRun(run, "modQXInstallationMain.StartInstall", [&] {
     if (run.actions.empty()) {
       run.log.Log("modQXInstallationMain.StartInstall", 6090, modErrorBase::GetErrorText(6090), false,
                   EntryType::Warning);

@@ -36,8 +36,12 @@ PathSpecification TakeApart(const std::string& spec) {
   const std::string letters = spec.substr(0, open);
   const bool closed = open == std::string::npos || spec.back() == ')';
   if (letters.size() < 2 || !closed || !std::all_of(letters.begin(), letters.end(), IsLetter)) return {};
+  return TakeApartByLetters(spec);
+}
+
+PathSpecification TakeApartByLetters(const std::string& spec) {
   for (const CodeLetters& entry : codes) {
-    if (StartsWithIgnoringCase(letters, entry.letters)) return {entry.code, Inner(spec, open, entry.innerAt)};
+    if (StartsWithIgnoringCase(spec, entry.letters)) return {entry.code, Inner(spec, spec.find('('), entry.innerAt)};
   }
   return {};
 }

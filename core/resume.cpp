@@ -4,7 +4,6 @@
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
-#include "core/config_checks.h"
 #include "core/discovery.h"
 #include "core/display.h"
 #include "core/end_of_run.h"
@@ -12,44 +11,50 @@
 #include "core/install_loop.h"
 #include "core/store_product.h"
 #include "env/drive_mapping.h"
+#include "env/multi_disk.h"
 #include "env/reboot.h"
 
 namespace {
-
-bool Flag(Run& run, const char* value) {
-  return IsTrue(modRegistry::ReadOrEmpty(run, ProductsKey, value));
-}
 
 void RestoreRun(Run& run) {
   modRegistry::RegWrite(run, InstallationKey, Value::Reboot, "");
   modRegistry::RegWrite(run, ProductsKey, Value::Rebooted, "");
   const std::string product = modRegistry::ReadOrEmpty(run, ProductsKey, Value::Product);
   if (!product.empty()) run.productName = product;
-  run.silent = Flag(run, Value::Silent);
-  run.verbose = Flag(run, Value::Verbose);
-  run.log.SilentRun(run.silent);
+}
+
+void FindProductIni(Run& run) {
+  GetProductIni(run);
+  RememberIniPaths(run);
+  MapDriveIfRequired(run);
 }
 
 void RestoreProduct(Run& run) {
   const std::string key = ProductKey(run);
   run.packageRoot = ResolvePath(run, modRegistry::ReadOrEmpty(run, key, Value::PackageRoot));
-  GetProductIni(run);
-  RememberIniPaths(run);
-  MapDriveIfRequired(run);
+  run.nextVolumeName = modCDFunctions::RecordedNextVolume(run);
   ReadForcedLists(run);
+  // Once a component is installed, what the lists name may be its own.
   if (modRegistry::ReadNumber(run, key, Value::LastSequence) > 0) run.forceDelete.clear();
 }
 
 }  // namespace
 
+bool ResumesRun(Run& run) {
+  if (run.uninstall || modRegistry::ReadOrEmpty(run, ProductsKey, Value::Rebooted) != TrueOrFalse(true)) return false;
+  run.silent = IsTrue(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Silent));
+  run.verbose = IsTrue(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Verbose));
+  run.log.SilentRun(run.silent);
+  return true;
+}
+
 void StartFromReboot(Run& run) {
   RestoreRun(run);
   modAutoRun::DestroyAutoRun(run, run.silent);
   ShowRun(run);
-  Guarded(run, "StartFromReboot", [&] {
-    RestoreProduct(run);
-    ConfigChecks(run);
-  });
+  Guarded(run, "StartFromReboot", [&] { RestoreProduct(run); });
+  Guarded(run, "StartFromReboot", [&] { FindProductIni(run); });
+  CheckConfiguration(run);
   run.resumePending = true;
   run.initialised = true;
   DoContinue(run);

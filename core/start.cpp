@@ -1,6 +1,7 @@
 #include "core/start.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "base/error_handler.h"
@@ -36,17 +37,26 @@ std::string ProductKeyOfAppIni(Run& run, const char* key, bool silent) {
   return modINI::GetIniString(run, "Product", key, "", run.appIniPath, silent);
 }
 
+/// The name becomes a registry key and a folder.
+void RequireUsableName(Run& run) {
+  const std::string where = "section [Product] of " + run.appIniPath;
+  if (run.productDisplayName.empty()) {
+    throw Error(GeneralError, "The application ini names no product. Give it a key Name in " + where + ".", Source);
+  }
+  if (run.productName.find_first_of("\\/:*?\"<>|") == std::string::npos) return;
+  const std::string name = std::exchange(run.productName, std::string());
+  throw Error(GeneralError,
+              "The product's name \"" + name + "\" holds a character that no folder name may hold. Correct Name in " +
+                  where + ".",
+              Source);
+}
+
 void ReadIdentity(Run& run) {
   run.productName = ProductKeyOfAppIni(run, "Name", false);
   run.numberOfLoops = Trim(ProductKeyOfAppIni(run, "NumberOfLoops", true));
   run.endMessage = Trim(ProductKeyOfAppIni(run, "EndMessage", true));
   run.productDisplayName = Trim(ProductKeyOfAppIni(run, "Name", true));
-  if (run.productDisplayName.empty()) {
-    throw Error(
-        GeneralError,
-        "The application ini " + run.appIniPath + " names no product. Give it a key Name in its section [Product].",
-        Source);
-  }
+  RequireUsableName(run);
 }
 
 void IdentifyProduct(Run& run) {
@@ -76,7 +86,10 @@ void WipeProductRecord(Run& run) {
   const bool skip = HoldsSkipPreInstall(run, key);
   const std::string root = RootToKeep(run, key);
   if (skip) run.log.Log(Source, 0, "SkipPreInstall value found.");
-  modRegistry::RegDelete(run, key);
+  if (modRegistry::RegDelete(run, key) != 0) {
+    run.log.Log(Source, 0, "The record of an earlier install at HKLM\\" + key + " could not be removed whole", false,
+                EntryType::Warning);
+  }
   if (!root.empty()) modRegistry::RegWrite(run, key, Value::PackageRoot, root);
   if (!skip) return;
   run.log.Log(Source, 0, "Recreating SkipPreInstall value.");
@@ -106,6 +119,7 @@ void Start(Run& run) {
   run.log.Start();
   run.localInstance = modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall);
   ReadCommandLine(run);
+  run.rebooted = ResumesRun(run);
   run.component = {};
   if (run.uninstall) {
     run.endMessage = "QX Installation Assistant has successfully un-installed the product " + run.uninstallProduct;
@@ -116,8 +130,7 @@ void Start(Run& run) {
   if (run.uninstall) {
     SetProductResult(run, true, "");
     StartSequence(run);
-  } else if (modRegistry::ReadOrEmpty(run, ProductsKey, Value::Rebooted) == TrueOrFalse(true)) {
-    run.rebooted = true;
+  } else if (run.rebooted) {
     run.log.Log(Source, 0, "System has been re-booted by the application.");
     StartFromReboot(run);
   } else {

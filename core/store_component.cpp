@@ -22,9 +22,6 @@ namespace {
 
 constexpr const char* Source = "modQXInstallationMain.StoreComponentData";
 
-/// Sequence numbers are the place in the product times this; a resumed run relies on it.
-constexpr int SequenceStep = 100;
-
 /// What the component's ini and package say, before any of it is written.
 struct ComponentData {
   std::string name;
@@ -92,10 +89,26 @@ void ReadCopyTargets(Run& run, ComponentData& data) {
   }
 }
 
+/// The name becomes a registry key of its own.
+void RequireUsableName(const Run& run, const std::string& component) {
+  if (!Contains(component, "\\")) return;
+  throw Error(GeneralError,
+              "The component name " + component + " holds a backslash. Correct it in section [Actions] of " +
+                  run.productIniPath + ".",
+              Source);
+}
+
+/// Only a code with parentheses is one here; anything else is a path.
+std::string ComponentIni(Run& run, const std::string& component, const std::string& given) {
+  if (Contains(given, "(")) return ResolveFile(run, given, run.packageRoot, component + ".ini");
+  return Normalised(IsFullPath(given) ? given : Joined(run.packageRoot, given));
+}
+
 ComponentData ReadComponent(Run& run, const std::string& component, const ActionEntry& action) {
   ComponentData data;
   data.name = component;
-  data.iniPath = ResolveFile(run, action.name, run.packageRoot, component + ".ini");
+  RequireUsableName(run, component);
+  data.iniPath = ComponentIni(run, component, action.name);
   if (!run.fso.FileExists(data.iniPath)) throw modErrorBase::MakeError(6081, {data.iniPath}, Source);
   for (const IniKey& key : iniKeys) data.keys[key.key] = ReadKey(run, data, key);
   data.path = ComponentPath(run, data, action.name);
@@ -115,10 +128,10 @@ struct RecordedConditions {
 
 void AddCondition(Run& run, const std::string& component, const std::string& line, RecordedConditions& recorded) {
   const Condition condition = SplitConditionLine(line);
-  if (condition.op.empty()) {
+  if (condition.op.empty() || condition.name.empty()) {
     run.log.Log(Source, 0,
                 "Condition \"" + line + "\" of component " + component +
-                    " holds none of <, = and > and is passed over. Write it as name=value.",
+                    " is not of the form name, operator, value and is passed over. Correct it in its ini file.",
                 false, EntryType::Warning);
     return;
   }

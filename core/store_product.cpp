@@ -20,10 +20,9 @@ constexpr const char* Source = "modQXInstallationMain.StoreAppData";
 /// Required keys are logged when they are missing.
 enum class Need { Required, Optional };
 enum class Form { Text, Truth };
-enum class Holder { Products, Product };
 
 struct RecordedKey {
-  Holder holder;
+  RecordKey holder;
   const char* value;
   const char* section;
   const char* key;
@@ -54,33 +53,32 @@ void TellPreviousVolume(Run& run, const std::string& volume) {
 }
 
 constexpr RecordedKey identity[] = {
-    {Holder::Products, Value::Product, "Product", "Name", MissingValue, Need::Required, Form::Text, TellNothing},
-    {Holder::Product, Value::AbortOnFail, "Product", "AbortOnFail", MissingValue, Need::Required, Form::Truth,
+    {RecordKey::Products, Value::Product, "Product", "Name", MissingValue, Need::Required, Form::Text, TellNothing},
+    {RecordKey::Product, Value::AbortOnFail, "Product", "AbortOnFail", MissingValue, Need::Required, Form::Truth,
      TellNothing},
 };
 
 constexpr RecordedKey settings[] = {
-    {Holder::Products, "Force Uninstall Reboot", "Product", "ForceUninstallReboot", "False", Need::Required, Form::Text,
-     TellNothing},
-    {Holder::Products, Value::Version, "Product", "Version", MissingValue, Need::Required, Form::Text, TellVersion},
-    {Holder::Products, Value::Verbose, "Config", "Verbose", MissingValue, Need::Required, Form::Truth, TellVerbose},
-    {Holder::Products, Value::Silent, "Config", "Silent", MissingValue, Need::Required, Form::Truth, TellSilent},
-    {Holder::Product, Value::RequestLogon, "Config", "RequestLogonDetails", MissingValue, Need::Required, Form::Truth,
-     TellNothing},
-    {Holder::Product, "PreviousVolumeName", "Product", "PreviousVolumeName", "", Need::Optional, Form::Text,
+    {RecordKey::Products, "Force Uninstall Reboot", "Product", "ForceUninstallReboot", "False", Need::Required,
+     Form::Text, TellNothing},
+    {RecordKey::Products, Value::Version, "Product", "Version", MissingValue, Need::Required, Form::Text, TellVersion},
+    {RecordKey::Products, Value::Verbose, "Config", "Verbose", MissingValue, Need::Required, Form::Truth, TellVerbose},
+    {RecordKey::Products, Value::Silent, "Config", "Silent", MissingValue, Need::Required, Form::Truth, TellSilent},
+    {RecordKey::Product, Value::RequestLogon, "Config", "RequestLogonDetails", MissingValue, Need::Required,
+     Form::Truth, TellNothing},
+    {RecordKey::Product, "PreviousVolumeName", "Product", "PreviousVolumeName", "", Need::Optional, Form::Text,
      TellPreviousVolume},
-    {Holder::Product, Value::NextVolumeName, "Product", "NextVolumeName", MissingValue, Need::Optional, Form::Text,
+    {RecordKey::Product, Value::NextVolumeName, "Product", "NextVolumeName", MissingValue, Need::Optional, Form::Text,
      TellNothing},
-    {Holder::Product, "CopyOpRoot", "Product", "CopyOpRoot", MissingValue, Need::Required, Form::Text, TellNothing},
-    {Holder::Product, "CopyOpHold", "Product", "CopyOpHold", MissingValue, Need::Required, Form::Text, TellNothing},
+    {RecordKey::Product, "CopyOpRoot", "Product", "CopyOpRoot", MissingValue, Need::Required, Form::Text, TellNothing},
+    {RecordKey::Product, "CopyOpHold", "Product", "CopyOpHold", MissingValue, Need::Required, Form::Text, TellNothing},
 };
 
 void Store(Run& run, const RecordedKey& row) {
   const std::string read =
       modINI::GetIniString(run, row.section, row.key, row.defaultText, run.appIniPath, row.need == Need::Optional);
   const std::string text = row.form == Form::Truth ? TrueOrFalse(IsTrue(read)) : read;
-  const std::string key = row.holder == Holder::Products ? std::string(ProductsKey) : ProductKey(run);
-  modRegistry::RegWrite(run, key, row.value, text);
+  modRegistry::RegWrite(run, KeyOf(run, row.holder), row.value, text);
   row.tell(run, text);
 }
 
@@ -142,7 +140,7 @@ void AbortRun(Run& run) {
   Closedown(run);
 }
 
-/// The recorded version that differs, or the last one compared; nothing (and an entry) when one cannot be read.
+/// Reads the recorded version that differs, or else the last of the two. False, with an entry, when one is not there.
 bool ReadRecordedVersion(Run& run, const std::string& version, std::string& recorded) {
   for (const std::string& key : {std::string(ProductsKey), ProductKey(run)}) {
     recorded = modRegistry::ReadOrEmpty(run, key, Value::Version);

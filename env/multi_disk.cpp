@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "base/not_built.h"
+#include "base/records.h"
+#include "base/registry.h"
 #include "base/text.h"
 
 namespace modCDFunctions {
@@ -21,6 +23,11 @@ bool StartedFromDisc(Run& run) {
 void isMultiCD(Run& run) {
   if (StartedFromDisc(run))
     LogNothingDone(run, "isMultiCD", "Local copy of the program for a product on several discs");
+}
+
+std::string RecordedNextVolume(Run& run) {
+  const std::string volume = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::NextVolumeName);
+  return IsNotGiven(volume) || volume == "Failed" ? std::string() : volume;
 }
 
 void PromptForDisk(Run& run) {

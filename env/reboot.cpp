@@ -11,13 +11,10 @@ namespace {
 /// Restart, and do not ask the programs that run.
 constexpr std::uint32_t RestartByForce = 6;
 
-/// What the process ends with when it restarts the machine; nobody is left to read it.
-constexpr int RestartExitCode = 0;
-
 /// The argument of oShell.Run: a quoted program path and its arguments inside a script's string literal.
 std::string CommandLiteral(const Run& run, const std::string& arguments) {
   // An argument text of one character gets no blank in front of it: an odd rule, kept on purpose.
-  const std::string text = arguments.size() > 1 ? " " + arguments : arguments;
+  const std::string text = Replace(arguments.size() > 1 ? " " + arguments : arguments, "\"", "\"\"");
   return "\"\"\"" + run.programFolder + "\\" + Title + ".exe\"\"" + text + "\"";
 }
 
@@ -38,7 +35,7 @@ std::string ScriptText(const Run& run, const std::string& arguments) {
 
 }  // namespace
 
-void Reboot(Run& run, bool final) {
+void Reboot(Run& run, bool final, int exitCode) {
   Guarded(run, "Reboot", [&] {
     if (!final) modRegistry::RegWrite(run, ProductsKey, Value::Product, run.productName);
     run.log.Log("Reboot", 0, "Re-booting now");
@@ -51,7 +48,7 @@ void Reboot(Run& run, bool final) {
     run.machine.power().exitWindows(RestartByForce, 0);
     run.machine.screen().pumpMessages();
   });
-  throw ProgramEnd{RestartExitCode};
+  throw ProgramEnd{exitCode};
 }
 
 void AdjustToken(Run& run) {

@@ -6,8 +6,9 @@
 #include "base/run.h"
 
 /// Restarts the machine by force and ends the program (throws ProgramEnd). `final` is the closing restart of a run,
-/// which records nothing; any other records the product and "Rebooted" for the run to resume.
-[[noreturn]] void Reboot(Run& run, bool final);
+/// which records nothing; any other records the product and "Rebooted" for the run to resume. Failures of the restart
+/// itself are not looked at: the next start finds the run as it is.
+[[noreturn]] void Reboot(Run& run, bool final, int exitCode = 0);
 
 /// Enables the shutdown privilege of this process. Failures pass silently: the restart is tried anyway.
 void AdjustToken(Run& run);

@@ -12,9 +12,11 @@ std::string WithBlankInFront(const std::string& text) {
   return text.empty() ? text : " " + text;
 }
 
-std::string TransformArgument(Run& run) {
+/// A transform lies beside its package, unless it is given in full.
+std::string TransformArgument(Run& run, const std::string& package) {
   const std::string file = TransformFile(run);
-  return file.empty() ? file : " TRANSFORMS=" + Quoted(Joined(run.component.path, file));
+  if (file.empty()) return file;
+  return " TRANSFORMS=" + Quoted(IsFullPath(file) ? file : Joined(FolderPart(package), file));
 }
 
 }  // namespace
@@ -32,7 +34,7 @@ std::string ProgramCommandLine(Run& run, const std::string& file) {
 }
 
 std::string MsiexecArguments(Run& run, const std::string& package) {
-  return Quoted(package) + WithBlankInFront(GivenComponentValue(run, "CommandLine")) + TransformArgument(run) +
+  return Quoted(package) + WithBlankInFront(GivenComponentValue(run, "CommandLine")) + TransformArgument(run, package) +
          " /l*v " + Quoted(Joined(run.logFolders.msiLogs, run.component.name + ".log")) + " /qn";
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 #include <vector>
 
 #include "base/operating_systems.h"
@@ -76,6 +77,7 @@ bool RunOnInstallHolds(Run&, const Condition& condition) {
 
 struct Rule {
   const char* keyword;
+  bool olderNameIsWhole;  ///< the older notation finds the other keywords anywhere in a name
   bool (*holds)(Run&, const Condition&);
   const char* message;
   bool (*olderHolds)(Run&, const Condition&);
@@ -84,29 +86,64 @@ struct Rule {
 
 // In the order in which the older notation looks for them in a name.
 constexpr Rule rules[] = {
-    {"productname", ProductNameHolds, "Condition not satisfied - Product Name does not match.", ProductNameHolds,
+    {"productname", false, ProductNameHolds, "Condition not satisfied - Product Name does not match.", ProductNameHolds,
      OlderMessage},
-    {"servertype", ServerTypeHolds, "Condition not satisfied - Server Type does not match.", ServerTypeHolds,
+    {"servertype", false, ServerTypeHolds, "Condition not satisfied - Server Type does not match.", ServerTypeHolds,
      "Condition not satisfied - Server Type does not match."},
-    {"buildnumber", BuildNumberHolds, "Condition not satisfied - Server Build Number does not match.", BuildNumberHolds,
-     OlderMessage},
-    {"installedproducts", InstalledProductsHolds, "Condition not satisfied - Installed Product", InstalledProductsHolds,
-     "Condition not satisfied - Installed Product"},
-    {"os", CurrentOsHolds, "Condition not satisfied - OS not supported.", OlderOsHolds,
+    {"buildnumber", false, BuildNumberHolds, "Condition not satisfied - Server Build Number does not match.",
+     BuildNumberHolds, OlderMessage},
+    {"installedproducts", false, InstalledProductsHolds, "Condition not satisfied - Installed Product",
+     InstalledProductsHolds, "Condition not satisfied - Installed Product"},
+    {"os", true, CurrentOsHolds, "Condition not satisfied - OS not supported.", OlderOsHolds,
      "Condition not satisfied - OS not supported."},
-    {"runoninstall", RunOnInstallHolds, "Condition not satisfied - Component cannot be installed.", RunOnInstallHolds,
-     "Condition not satisfied - Component cannot be installed."},
+    {"runoninstall", false, RunOnInstallHolds, "Condition not satisfied - Component cannot be installed.",
+     RunOnInstallHolds, "Condition not satisfied - Component cannot be installed."},
 };
 
-/// The older notation finds its keywords anywhere in a name, but "os" only as the whole of it.
 bool IsOlderName(const Rule& rule, const std::string& name) {
-  return std::string_view(rule.keyword) == "os" ? EqualIgnoringCase(name, "os")
-                                                : ContainsIgnoringCase(name, rule.keyword);
+  return rule.olderNameIsWhole ? EqualIgnoringCase(name, rule.keyword) : ContainsIgnoringCase(name, rule.keyword);
 }
 
 void Require(bool holds, int errorNumber, const std::string& message) {
   if (!holds) throw Error(errorNumber, message, Source);
 }
+
+struct VersionOperator {
+  const char* op;
+  int errorNumber;
+  bool (*holds)(Run&, const std::string& installed, const std::string& required);
+};
+
+bool IsOther(Run&, const std::string& installed, const std::string& required) {
+  return installed != required;
+}
+
+bool IsOlder(Run& run, const std::string& installed, const std::string& required) {
+  return IsNewerVersion(run, required, installed);
+}
+
+bool IsNewer(Run& run, const std::string& installed, const std::string& required) {
+  return IsNewerVersion(run, installed, required);
+}
+
+bool IsNotNewer(Run& run, const std::string& installed, const std::string& required) {
+  return !IsNewer(run, installed, required);
+}
+
+bool IsNotOlder(Run& run, const std::string& installed, const std::string& required) {
+  return !IsOlder(run, installed, required);
+}
+
+// Any other operator holds.
+constexpr VersionOperator versionOperators[] = {
+    {"<>", ConditionError::NotEqual, IsOther},
+    {"<", ConditionError::Less, IsOlder},
+    {">", ConditionError::Greater, IsNewer},
+    {"<=", ConditionError::LessOrEqual, IsNotNewer},
+    {"=<", ConditionError::LessOrEqual, IsNotNewer},
+    {">=", ConditionError::GreaterOrEqual, IsNotOlder},
+    {"=>", ConditionError::GreaterOrEqual, IsNotOlder},
+};
 
 std::vector<std::string> QuotedValues(const std::string& text) {
   std::vector<std::string> values;
@@ -177,13 +214,7 @@ void RequireProductVersion(Run& run, const Condition& condition) {
     return;
   }
   const std::string message = "Condition " + installed + " " + op + " " + required + " " + " not satisfied.";
-  if (op == "<>") Require(required != installed, ConditionError::NotEqual, message);
-  if (op == "<") Require(IsNewerVersion(run, required, installed), ConditionError::Less, message);
-  if (op == ">") Require(IsNewerVersion(run, installed, required), ConditionError::Greater, message);
-  if (op == "<=" || op == "=<") {
-    Require(!IsNewerVersion(run, installed, required), ConditionError::LessOrEqual, message);
-  }
-  if (op == ">=" || op == "=>") {
-    Require(!IsNewerVersion(run, required, installed), ConditionError::GreaterOrEqual, message);
+  for (const VersionOperator& row : versionOperators) {
+    if (op == row.op) Require(row.holds(run, installed, required), row.errorNumber, message);
   }
 }

@@ -20,7 +20,9 @@ bool IsOperator(char c) {
 
 void CheckConditionList(Run& run) {
   const std::string list = run.component.key + "\\ConditionList";
-  for (const std::string& name : modRegistry::ValueNames(run, list)) {
+  const std::vector<std::string> names = modRegistry::ValueNames(run, list);
+  if (names.empty() || names.front().empty()) return;
+  for (const std::string& name : names) {
     const std::string data = modRegistry::RegRead(run, list, name);
     run.log.Log("CheckConditions", 0, "Checking condition " + name + " = " + data);
     if (!data.empty()) RequireCondition(run, ParseCondition(name, data));
@@ -64,8 +66,8 @@ bool CheckConditions(Run& run) {
     } else {
       CheckConditionList(run);
     }
-  } catch (const Error& failure) {
-    return NotMet(run, failure.text());
+  } catch (const std::exception& failure) {
+    return NotMet(run, failure.what());
   }
   if (run.verbose) run.log.Log("CheckConditions", 0, "All conditions met");
   run.window.Status("Conditions OK");

@@ -1,7 +1,6 @@
 #include "exec/disk_space.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include "base/error_handler.h"
@@ -34,8 +33,8 @@ double RequiredBytes(Run& run, const ShareCost& cost) {
   if (!WholeNumericValue(cost.cost)) {
     run.log.Log(Source, 0,
                 "Cost \"" + cost.cost + "\" of share " + cost.share + " is no number and counts as " +
-                    std::to_string(static_cast<long long>(NumericValue(cost.cost))) + ". Correct Cost in section [" +
-                    run.component.name + "] of " + ComponentValue(run, "IniPath") + ".",
+                    NumberText(NumericValue(cost.cost)) + ". Correct Cost in section [" + run.component.name + "] of " +
+                    ComponentValue(run, "IniPath") + ".",
                 false, EntryType::Warning);
   }
   return NumericValue(cost.cost) * Kilobyte;
@@ -54,19 +53,13 @@ double AvailableBytes(const Run& run, char drive) {
   return row == run.driveTable.end() ? 0 : row->freeBytes;
 }
 
-std::string WholeNumber(double value) {
-  char buffer[400];
-  std::snprintf(buffer, sizeof buffer, "%.0f", value);
-  return buffer;
-}
-
 void RequireRoom(Run& run, const ShareCost& cost) {
   run.log.Log(Source, 0, "Cost check - share=" + cost.share + " cost=" + cost.cost);
   const double required = RequiredBytes(run, cost);
   const char drive = DriveOfShare(run, cost.share);
   const double available = AvailableBytes(run, drive);
   if (available > required) return;
-  run.log.Log(Source, 0, "Available space=" + WholeNumber(available) + ", required space=" + WholeNumber(required));
+  run.log.Log(Source, 0, "Available space=" + NumberText(available) + ", required space=" + NumberText(required));
   throw modErrorBase::MakeError(6093, {std::string(1, drive) + ":"}, Source);
 }
 

@@ -4,7 +4,7 @@
 
 #include "base/error_handler.h"
 #include "base/error_texts.h"
-#include "base/text.h"
+#include "base/records.h"
 
 namespace {
 

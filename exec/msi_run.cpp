@@ -98,27 +98,28 @@ bool FreeWithinOnePass(Run& run, int limit) {
 namespace modQXInstallationMain {
 
 bool ExecuteMSI(Run& run, const std::string& arguments, bool repair, const std::string& workingFolder,
-                std::optional<std::int32_t>& exitCode) {
-  exitCode.reset();
+                PackageRun& told) {
+  told = {};
   Guarded(run, "modQXInstallationMain.ExecuteMSI", [&] {
     ResetComponentResult(run);
     run.window.StatusLine("Proceeding with installation");
     // Two blanks behind the switch: its own and the added one.
-    const std::string command = std::string("msiexec ") + (repair ? "/fv " : "/i ") + " " + arguments;
+    told.command = std::string("msiexec ") + (repair ? "/fv " : "/i ") + " " + arguments;
     const InstalledProduct* installed = FindInstalledProduct(run, run.component.productCode);
     if (installed != nullptr) {
       LogVerbose(run, "A Component with this code is already installed: <br>Code : " + installed->code +
                           "<BR>Name : " + installed->name + "<BR>Version : " + installed->version);
     }
     const PackagePlan plan = PlanPackage(run, installed, repair);
-    if (plan == PackagePlan::Skip) {
+    told.alreadyInstalled = plan == PackagePlan::Skip;
+    if (told.alreadyInstalled) {
       LogVerbose(run, "and its version is the same or higher, so install will not be done.");
       return;
     }
     if (plan == PackagePlan::UninstallOlderFirst) UninstallOlder(run, std::string(installed->version));
     run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::Installing) + " " + run.component.displayName);
-    exitCode = GoShell(run, command, workingFolder);
-    JudgeMsiexec(run, *exitCode);
+    told.exitCode = GoShell(run, told.command, workingFolder);
+    JudgeMsiexec(run, told.exitCode);
   });
   return true;
 }

@@ -2,20 +2,26 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
 #include "base/run.h"
+
+/// What was done with a package.
+struct PackageRun {
+  bool alreadyInstalled = false;  ///< the same or a newer version is there, nothing was run
+  std::string command;
+  std::int32_t exitCode = -1;
+};
 
 namespace modQXInstallationMain {
 
 /// Installs (or, with `repair`, repairs) the current component's package through msiexec. `arguments` is what follows
 /// the action switch: the package path and its options. Does nothing when the same or a newer version is installed; an
 /// older one is uninstalled first. Always returns true: a failure is told by "Process Return" and "Message" of the
-/// component's record, a restart that the package asks for by the run value "Reboot" = "immediate". `exitCode` gets
-/// what msiexec returned, or nothing when it was not run.
+/// component's record, a restart that the package asks for by the run value "Reboot" = "immediate". `told` gets what
+/// was done.
 bool ExecuteMSI(Run& run, const std::string& arguments, bool repair, const std::string& workingFolder,
-                std::optional<std::int32_t>& exitCode);
+                PackageRun& told);
 
 }  // namespace modQXInstallationMain
 

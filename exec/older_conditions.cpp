@@ -1,11 +1,11 @@
 // The older notation of conditions: one text of comma-separated conditions.
 
-#include <algorithm>
+#include <vector>
 
+#include "base/records.h"
 #include "base/text.h"
 #include "exec/condition_rules.h"
 #include "exec/conditions.h"
-#include "exec/csv.h"
 
 namespace {
 
@@ -40,11 +40,12 @@ namespace modMain {
 void CheckLegacyConditionString(Run& run, const std::string& conditions) {
   constexpr const char* source = "CheckLegacyConditionString";
   if (run.verbose) run.log.Log(source, 0, "Condition found - " + conditions);
-  if (conditions.empty() || EqualIgnoringCase(conditions, "N/A")) return;
-  const auto count = static_cast<int>(std::count(conditions.begin(), conditions.end(), ',')) + 1;
+  if (conditions.empty() || EqualIgnoringCase(conditions, NotApplicable)) return;
+  const std::vector<std::string> fields = Split(conditions, ',');
+  const auto count = static_cast<int>(fields.size());
   if (run.verbose) run.log.Log(source, 0, "Number of conditions = " + std::to_string(count));
   for (int number = 1; number <= count; ++number) {
-    const std::string condition = ParseCsv(conditions, number);
+    const std::string& condition = fields[static_cast<std::size_t>(number) - 1];
     if (run.verbose) run.log.Log(source, 0, "Condition " + std::to_string(number) + ". " + condition);
     if (!Trim(condition).empty()) Check(run, condition);
   }

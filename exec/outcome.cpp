@@ -112,7 +112,8 @@ bool CheckSuccess(Run& run, const std::string& installType) {
 void SetProductResult(Run& run, bool succeeded, const std::string& reason) {
   Guarded(run, "SetProductResult", [&] {
     run.failed = !succeeded;
-    run.failureReasons = succeeded ? std::string() : WithLine(run.failureReasons, reason);
+    if (succeeded) run.failureReasons.clear();
+    if (!succeeded && !reason.empty()) run.failureReasons = WithLine(run.failureReasons, reason);
     if (!HasRecord(run)) return;
     const std::string key = ProductKey(run);
     modRegistry::WriteNumber(run, key, Value::Succeeded, succeeded ? -1 : 0);

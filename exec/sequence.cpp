@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/error_handler.h"
+#include "base/numbers.h"
 #include "base/paths.h"
 #include "base/records.h"
 #include "base/registry.h"
@@ -11,13 +12,11 @@
 namespace {
 
 std::string RowText(const SequenceRow& row) {
-  return "<br>" + row.component + " = " + std::to_string(static_cast<long long>(row.number));
+  return "<br>" + row.component + " = " + NumberText(row.number);
 }
 
-/// A path that is one already is used as it stands: it has ":\" behind its drive letter or begins with two backslashes.
 std::string FolderOf(const Run& run, const std::string& path) {
-  const bool full = path.substr(1, 2) == ":\\" || path.substr(0, 2) == "\\\\";
-  return Normalised(full ? path : run.packageRoot + "\\" + path);
+  return Normalised(IsFullPath(path) ? path : Joined(run.packageRoot, path));
 }
 
 }  // namespace
@@ -43,14 +42,15 @@ void GetSequence(Run& run) {
 
 namespace modMain {
 
-bool GetNextInstall(Run& run, double lastSequence) {
+NextComponent GetNextInstall(Run& run, double lastSequence) {
   return Guarded(run, "modMain.GetNextInstall", [&] {
     const auto next = std::find_if(run.sequence.begin(), run.sequence.end(),
                                    [&](const SequenceRow& row) { return row.number > lastSequence; });
-    if (next == run.sequence.end()) return false;
+    if (next == run.sequence.end()) return NextComponent::None;
     SelectComponent(run, next->component);
+    run.component.sequenceNumber = next->number;
     run.log.Log("GetNextInstall", 0, "Next in sequence is " + run.component.name);
-    return true;
+    return NextComponent::Found;
   });
 }
 

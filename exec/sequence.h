@@ -10,11 +10,13 @@ void GetSequence(Run& run);
 
 }  // namespace modQXInstallationMain
 
+enum class NextComponent { Unknown, Found, None };
+
 namespace modMain {
 
 /// Makes the first component with a sequence number above this one the current component, with what its record holds.
-/// False when there is none.
-bool GetNextInstall(Run& run, double lastSequence);
+/// Unknown after a failure, which is logged.
+NextComponent GetNextInstall(Run& run, double lastSequence);
 
 }  // namespace modMain
 
