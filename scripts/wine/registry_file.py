@@ -15,7 +15,7 @@ def _unescape(text):
     return _ESCAPE.sub(one, text)
 
 
-def _data(text):
+def _data(text, encoding):
     """A value as str (texts), int (numbers) or bytes (anything else)."""
     text = text.strip()
     if text.startswith('dword:'):
@@ -25,23 +25,31 @@ def _data(text):
         return _unescape(kind.group(1))
     raw = bytes(int(byte, 16) for byte in re.findall(r'[0-9a-fA-F]{2}(?=,|$)', text.split(':', 1)[1]))
     is_text = re.match(r'hex\([12]\):', text)
-    return raw.decode('utf-16-le').rstrip('\0') if is_text else raw
+    return raw.decode(encoding).rstrip('\0') if is_text else raw
 
 
 class Registry:
     """Keys are paths from the hive's root (`Software\\Wine`); letter case does not matter."""
 
-    def __init__(self, text, key_name):
+    def __init__(self, text, key_name, encoding='utf-16-le'):
         """`key_name` gives the key's path for what stands between a header's brackets."""
         self._keys = {}
-        values = None
+        values = {}
         for line in text.replace('\\\n', '').split('\n'):
-            if line.startswith('['):
+            if line.startswith('[-'):
+                self._remove(key_name(line[2:line.rindex(']')]).lower())
+            elif line.startswith('['):
                 name = key_name(line[1:line.rindex(']')])
                 values = self._keys.setdefault(name.lower(), (name, {}))[1]
-            elif values is not None and (match := _VALUE.match(line)):
+            elif match := _VALUE.match(line):
                 name = _unescape(match.group(1) or '')
-                values[name.lower()] = (name, _data(match.group(2)))
+                values.pop(name.lower(), None)
+                if match.group(2).strip() != '-':
+                    values[name.lower()] = (name, _data(match.group(2), encoding))
+
+    def _remove(self, key):
+        self._keys = {name: entry for name, entry in self._keys.items()
+                      if name != key and not name.startswith(key + '\\')}
 
     @classmethod
     def of_hive(cls, file):
@@ -50,8 +58,12 @@ class Registry:
 
     @classmethod
     def of_export(cls, file):
-        with open(file, encoding='utf-16', newline='\r\n') as text:
-            return cls(text.read().replace('\r\n', '\n'), lambda name: name.partition('\\')[2])
+        """Both forms of a .reg file: the newer one in UTF-16, and the older one in the machine's own characters."""
+        with open(file, 'rb') as raw:
+            data = raw.read()
+        unicode = data.startswith(b'\xff\xfe')
+        text = data.decode('utf-16' if unicode else 'latin-1').replace('\r\n', '\n')
+        return cls(text, lambda name: name.partition('\\')[2], 'utf-16-le' if unicode else 'latin-1')
 
     def exists(self, key):
         return key.lower() in self._keys or bool(self.children(key))

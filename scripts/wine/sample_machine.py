@@ -3,9 +3,10 @@ import os
 import shutil
 import subprocess
 
-from machine import INSTALLATION, OUT, PRODUCTS, PROGRAM, Machine
+from machine import INSTALLATION, OUT, PROGRAM, ROOT, Machine
 
 SAMPLE = os.path.join(OUT, 'samples', 'harbour_suite')
+SIMULATED_MACHINE = os.path.join(ROOT, 'samples', 'harbour_suite', 'machine.txt')
 PRODUCT = 'Harbour Suite'
 LOG_FOLDER = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\' + PRODUCT
 

@@ -4,6 +4,7 @@ import re
 import unittest
 
 import support
+from demo import run_simulated
 from run_log import outcomes, read_log
 from sample_machine import LOG_FOLDER, PRODUCT, sample_machine
 from support import OUT, PRODUCTS
@@ -98,6 +99,7 @@ class SampleProduct(unittest.TestCase):
         self.assertRegex(name, r'^QX Installation Assistant\d{10}\.html$')
         self.assertEqual(read_log(os.path.join(archive, name)), self.log)
 
-
-if __name__ == '__main__':
-    unittest.main()
+    def test_the_simulated_workstation_tells_the_same_story(self):
+        code, _, registry, log = run_simulated()
+        self.assertEqual(code, self.exit_code)
+        self.assertEqual(outcomes(registry, read_log(log), PRODUCT), outcomes(self.registry, self.log, PRODUCT))
