@@ -92,8 +92,10 @@ std::string Workstation::ownFolder(char letter) const {
 }
 
 void Workstation::addDrive(Drive drive) {
-  if (drive.folder.empty()) drive.folder = ownFolder(drive.letter);
-  if (drive.ready) MakeHostFolder(drive.folder);
+  if (drive.folder.empty()) {
+    drive.folder = ownFolder(drive.letter);
+    MakeHostFolder(drive.folder);
+  }
   files_.setDrive(std::move(drive));
 }
 

@@ -25,8 +25,6 @@ class Bench {
   virtual std::string batchFile(const std::string& folder, int exitCode) = 0;
   /// Path of a real package in the folder; "" when the tests were built where none can be made.
   virtual std::string package(const std::string& folder) = 0;
-  /// False where the machine cannot show that a read-only file is not written to.
-  virtual bool guardsReadOnlyFiles() { return true; }
 };
 
 /// The bench of the side that this program was built for. Deletes what earlier tests left.

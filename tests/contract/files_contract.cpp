@@ -46,7 +46,6 @@ TEST_F(Files, ReadOnlyFile_Deleted_RefusedUntilTheAttributeIsCleared) {
 }
 
 TEST_F(Files, ReadOnlyFile_WrittenOrReplaced_IsRefused) {
-  if (!bench().guardsReadOnlyFiles()) GTEST_SKIP() << "Wine run by root writes to read-only files: see README.md";
   write("fixed.txt", "old");
   write("other.txt", "new");
   ASSERT_EQ(files().setAttributes(path("fixed.txt"), attribute::ReadOnly), status::Ok);

@@ -1,28 +1,10 @@
 // The contract tests' side on which the simulated workstation is the machine.
-#include <cstdlib>
-#include <filesystem>
-#include <stdexcept>
-
 #include "platform/simulated/workstation.h"
 #include "tests/contract/bench.h"
+#include "tests/support/temporary_folder.h"
 
 namespace contract {
 namespace {
-
-/// A host folder that goes with its owner.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error(path_ + ": no temporary folder can be made");
-  }
-  ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_ = (std::filesystem::temp_directory_path() / "contract-XXXXXX").string();
-};
 
 class SimulatedBench : public Bench {
  public:

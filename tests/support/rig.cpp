@@ -2,22 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 
 #include "core/program.h"
+#include "platform/faults/platform.h"
 #include "platform/simulated/text.h"
 
 namespace {
 
 constexpr const char* LogRoot = "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\";
-
-std::string TemporaryFolder() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "rig-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error(pattern + ": no temporary folder can be made");
-  return pattern;
-}
 
 std::string WithCarriageReturns(const std::string& text) {
   std::string out;
@@ -34,7 +27,7 @@ std::string LocalMachine(const std::string& key) {
 
 }  // namespace
 
-Rig::Rig() : folder_(TemporaryFolder()), machine_(std::make_unique<simulated::Workstation>(folder_ + "/machine")) {
+Rig::Rig() : machine_(std::make_unique<simulated::Workstation>(folder() + "/machine")) {
   machine_->files().makeFolder("C:\\QX");
   insertDisc("DISC1");
 }
@@ -43,14 +36,12 @@ Rig::~Rig() {
   for (const std::string& what : machine_->undeclared()) ADD_FAILURE() << "came undeclared: " << what;
   for (const std::string& what : machine_->unused())
     if (!tolerateUnused_) ADD_FAILURE() << "declared and never used: " << what;
-  machine_.reset();
-  std::filesystem::remove_all(folder_);
 }
 
 std::string Rig::discFolder(const std::string& label) {
-  const std::string folder = folder_ + "/disc_" + label;
-  std::filesystem::create_directories(folder);
-  return folder;
+  const std::string disc = folder() + "/disc_" + label;
+  std::filesystem::create_directories(disc);
+  return disc;
 }
 
 void Rig::insertDisc(const std::string& label) {
@@ -93,6 +84,18 @@ int Rig::run(const std::string& arguments) {
 int Rig::run(const std::string& arguments, platform::Platform& machine) {
   machine_->machine().setProgram(machine_->machine().programPath(), arguments);
   return RunProgram(machine);
+}
+
+bool Rig::runUntilPowerCut(const std::string& arguments, int operation) {
+  faults::Platform faulty(*machine_);
+  faulty.faults().cutPowerBefore(operation);
+  try {
+    run(arguments, faulty);
+    return false;
+  } catch (const faults::PowerLoss&) {
+    restart();
+    return true;
+  }
 }
 
 std::string Rig::logonArguments() {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/simulated/workstation.h"
+#include "tests/support/temporary_folder.h"
 
 /// Owns a temporary folder and the workstation in it: Windows XP with a drive C, the program in C:\QX and a CD-ROM
 /// drive D with an empty disc labelled DISC1. At its end the test fails for everything that came undeclared or
@@ -44,6 +45,9 @@ class Rig {
   /// Runs the whole program with these arguments on this machine, or on a decorator around it; its exit code.
   int run(const std::string& arguments);
   int run(const std::string& arguments, platform::Platform& machine);
+  /// Runs until the power goes before the n-th operation that changes something, and restarts the machine; false when
+  /// the run came to its end before.
+  bool runUntilPowerCut(const std::string& arguments, int operation);
   /// Restarts the machine; run(logonArguments()) is what the logon starts then.
   void restart() { machine_->restart(); }
   /// The arguments with which the logon starts the program; a test failure when it does not start it.
@@ -67,12 +71,12 @@ class Rig {
   std::vector<std::string> effects(const std::string& beginning = "");
 
   /// The machine's state on the host.
-  const std::string& folder() const { return folder_; }
+  const std::string& folder() const { return folder_.path(); }
 
  private:
   std::string discFolder(const std::string& label);
 
-  std::string folder_;
+  TemporaryFolder folder_;
   std::unique_ptr<simulated::Workstation> machine_;
   bool tolerateUnused_ = false;
 };

@@ -1,0 +1,321 @@
+// What rehearsals and the other tests rely on in the simulated workstation beyond the contract of the ports.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "platform/faults/platform.h"
+#include "platform/simulated/declaration.h"
+#include "tests/support/rig.h"
+
+namespace {
+
+namespace status = platform::status;
+using simulated::Workstation;
+
+constexpr const char* Code = "{11111111-2222-3333-4444-555555555555}";
+
+/// A rig that nothing is run on, so that declarations may stay unused.
+class SimulatedWorkstation : public testing::Test {
+ protected:
+  SimulatedWorkstation() { rig_.tolerateUnused(); }
+
+  std::string write(const std::string& name, const std::string& text) {
+    const std::string path = rig_.folder() + "/" + name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+  }
+
+  std::int32_t start(const std::string& commandLine) {
+    platform::StartedProcess started;
+    if (rig_.machine().processes().start(commandLine, "", 1, started) != status::Ok) return -1;
+    rig_.machine().processes().wait(started, 0xffffffff);
+    std::int32_t code = 0;
+    rig_.machine().processes().exitCode(started, code);
+    return code;
+  }
+
+  Rig rig_;
+};
+
+TEST_F(SimulatedWorkstation, State_NewWorkstationOverTheSameFolder_IsTheMachineAsItWasLeft) {
+  const std::string folder = rig_.folder() + "/other";
+  const std::string odd("tab\tquote\" back\\slash", 20);
+  {
+    Workstation first(folder);
+    first.setSystem("Windows 98");
+    first.machine().computer = "OTHER";
+    first.addDrive({'E', platform::DriveType::Fixed, "DATA", "", true, true, 5000});
+    first.files().put("E:\\Data\\note.txt", "12345");
+    first.files().setAttributes("E:\\Data\\note.txt", platform::attribute::ReadOnly);
+    first.registry().putText("HKLM\\Software\\One", odd, "two\r\nlines");
+    first.registry().put("HKLM\\Software\\One", {"Number", 4, std::string("\x2a\0\0\0", 4)});
+    first.registry().putText("HKLM\\Software\\Gone", "x", "y");
+    first.registry().removeTree("HKLM\\Software\\Gone");
+    first.installer().install({Code, "Runtime", "1.2"});
+    first.clock().sleep(60000);
+  }
+  Workstation second(folder);
+  EXPECT_STREQ(second.machine().system().name, "Windows 98");
+  EXPECT_EQ(second.machine().computer, "OTHER");
+  EXPECT_EQ(second.registry().text("HKLM\\Software\\One", odd), "two\r\nlines");
+  EXPECT_EQ(second.registry().text("hklm\\SOFTWARE\\one", "NUMBER"), "42");
+  EXPECT_FALSE(second.registry().hasKey("HKLM\\Software\\Gone"));
+  ASSERT_EQ(second.installer().products().size(), 1u);
+  EXPECT_EQ(second.installer().products()[0].version, "1.2");
+  EXPECT_EQ(second.files().deleteFile("e:\\data\\NOTE.TXT"), status::AccessDenied);
+  std::uint64_t free = 0;
+  EXPECT_EQ(second.files().freeSpace('E', free), status::Ok);
+  EXPECT_EQ(free, 4995u);
+  EXPECT_EQ(second.clock().now().minute, 4);
+}
+
+TEST_F(SimulatedWorkstation, Files_FullReadOnlyAndEmptyDrives_FailAsWindowsDoes) {
+  platform::Files& files = rig_.machine().files();
+  platform::FileHandle file;
+  rig_.file("C:\\big.txt", std::string(1000, 'x'));
+  rig_.machine().addDrive({'E', platform::DriveType::Fixed, "SMALL", "", true, true, 100});
+  EXPECT_EQ(files.copyFile("C:\\big.txt", "E:\\big.txt"), status::DiskFull);
+  ASSERT_EQ(files.openForWriting("E:\\small.txt", file), status::Ok);
+  EXPECT_EQ(files.write(file, std::string(101, 'x')), status::DiskFull);
+  EXPECT_EQ(files.write(file, std::string(100, 'x')), status::Ok);
+  files.close(file);
+
+  rig_.file("D:\\setup.ini", "[Product]");
+  EXPECT_EQ(files.openForWriting("D:\\new.txt", file), status::AccessDenied);
+  EXPECT_EQ(files.deleteFile("D:\\setup.ini"), status::AccessDenied);
+  ASSERT_EQ(files.copyFile("D:\\setup.ini", "C:\\setup.ini"), status::Ok);
+  EXPECT_EQ(files.deleteFile("C:\\setup.ini"), status::AccessDenied) << "a file from a disc stays read-only";
+
+  std::string bytes;
+  std::uint32_t bits = 0;
+  rig_.machine().files().ejectDisc('D');
+  EXPECT_EQ(files.volumeLabel('D', bytes), status::NotReady);
+  EXPECT_EQ(files.read("D:\\setup.ini", bytes), status::NotReady);
+  EXPECT_EQ(files.attributes("D:\\", bits), status::NotReady);
+  rig_.insertDisc("DISC2");
+  EXPECT_EQ(files.volumeLabel('D', bytes), status::Ok);
+  EXPECT_EQ(bytes, "DISC2");
+  EXPECT_EQ(files.read("D:\\setup.ini", bytes), status::FileNotFound);
+}
+
+TEST_F(SimulatedWorkstation, Msiexec_DeclaredPackages_FollowTheProductList) {
+  rig_.package({"D:\\p\\new.msi", "Runtime", "2.0", Code});
+  rig_.package({"D:\\p\\old.msi", "Runtime", "1.0", Code});
+  rig_.package({"D:\\p\\bad.msi", "Bad", "1.0", "{2}", {.exitCode = 1603}});
+  rig_.file("D:\\p\\garbage.msi", "x");
+  const struct {
+    const char* commandLine;
+    std::int32_t exitCode;
+    const char* version;  ///< installed afterwards
+  } steps[] = {
+      {"msiexec /x "
+       "{11111111-2222-3333-4444-555555555555} /qn",
+       1605, ""},
+      {"msiexec /fv  \"D:\\p\\old.msi\" /qn", 1605, ""},
+      {"msiexec /i  \"d:\\P\\OLD.msi\" /l*v \"C:\\old.log\" /qn", 0, "1.0"},
+      {"msiexec /i \"D:\\p\\new.msi\"", 1638, "1.0"},
+      {"MSIEXEC.EXE /fv \"D:\\p\\old.msi\"", 0, "1.0"},
+      {"msiexec /i \"D:\\p\\old.msi\" /l*v \"C:\\nowhere\\old.log\"", 1622, "1.0"},
+      {"msiexec /x {11111111-2222-3333-4444-555555555555}", 0, ""},
+      {"msiexec /i \"D:\\p\\new.msi\"", 0, "2.0"},
+      {"msiexec /i \"D:\\p\\bad.msi\"", 1603, "2.0"},
+      {"msiexec /i \"D:\\p\\missing.msi\"", 1619, "2.0"},
+      {"msiexec", 1639, "2.0"},
+  };
+  for (const auto& step : steps) {
+    EXPECT_EQ(start(step.commandLine), step.exitCode) << step.commandLine;
+    const auto& products = rig_.machine().installer().products();
+    EXPECT_EQ(products.empty() ? "" : products[0].version, step.version) << step.commandLine;
+  }
+  EXPECT_TRUE(rig_.exists("C:\\old.log"));
+}
+
+TEST_F(SimulatedWorkstation, Programs_DeclaredSeveralTimes_AnswerSuccessiveRuns) {
+  rig_.program("setup.exe", {.exitCode = 1, .registry = {{"HKLM\\Software\\S", "Process Return", "Fail"}}});
+  rig_.program("setup.exe", {.exitCode = 0, .milliseconds = 90000, .installs = {{Code, "S", "1"}}});
+  EXPECT_EQ(start("setup.exe /q"), 1);
+  EXPECT_EQ(rig_.value("Software\\S", "Process Return"), "Fail");
+  const std::uint64_t before = rig_.machine().clock().elapsed();
+  EXPECT_EQ(start("setup.exe /q"), 0);
+  EXPECT_EQ(rig_.machine().clock().elapsed() - before, 90000u);
+  EXPECT_EQ(rig_.machine().installer().products().size(), 1u);
+  EXPECT_EQ(start("setup.exe /again"), 0) << "the last declaration answers further runs";
+  EXPECT_EQ(rig_.ran(), (std::vector<std::string>{"setup.exe /q", "setup.exe /q", "setup.exe /again"}));
+}
+
+TEST_F(SimulatedWorkstation, LooseEnds_UndeclaredAndUnused_AreNamed) {
+  Workstation machine(rig_.folder() + "/other");
+  machine.processes().declare({"never.exe"});
+  machine.screen().answer({"Never asked", ""});
+  platform::StartedProcess started;
+  EXPECT_EQ(machine.processes().start("surprise.exe /s", "", 1, started), status::FileNotFound);
+  platform::MessageBoxRequest box;
+  box.title = "Unexpected";
+  box.text = "Go on?";
+  box.defaultAnswer = platform::BoxAnswer::No;
+  EXPECT_EQ(machine.screen().messageBox(box), platform::BoxAnswer::No);
+  EXPECT_EQ(machine.undeclared(), (std::vector<std::string>{"surprise.exe /s", "box \"Unexpected\": Go on?"}));
+  EXPECT_EQ(machine.unused(), (std::vector<std::string>{"program never.exe", "answer to box \"Never asked\" "}));
+}
+
+TEST_F(SimulatedWorkstation, BusyProgram_DeclaredTimeOrQueries_LeavesTheProcessList) {
+  simulated::Processes& processes = rig_.machine().processes();
+  processes.addRunning({"msiexec.exe", 60000});
+  processes.addRunning({"other.exe", UINT64_MAX, 2});
+  const auto seen = [&](const char* name) {
+    std::vector<std::string> names;
+    EXPECT_EQ(processes.queryNames("winmgmts://QXTEST", "select * from Win32_Process", names), status::Ok);
+    return std::count(names.begin(), names.end(), name);
+  };
+  EXPECT_EQ(seen("msiexec.exe"), 1);
+  EXPECT_EQ(seen("other.exe"), 1);
+  rig_.machine().clock().sleep(60000);
+  EXPECT_EQ(seen("msiexec.exe"), 0);
+  EXPECT_EQ(seen("other.exe"), 0);
+}
+
+TEST_F(SimulatedWorkstation, Restart_LogonCommands_AreThoseOfRunKeysAndStartupScripts) {
+  rig_.set("Software\\Microsoft\\Windows\\CurrentVersion\\Run", "Tool", "tool.exe /r");
+  rig_.set("Software\\Microsoft\\Windows\\CurrentVersion\\Run", "Empty", "");
+  rig_.file(rig_.machine().machine().startupFolder() + "\\again.vbs",
+            "Set oShell = CreateObject(\"Wscript.Shell\")\n\n"
+            "oShell.Run \"\"\"C:\\QX\\QX Installation Assistant.exe\"\" /s /is=D:\\a b.ini\"\n");
+  rig_.restart();
+  EXPECT_EQ(rig_.machine().logonCommands(),
+            (std::vector<std::string>{"tool.exe /r", "\"C:\\QX\\QX Installation Assistant.exe\" /s /is=D:\\a b.ini"}));
+  EXPECT_EQ(rig_.logonArguments(), "/s /is=D:\\a b.ini");
+}
+
+TEST_F(SimulatedWorkstation, Declaration_EverySection_IsCarriedOut) {
+  const std::string file = write("machine.ini", R"(; a machine
+[machine]
+system=windows 2000
+computer=QUAY
+time=2007-12-31 23:59:59.000
+[environment]
+SITE=North
+[drive e]
+type=removable
+label=STICK
+free=100
+[registry HKLM\Software\Site]
+Server=Alpha
+Count=dword:0000002a
+[file C:\notes.txt]
+line=one
+line=two
+[product {3}]
+name=Old
+version=1.0
+[package C:\p.msi]
+name=P
+version=1.0
+code={4}
+exit=3010
+[program tool.exe]
+match=program
+exit=7
+seconds=2
+set=HKLM\Software\Site\Tool=done
+file=C:\tool.txt=written
+remove={3}
+[running msiexec.exe]
+seconds=5
+[answer Process In Use]
+answer=ok
+[person]
+press=continue
+)");
+  Workstation& machine = rig_.machine();
+  simulated::LoadMachine(file, machine);
+  rig_.file("C:\\p.msi", "package");
+  EXPECT_EQ(machine.machine().computerName(30), "QUAY");
+  EXPECT_EQ(machine.machine().windowsFolder(255), "C:\\WINNT");
+  EXPECT_EQ(machine.machine().environment("site"), "North");
+  EXPECT_EQ(rig_.value("Software\\Site", "Server"), "Alpha");
+  EXPECT_EQ(rig_.value("Software\\Site", "Count"), "42");
+  EXPECT_EQ(rig_.text("C:\\notes.txt"), "one\r\ntwo\r\n");
+  EXPECT_EQ(start("\"tool.exe\" /s"), 7);
+  EXPECT_EQ(machine.clock().now().year, 2008);
+  EXPECT_EQ(rig_.value("Software\\Site", "Tool"), "done");
+  EXPECT_EQ(rig_.text("C:\\tool.txt"), "written\r\n");
+  EXPECT_TRUE(machine.installer().products().empty());
+  EXPECT_EQ(start("msiexec /i C:\\p.msi"), 3010);
+  EXPECT_EQ(machine.screen().waitForEvent(), platform::WindowEvent::Continue);
+}
+
+TEST_F(SimulatedWorkstation, Declaration_WithAMistake_IsRefusedWithLineAndRemedy) {
+  const struct {
+    const char* text;
+    const char* says;
+  } mistakes[] = {
+      {"system=Windows XP\n", "line 1: 'system=Windows XP': begin a section"},
+      {"[machine]\nsystem=Windows 3.1\n", "line 2: system 'Windows 3.1' is not known; choose one of Windows 95"},
+      {"[machine]\n\ncolour=blue\n", "line 3: 'colour' is no key of [machine]; it has: another copy, arguments"},
+      {"[machine\n", "line 1: '[machine': end the section's name with ]"},
+      {"[engine]\n", "line 1: [engine] is no section; there are [answer]"},
+      {"[drive e]\nfree=much\n", "line 2: 'much': write a whole number"},
+      {"[drive e]\nfolder=missing\n", "line 1: drive E: the folder"},
+      {"[program x]\nset=HKLM=1\n", "line 2: 'HKLM=1': write it as HKLM\\Key\\Name=data"},
+      {"[registry HKCR\\x]\na=b\n", "line 1: registry key 'HKCR\\x': begin the path with"},
+      {"[package C:\\p.msi]\nname=P\n", "line 1: [package C:\\p.msi]: add its product code"},
+      {"", "is missing or empty; write a machine declaration there"},
+  };
+  for (const auto& mistake : mistakes) {
+    const std::string file = write("machine.ini", mistake.text);
+    try {
+      simulated::LoadMachine(file, rig_.machine());
+      ADD_FAILURE() << "accepted: " << mistake.text;
+    } catch (const std::runtime_error& refused) {
+      EXPECT_EQ(std::string(refused.what()).rfind(file, 0), 0u) << refused.what();
+      EXPECT_NE(std::string(refused.what()).find(mistake.says), std::string::npos) << refused.what();
+    }
+  }
+}
+
+TEST_F(SimulatedWorkstation, RegistryFile_Damaged_IsRefusedWithItsLine) {
+  const std::string folder = rig_.folder() + "/damaged";
+  std::filesystem::create_directories(folder);
+  write("damaged/registry.reg", "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\Software]\n\"Name\"=text\n");
+  try {
+    Workstation machine(folder);
+    ADD_FAILURE() << "accepted";
+  } catch (const std::runtime_error& refused) {
+    EXPECT_NE(std::string(refused.what()).find("registry.reg, line 4: '\"Name\"=text' is no registry text"),
+              std::string::npos)
+        << refused.what();
+  }
+}
+
+TEST_F(SimulatedWorkstation, Faults_InjectedAndCut_LeaveTheStateOfThatMoment) {
+  faults::Platform faulty(rig_.machine());
+  platform::KeyHandle key;
+  ASSERT_EQ(
+      faulty.registry().createKey(platform::RegistryRoot::LocalMachine, "Software\\F", platform::KeyAccess::Write, key),
+      status::Ok);
+  faulty.faults().fail("registry.setValue", "F\\Version", status::AccessDenied, 1);
+  const auto set = [&](const char* name) {
+    return faulty.registry().setValue(key, name, platform::ValueType::Text, "1");
+  };
+  EXPECT_EQ(set("Version"), status::AccessDenied);
+  EXPECT_EQ(set("Version"), status::Ok);
+  EXPECT_EQ(set("Other"), status::Ok);
+  EXPECT_EQ(faulty.faults().operations(), 4);
+
+  platform::FileHandle file;
+  ASSERT_EQ(faulty.files().openForAppending("C:\\log.txt", file), status::Ok);
+  faulty.faults().cutPowerBefore(6);
+  EXPECT_THROW(faulty.files().write(file, "12345678"), faults::PowerLoss);
+  EXPECT_THROW(faulty.screen(), faults::PowerLoss) << "nothing works without power";
+  EXPECT_THROW(set("After"), faults::PowerLoss);
+  rig_.restart();
+  EXPECT_EQ(rig_.text("C:\\log.txt"), "1234") << "the write was torn";
+  EXPECT_EQ(rig_.value("Software\\F", "Other"), "1");
+  EXPECT_FALSE(rig_.hasValue("Software\\F", "After"));
+}
+
+}  // namespace
