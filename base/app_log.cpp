@@ -12,6 +12,9 @@ namespace {
 /// From this sum of bytes on, an archive call deletes one file.
 constexpr std::uint64_t ArchiveLimit = 10000001;
 
+/// Characters of a record that the event log takes.
+constexpr std::size_t LongestRecord = 30000;
+
 /// The bold tags stay open: readers of these logs search for this markup as it stands.
 const char* TypeText(int entryType) {
   switch (entryType) {
@@ -71,16 +74,14 @@ void clsAppLog::Log(const std::string& source, int errNumber, const std::string&
                     int entryType) {
   if (description.empty() && errNumber == 0) return;
   const int type = errNumber != 0 && entryType == EntryType::Action ? EntryType::Error : entryType;
-  std::string entry = "<TABLE cellpadding=\"0\" border=\"0\"><TR valign=\"top\"><TD width=\"150\">" +
-                      Stamp(machine_.clock().now()) + "</TD><TD width=\"120\">" + TypeText(type) +
-                      "</TD><TD width=\"550\">" + OnOneLine(description);
-  if (errNumber != 0) entry += "<BR>Source: " + source + " Error No = " + std::to_string(errNumber);
-  entry += "</TD></TR></TABLE>";
+  Entry entry{source, errNumber, description, Row(description, type)};
+  if (errNumber != 0) entry.line += "<BR>Source: " + source + " Error No = " + std::to_string(errNumber);
+  entry.line += "</TD></TR></TABLE>";
   try {
     Write(entry);
-    if (description == "Exit") Write(" ");
-  } catch (const Error& failure) {
-    Report(source, errNumber, description, failure);
+    if (description == "Exit") Write({source, errNumber, description, " "});
+  } catch (const std::exception& failure) {
+    Report(entry, failure);
     return;
   }
   if (showMessage && errNumber != 0) ShowBox(errNumber, description);
@@ -88,26 +89,32 @@ void clsAppLog::Log(const std::string& source, int errNumber, const std::string&
   lastErrDescription_ = description;
 }
 
+std::string clsAppLog::Row(const std::string& description, int type) {
+  return "<TABLE cellpadding=\"0\" border=\"0\"><TR valign=\"top\"><TD width=\"150\">" + Stamp(machine_.clock().now()) +
+         "</TD><TD width=\"120\">" + TypeText(type) + "</TD><TD width=\"550\">" + OnOneLine(description);
+}
+
 void clsAppLog::Log(const std::string& source, const Error& error, bool showMessage) {
   Log(source.empty() ? error.source() : source, error.number(), error.text(), showMessage, EntryType::Action);
 }
 
-void clsAppLog::Write(const std::string& entry) {
+void clsAppLog::Write(const Entry& entry) {
   if (!logToFile_) return;
   if (holding_) {
     held_.push_back(entry);
   } else {
-    WriteLogEntry(entry);
+    WriteLogEntry(entry.line);
   }
 }
 
 void clsAppLog::ReleaseEntries() {
   holding_ = false;
-  const std::vector<std::string> held = std::exchange(held_, {});
-  try {
-    for (const std::string& entry : held) WriteLogEntry(entry);
-  } catch (const Error& failure) {
-    Report("clsAppLog.ReleaseEntries", 0, "", failure);
+  for (const Entry& entry : std::exchange(held_, {})) {
+    try {
+      WriteLogEntry(entry.line);
+    } catch (const std::exception& failure) {
+      Report(entry, failure);
+    }
   }
 }
 
@@ -128,16 +135,17 @@ void clsAppLog::WriteLogEntry(const std::string& entry) {
   require(closed, 9);
 }
 
-void clsAppLog::Report(const std::string& source, int errNumber, const std::string& description, const Error& failure) {
-  if (!silent_) machine_.screen().messageBox({.title = title_, .text = source});
+void clsAppLog::Report(const Entry& entry, const std::exception& failure) {
+  if (!silent_) machine_.screen().messageBox({.title = title_, .text = entry.source});
+  const auto* error = dynamic_cast<const Error*>(&failure);
   const std::string records[] = {
-      "Routine name passed in: " + source,
-      "Description passed in: " + description,
-      "Number passed in : " + std::to_string(errNumber),
-      "Method Log of clsAppLog failed, Error No : " + std::to_string(failure.number()) +
-          " Description : " + failure.text() + LineBreak + "Error Source = " + failure.source(),
+      "Routine name passed in: " + entry.source,
+      "Description passed in: " + entry.description,
+      "Number passed in : " + std::to_string(entry.errNumber),
+      "Method Log of clsAppLog failed, Error No : " + std::to_string(error ? error->number() : GeneralError) +
+          " Description : " + failure.what() + LineBreak + "Error Source = " + (error ? error->source() : ""),
   };
-  for (const std::string& record : records) machine_.eventLog().reportError(title_, record);
+  for (const std::string& record : records) machine_.eventLog().reportError(title_, record.substr(0, LongestRecord));
 }
 
 void clsAppLog::ShowBox(int errNumber, const std::string& description) {
@@ -147,20 +155,25 @@ void clsAppLog::ShowBox(int errNumber, const std::string& description) {
                                 .icon = platform::BoxIcon::Critical});
 }
 
-void clsAppLog::ArchiveLogFile(const std::string& archiveFolder) {
-  // A failed step is logged and the next one runs, so that a failed copy still lets the folder be trimmed.
-  const auto attempt = [this, &archiveFolder](void (clsAppLog::*step)(const std::string&)) {
-    try {
-      (this->*step)(archiveFolder);
-    } catch (const Error& failure) {
-      Log("ArchiveLogFile", failure);
-    }
-  };
+bool clsAppLog::ArchiveLogFile(const std::string& archiveFolder) {
+  bool copied = true;
   if (fso_.FileExists(logFilename_)) {
-    attempt(&clsAppLog::CopyToArchive);
+    copied = Attempt(&clsAppLog::CopyToArchive, archiveFolder);
     machine_.screen().pumpMessages();
   }
-  attempt(&clsAppLog::TrimArchive);
+  Attempt(&clsAppLog::TrimArchive, archiveFolder);
+  return copied;
+}
+
+/// A failed step is logged and the next one runs, so that a failed copy still lets the folder be trimmed.
+bool clsAppLog::Attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder) {
+  try {
+    (this->*step)(archiveFolder);
+    return true;
+  } catch (const Error& failure) {
+    Log("ArchiveLogFile", failure);
+    return false;
+  }
 }
 
 void clsAppLog::CopyToArchive(const std::string& archiveFolder) {
@@ -174,7 +187,11 @@ void clsAppLog::CopyToArchive(const std::string& archiveFolder) {
 
 void clsAppLog::TrimArchive(const std::string& archiveFolder) {
   std::vector<platform::FolderEntry> entries;
-  if (machine_.files().list(archiveFolder, entries) != platform::status::Ok) return;
+  const platform::Status listed = machine_.files().list(archiveFolder, entries);
+  if (listed != platform::status::Ok && !platform::isNotThere(listed)) {
+    throw Error(static_cast<int>(listed), modErrorBase::SystemErrorText(listed) + ": " + archiveFolder,
+                "ArchiveLogFile");
+  }
   std::uint64_t sum = 0;
   std::string first;
   for (const platform::FolderEntry& entry : entries) {

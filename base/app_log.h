@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,8 @@ class clsAppLog {
   void Log(const std::string& source, const Error& error, bool showMessage = false);
 
   /// Copies the log into the folder under a dated name and, when the folder holds too much, deletes its first file.
-  void ArchiveLogFile(const std::string& archiveFolder);
+  /// False when there was a log and it could not be copied; every failure is logged.
+  bool ArchiveLogFile(const std::string& archiveFolder);
 
   /// Appends one line. Raises the system's number with the source "clsAppLog.WriteLogEntry Line no: " + statement.
   void WriteLogEntry(const std::string& entry);
@@ -63,8 +65,18 @@ class clsAppLog {
   bool HoldsEntries() const { return holding_; }
 
  private:
-  void Report(const std::string& source, int errNumber, const std::string& description, const Error& failure);
-  void Write(const std::string& entry);
+  /// One entry, with what is told of it when it cannot be written.
+  struct Entry {
+    std::string source;
+    int errNumber = 0;
+    std::string description;
+    std::string line;
+  };
+
+  void Report(const Entry& entry, const std::exception& failure);
+  void Write(const Entry& entry);
+  bool Attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder);
+  std::string Row(const std::string& description, int type);
   void ShowBox(int errNumber, const std::string& description);
   void CopyToArchive(const std::string& archiveFolder);
   void TrimArchive(const std::string& archiveFolder);
@@ -81,5 +93,5 @@ class clsAppLog {
   std::string folder_;
   bool silent_ = false;
   bool holding_ = false;
-  std::vector<std::string> held_;
+  std::vector<Entry> held_;
 };

@@ -9,6 +9,9 @@
 
 namespace {
 
+/// Characters of a path that the system's ANSI functions take.
+constexpr std::size_t LongestPath = 259;
+
 void Require(platform::Status status, const std::string& path, const char* source) {
   if (status == platform::status::Ok) return;
   throw Error(static_cast<int>(status), modErrorBase::SystemErrorText(status) + ": " + path, source);
@@ -37,6 +40,7 @@ bool clsFso::DriveExists(char letter) {
 
 void clsFso::CreateFolder(const std::string& path) {
   const std::string folder = Normalised(path);
+  if (folder.size() > LongestPath) throw modErrorBase::MakeError(6021, {folder}, "clsFso.CreateFolder");
   if (folder.empty() || FolderExists(folder)) return;
   if (folder.size() == 2 && folder[1] == ':') {
     throw modErrorBase::MakeError(6020, {folder}, "clsFso.CreateFolder");

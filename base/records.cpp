@@ -24,6 +24,16 @@ bool IsNotGiven(const std::string& text) {
   return text.empty() || EqualIgnoringCase(text, NotApplicable) || text == MissingValue;
 }
 
+void RequireStorable(const std::string& text, const std::string& key, const std::string& section,
+                     const std::string& iniFile) {
+  if (text.size() <= modRegistry::LongestText) return;
+  throw Error(GeneralError,
+              "The value of key " + key + " in section [" + section + "] of " + iniFile + " has " +
+                  std::to_string(text.size()) + " characters. Shorten it to " +
+                  std::to_string(modRegistry::LongestText) + ".",
+              "RequireStorable");
+}
+
 std::string ComponentValue(Run& run, const char* value) {
   return modRegistry::ReadOrEmpty(run, run.component.key, value);
 }

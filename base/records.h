@@ -28,6 +28,10 @@ inline constexpr const char* NotApplicable = "N/A";
 /// "N/A" in any case, empty, or the mark of a key that was missing: the three ways of not giving a value.
 bool IsNotGiven(const std::string& text);
 
+/// Raises an error that names the ini key when its text is too long to be read back from a record.
+void RequireStorable(const std::string& text, const std::string& key, const std::string& section,
+                     const std::string& iniFile);
+
 /// Names of the values that more than one procedure reads or writes.
 namespace Value {
 inline constexpr const char* AbortOnFail = "AbortOnFail";

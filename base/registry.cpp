@@ -15,8 +15,8 @@ using platform::KeyHandle;
 using platform::Registry;
 using platform::Status;
 
-constexpr std::size_t TextCapacity = 1024;
-constexpr std::size_t NameCapacity = 255;
+constexpr std::size_t TextCapacity = LongestText + 1;
+constexpr std::size_t NameCapacity = LongestName + 1;
 constexpr std::size_t NumberSize = 4;
 
 /// Whatever the root, messages show this one.
@@ -26,8 +26,13 @@ bool IsMissing(Status status) {
   return status == platform::status::FileNotFound || status == platform::status::BadKey;
 }
 
+/// A key that is open for as long as its scope.
 class OpenKey {
  public:
+  /// Creates the key, or opens it when it is there.
+  OpenKey(Run& run, const std::string& path)
+      : registry_(run.machine.registry()),
+        status_(registry_.createKey(RegistryRoot::LocalMachine, path, KeyAccess::Write, key_)) {}
   OpenKey(Run& run, RegistryRoot root, const std::string& path, KeyAccess access)
       : registry_(run.machine.registry()), status_(registry_.openKey(root, path, access, key_)) {}
   ~OpenKey() {
@@ -67,15 +72,6 @@ std::int32_t NumberOf(const std::string& bytes) {
   return static_cast<std::int32_t>(bits);
 }
 
-/// Opens for writing; a key that is missing is created and tried once more.
-Status OpenForWriting(Run& run, RegistryRoot root, const std::string& keyPath, KeyHandle& key) {
-  Registry& registry = run.machine.registry();
-  const Status opened = registry.openKey(root, keyPath, KeyAccess::SetValue, key);
-  if (!IsMissing(opened)) return opened;
-  RegCreate(run, keyPath);
-  return registry.openKey(root, keyPath, KeyAccess::SetValue, key);
-}
-
 std::string BytesToWrite(const std::string& value, ValueType type) {
   if (type != ValueType::Number) return value;
   const auto number = WholeInteger(value);
@@ -89,12 +85,12 @@ bool IsWritable(ValueType type) {
 
 std::int16_t WriteData(Run& run, RegistryRoot root, const std::string& keyPath, const std::string& valueName,
                        ValueType type, const std::string& data) {
-  KeyHandle key;
-  if (OpenForWriting(run, root, keyPath, key) != platform::status::Ok) return 0;
+  // A key that is missing is created, and the open tried once more.
+  if (IsMissing(OpenKey(run, root, keyPath, KeyAccess::SetValue).status())) RegCreate(run, keyPath);
+  const OpenKey key(run, root, keyPath, KeyAccess::SetValue);
+  if (!key.isOpen()) return 0;
   // The size of a text leaves out its terminating zero; the system adds it where it stores one.
-  const Status written = run.machine.registry().setValue(key, valueName, type, data);
-  run.machine.registry().closeKey(key);
-  return written == platform::status::Ok ? 1 : 0;
+  return run.machine.registry().setValue(key.handle(), valueName, type, data) == platform::status::Ok ? 1 : 0;
 }
 
 std::int16_t DeleteValue(Run& run, RegistryRoot root, const std::string& keyPath, const std::string& valueName) {
@@ -141,12 +137,9 @@ std::int16_t RegListValues(Run& run, const std::string& keyPath, std::vector<std
 }
 
 std::int32_t RegCreate(Run& run, const std::string& keyPath) {
-  KeyHandle key;
-  const Status created = run.machine.registry().createKey(RegistryRoot::LocalMachine, keyPath, KeyAccess::Write, key);
-  if (created != platform::status::Ok) {
+  if (!OpenKey(run, keyPath).isOpen()) {
     throw modErrorBase::MakeError(6165, {ShownRoot + keyPath}, "modRegistry.RegCreate");
   }
-  run.machine.registry().closeKey(key);
   return 0;
 }
 
@@ -192,7 +185,7 @@ std::int16_t DWORDValueGet(Run& run, const std::string& keyPath, const std::stri
   // the log know them so.
   const std::string shown = ShownRoot + std::to_string(key.handle().value);
   Status status = key.status();
-  try {
+  Guarded(run, "modRegistry.DWordValueSave", [&] {
     if (!key.isOpen()) throw modErrorBase::MakeError(6161, {shown}, "DWORDValueGet");
     ValueType type{};
     std::string data;
@@ -201,9 +194,7 @@ std::int16_t DWORDValueGet(Run& run, const std::string& keyPath, const std::stri
       throw modErrorBase::MakeError(6160, {shown + "\\" + valueName}, "DWORDValueGet");
     }
     number = NumberOf(data);
-  } catch (const Error& failure) {
-    LogFailure(run, "modRegistry.DWordValueSave", failure);
-  }
+  });
   return static_cast<std::int16_t>(status);
 }
 
@@ -251,7 +242,9 @@ void WriteNumber(Run& run, const std::string& keyPath, const std::string& valueN
 }
 
 void DeleteIfThere(Run& run, const std::string& keyPath) {
-  if (RegKeyExists(run, keyPath, "")) RegDelete(run, keyPath);
+  if (!RegKeyExists(run, keyPath, "") || RegDelete(run, keyPath) == 0) return;
+  run.log.Log("modRegistry.DeleteIfThere", 0, std::string(ShownRoot) + keyPath + " could not be deleted whole", false,
+              EntryType::Warning);
 }
 
 void RemoveValue(Run& run, const std::string& keyPath, const std::string& valueName) {

@@ -49,6 +49,10 @@ bool RegKeyExists(Run& run, const std::string& keyPath, const std::string& value
 std::int16_t RegListValues(Run& run, const std::string& keyPath, std::vector<std::string>& values,
                            RegistryRoot root = RegistryRoot::LocalMachine);
 
+/// Longest name of a key or value, and longest text, that can be read back.
+inline constexpr std::size_t LongestName = 254;
+inline constexpr std::size_t LongestText = 1023;
+
 // What procedures mostly need: a missing key is an empty value, and is nothing to delete.
 
 /// RegRead, but "" for a key that is not there.
@@ -59,6 +63,7 @@ double ReadNumber(Run& run, const std::string& keyPath, const std::string& value
 std::vector<std::string> SubKeys(Run& run, const std::string& keyPath);
 std::vector<std::string> ValueNames(Run& run, const std::string& keyPath);
 void WriteNumber(Run& run, const std::string& keyPath, const std::string& valueName, std::int32_t number);
+/// Deletes a key with everything below it, if it is there. What could not be deleted is a warning in the log.
 void DeleteIfThere(Run& run, const std::string& keyPath);
 /// Removes one value, if it is there.
 void RemoveValue(Run& run, const std::string& keyPath, const std::string& valueName);

@@ -87,6 +87,7 @@ std::vector<std::string> Split(std::string_view text, char separator) {
 }
 
 std::string Replace(std::string text, std::string_view part, std::string_view by) {
+  if (part.empty()) return text;
   for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + by.size())) {
     text.replace(at, part.size(), by);
   }

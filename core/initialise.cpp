@@ -101,26 +101,45 @@ bool FindProductIni(Run& run) {
   return true;
 }
 
+/// A component that could not be stored, told under its name.
+void CannotStore(Run& run, const std::string& component, StoredComponent end) {
+  const bool missing = end == StoredComponent::IniMissing;
+  const std::string text =
+      "Initilisation of " + component + " failed" +
+      (missing ? " as the product ini file could not be found" : ": " + run.log.LastErrDescription());
+  run.log.Log(Source, 0, text, false, EntryType::Error);
+  SetProductResult(run, false, text);
+  CannotInitialise(run, missing ? "Component ini file not found" : text);
+}
+
 bool StoreComponents(Run& run) {
   int index = 0;
   for (const std::string& component : run.actions) {
-    if (modQXInstallationMain::StoreComponentData(run, component, ++index)) continue;
-    const std::string text = "Initilisation of " + component + " failed as the product ini file could not be found";
-    run.log.Log(Source, 0, text, false, EntryType::Error);
-    SetProductResult(run, false, text);
-    CannotInitialise(run, "Component ini file not found");
+    const StoredComponent end = modQXInstallationMain::StoreComponentData(run, component, ++index);
+    if (end == StoredComponent::Stored) continue;
+    CannotStore(run, component, end);
     return false;
   }
   run.window.ProgressBar(Progress::ComponentsStored);
   return true;
 }
 
+bool StoreApplication(Run& run) {
+  if (modQXInstallationMain::StoreAppData(run)) {
+    run.window.ProgressBar(Progress::AppDataStored);
+    return true;
+  }
+  const std::string text = "The application data could not be stored: " + run.log.LastErrDescription();
+  SetProductResult(run, false, text);
+  CannotInitialise(run, text);
+  return false;
+}
+
 bool PrepareInstall(Run& run) {
   if (!FindAppIni(run) || !FindPackageRoot(run)) return false;
   const std::string known = KnownProductIni(run);
   CarryOutPreInstall(run, known);
-  modQXInstallationMain::StoreAppData(run);
-  run.window.ProgressBar(Progress::AppDataStored);
+  if (!StoreApplication(run)) return false;
   if (!FindProductIni(run)) return false;
   // The actions of a product ini that only the user could find run now.
   if (known.empty()) CarryOutPreInstall(run, run.productIniPath);

@@ -81,7 +81,7 @@ RunEnd RunPackage(Run& run, const std::string& file) {
 
 RunEnd RunProgramOrScript(Run& run, const std::string& file) {
   const bool succeeded =
-      modMain::ExecuteInstall(run, ProgramCommandLine(run, file), false, FolderPart(file), LowerCase(Extension(file)));
+      modMain::ExecuteInstall(run, ProgramCommandLine(run, file), false, FolderPart(file), Extension(file));
   return succeeded ? RunEnd::ToBeJudged : RunEnd::Failed;
 }
 

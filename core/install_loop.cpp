@@ -18,6 +18,7 @@
 #include "env/reboot.h"
 #include "env/shares.h"
 #include "env/uninstall.h"
+#include "exec/guarded_run.h"
 #include "exec/msi_queries.h"
 #include "exec/outcome.h"
 #include "exec/sequence.h"
@@ -49,6 +50,16 @@ bool ResetPosition(Run& run, double lastSequence, int& position) {
                   NumberText(done));
   position = static_cast<int>(RoundedToEven(done + 1));
   return true;
+}
+
+/// Without this record the next round would install the component again.
+bool WriteLastSequence(Run& run) {
+  const std::string number = NumberText(run.component.sequenceNumber);
+  if (modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, number) != 0) return true;
+  const Error error = modErrorBase::MakeError(6087, {"HKLM\\" + ProductKey(run), Value::LastSequence}, Source);
+  LogFailure(run, Source, error);
+  SetProductResult(run, false, error.text());
+  return false;
 }
 
 /// Acts on what the component asked for; an immediate restart does not return.
@@ -99,7 +110,7 @@ bool InstallNext(Run& run, int& position) {
   if (InstallComponent(run) == ComponentEnd::Aborted) return false;
   if (run.resumePending && !ResetPosition(run, lastSequence, position)) return false;
   run.log.Log(Source, 0, "Writing last sequence to register");
-  modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, NumberText(run.component.sequenceNumber));
+  if (!WriteLastSequence(run)) return false;
   ActOnRebootRequest(run);
   ++position;
   return true;

@@ -86,10 +86,7 @@ void WipeProductRecord(Run& run) {
   const bool skip = HoldsSkipPreInstall(run, key);
   const std::string root = RootToKeep(run, key);
   if (skip) run.log.Log(Source, 0, "SkipPreInstall value found.");
-  if (modRegistry::RegDelete(run, key) != 0) {
-    run.log.Log(Source, 0, "The record of an earlier install at HKLM\\" + key + " could not be removed whole", false,
-                EntryType::Warning);
-  }
+  modRegistry::DeleteIfThere(run, key);
   if (!root.empty()) modRegistry::RegWrite(run, key, Value::PackageRoot, root);
   if (!skip) return;
   run.log.Log(Source, 0, "Recreating SkipPreInstall value.");

@@ -5,11 +5,16 @@
 
 #include "base/run.h"
 
+enum class StoredComponent {
+  Failed,  ///< the log's last entry says why
+  IniMissing,
+  Stored,  ///< or passed over, as an entry without a value is
+};
+
 namespace modQXInstallationMain {
 
 /// Writes the record of the component whose entry in the product ini's [Actions] section bears this name; `index` is
-/// its place in the product, counted from 1. An entry without a value is a warning and writes nothing. False when the
-/// component's ini file is missing or the record could not be made; the log says why.
-bool StoreComponentData(Run& run, const std::string& component, int index);
+/// its place in the product, counted from 1. An entry without a value is a warning and writes nothing.
+StoredComponent StoreComponentData(Run& run, const std::string& component, int index);
 
 }  // namespace modQXInstallationMain

@@ -11,6 +11,7 @@
 #include "base/text.h"
 #include "core/closedown.h"
 #include "core/discovery.h"
+#include "exec/captions.h"
 #include "exec/outcome.h"
 
 namespace {
@@ -29,57 +30,57 @@ struct RecordedKey {
   const char* defaultText;
   Need need;
   Form form;
-  void (*tell)(Run&, const std::string&);
+  void (*then)(Run&, const std::string&);  ///< what follows from the value; null for nothing
 };
 
-void TellNothing(Run&, const std::string&) {}
-
-void TellVersion(Run& run, const std::string& version) {
+void InstallVersion(Run& run, const std::string& version) {
   modRegistry::RegWrite(run, ProductKey(run), Value::Version, version);
   run.log.Log(Source, 0, "Installing " + run.productName + " Version " + version);
 }
 
-void TellVerbose(Run& run, const std::string& verbose) {
+void UseVerbose(Run& run, const std::string& verbose) {
   run.log.Log(Source, 0, "Verbose setting is " + verbose);
   run.verbose = run.verbose || IsTrue(verbose);
 }
 
-void TellSilent(Run& run, const std::string& silent) {
+void LogSilent(Run& run, const std::string& silent) {
   run.log.Log(Source, 0, "Silent running is " + silent);
 }
 
-void TellPreviousVolume(Run& run, const std::string& volume) {
+void LogPreviousVolume(Run& run, const std::string& volume) {
   if (!IsNotGiven(volume)) run.log.Log(Source, 0, "This is part of a multi-disk installation. ");
 }
 
 constexpr RecordedKey identity[] = {
-    {RecordKey::Products, Value::Product, "Product", "Name", MissingValue, Need::Required, Form::Text, TellNothing},
+    {RecordKey::Products, Value::Product, "Product", "Name", MissingValue, Need::Required, Form::Text, nullptr},
     {RecordKey::Product, Value::AbortOnFail, "Product", "AbortOnFail", MissingValue, Need::Required, Form::Truth,
-     TellNothing},
+     nullptr},
 };
 
 constexpr RecordedKey settings[] = {
     {RecordKey::Products, "Force Uninstall Reboot", "Product", "ForceUninstallReboot", "False", Need::Required,
-     Form::Text, TellNothing},
-    {RecordKey::Products, Value::Version, "Product", "Version", MissingValue, Need::Required, Form::Text, TellVersion},
-    {RecordKey::Products, Value::Verbose, "Config", "Verbose", MissingValue, Need::Required, Form::Truth, TellVerbose},
-    {RecordKey::Products, Value::Silent, "Config", "Silent", MissingValue, Need::Required, Form::Truth, TellSilent},
+     Form::Text, nullptr},
+    {RecordKey::Products, Value::Version, "Product", "Version", MissingValue, Need::Required, Form::Text,
+     InstallVersion},
+    {RecordKey::Products, Value::Verbose, "Config", "Verbose", MissingValue, Need::Required, Form::Truth, UseVerbose},
+    {RecordKey::Products, Value::Silent, "Config", "Silent", MissingValue, Need::Required, Form::Truth, LogSilent},
     {RecordKey::Product, Value::RequestLogon, "Config", "RequestLogonDetails", MissingValue, Need::Required,
-     Form::Truth, TellNothing},
+     Form::Truth, nullptr},
     {RecordKey::Product, "PreviousVolumeName", "Product", "PreviousVolumeName", "", Need::Optional, Form::Text,
-     TellPreviousVolume},
+     LogPreviousVolume},
     {RecordKey::Product, Value::NextVolumeName, "Product", "NextVolumeName", MissingValue, Need::Optional, Form::Text,
-     TellNothing},
-    {RecordKey::Product, "CopyOpRoot", "Product", "CopyOpRoot", MissingValue, Need::Required, Form::Text, TellNothing},
-    {RecordKey::Product, "CopyOpHold", "Product", "CopyOpHold", MissingValue, Need::Required, Form::Text, TellNothing},
+     nullptr},
+    {RecordKey::Product, "CopyOpRoot", "Product", "CopyOpRoot", MissingValue, Need::Required, Form::Text, nullptr},
+    {RecordKey::Product, "CopyOpHold", "Product", "CopyOpHold", MissingValue, Need::Required, Form::Text, nullptr},
 };
 
 void Store(Run& run, const RecordedKey& row) {
   const std::string read =
       modINI::GetIniString(run, row.section, row.key, row.defaultText, run.appIniPath, row.need == Need::Optional);
   const std::string text = row.form == Form::Truth ? TrueOrFalse(IsTrue(read)) : read;
+  RequireStorable(text, row.key, row.section, run.appIniPath);
   modRegistry::RegWrite(run, KeyOf(run, row.holder), row.value, text);
-  row.tell(run, text);
+  if (row.then != nullptr) row.then(run, text);
 }
 
 void StoreStartSettings(Run& run) {
@@ -188,15 +189,16 @@ void KeepFirstOfEach(Run& run) {
 
 namespace modQXInstallationMain {
 
-void StoreAppData(Run& run) {
-  Guarded(run, Source, [&] {
-    run.window.Status("Storing data in Registry");
+bool StoreAppData(Run& run) {
+  return Guarded(run, Source, [&] {
+    run.window.Status(modLanguage::Text(run, modLanguage::Caption::StoringData));
     run.log.Log(Source, 0, "Writing application data to registry.");
     for (const RecordedKey& row : identity) Store(run, row);
     StoreStartSettings(run);
     for (const RecordedKey& row : settings) Store(run, row);
     StorePaths(run);
     ReadForcedLists(run);
+    return true;
   });
 }
 

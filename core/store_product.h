@@ -6,8 +6,8 @@
 namespace modQXInstallationMain {
 
 /// Product part: the application ini's values, under the products key and under the product's own, and the lists of
-/// forced uninstalls and deletes.
-void StoreAppData(Run& run);
+/// forced uninstalls and deletes. False after a failure, which is logged.
+bool StoreAppData(Run& run);
 
 /// Version part: compares the product ini's version with the recorded one, and lists the product's components. A
 /// difference that the user does not accept (a silent run accepts none) ends the program (throws ProgramEnd).

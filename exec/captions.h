@@ -17,6 +17,7 @@ inline constexpr int CheckingPreInstall = 1013;
 inline constexpr int CheckingDriveSpace = 1016;
 inline constexpr int Installing = 1018;
 inline constexpr int Rebooting = 1019;
+inline constexpr int StoringData = 1021;
 inline constexpr int Uninstalling = 1022;
 inline constexpr int WindowTitle = 1026;
 inline constexpr int Welcome = 1027;

@@ -21,10 +21,6 @@ constexpr std::int16_t NewerOnServer = 2;
 constexpr std::int16_t Copied = 3;
 }  // namespace CopyResult
 
-std::string NumberedTarget(int number) {
-  return "CopyOpTarget" + std::to_string(number);
-}
-
 void LogAlreadyThere(Run& run) {
   run.log.Log("StartCopyOp", 0,
               "Version " + run.component.productVersion + " of component " + run.component.name +
@@ -69,6 +65,14 @@ std::int16_t CarryOut(Run& run, char code, std::string& installPath, CopyTargets
 
 }  // namespace
 
+std::string NumberedTarget(int number) {
+  return "CopyOpTarget" + std::to_string(number);
+}
+
+std::string CopyTargetListKey(const std::string& componentKey) {
+  return componentKey + "\\CopyOpTargetList";
+}
+
 bool ReadIniCopyOps(Run& run, std::vector<std::string>& targets, const std::string& section,
                     const std::string& iniFile) {
   targets.clear();
@@ -84,7 +88,7 @@ bool ReadIniCopyOps(Run& run, std::vector<std::string>& targets, const std::stri
 
 void ReadRegCopyOps(Run& run, CopyTargets& targets, const std::string& componentKey) {
   Guarded(run, "ReadRegCopyOps", [&] {
-    const std::string list = componentKey + "\\CopyOpTargetList";
+    const std::string list = CopyTargetListKey(componentKey);
     targets = {};
     targets.appendPath = !modRegistry::RegKeyExists(run, list, "");
     if (targets.appendPath) {

@@ -17,6 +17,10 @@ struct CopyTargets {
   std::string first() const { return folders.empty() ? std::string() : folders.front(); }
 };
 
+/// Name of the n-th target's key or value, and the key below a component's that holds the values.
+std::string NumberedTarget(int number);
+std::string CopyTargetListKey(const std::string& componentKey);
+
 /// Reads the numbered keys "CopyOpTarget1", "CopyOpTarget2", ... of a component ini's section up to the first empty
 /// one. True when there is at least one.
 bool ReadIniCopyOps(Run& run, std::vector<std::string>& targets, const std::string& section,

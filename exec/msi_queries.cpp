@@ -49,13 +49,18 @@ std::string* Field(PackageData& data, const std::string& property) {
   return property == "ProductCode" ? &data.code : nullptr;
 }
 
-void ReadRecords(WindowsInstaller& installer, InstallerHandle view, PackageData& data) {
+void ReadRecords(Run& run, InstallerHandle view, PackageData& data) {
+  WindowsInstaller& installer = run.machine.installer();
   for (;;) {
     OpenHandle record(installer);
     if (installer.fetch(view, record.get()) != platform::status::Ok) return;
     std::string property;
     installer.recordText(record.get(), 1, RecordCapacity, property);
-    if (std::string* field = Field(data, property)) installer.recordText(record.get(), 2, RecordCapacity, *field);
+    std::string* field = Field(data, property);
+    if (field == nullptr) continue;
+    if (installer.recordText(record.get(), 2, RecordCapacity, *field) == platform::status::Ok) continue;
+    run.log.Log("GetMsiData", 0, property + " of the package could not be read; it may be longer than 99 characters",
+                false, EntryType::Warning);
   }
 }
 
@@ -72,7 +77,7 @@ PackageData ReadPackage(Run& run, const std::string& package) {
   require(installer.openView(database.get(), PropertyQuery, view.get()) == platform::status::Ok, 6142);
   require(installer.executeView(view.get()) == platform::status::Ok, 6143);
   PackageData data;
-  ReadRecords(installer, view.get(), data);
+  ReadRecords(run, view.get(), data);
   return data;
 }
 

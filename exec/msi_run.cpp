@@ -46,10 +46,14 @@ void UninstallOlder(Run& run, const std::string& installedVersion) {
   OneMSIExec(run);
 }
 
+bool AsksForRestart(std::int32_t code) {
+  return code == 1641 || code == 3010 || code == 3011;
+}
+
 void JudgeMsiexec(Run& run, std::int32_t code) {
   constexpr const char* source = "modQXInstallationMain.ExecuteMSI";
   if (code == 0) return;
-  if (code == 1641 || IsSuccessCode(code)) {
+  if (AsksForRestart(code)) {
     run.log.Log(source, 0, "Rebooting to complete the installation");
     modRegistry::RegWrite(run, InstallationKey, Value::Reboot, "immediate");
     return;

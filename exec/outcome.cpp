@@ -18,17 +18,17 @@ struct Verdict {
 
 /// The verdict's text with what the component said about it. The values are read directly under the root, where as a
 /// rule nobody writes them: support's macros expect the entry as it is.
-std::string WithReturnedValues(Run& run, const std::string& text, const char* messageLabel) {
-  const struct {
+std::string FailureText(Run& run) {
+  constexpr struct {
     const char* value;
     const char* label;
   } returned[] = {
-      {"Message", messageLabel},
+      {"Message", "Install Message Returned: "},
       {"Message Type", "Install Message Type : "},
       {"Message Cause", "Message Cause returned : "},
       {"Message Solution", "Message Solution returned : "},
   };
-  std::string all = text + "<BR>";
+  std::string all = "*** Install Failed ***<BR>";
   for (const auto& part : returned) {
     const std::string value = modRegistry::RegRead(run, "", part.value);
     if (!value.empty()) all += part.label + value + "<BR>";
@@ -60,7 +60,7 @@ Verdict Judge(Run& run, const std::string& processReturn, const std::string& ins
   if (processReturn == "Pass") return {"*** Install was successfull ***", EntryType::Action, true};
   if (processReturn == "Fail") {
     run.installSuccess = false;
-    return {WithReturnedValues(run, "*** Install Failed ***", "Install Message Returned: "), EntryType::Error, false};
+    return {FailureText(run), EntryType::Error, false};
   }
   if (LowerCase(installType) == "msi") return JudgePackage(run);
   return {" Install returned no errors", EntryType::Action, true};
@@ -122,7 +122,9 @@ void SetProductResult(Run& run, bool succeeded, const std::string& reason) {
       modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
     } else if (!reason.empty()) {
       const std::string before = modRegistry::ReadOrEmpty(run, key, Value::AbortReason);
-      modRegistry::RegWrite(run, key, Value::AbortReason, WithLine(before, reason));
+      const std::string reasons = WithLine(before, reason);
+      // A longer text could not be read back, and would take the earlier reasons with it.
+      if (reasons.size() <= modRegistry::LongestText) modRegistry::RegWrite(run, key, Value::AbortReason, reasons);
     }
   });
 }

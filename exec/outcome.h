@@ -1,11 +1,8 @@
 // Judging a component after it ran, and the result of the whole product.
 #pragma once
 
-#include <exception>
 #include <string>
-#include <utility>
 
-#include "base/error_handler.h"
 #include "base/run.h"
 
 namespace modQXInstallationMain {
@@ -23,17 +20,3 @@ void SetProductResult(Run& run, bool succeeded, const std::string& reason);
 
 /// True unless the product is marked as failed; then `reason` gets its reasons, one a line.
 bool GetProductResult(Run& run, std::string& reason);
-
-/// The error handler of procedures without which the run has not succeeded: a failure is logged under `source` and also
-/// marks the product as failed. True when the body came to its end.
-template <class Body>
-bool GuardedRun(Run& run, const std::string& source, Body&& body) {
-  try {
-    std::forward<Body>(body)();
-    return true;
-  } catch (const std::exception& failure) {
-    LogFailure(run, source, failure);
-    SetProductResult(run, false, failure.what());
-    return false;
-  }
-}

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/error_handler.h"
+#include "base/error_texts.h"
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
@@ -56,6 +57,7 @@ std::int32_t GoShell(Run& run, const std::string& commandLine, const std::string
                 "CreateProcess(vbNullString," + commandLine + ", udtSecAtt1, udtSecAtt2, False," +
                     std::to_string(loggedFlags) + ", 0&," + workingFolder + ", udtStartInfo, udtProcInfo)",
                 false, EntryType::Error);
+    run.log.Log("GoShell", 0, "The system's reason: " + modErrorBase::SystemErrorText(started));
   }
   run.machine.screen().pumpMessages();
   return result;

@@ -19,8 +19,8 @@ std::int32_t WaitForTermination(Run& run, platform::StartedProcess process);
 namespace modMain {
 
 /// Runs an executable or script component and judges its exit code: true when the installation is to be treated as
-/// successful. `fileType` is the file's extension ("exe" and "vbs" are known, letter case matters); the boolean is
-/// accepted and not used. Writes "Process Return" and "Message" of the component's record.
+/// successful. `fileType` is the file's extension ("exe" and "vbs" are known; in other letters they are not); the
+/// boolean is accepted and not used. Writes "Process Return" and "Message" of the component's record.
 bool ExecuteInstall(Run& run, const std::string& commandLine, bool unused, const std::string& workingFolder,
                     const std::string& fileType);
 
