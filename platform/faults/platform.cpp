@@ -153,9 +153,9 @@ Status Processes::start(const std::string& commandLine, const std::string& worki
                 [&] { return inner_.start(commandLine, workingFolder, showWindow, started); });
 }
 
-void Processes::waitForInputIdle(const StartedProcess& started) {
+platform::WaitResult Processes::waitForInputIdle(const StartedProcess& started, std::uint32_t milliseconds) {
   faults_.requirePower();
-  inner_.waitForInputIdle(started);
+  return inner_.waitForInputIdle(started, milliseconds);
 }
 
 platform::WaitResult Processes::wait(const StartedProcess& started, std::uint32_t milliseconds) {

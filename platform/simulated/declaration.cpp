@@ -82,6 +82,7 @@ class Loader {
   void answer(const Section& section);
   void choose(const Section& section);
   void person(const Section& section);
+  void logon(const Section& section);
 
   /// A path of the host; a relative one starts where the file is.
   std::string hostPath(const std::string& path) const;
@@ -104,7 +105,7 @@ void Loader::load() {
       {"product", &Loader::product}, {"package", &Loader::package},
       {"program", &Loader::program}, {"running", &Loader::running},
       {"answer", &Loader::answer},   {"choose", &Loader::choose},
-      {"person", &Loader::person}};
+      {"person", &Loader::person},   {"logon", &Loader::logon}};
   const std::string text = ReadHostFile(file_);
   if (text.empty()) Refuse(file_ + ": is missing or empty; write a machine declaration there, from [machine] on");
   for (const Section& section : ParseSections(file_, text)) {
@@ -288,6 +289,15 @@ void Loader::choose(const Section& section) {
 
 void Loader::person(const Section& section) {
   Assign(file_, section, {{"press", [&](const std::string& v) { workstation_.screen().press(FindEvent(v)); }}});
+}
+
+void Loader::logon(const Section& section) {
+  PasswordScript script;
+  Assign(file_, section,
+         {{"password", [&](const std::string& v) { script.password = v; }},
+          {"again", [&](const std::string& v) { script.confirmation = v; }},
+          {"cancel", [&](const std::string& v) { script.cancel = ParseYes(v); }}});
+  workstation_.screen().type(script);
 }
 
 std::string DescribeDrive(const Drive& drive, bool ownFolder) {

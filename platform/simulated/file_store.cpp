@@ -49,8 +49,9 @@ Drive* Files::drive(char letter) {
 void Files::setDrive(Drive drive) {
   drive.letter = UpperLetter(drive.letter);
   if (drive.letter < 'A' || drive.letter > 'Z') Refuse("drive '" + std::string(1, drive.letter) + "': name it A to Z");
-  if (drive.ready && !std::filesystem::is_directory(drive.folder))
+  if (drive.ready && !IsHostFolder(drive.folder))
     Refuse("drive " + std::string(1, drive.letter) + ": the folder '" + drive.folder + "' is not there; create it");
+  folders_.clear();
   drives_[drive.letter] = std::move(drive);
 }
 
@@ -125,17 +126,32 @@ Files::Place Files::locate(const std::string& path) {
     place.status = InvalidName;
     return place;
   }
-  const std::vector<std::string> names = NamesOf(full.substr(2));
-  place.host = place.drive->folder;
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    const std::string found = FindHostEntry(place.host, names[i]);
-    const bool last = i + 1 == names.size();
-    if (found.empty() && (!last || !std::filesystem::is_directory(place.host))) return place;
-    if (found.empty()) place.status = status::FileNotFound;
-    place.host += "/" + (found.empty() ? names[i] : found);
-  }
-  if (names.empty() || place.status != status::FileNotFound) fillIn(place);
+  const std::size_t last = full.rfind('\\');
+  const std::string name = full.substr(last + 1);
+  const std::string folder = hostFolder(*place.drive, full.substr(0, last));
+  if (folder.empty()) return place;
+  place.host = name.empty() ? folder : folder + "/" + name;
+  fillIn(place);
+  if (place.status == status::Ok) return place;
+  const std::string found = FindHostEntry(folder, name);
+  place.status = status::FileNotFound;
+  if (found.empty()) return place;
+  place.host = folder + "/" + found;
+  fillIn(place);
   return place;
+}
+
+/// The host's folder for a full path to a folder, without trailing backslash; "" when there is no such folder. Most
+/// paths of a run share few folders: those found once are remembered, and looked at again each time.
+std::string Files::hostFolder(const Drive& drive, const std::string& full) {
+  if (full.size() <= 2) return drive.folder;
+  std::string& known = folders_[Lower(full)];
+  if (IsHostFolder(known)) return known;
+  const std::size_t last = full.rfind('\\');
+  const std::string parent = hostFolder(drive, full.substr(0, last));
+  const std::string name = parent.empty() ? "" : FindHostEntry(parent, full.substr(last + 1));
+  known = name.empty() ? "" : parent + "/" + name;
+  return IsHostFolder(known) ? known : "";
 }
 
 void Files::put(const std::string& path, const std::string& bytes) {

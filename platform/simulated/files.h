@@ -100,6 +100,7 @@ class Files : public platform::Files {
 
   Drive* drive(char letter);
   Place locate(const std::string& path);
+  std::string hostFolder(const Drive& drive, const std::string& full);
   static void fillIn(Place& place);
   static std::uint32_t attributesOf(const Place& place);
   bool isOpen(const std::string& host) const;
@@ -110,6 +111,7 @@ class Files : public platform::Files {
 
   Journal& journal_;
   std::map<char, Drive> drives_;
+  std::map<std::string, std::string> folders_;  ///< host folders of lower-case full paths
   std::map<std::uintptr_t, OpenFile> open_;
   std::uintptr_t nextHandle_ = 1;
   std::string currentFolder_ = "C:\\";

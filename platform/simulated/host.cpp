@@ -51,6 +51,11 @@ void MakeHostFolder(const std::string& path) {
   if (failure) Refuse(path + ": cannot be created: " + failure.message());
 }
 
+bool IsHostFolder(const std::string& path) {
+  struct stat facts {};
+  return !path.empty() && stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
+}
+
 std::string FindHostEntry(const std::string& folder, const std::string& name) {
   struct stat facts {};
   if (stat((folder + "/" + name).c_str(), &facts) == 0) return name;

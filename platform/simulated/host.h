@@ -11,6 +11,7 @@ std::string ReadHostFile(const std::string& path);
 void WriteHostFile(const std::string& path, const std::string& bytes);
 /// Creates the folder with its parents; raises std::runtime_error when that fails.
 void MakeHostFolder(const std::string& path);
+bool IsHostFolder(const std::string& path);
 /// The entry of the folder whose name matches without regard to letter case, as it is spelt there; "" when none does.
 std::string FindHostEntry(const std::string& folder, const std::string& name);
 

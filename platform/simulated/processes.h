@@ -36,7 +36,9 @@ class Processes : public platform::Processes {
 
   platform::Status start(const std::string& commandLine, const std::string& workingFolder, std::uint16_t showWindow,
                          platform::StartedProcess& started) override;
-  void waitForInputIdle(const platform::StartedProcess&) override {}
+  platform::WaitResult waitForInputIdle(const platform::StartedProcess&, std::uint32_t) override {
+    return platform::WaitResult::Signalled;
+  }
   platform::WaitResult wait(const platform::StartedProcess& started, std::uint32_t milliseconds) override;
   platform::Status exitCode(const platform::StartedProcess& started, std::int32_t& exitCode) override;
   void close(std::uintptr_t& handle) override;

@@ -83,7 +83,22 @@ void Screen::pumpMessages() {
   }
 }
 
+void Screen::pressAtPump(int count, WindowEvent event) {
+  atPump(count, [this, event] {
+    journal_.record(std::string("person: ") + EventNames[static_cast<int>(event)]);
+    pumped_.push_back(event);
+  });
+}
+
+std::optional<WindowEvent> Screen::takeEvent() {
+  if (pumped_.empty()) return std::nullopt;
+  const WindowEvent event = pumped_.front();
+  pumped_.pop_front();
+  return event;
+}
+
 WindowEvent Screen::waitForEvent() {
+  if (const std::optional<WindowEvent> event = takeEvent()) return *event;
   if (events_.empty()) {
     journal_.unscripted.push_back("the program waits for a person to use the main window, and nothing is scripted");
     return WindowEvent::Close;
@@ -126,6 +141,24 @@ std::optional<std::string> Screen::chooseFile(const platform::OpenFileRequest& r
   journal_.record("file dialog \"" + request.title + "\" -> " + (path.empty() ? "cancelled" : path));
   if (path.empty()) return std::nullopt;
   return path;
+}
+
+bool Screen::askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) {
+  journal_.record("password window \"" + request.title + "\": " + request.message);
+  while (!passwords_.empty()) {
+    const PasswordScript script = passwords_.front();
+    passwords_.pop_front();
+    if (!script.cancel && !accept(script.password, script.confirmation)) continue;
+    journal_.record(script.cancel ? "password window cancelled" : "password window accepted");
+    return !script.cancel;
+  }
+  journal_.unscripted.push_back("password window \"" + request.title + "\"");
+  return false;
+}
+
+bool Screen::openDocument(const std::string& path) {
+  if (browser_) journal_.record("document opened " + path);
+  return browser_;
 }
 
 bool Screen::addTrayIcon(const std::string& tip) {
@@ -184,6 +217,7 @@ std::vector<std::string> Screen::unused() const {
   std::vector<std::string> all;
   for (const BoxScript& box : boxes_) all.push_back("answer to box \"" + box.title + "\" " + box.textPart);
   for (const FileScript& file : files_) all.push_back("choice in file dialog \"" + file.title + "\"");
+  for (const PasswordScript& script : passwords_) all.push_back("password " + script.password);
   for (const WindowEvent event : events_) all.push_back(std::string("press ") + EventNames[static_cast<int>(event)]);
   return all;
 }
@@ -199,6 +233,7 @@ void Screen::clear() {
   texts_.clear();
   enabled_.clear();
   trayTip_.clear();
+  pumped_.clear();
 }
 
 }  // namespace simulated

@@ -20,6 +20,13 @@ struct BoxScript {
   std::function<void()> before = {};  ///< what the person does first, such as changing a disc
 };
 
+/// What a person does in the password window: type two texts and press OK, or cancel it.
+struct PasswordScript {
+  std::string password;
+  std::string confirmation;
+  bool cancel = false;
+};
+
 /// What the next open-file dialog of that title yields; an empty path cancels it.
 struct FileScript {
   std::string title;
@@ -45,9 +52,12 @@ class Screen : public platform::Screen {
   int statusTextHeight(const std::string& text) override;
   void showStatusScrollBar(bool shown) override { scrollBar_ = shown; }
   void pumpMessages() override;
+  std::optional<platform::WindowEvent> takeEvent() override;
   platform::WindowEvent waitForEvent() override;
   platform::BoxAnswer messageBox(const platform::MessageBoxRequest& request) override;
   std::optional<std::string> chooseFile(const platform::OpenFileRequest& request) override;
+  bool askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) override;
+  bool openDocument(const std::string& path) override;
   void setBusyCursor(bool busy) override { busyCursor_ = busy; }
   bool addTrayIcon(const std::string& tip) override;
   void removeTrayIcon() override;
@@ -63,12 +73,17 @@ class Screen : public platform::Screen {
   void answer(BoxScript script) { boxes_.push_back(std::move(script)); }
   void choose(FileScript script) { files_.push_back(std::move(script)); }
   void press(platform::WindowEvent event) { events_.push_back(event); }
+  void type(PasswordScript script) { passwords_.push_back(std::move(script)); }
+  /// What a person does with the window at the n-th pump of messages from now, while the program is at work.
+  void pressAtPump(int count, platform::WindowEvent event);
   /// Something that happens at the n-th pump of messages from now, such as a person pulling out a disc.
   void atPump(int count, std::function<void()> action);
   /// A window of another program.
   platform::WindowHandle addWindow(const std::string& className, const std::string& caption);
   /// Without a notification area no icon can be added.
   void setTray(bool there) { tray_ = there; }
+  /// Without a browser no document opens.
+  void setBrowser(bool there) { browser_ = there; }
   std::vector<std::string> unused() const;
 
   // What is on the screen.
@@ -103,10 +118,13 @@ class Screen : public platform::Screen {
   bool scrollBar_ = false;
   bool busyCursor_ = false;
   bool tray_ = true;
+  bool browser_ = true;
   std::string trayTip_;
   std::deque<BoxScript> boxes_;
   std::deque<FileScript> files_;
+  std::deque<PasswordScript> passwords_;
   std::deque<platform::WindowEvent> events_;
+  std::deque<platform::WindowEvent> pumped_;
   std::multimap<int, std::function<void()>> pumpActions_;
   int pumps_ = 0;
 };

@@ -54,16 +54,25 @@ void WindowsInstaller::reload() {
   }
 }
 
+/// Where the product stands in the sorted list, or would stand.
+std::vector<Product>::iterator WindowsInstaller::place(const std::string& code) {
+  return std::lower_bound(
+      products_.begin(), products_.end(), code,
+      [](const Product& product, const std::string& wanted) { return CompareText(product.code, wanted) < 0; });
+}
+
 std::vector<Product>::iterator WindowsInstaller::find(const std::string& code) {
-  return std::find_if(products_.begin(), products_.end(), [&](const Product& p) { return SameText(p.code, code); });
+  const auto there = place(code);
+  return there != products_.end() && SameText(there->code, code) ? there : products_.end();
 }
 
 void WindowsInstaller::install(const Product& product) {
   const auto there = find(product.code);
-  if (there != products_.end()) products_.erase(there);
-  const auto behind = std::find_if(products_.begin(), products_.end(),
-                                   [&](const Product& p) { return CompareText(p.code, product.code) > 0; });
-  products_.insert(behind, product);
+  if (there == products_.end()) {
+    products_.insert(place(product.code), product);
+  } else {
+    *there = product;
+  }
   const std::string key = std::string(ProductsKey) + "\\" + product.code;
   registry_.putText(key, "InstalledProductName", product.name);
   registry_.putText(key, "VersionString", product.version);

@@ -62,6 +62,7 @@ class WindowsInstaller : public platform::WindowsInstaller {
   };
   struct Request;
 
+  std::vector<Product>::iterator place(const std::string& code);
   std::vector<Product>::iterator find(const std::string& code);
   Declared* findPackage(const std::string& path);
   Declared* findByCode(const std::string& code, const std::string& version);

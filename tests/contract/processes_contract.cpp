@@ -17,7 +17,7 @@ class Processes : public Test {
   std::int32_t run(const std::string& commandLine, const std::string& folder) {
     StartedProcess started;
     EXPECT_EQ(processes().start(commandLine, folder, 0, started), status::Ok) << commandLine;
-    processes().waitForInputIdle(started);
+    EXPECT_NE(processes().waitForInputIdle(started, 20000), WaitResult::TimedOut) << commandLine;
     EXPECT_EQ(processes().wait(started, 20000), WaitResult::Signalled) << commandLine;
     std::int32_t code = 0;
     EXPECT_EQ(processes().exitCode(started, code), status::Ok);
