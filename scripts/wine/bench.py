@@ -1,6 +1,6 @@
 """Measures the real program under Wine: its own time per component, its start-up and its memory.
 
-usage: bench.py EMPTY-PROGRAM   (built the same way, to compare with)
+usage: bench.py KEEPER EMPTY-PROGRAM ...   (a program that never ends; programs built the same way, to compare with)
 """
 import os
 import re
@@ -60,28 +60,32 @@ def print_components():
     print('  %-16s %7.0f ms' % ('mean', statistics.mean(seconds for _, seconds in turns) * 1000))
 
 
-def print_start_up(empty):
+def print_start_up(keeper, *empty):
     with Machine(os.path.join(OUT, 'bench', 'machine')) as machine:
+        commands = {'the program, without an ini': ('C:\\' + PROGRAM, '/s', '/is=C:\\nowhere.ini')}
         shutil.copy(os.path.join(OUT, 'win64', PROGRAM), machine.host('C:\\' + PROGRAM))
-        shutil.copy(empty, machine.host('C:\\empty.exe'))
-        commands = (('C:\\empty.exe',), ('C:\\' + PROGRAM, '/s', '/is=C:\\nowhere.ini'))
-        for command in commands:  # the first start of anything starts the machine
-            start(machine, *command)
-        (empty_time, empty_memory), (time_, memory) = (
-            [statistics.median(column) for column in zip(*(start(machine, *command) for _ in range(REPEATS)))]
-            for command in commands)
-    print('\nStart to end of a run without an ini, beside an empty program (medians of %d)' % REPEATS)
-    print('  time     %6.0f ms   empty %6.0f ms   %.2f times (at most 1.5)' % (
-        time_ * 1000, empty_time * 1000, time_ / empty_time))
-    print('  memory   %6.1f MB   empty %6.1f MB   %.2f times (at most 1.5)' % (
-        memory / 1024, empty_memory / 1024, memory / empty_memory))
+        for file in empty:
+            name = os.path.basename(file)
+            shutil.copy(file, machine.host('C:\\' + name))
+            commands[name] = ('C:\\' + name,)
+        machine.keep_awake(keeper)
+        figures = {}
+        for name, command in commands.items():
+            start(machine, *command)  # the first start of anything is a slow one
+            figures[name] = [statistics.median(column) for column in zip(*(start(machine, *command)
+                                                                           for _ in range(REPEATS)))]
+    print('\nStart to end, and peak memory (medians of %d; the program: at most 1.5 times the empty one)' % REPEATS)
+    seconds, kilobytes = next(iter(figures.values()))
+    for name, (own_seconds, own_kilobytes) in figures.items():
+        print('  %-28s %6.0f ms (%.2f)   %6.1f MB (%.2f)' % (
+            name, own_seconds * 1000, seconds / own_seconds, own_kilobytes / 1024, kilobytes / own_kilobytes))
 
 
 def main():
     with Screen():
         ensure_prototype()
         print_components()
-        print_start_up(sys.argv[1])
+        print_start_up(*sys.argv[1:])
 
 
 if __name__ == '__main__':

@@ -97,6 +97,7 @@ class Machine:
     def __init__(self, folder, windows='win2003'):
         self.folder = os.path.abspath(folder)
         self._overrides = ''
+        self._keeper = None
         shutil.rmtree(self.folder, ignore_errors=True)
         os.makedirs(os.path.dirname(self.folder), exist_ok=True)
         subprocess.run(['cp', '-al', PROTOTYPE, self.folder], check=True)
@@ -162,11 +163,18 @@ class Machine:
             process.wait(10)
             raise TimeoutError('%s did not end within %d s' % (' '.join(command), timeout))
 
+    def keep_awake(self, keeper):
+        """Runs a program that never ends, so that others find the machine running and need not start it."""
+        shutil.copy(keeper, self.host('C:\\keeper.exe'))
+        self._keeper = self.start('C:\\keeper.exe')
+
     def stop(self):
         """Ends whatever runs and has the registry written."""
         server = WINE.replace('wine64', 'wineserver')
         subprocess.run([server, '-k'], env=_environment(self.folder), stderr=subprocess.DEVNULL)
         subprocess.run([server, '-w'], env=_environment(self.folder), stderr=subprocess.DEVNULL, timeout=60)
+        if self._keeper:
+            self._keeper.wait(10)
 
     def registry(self, hive='system'):
         """What the registry holds now; stops the machine (the next program starts it again)."""

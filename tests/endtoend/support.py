@@ -67,6 +67,12 @@ class WineTest(unittest.TestCase):
         screen()
         cls.machine = Machine(os.path.join(OUT, 'endtoend', 'machines', cls.__qualname__))
         cls.addClassCleanup(cls.machine.stop)
+        cls.prepare()
+        cls.machine.keep_awake(tool('keeper'))
+
+    @classmethod
+    def prepare(cls):
+        """What a class does to its machine before that runs."""
 
     def setUp(self):
         drive = self.machine.host('C:')

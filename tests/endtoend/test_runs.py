@@ -134,8 +134,7 @@ class Restarts(WineTest):
 
 class WithoutDisplay(WineTest):
     @classmethod
-    def setUpClass(cls):
-        super().setUpClass()
+    def prepare(cls):
         cls.machine.preset('user', 'Software\\Wine\\Drivers', {'Graphics': 'null'})
 
     def test_without_a_display_the_run_is_the_same(self):
