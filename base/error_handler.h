@@ -19,14 +19,27 @@ inline void LogFailure(Run& run, const std::string& source, const std::exception
   }
 }
 
-/// Runs the body; when it fails, logs that under `source` and returns the neutral result of its type.
+/// Runs the body; when it fails, logs that under `source` (and shows it when asked) and returns the neutral result of
+/// its type.
 template <class Body>
-auto Guarded(Run& run, const std::string& source, Body&& body) -> decltype(body()) {
+auto GuardedAs(Run& run, const std::string& source, bool showMessage, Body&& body) -> decltype(body()) {
   using Result = decltype(body());
   try {
     return std::forward<Body>(body)();
   } catch (const std::exception& failure) {
-    LogFailure(run, source, failure);
+    LogFailure(run, source, failure, showMessage);
   }
   if constexpr (!std::is_void_v<Result>) return Result{};
+}
+
+/// The same without any message box: what nearly every procedure uses.
+template <class Body>
+auto Guarded(Run& run, const std::string& source, Body&& body) -> decltype(body()) {
+  return GuardedAs(run, source, false, std::forward<Body>(body));
+}
+
+/// The same; the failure is also shown, except on a silent run.
+template <class Body>
+auto GuardedAndShown(Run& run, const std::string& source, Body&& body) -> decltype(body()) {
+  return GuardedAs(run, source, !run.silent, std::forward<Body>(body));
 }

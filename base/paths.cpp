@@ -1,10 +1,22 @@
 #include "base/paths.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "base/text.h"
 
 bool IsFullPath(std::string_view path) {
   const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
   return (path.size() >= 2 && isLetter(path[0]) && path[1] == ':') || path.substr(0, 2) == "\\\\";
+}
+
+bool IsBelowRoot(std::string_view path) {
+  if (!IsFullPath(path)) return false;
+  const std::vector<std::string> names = Split(Normalised(std::string(path)), '\\');
+  // A network path begins with two empty names, its server and its share.
+  const std::size_t rootNames = names.front().empty() ? 4 : 1;
+  return (names.front().empty() || names.front().size() == 2) && names.size() > rootNames &&
+         std::none_of(names.begin(), names.end(), [](const std::string& name) { return name == "." || name == ".."; });
 }
 
 std::string Joined(const std::string& folder, const std::string& name) {

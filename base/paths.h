@@ -7,6 +7,10 @@
 /// True for a path that begins with a drive letter and ":" or with two backslashes.
 bool IsFullPath(std::string_view path);
 
+/// True for a full path of something below a drive's or a network share's root, without "." and ".." in it: what may be
+/// deleted on somebody's word.
+bool IsBelowRoot(std::string_view path);
+
 /// Folder + "\" + name, with one backslash between them.
 std::string Joined(const std::string& folder, const std::string& name);
 

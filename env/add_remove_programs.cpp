@@ -77,7 +77,7 @@ void CleanUpUninstallFiles(Run& run) {
     }
     if (modRegistry::RegKeyExists(run, ProductKey(run), "")) {
       run.log.Log(CleanUpSource, 0, "Removing Product registry entries");
-      modRegistry::RegDelete(run, ProductKey(run));
+      modRegistry::DeleteIfThere(run, ProductKey(run));
     }
     run.log.Log(CleanUpSource, 0, "Removing Add/Remove Programs entry");
     modRegistry::DeleteIfThere(run, EntryKey(run));

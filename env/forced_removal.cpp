@@ -29,7 +29,7 @@ void ForceUninstallOf(Run& run, const std::string& entry) {
   const std::string log = Joined(run.logFolders.msiLogs, "ForceUninstall_" + entry + ".log");
   run.window.Component(entry);
   LogVerbose(run, UninstallSource, "Starting forced uninstall of " + entry);
-  const std::string command = PackageRemovalCommand(code, run.verbose ? log : std::string());
+  const std::string command = PackageRemovalCommand(code, run.verbose ? " /l*v " + Quoted(log) : std::string());
   const std::int32_t result = GoShell(run, command, "");
   if (result != 0) {
     run.log.Log("Error", 0, "Error " + std::to_string(result) + " returned wilst running " + command, false,
@@ -50,12 +50,8 @@ void UninstallAll(Run& run) {
   }
 }
 
-bool IsRoot(const std::string& path) {
-  return !IsFullPath(path) || FolderPart(path).size() < 2;
-}
-
 void ForceDeleteOf(Run& run, const std::string& path) {
-  if (IsRoot(path)) {
+  if (!IsBelowRoot(path)) {
     run.log.Log(DeleteSource, 0,
                 path + " is not deleted: section [ForceDelete] of " + run.appIniPath +
                     " must name a file or folder by its full path.",

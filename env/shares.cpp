@@ -42,6 +42,9 @@ void ReadShare(Run& run, const std::string& line, int number) {
   if (fields.size() < 2 || Trim(fields[0]).empty() || Trim(fields[1]).empty()) {
     return WarnOfShare(run, number, "has too few fields and is passed over");
   }
+  if (!IsFullPath(Trim(fields[1]))) {
+    return WarnOfShare(run, number, "names a folder without its drive and is passed over");
+  }
   run.shares.push_back({Trim(fields[0]), Normalised(Trim(fields[1])), fields.size() > 2 ? Trim(fields[2]) : ""});
   if (!FolderWillExist(run, run.shares.back().folder)) {
     WarnOfShare(run, number, "names a folder on a drive that is missing");
@@ -66,7 +69,7 @@ void MakeShareFolder(Run& run, const std::string& folder) {
     throw Error(GeneralError, "Cannot create this path as drive " + folder.substr(0, 1) + ": is missing", Source);
   }
   run.log.Log(Source, 0, "Creating Share Folder: " + folder);
-  run.fso.CreateFolder(folder);
+  Guarded(run, Source, [&] { run.fso.CreateFolder(folder); });
   if (!run.fso.FolderExists(folder)) throw Error(GeneralError, "Shared folder could not be created", Source);
 }
 
@@ -98,6 +101,14 @@ void CreateShare(Run& run, const Share& share) {
   MakeShareFolder(run, share.folder);
   MakeSystemShare(run, share);
   RecordShare(run, share);
+}
+
+void RequireFullPath(const Run& run, const std::string& folder, const std::string& key) {
+  if (IsFullPath(folder)) return;
+  throw Error(GeneralError,
+              "Folder " + folder + " is neither a full path nor on a known share. Correct key " + key +
+                  " in section [folders] of " + run.productIniPath + ".",
+              "CreateFolders");
 }
 
 std::string Resolved(Run& run, const std::string& name, const std::string& folder, const std::string& rest,
@@ -142,6 +153,7 @@ void CreateFolders(Run& run) {
         const std::string given = modINI::GetIniString(run, "folders", name, "", run.productIniPath, false);
         const std::string folder = ResolveQXSharePath(run, given);
         if (folder.empty() || run.fso.FolderExists(folder)) return;
+        RequireFullPath(run, folder, name);
         run.log.Log("CreateFolders", 0, "Creating Folder: " + folder);
         run.fso.CreateFolder(folder);
       });

@@ -10,6 +10,7 @@
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
+#include "env/install_type.h"
 #include "env/uninstall_component.h"
 #include "exec/component_command.h"
 #include "exec/copy_operations.h"
@@ -19,6 +20,9 @@
 namespace {
 
 constexpr const char* Source = "StartUninstall";
+
+/// Value of a component's record, "True" once its removal command has succeeded.
+constexpr const char* Uninstalled = "Uninstalled";
 
 /// Makes the last component below the position the current one and returns its sequence number; 0 when there is none.
 double GetNextUninstall(Run& run, double position) {
@@ -31,14 +35,9 @@ double GetNextUninstall(Run& run, double position) {
   return next->number;
 }
 
-/// A folder to delete is a full path below a drive's or a share's root.
-bool IsDeletable(const std::string& folder) {
-  return IsFullPath(folder) && FolderPart(folder).size() >= 2 && FolderPart(folder) != "\\";
-}
-
 void DeleteCopiedFolder(Run& run, const std::string& folder) {
   run.log.Log(Source, 0, "Deleting... " + folder);
-  if (!IsDeletable(folder)) {
+  if (!IsBelowRoot(folder)) {
     run.log.Log(Source, 0, folder + " is not a standard path specification - skipping...", false, EntryType::Warning);
   } else if (!run.fso.FolderExists(folder)) {
     run.log.Log(Source, 0, "Folder " + folder + " does not exist - skipping delete...");
@@ -48,11 +47,17 @@ void DeleteCopiedFolder(Run& run, const std::string& folder) {
 }
 
 RemovalEnd RemoveCopies(Run& run) {
+  AnnounceUninstall(run);
   if (IsKeptForOthers(run, run.component.name, false)) return RemovalEnd::KeptForOthers;
   try {
     CopyTargets targets;
     ReadRegCopyOps(run, targets, run.component.key);
     UseDefaultTarget(run, targets, "CopyOpRoot");
+    if (targets.appendPath && ComponentValue(run, Value::Path).empty()) {
+      run.log.Log(Source, 0, "Folder " + targets.first() + " may hold other components' copies - skipping delete...",
+                  false, EntryType::Warning);
+      return RemovalEnd::Removed;
+    }
     for (const std::string& target : targets.folders) {
       DeleteCopiedFolder(run, CopyDestination(run, target, targets.appendPath));
     }
@@ -63,11 +68,23 @@ RemovalEnd RemoveCopies(Run& run) {
   }
 }
 
+/// Programs may remove themselves with what they remove, so that none is run again by an uninstall that goes on after
+/// a failure of another component.
+RemovalEnd RemoveByCommand(Run& run) {
+  if (IsTrue(ComponentValue(run, Uninstalled))) {
+    run.log.Log(Source, 0, "Component " + run.component.name + " was removed by an earlier uninstall - skipping");
+    return RemovalEnd::NotInstalled;
+  }
+  const RemovalEnd end = modQXInstallationMain::ExecuteUninstall(run, run.component.name, false, false);
+  if (end == RemovalEnd::Removed) modRegistry::RegWrite(run, run.component.key, Uninstalled, TrueOrFalse(true));
+  return end;
+}
+
 /// A component that was only copied is looked for before its file's type.
 RemovalEnd Remove(Run& run) {
   if (CopyCode(run) == '1') return RemoveCopies(run);
-  const bool isMsi = RunTypeOf(run.component.install) == RunType::Package;
-  return modQXInstallationMain::ExecuteUninstall(run, run.component.name, isMsi, false);
+  if (RunTypeOf(run.component.install) != RunType::Package) return RemoveByCommand(run);
+  return modQXInstallationMain::ExecuteUninstall(run, run.component.name, true, false);
 }
 
 void RemoveCurrent(Run& run) {

@@ -43,14 +43,16 @@ std::string ProgramRemovalCommand(Run& run) {
   if (IsProductCode(run.component.productCode)) {
     return run.component.productCode + " " + (recorded.empty() ? recorded : recorded + " ");
   }
-  const std::string file = recorded.substr(0, recorded.find(' '));
+  const bool quoted = !recorded.empty() && recorded.front() == '"';
+  const std::string file = recorded.substr(0, recorded.find(quoted ? '"' : ' ', 1));
   return RunTypeOf(WithoutQuotes(file)) == RunType::Script ? "wscript.exe " + recorded : recorded;
 }
 
 std::string RemovalCommand(Run& run, const std::string& component, bool isMsi) {
   if (!isMsi) return ProgramRemovalCommand(run);
   const std::string log = Joined(run.logFolders.msiLogs, "Uninstall" + component + ".log");
-  return PackageRemovalCommand(run.component.productCode, run.verbose ? log : std::string());
+  // Two blanks stand behind the product code where there is no log.
+  return PackageRemovalCommand(run.component.productCode, run.verbose ? " /l*v " + Quoted(log) : " ");
 }
 
 RemovalEnd RunRemoval(Run& run, const std::string& component, const std::string& command, bool isMsi) {
@@ -83,16 +85,15 @@ std::int32_t UserCount(Run& run, const std::string& component) {
 }
 
 bool IsKeptForOthers(Run& run, const std::string& component, bool force) {
-  if (force || UserCount(run, component) < 2) return false;
+  if (UserCount(run, component) < 2 || force) return false;
   run.log.Log(Source, 0, "Another product is using this component, so it will not be uninstalled.", false,
               EntryType::Warning);
   return true;
 }
 
-std::string PackageRemovalCommand(const std::string& productCode, const std::string& logFile) {
-  const std::string logging = logFile.empty() ? logFile : " /l*v " + Quoted(logFile);
+std::string PackageRemovalCommand(const std::string& productCode, const std::string& logOption) {
   // Two blanks stand between the properties and one at the end.
-  return "msiexec /x " + productCode + logging + " /qn REBOOT=\"REALLYSUPPRESS\"  STUNINST=\"TRUE\" ";
+  return "msiexec /x " + productCode + logOption + " /qn REBOOT=\"REALLYSUPPRESS\"  STUNINST=\"TRUE\" ";
 }
 
 namespace modQXInstallationMain {

@@ -22,9 +22,9 @@ std::int32_t UserCount(Run& run, const std::string& component);
 /// True, with a warning in the log, when another product uses the component and nothing forces its removal.
 bool IsKeptForOthers(Run& run, const std::string& component, bool force);
 
-/// The command line that msiexec removes a package with: silently, with restarts suppressed, and, when a log file is
-/// named, with a full log.
-std::string PackageRemovalCommand(const std::string& productCode, const std::string& logFile);
+/// The command line that msiexec removes a package with: silently and with restarts suppressed. `logOption` stands
+/// directly behind the product code.
+std::string PackageRemovalCommand(const std::string& productCode, const std::string& logOption);
 
 namespace modQXInstallationMain {
 

@@ -40,7 +40,9 @@ void CopyFiles(Run& run, const CopySource& source, const std::string& destinatio
     if (run.verbose) run.log.Log("DoCopyop", 0, "Copying file " + from + " to " + to);
     run.fso.CopyFileOver(from, to);
     // Nothing stays read-only that came from a CD.
-    run.machine.files().setAttributes(to, platform::attribute::Normal);
+    const platform::Status freed = run.machine.files().setAttributes(to, platform::attribute::Normal);
+    if (freed == platform::status::Ok) continue;
+    throw Error(static_cast<int>(freed), modErrorBase::SystemErrorText(freed) + ": " + to, "modMain.DoCopyOp");
   }
 }
 
@@ -57,7 +59,17 @@ void SetPermissions(Run& run, const std::string& destination) {
               EntryType::Warning);
 }
 
+/// Clearing the versions at such a target would delete the source, and the copy would never come to an end.
+void RequireOutsideSource(const CopySource& source, const std::string& destination) {
+  if (!StartsWithIgnoringCase(destination + "\\", source.folder + "\\")) return;
+  throw Error(GeneralError,
+              "The copy's target " + destination + " lies in the component's own folder " + source.folder +
+                  ". Give CopyOpTarget, CopyOpRoot or CopyOpHold a folder outside the package root.",
+              "modMain.DoCopyOp");
+}
+
 void CopyTo(Run& run, const CopySource& source, const std::string& destination, bool clearsOldVersions) {
+  RequireOutsideSource(source, destination);
   if (clearsOldVersions) DeleteCopyOp(run, destination);
   run.fso.CreateFolder(destination);
   const std::string mark = Joined(destination, UnfinishedMark);
@@ -82,14 +94,17 @@ bool DoCopyOp(Run& run, const CopyTargets& targets) {
   std::string destination = targets.first();
   try {
     const CopySource source = LookAtSource(run);
-    if (targets.first().size() < 2) {
+    // A folder without files of its own is not copied: whoever delivers only sub-folders puts a file beside them.
+    if (targets.first().size() < 2 || source.files.empty()) {
       run.log.Log("DoCopyOp", 0, "Destination array has no data");
       return true;
     }
     const std::string path = ComponentValue(run, Value::Path);
     for (const std::string& target : targets.folders) {
       destination = CopyDestination(run, target, targets.appendPath);
-      CopyTo(run, source, destination, targets.appendPath || ContainsIgnoringCase(destination, path));
+      const bool isForComponent = targets.appendPath || ContainsIgnoringCase(destination, path);
+      // The root that a component without a path is copied to may stand among the versions of something else.
+      CopyTo(run, source, destination, isForComponent && !path.empty());
     }
     return true;
   } catch (const Error& failure) {

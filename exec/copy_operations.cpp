@@ -48,7 +48,9 @@ std::int16_t CopyAsInstallation(Run& run, CopyTargets& targets) {
 std::int16_t CopyAndInstallFromThere(Run& run, std::string& installPath, CopyTargets& targets) {
   UseDefaultTarget(run, targets, "CopyOpHold");
   if (!DoCopyOp(run, targets)) return CopyResult::Failed;
-  installPath = Joined(CopyDestination(run, targets.first(), targets.appendPath), ComponentValue(run, Value::Install));
+  const std::string install = ComponentValue(run, Value::Install);
+  const std::string copy = CopyDestination(run, targets.first(), targets.appendPath);
+  installPath = IsFullPath(install) ? install : Joined(copy, install);
   return CopyResult::GoOn;
 }
 
@@ -76,7 +78,7 @@ std::string CopyTargetListKey(const std::string& componentKey) {
 bool ReadIniCopyOps(Run& run, std::vector<std::string>& targets, const std::string& section,
                     const std::string& iniFile) {
   targets.clear();
-  return Guarded(run, "ReadIniCopyOps", [&] {
+  return GuardedAndShown(run, "ReadIniCopyOps", [&] {
     for (int number = 1;; ++number) {
       const std::string target = modINI::GetIniString(run, section, NumberedTarget(number), "", iniFile, true);
       run.log.Log("ReadIniCopyOps", 0, "Found Copy target " + target);
@@ -87,7 +89,7 @@ bool ReadIniCopyOps(Run& run, std::vector<std::string>& targets, const std::stri
 }
 
 void ReadRegCopyOps(Run& run, CopyTargets& targets, const std::string& componentKey) {
-  Guarded(run, "ReadRegCopyOps", [&] {
+  GuardedAndShown(run, "ReadRegCopyOps", [&] {
     const std::string list = CopyTargetListKey(componentKey);
     targets = {};
     targets.appendPath = !modRegistry::RegKeyExists(run, list, "");
@@ -113,8 +115,10 @@ std::int16_t StartCopyOp(Run& run, std::string& installPath, CopyTargets& target
     if (run.verbose && (result == CopyResult::GoOn || result == CopyResult::Copied)) {
       run.log.Log("StartCopyop", 0, "Install set to " + installPath);
     }
-  } catch (const Error& failure) {
-    run.log.Log("StartCopyop", failure.number(), failure.text(), !run.silent, EntryType::Error);
+  } catch (const std::exception& failure) {
+    // What was not copied must not be run either.
+    result = CopyResult::Failed;
+    LogFailure(run, "StartCopyop", failure, !run.silent);
   }
   return result;
 }

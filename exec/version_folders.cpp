@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/error_handler.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "exec/copy_files.h"
@@ -67,12 +68,14 @@ bool CopyOpOneExistingVersionIsNewer(Run& run, const std::string& path, const Co
 }
 
 void DeleteCopyOp(Run& run, const std::string& path) {
-  const std::string parent = FolderPart(path) + "\\";
   if (!IsVersionFolderName(LowerCase(LastElement(path)))) return;
-  if (run.verbose) run.log.Log("DeleteCopyOp", 0, "Product Root is " + parent);
-  for (const std::string& name : run.fso.ListFolders(parent)) {
-    if (!IsVersionFolderName(LowerCase(name))) continue;
-    if (run.verbose) run.log.Log("DeleteCopyOp", 0, "Deleting " + parent + name);
-    run.fso.DeleteFolderForced(parent + name);
-  }
+  GuardedAndShown(run, "modMain.DeleteCopyOp", [&] {
+    const std::string parent = FolderPart(path) + "\\";
+    if (run.verbose) run.log.Log("DeleteCopyOp", 0, "Product Root is " + parent);
+    for (const std::string& name : run.fso.ListFolders(parent)) {
+      if (!IsVersionFolderName(LowerCase(name))) continue;
+      if (run.verbose) run.log.Log("DeleteCopyOp", 0, "Deleting " + parent + name);
+      run.fso.DeleteFolderForced(parent + name);
+    }
+  });
 }

@@ -15,5 +15,6 @@ bool IsVersionFolderName(const std::string& name);
 bool CopyOpOneExistingVersionIsNewer(Run& run, const std::string& path, const CopyTargets& targets);
 
 /// Deletes every version folder that stands beside the path, read-only contents included; the path's own is one of
-/// them. A path that does not end in a version deletes nothing. Raises the system's number.
+/// them. A path that does not end in a version deletes nothing. A folder that cannot be deleted ends it; that is logged
+/// and shown.
 void DeleteCopyOp(Run& run, const std::string& path);
