@@ -1,5 +1,5 @@
-// The main window as the procedures use it: texts, progress and buttons. On a silent run it is never shown, and
-// everything here does nothing.
+// The main window as the procedures use it: texts, progress, buttons and its closing. On a silent run it is never
+// shown, and everything here does nothing.
 #pragma once
 
 #include <string>
@@ -30,12 +30,27 @@ class frmMain {
 
   void Caption(platform::Control button, const std::string& text);
   std::string Caption(platform::Control button) { return screen_.text(button); }
+  /// Disabled while work runs; the cursor tells that too. Enabled again, the buttons and the window answer afresh: what
+  /// was done to them meanwhile counts no more.
   void EnableButtons(bool enabled);
+  /// Leaves only Continue and About: of a run that has come to its end.
+  void EnableEndButtons();
+  /// Brings the window to the front, so that the keyboard is its own again.
+  void ComeToFront();
+
+  /// Lets the windows live while work runs. Closing the main window meanwhile asks whether the run is to end with the
+  /// present component.
+  void Pump();
+  /// True when that was asked for: what runs components looks at it between two of them.
+  bool EndWanted() const { return endWanted_; }
 
  private:
+  void AskForEnd();
+
   platform::Screen& screen_;
   bool shown_ = false;
   bool scrollBarShown_ = false;
+  bool endWanted_ = false;
 };
 
 /// Places the window in the middle of the screen.

@@ -107,6 +107,7 @@ struct Run {
   bool localInstance = false;  ///< this is the local copy of a multi-disk install
   bool aborted = false;        ///< a failed component ended the loop
   bool cancelled = false;      ///< a person ended the run
+  bool logonDeclined = false;  ///< a person cancelled the password window
   bool deferredReboot = false;
   bool failed = false;          ///< the product result as this run set it
   std::string failureReasons;   ///< one a line

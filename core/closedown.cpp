@@ -137,7 +137,7 @@ void Closedown(Run& run) {
   step([&] { ResetValues(run, productKnown); });
   step([&] { ResetStartForUser(run); });
   step([&] { modRegistry::RegWrite(run, InstallationKey, Value::Reboot, ""); });
-  if (logonRequested) step([&] { SwitchAutoLoginOff(run); });
+  if (logonRequested && !run.logonDeclined) step([&] { SwitchAutoLoginOff(run); });
   step([&] { RemoveLocalProgram(run); });
   step([&] { run.machine.screen().removeTrayIcon(); });
   step([&] { CloseLog(run); });

@@ -23,9 +23,16 @@ void ShowWindow(Run& run) {
   run.window.Caption(Control::About, "&About");
   run.window.Caption(Control::Continue, modLanguage::Text(run, Caption::Continue));
   run.window.Caption(Control::Cancel, modLanguage::Text(run, Caption::Cancel));
+  run.window.LongMessage(modLanguage::Text(run, Caption::Welcome));
   CentreForm(run.machine.screen());
   run.window.Show();
   run.window.Status(modLanguage::Text(run, Caption::Welcome));
+}
+
+void ShowTrayIcon(Run& run) {
+  // A second copy that looks for the window would show it.
+  run.machine.screen().destroyMainWindow();
+  run.machine.screen().addTrayIcon(TrayTip(run));
 }
 
 void ShowAboutBox(Run& run) {
@@ -45,9 +52,17 @@ void ShowAboutBox(Run& run) {
   run.machine.screen().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
 }
 
+void ViewLog(Run& run) {
+  const std::string log = run.log.LogFilename();
+  if (run.machine.screen().openDocument(log)) return;
+  run.machine.screen().messageBox({.title = Title,
+                                   .text = "No program on this machine shows the log. It is the file " + log,
+                                   .icon = platform::BoxIcon::Information});
+}
+
 /// Leaving the window before the result was shown cancels the run.
 void LeaveWindow(Run& run) {
-  run.cancelled = !ShowsResult(run);
+  if (!ShowsResult(run)) EndAtRequest(run);
   Closedown(run);
 }
 
@@ -55,17 +70,24 @@ void LeaveWindow(Run& run) {
 
 void ShowRun(Run& run) {
   if (run.silent) {
-    run.machine.screen().addTrayIcon(TrayTip(run));
+    ShowTrayIcon(run);
   } else {
     ShowWindow(run);
   }
+}
+
+void ShowWork(Run& run) {
+  run.window.EnableButtons(false);
+  const bool named = run.uninstallProductFound;
+  run.window.LongMessage(modLanguage::Text(run, named ? Caption::Uninstalling : Caption::Installing) +
+                         (named ? run.uninstallProduct : run.productName));
 }
 
 void ServeWindow(Run& run) {
   for (;;) {
     switch (run.machine.screen().waitForEvent()) {
       case platform::WindowEvent::About:
-        ShowAboutBox(run);
+        ShowsResult(run) ? ViewLog(run) : ShowAboutBox(run);
         break;
       case platform::WindowEvent::Continue:
         DoContinue(run);

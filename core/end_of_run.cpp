@@ -30,15 +30,33 @@ void EndInstall(Run& run) {
 void LeaveOrEnd(Run& run) {
   if (run.silent) EndInstall(run);
   run.window.Caption(Control::Continue, modLanguage::Text(run, Caption::Finish));
-  run.window.EnableButtons(true);
+  run.window.Caption(Control::About, "View &log");
+  run.window.ComeToFront();
+  run.window.EnableEndButtons();
+}
+
+void EndAtRequest(Run& run) {
+  run.log.Log("frmMain", 0, "Run ended at user request", false, EntryType::Warning);
+  SetProductResult(run, false, "User aborted run");
+  run.cancelled = true;
+  Closedown(run);
+}
+
+void EndIfWanted(Run& run) {
+  if (run.window.EndWanted()) EndAtRequest(run);
 }
 
 void ShowResult(Run& run) {
   if (run.silent) return;
   std::string reasons;
   const bool succeeded = GetProductResult(run, reasons);
-  run.window.LongMessage(succeeded ? SuccessText(run)
-                                   : modLanguage::Text(run, FailureCaption(run)) + LineBreak + LineBreak + reasons);
+  if (succeeded) {
+    run.window.LongMessage(SuccessText(run));
+  } else {
+    run.window.LongMessage(modLanguage::Text(run, FailureCaption(run)) + LineBreak + LineBreak + reasons);
+    // Many reasons fit only where they can be scrolled.
+    run.window.Status(modLanguage::Text(run, Caption::FollowingErrors) + LineBreak + reasons);
+  }
   LeaveOrEnd(run);
 }
 

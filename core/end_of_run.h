@@ -7,8 +7,14 @@
 [[noreturn]] void EndInstall(Run& run);
 
 /// A run that goes no further: a silent one ends at once (throws ProgramEnd); an interactive one keeps its window,
-/// whose one button ends it.
+/// whose Continue button, by now with another caption, ends it. About shows the log from here on.
 void LeaveOrEnd(Run& run);
+
+/// Ends the run because a person asked for it (throws ProgramEnd).
+[[noreturn]] void EndAtRequest(Run& run);
+
+/// The same, when the window was closed while work ran and that was confirmed; to be called between two components.
+void EndIfWanted(Run& run);
 
 /// Tells an interactive run's result in the window: the end message, or what failed and why.
 void ShowResult(Run& run);

@@ -13,13 +13,17 @@
 #include "core/store_component.h"
 #include "core/store_product.h"
 #include "env/drive_mapping.h"
+#include "env/login_window.h"
 #include "env/multi_disk.h"
 #include "env/shares.h"
+#include "exec/captions.h"
 #include "exec/msi_queries.h"
 #include "exec/outcome.h"
 #include "exec/pre_install.h"
 
 namespace {
+
+namespace Caption = modLanguage::Caption;
 
 constexpr const char* Source = "Initialise";
 
@@ -135,6 +139,13 @@ bool StoreApplication(Run& run) {
   return false;
 }
 
+/// The password for the logons after restarts, where the product asks for it.
+void RequestLogonDetails(Run& run) {
+  if (!frmLogin::IsWanted(run) || frmLogin::Show(run)) return;
+  run.logonDeclined = true;
+  EndAtRequest(run);
+}
+
 bool PrepareInstall(Run& run) {
   if (!FindAppIni(run) || !FindPackageRoot(run)) return false;
   const std::string known = KnownProductIni(run);
@@ -148,6 +159,7 @@ bool PrepareInstall(Run& run) {
   run.window.ProgressBar(Progress::ProductDataStored);
   if (!StoreComponents(run)) return false;
   CheckConfiguration(run);
+  RequestLogonDetails(run);
   return true;
 }
 
@@ -166,6 +178,7 @@ void Initialise(Run& run) {
   try {
     run.busy = true;
     run.window.EnableButtons(false);
+    run.window.StatusLine(modLanguage::Text(run, Caption::Initialising));
     modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
     ValidateShares(run);
     if (!run.uninstall && !PrepareInstall(run)) return;
@@ -173,6 +186,8 @@ void Initialise(Run& run) {
     if (!run.uninstall || modRegistry::RegKeyExists(run, ProductKey(run), "")) {
       modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, "0");
     }
+    EndIfWanted(run);
+    run.window.StatusLine(modLanguage::Text(run, run.uninstall ? Caption::Ready : Caption::ReadyToInstall));
     run.window.LongMessage(ReadyText(run));
     run.initialised = true;
   } catch (const std::exception& failure) {
@@ -185,6 +200,7 @@ void Initialise(Run& run) {
 }
 
 void CheckConfiguration(Run& run) {
+  run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::CheckingConfiguration));
   if (!ConfigChecks(run)) {
     run.log.Log(Source, 0, "Process halted after ConfigChecks failed.", false, EntryType::Error);
     SetProductResult(run, false, "Configuration checks failed");

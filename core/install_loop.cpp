@@ -1,5 +1,6 @@
 #include "core/install_loop.h"
 
+#include <algorithm>
 #include <string>
 
 #include "base/error_handler.h"
@@ -9,6 +10,7 @@
 #include "base/registry.h"
 #include "base/text.h"
 #include "core/closedown.h"
+#include "core/display.h"
 #include "core/end_of_run.h"
 #include "core/initialise.h"
 #include "core/install_component.h"
@@ -82,9 +84,10 @@ void Finish(Run& run) {
   if (run.deferredReboot) RestartAndResume(run);
 }
 
-void ShowProgress(Run& run, int position) {
-  const std::size_t rows = run.actions.size();
-  if (rows != 0) run.window.ProgressBar((position - 1) * 100 / static_cast<int>(rows));
+/// The components done, whether before or after a restart.
+void ShowProgress(Run& run, double lastSequence) {
+  const auto rows = static_cast<double>(run.actions.size());
+  if (rows > 0) run.window.ProgressBar(static_cast<int>(std::min(lastSequence / SequenceStep / rows, 1.0) * 100));
   run.window.StatusLine("Proceeding with next component");
 }
 
@@ -100,8 +103,8 @@ NextComponent FindNextComponent(Run& run, double lastSequence) {
 
 /// One round of the loop; false when the loop is over.
 bool InstallNext(Run& run, int& position) {
-  ShowProgress(run, position);
   const double lastSequence = modRegistry::ReadNumber(run, ProductKey(run), Value::LastSequence);
+  ShowProgress(run, lastSequence);
   const NextComponent next = FindNextComponent(run, lastSequence);
   if (next == NextComponent::None) Finish(run);
   if (next == NextComponent::Unknown) TellPositionUnknown(run);
@@ -111,6 +114,7 @@ bool InstallNext(Run& run, int& position) {
   if (run.resumePending && !ResetPosition(run, lastSequence, position)) return false;
   run.log.Log(Source, 0, "Writing last sequence to register");
   if (!WriteLastSequence(run)) return false;
+  EndIfWanted(run);
   ActOnRebootRequest(run);
   ++position;
   return true;
@@ -118,6 +122,7 @@ bool InstallNext(Run& run, int& position) {
 
 void Uninstall(Run& run) {
   StartUninstall(run);
+  EndIfWanted(run);
   // What failed stays recorded, so that the uninstall can be run again.
   if (!run.failed) CleanUpUninstallFiles(run);
 }
@@ -133,7 +138,7 @@ void Install(Run& run) {
 }
 
 void Continue(Run& run) {
-  run.window.EnableButtons(false);
+  ShowWork(run);
   if (!run.rebooted && !run.uninstallProductFound) {
     CreateFolders(run);
     CreateShares(run);
@@ -167,6 +172,7 @@ void StartInstall(Run& run) {
       run.log.Log("modQXInstallationMain.StartInstall", 6090, modErrorBase::GetErrorText(6090), false,
                   EntryType::Warning);
     }
+    EndIfWanted(run);
     int position = 1;
     while (InstallNext(run, position)) {
     }

@@ -103,7 +103,7 @@ void RemoveAll(Run& run) {
   double position = modRegistry::ReadNumber(run, ProductKey(run), Value::LastSequence);
   if (run.verbose) run.log.Log(Source, 0, "LastSequence was " + NumberText(position));
   if (position <= 0) position = run.sequence.back().number + 1;
-  while ((position = GetNextUninstall(run, position)) > 0) {
+  while (!run.window.EndWanted() && (position = GetNextUninstall(run, position)) > 0) {
     RemoveCurrent(run);
     modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, NumberText(position));
   }

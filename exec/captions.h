@@ -12,8 +12,14 @@ namespace Caption {
 inline constexpr int Cancel = 100;
 inline constexpr int Continue = 101;
 inline constexpr int Finish = 104;
+inline constexpr int OK = 107;
 inline constexpr int AllCompleted = 1008;
+inline constexpr int ReadyToInstall = 1009;
+inline constexpr int Initialising = 1010;
+inline constexpr int Ready = 1011;
+inline constexpr int CheckingConfiguration = 1012;
 inline constexpr int CheckingPreInstall = 1013;
+inline constexpr int FollowingErrors = 1014;
 inline constexpr int CheckingDriveSpace = 1016;
 inline constexpr int Installing = 1018;
 inline constexpr int Rebooting = 1019;

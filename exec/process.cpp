@@ -59,20 +59,21 @@ std::int32_t GoShell(Run& run, const std::string& commandLine, const std::string
                 false, EntryType::Error);
     run.log.Log("GoShell", 0, "The system's reason: " + modErrorBase::SystemErrorText(started));
   }
-  run.machine.screen().pumpMessages();
+  run.window.Pump();
   return result;
 }
 
 std::int32_t WaitForTermination(Run& run, platform::StartedProcess process) {
   platform::Processes& processes = run.machine.processes();
   StatusDots dots(run.window);
-  processes.waitForInputIdle(process);
+  // A program that is slow to show its first window keeps this one alive as well.
+  while (processes.waitForInputIdle(process, PollMilliseconds) == platform::WaitResult::TimedOut) run.window.Pump();
   processes.close(process.thread);
   platform::WaitResult waited = platform::WaitResult::TimedOut;
   while (waited == platform::WaitResult::TimedOut) {
     waited = processes.wait(process, PollMilliseconds);
     dots.Poll();
-    if (waited == platform::WaitResult::TimedOut) run.machine.screen().pumpMessages();
+    if (waited == platform::WaitResult::TimedOut) run.window.Pump();
   }
   std::int32_t exitCode = -1;
   processes.exitCode(process, exitCode);

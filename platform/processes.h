@@ -28,8 +28,8 @@ class Processes {
   virtual Status start(const std::string& commandLine, const std::string& workingFolder, std::uint16_t showWindow,
                        StartedProcess& started) = 0;
 
-  /// Waits without limit until the process waits for input; returns at once for programs without a window.
-  virtual void waitForInputIdle(const StartedProcess& started) = 0;
+  /// Waits until the process waits for input or ends. Failed, at once, for programs without a window.
+  virtual WaitResult waitForInputIdle(const StartedProcess& started, std::uint32_t milliseconds) = 0;
 
   virtual WaitResult wait(const StartedProcess& started, std::uint32_t milliseconds) = 0;
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -32,6 +33,18 @@ struct OpenFileRequest {
   std::string filterName;     ///< what the list of kinds shows, such as ".ini Files"
   std::string filterPattern;  ///< such as "*.ini"
 };
+
+struct PasswordRequest {
+  std::string title;
+  std::string message;
+  std::string passwordLabel;  ///< labels and captions mark their access keys with "&"
+  std::string confirmationLabel;
+  std::string okCaption;
+  std::string cancelCaption;
+};
+
+/// Looks at the texts of the two boxes when OK was pressed; true closes the window. It must not raise.
+using PasswordCheck = std::function<bool(const std::string& password, const std::string& confirmation)>;
 
 /// A top-level window of this or another program; 0 is none.
 struct WindowHandle {
@@ -67,6 +80,8 @@ class Screen {
 
   /// Lets the program's windows work off what is waiting for them, and returns at once.
   virtual void pumpMessages() = 0;
+  /// The oldest thing that a person did with the main window while messages were pumped and that nobody took yet.
+  virtual std::optional<WindowEvent> takeEvent() = 0;
   /// Waits until a person uses the main window. What was done while pumping is delivered first.
   virtual WindowEvent waitForEvent() = 0;
 
@@ -74,6 +89,11 @@ class Screen {
   virtual BoxAnswer messageBox(const MessageBoxRequest& request) = 0;
   /// Shows the system's open-file dialog; nothing when it was cancelled. The current folder stays as it was.
   virtual std::optional<std::string> chooseFile(const OpenFileRequest& request) = 0;
+  /// Shows a modal window with two password boxes until `accept` is content with them. False when it was cancelled or
+  /// closed. Boxes shown from within `accept` stand over this window.
+  virtual bool askPassword(const PasswordRequest& request, const PasswordCheck& accept) = 0;
+  /// Opens a file with the program that the system has for its kind; false when there is none.
+  virtual bool openDocument(const std::string& path) = 0;
   virtual void setBusyCursor(bool busy) = 0;
 
   /// False when the machine has no notification area.

@@ -51,7 +51,7 @@ void writeItem(TemplateWriter& out, const DialogItem& item) {
   for (short value : {item.x, item.y, item.width, item.height}) out.number(value);
   out.word(item.id);
   out.text(item.windowClass);
-  out.text(L"");
+  out.text(item.text);
   out.word(0);  // no creation data
 }
 

@@ -15,16 +15,17 @@ struct DialogItem {
   DWORD style;  ///< in addition to child and visible
   DWORD extendedStyle;
   short x, y, width, height;
+  const wchar_t* text = L"";
 };
 
 struct DialogLayout {
-  const wchar_t* windowClass;
+  const wchar_t* windowClass;  ///< "" for the system's own dialog class
   DWORD style;
   short width, height;
   std::span<const DialogItem> items;  ///< in tab order
 };
 
-/// The table as the system takes it (CreateDialogIndirectParamA), without texts.
+/// The table as the system takes it (CreateDialogIndirectParamA).
 std::vector<WORD> dialogTemplate(const DialogLayout& layout);
 
 }  // namespace win32

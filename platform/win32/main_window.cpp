@@ -20,54 +20,68 @@ constexpr wchar_t WideClassName[] = L"QXInstallationAssistantMain";
 
 // Continue and Cancel carry the numbers that the Enter and Escape keys stand for in a dialog.
 enum Id : WORD {
-  ContinueId = IDOK,
-  CancelId = IDCANCEL,
-  AboutId = 100,
-  StatusId,
-  ActionId,
-  ComponentId,
-  ProgressId,
-  LongMessageId,
-  DividerId
+  cmdContinue = IDOK,
+  cmdCancel = IDCANCEL,
+  cmdAbout = 100,
+  Image1,
+  lblLongMessage,
+  fraBuild,
+  lblAction,
+  lblComponent,
+  picProgress,
+  lblStatus,
+  txtStatus,
+  picHidden,
+  fraDivider
 };
 
+constexpr DWORD Label = SS_LEFT | SS_NOPREFIX;
 constexpr DWORD LineLabel = SS_LEFTNOWORDWRAP | SS_NOPREFIX;
 constexpr DWORD StatusStyle = ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP;
 
-// In tab order: id, class, style, extended style, x, y, width, height.
+// In tab order: id, class, style, extended style, x, y, width, height, text. A reader for the blind takes the label
+// before the status text as its name; the other controls are named by their own texts.
 constexpr DialogItem Items[] = {
-    {StatusId, L"EDIT", StatusStyle, WS_EX_CLIENTEDGE, 7, 7, 276, 86},
-    {ActionId, L"STATIC", LineLabel, 0, 7, 99, 276, 9},
-    {ComponentId, L"STATIC", LineLabel, 0, 7, 111, 276, 9},
-    {ProgressId, ProgressBarClass, 0, WS_EX_CLIENTEDGE, 7, 124, 276, 14},
-    {LongMessageId, L"STATIC", SS_LEFT | SS_NOPREFIX, 0, 7, 143, 276, 26},
-    {DividerId, L"STATIC", SS_ETCHEDHORZ, 0, 7, 173, 276, 1},
-    {AboutId, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 7, 179, 58, 14},
-    {ContinueId, L"BUTTON", BS_DEFPUSHBUTTON | WS_TABSTOP, 0, 163, 179, 58, 14},
-    {CancelId, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 225, 179, 58, 14},
+    {Image1, L"STATIC", SS_ICON, 0, 7, 7, 20, 20},
+    {lblLongMessage, L"STATIC", Label, 0, 38, 7, 255, 57},
+    {fraBuild, L"BUTTON", BS_GROUPBOX, 0, 7, 66, 286, 61, L"Progress"},
+    {lblAction, L"STATIC", LineLabel, 0, 14, 77, 272, 9},
+    {lblComponent, L"STATIC", LineLabel, 0, 14, 88, 272, 17},
+    {picProgress, ProgressBarClass, 0, WS_EX_CLIENTEDGE, 14, 107, 272, 14},
+    {lblStatus, L"STATIC", SS_LEFT, 0, 7, 132, 286, 9, L"&Status:"},
+    {txtStatus, L"EDIT", StatusStyle, WS_EX_CLIENTEDGE, 7, 142, 286, 78},
+    {picHidden, L"STATIC", Label, 0, 0, 0, 0, 0},
+    {fraDivider, L"STATIC", SS_ETCHEDHORZ, 0, 7, 227, 286, 1},
+    {cmdAbout, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 7, 233, 58, 14},
+    {cmdContinue, L"BUTTON", BS_DEFPUSHBUTTON | WS_TABSTOP, 0, 173, 233, 58, 14},
+    {cmdCancel, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 235, 233, 58, 14},
 };
-constexpr DialogLayout Layout = {WideClassName, WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX, 290, 200, Items};
+constexpr DialogLayout Layout = {WideClassName, WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX, 300, 254, Items};
 
 Id idOf(Control control) {
   switch (control) {
     case Control::Status:
-      return StatusId;
+      return txtStatus;
     case Control::Action:
-      return ActionId;
+      return lblAction;
     case Control::Component:
-      return ComponentId;
+      return lblComponent;
     case Control::LongMessage:
-      return LongMessageId;
+      return lblLongMessage;
     case Control::Progress:
-      return ProgressId;
+      return picProgress;
     case Control::About:
-      return AboutId;
+      return cmdAbout;
     case Control::Continue:
-      return ContinueId;
+      return cmdContinue;
     case Control::Cancel:
       break;
   }
-  return CancelId;
+  return cmdCancel;
+}
+
+HICON programIcon(HINSTANCE instance) {
+  return LoadIconA(instance, MAKEINTRESOURCEA(PROGRAM_ICON));
 }
 
 void registerMainWindow(HINSTANCE instance, WNDPROC procedure) {
@@ -75,7 +89,7 @@ void registerMainWindow(HINSTANCE instance, WNDPROC procedure) {
   description.lpfnWndProc = procedure;
   description.cbWndExtra = DLGWINDOWEXTRA;
   description.hInstance = instance;
-  description.hIcon = LoadIconA(instance, MAKEINTRESOURCEA(PROGRAM_ICON));
+  description.hIcon = programIcon(instance);
   description.hCursor = LoadCursor(nullptr, IDC_ARROW);
   description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
   description.lpszClassName = ClassName;
@@ -94,7 +108,8 @@ void MainWindow::create(const std::string& caption) {
         CreateDialogIndirectParamA(instance_, reinterpret_cast<DLGTEMPLATE*>(description.data()), nullptr, nullptr, 0);
     if (window_ == nullptr) return;
     SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    ShowScrollBar(control(Control::Status), SB_VERT, FALSE);
+    SendMessageA(GetDlgItem(window_, Image1), STM_SETICON, reinterpret_cast<WPARAM>(programIcon(instance_)), 0);
+    showStatusScrollBar(false);
   }
   SetWindowTextA(window_, caption.c_str());
 }
@@ -106,9 +121,13 @@ void MainWindow::destroy() {
 
 void MainWindow::show() {
   ShowWindow(window_, SW_SHOW);
+  bringToFront();
+  UpdateWindow(window_);
+}
+
+void MainWindow::bringToFront() {
   SetForegroundWindow(window_);
   SetFocus(control(Control::Continue));
-  UpdateWindow(window_);
 }
 
 void MainWindow::centre() {
@@ -128,7 +147,17 @@ void MainWindow::setText(Control control, const std::string& text) {
   SetWindowTextA(target, text.c_str());
   if (control != Control::Status) return;
   SendMessageA(target, EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
-  SendMessageA(target, EM_SCROLLCARET, 0, 0);  // the newest line stays in sight
+  scrollToNewestLine();
+}
+
+void MainWindow::scrollToNewestLine() {
+  SendMessageA(control(Control::Status), EM_SCROLLCARET, 0, 0);
+}
+
+// A scroll bar takes room from the text, whose lines then break elsewhere.
+void MainWindow::showStatusScrollBar(bool shown) {
+  ShowScrollBar(control(Control::Status), SB_VERT, shown);
+  scrollToNewestLine();
 }
 
 void MainWindow::setEnabled(Control control, bool enabled) {
@@ -145,16 +174,16 @@ void MainWindow::setBusyCursor(bool busy) {
 }
 
 int MainWindow::statusTextHeight(const std::string& text) const {
-  HWND status = control(Control::Status);
-  if (status == nullptr) return 0;
-  RECT area = statusArea(status);
-  HDC surface = GetDC(status);
-  HGDIOBJ before = SelectObject(surface, reinterpret_cast<HFONT>(SendMessageA(status, WM_GETFONT, 0, 0)));
+  HWND hidden = window_ == nullptr ? nullptr : GetDlgItem(window_, picHidden);
+  if (hidden == nullptr) return 0;
+  RECT area = statusArea(control(Control::Status));
+  HDC surface = GetDC(hidden);
+  HGDIOBJ before = SelectObject(surface, reinterpret_cast<HFONT>(SendMessageA(hidden, WM_GETFONT, 0, 0)));
   RECT needed = {0, 0, area.right - area.left, 0};
   int height = DrawTextA(surface, text.c_str(), static_cast<int>(text.size()), &needed,
                          DT_CALCRECT | DT_EDITCONTROL | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
   SelectObject(surface, before);
-  ReleaseDC(status, surface);
+  ReleaseDC(hidden, surface);
   return height;
 }
 
@@ -166,23 +195,32 @@ std::optional<WindowEvent> MainWindow::takeEvent() {
 }
 
 // A status text that has the focus would answer Escape by closing the window.
-bool MainWindow::translate(MSG& message) const {
+bool MainWindow::translate(MSG& message) {
   if (window_ == nullptr) return false;
   bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd);
   if (ours && message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
-    PostMessageA(window_, WM_COMMAND, CancelId, 0);
+    escape();
     return true;
   }
   return IsDialogMessageA(window_, &message) != FALSE;
 }
 
+// At the end of a run there is nothing to cancel; the key closes the window then. While work runs it does nothing.
+void MainWindow::escape() {
+  if (IsWindowEnabled(control(Control::Cancel))) {
+    queue(WindowEvent::Cancel);
+  } else if (IsWindowEnabled(control(Control::Continue))) {
+    queue(WindowEvent::Close);
+  }
+}
+
 LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
   auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-  if (self != nullptr && self->handle(message, first)) return message == WM_SETCURSOR ? TRUE : 0;
+  if (self != nullptr && self->handle(message, first, second)) return message == WM_SETCURSOR ? TRUE : 0;
   return DefDlgProcA(window, message, first, second);
 }
 
-bool MainWindow::handle(UINT message, WPARAM first) {
+bool MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
   switch (message) {
     case WM_COMMAND:
       if (HIWORD(first) == BN_CLICKED) command(LOWORD(first));
@@ -191,8 +229,9 @@ bool MainWindow::handle(UINT message, WPARAM first) {
       queue(WindowEvent::Close);
       return true;
     case WM_SETCURSOR:
-      if (busy_) SetCursor(LoadCursor(nullptr, IDC_WAIT));
-      return busy_;
+      if (!busy_ || LOWORD(second) != HTCLIENT) return false;  // the window can be moved and closed all the same
+      SetCursor(LoadCursor(nullptr, IDC_WAIT));
+      return true;
     case WM_NCDESTROY:
       window_ = nullptr;
       return false;
@@ -204,9 +243,9 @@ bool MainWindow::handle(UINT message, WPARAM first) {
 // The keyboard sends the numbers of disabled buttons too.
 void MainWindow::command(WORD id) {
   if (!IsWindowEnabled(GetDlgItem(window_, id))) return;
-  if (id == AboutId) queue(WindowEvent::About);
-  if (id == ContinueId) queue(WindowEvent::Continue);
-  if (id == CancelId) queue(WindowEvent::Cancel);
+  if (id == cmdAbout) queue(WindowEvent::About);
+  if (id == cmdContinue) queue(WindowEvent::Continue);
+  if (id == cmdCancel) queue(WindowEvent::Cancel);
 }
 
 // Pressing the same thing again before it was looked at says nothing new.

@@ -21,6 +21,8 @@ class MainWindow {
   void create(const std::string& caption);
   void destroy();
   void show();
+  /// Makes it the active window, with the focus on Continue.
+  void bringToFront();
   void centre();
 
   /// Null before it is made and after its end, as are its controls.
@@ -31,17 +33,20 @@ class MainWindow {
   /// Keeps the focus on a control that can take it.
   void setEnabled(platform::Control control, bool enabled);
   void setBusyCursor(bool busy);
+  void showStatusScrollBar(bool shown);
   /// Height of `text` as the status control would set it.
   int statusTextHeight(const std::string& text) const;
 
   /// The oldest thing that a person did and nobody took yet.
   std::optional<platform::WindowEvent> takeEvent();
   /// Handles keys that move around in the window; false for messages that go the common way.
-  bool translate(MSG& message) const;
+  bool translate(MSG& message);
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
-  bool handle(UINT message, WPARAM first);
+  bool handle(UINT message, WPARAM first, LPARAM second);
+  void escape();
+  void scrollToNewestLine();
   void command(WORD id);
   void queue(platform::WindowEvent event);
 

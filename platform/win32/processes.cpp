@@ -16,6 +16,17 @@ HANDLE processHandle(const StartedProcess& started) {
   return reinterpret_cast<HANDLE>(started.process);
 }
 
+WaitResult waitResult(DWORD result) {
+  switch (result) {
+    case WAIT_OBJECT_0:
+      return WaitResult::Signalled;
+    case WAIT_TIMEOUT:
+      return WaitResult::TimedOut;
+    default:
+      return WaitResult::Failed;
+  }
+}
+
 }  // namespace
 
 Status Processes::start(const std::string& commandLine, const std::string& workingFolder, std::uint16_t showWindow,
@@ -36,19 +47,12 @@ Status Processes::start(const std::string& commandLine, const std::string& worki
   return status::Ok;
 }
 
-void Processes::waitForInputIdle(const StartedProcess& started) {
-  WaitForInputIdle(processHandle(started), INFINITE);
+WaitResult Processes::waitForInputIdle(const StartedProcess& started, std::uint32_t milliseconds) {
+  return waitResult(WaitForInputIdle(processHandle(started), milliseconds));
 }
 
 WaitResult Processes::wait(const StartedProcess& started, std::uint32_t milliseconds) {
-  switch (WaitForSingleObject(processHandle(started), milliseconds)) {
-    case WAIT_OBJECT_0:
-      return WaitResult::Signalled;
-    case WAIT_TIMEOUT:
-      return WaitResult::TimedOut;
-    default:
-      return WaitResult::Failed;
-  }
+  return waitResult(WaitForSingleObject(processHandle(started), milliseconds));
 }
 
 Status Processes::exitCode(const StartedProcess& started, std::int32_t& exitCode) {

@@ -2,6 +2,9 @@
 
 #include "platform/win32/dialogs.h"
 #include "platform/win32/progress_bar.h"
+#include "platform/win32/system_library.h"
+
+#include <shellapi.h>
 
 namespace win32 {
 
@@ -71,7 +74,7 @@ void Screen::drawProgress(int percent, const std::string& text) {
 
 void Screen::repaint() {
   if (window_.handle() == nullptr) return;  // the system would take it for the whole desktop
-  RedrawWindow(window_.handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+  RedrawWindow(window_.handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
 int Screen::statusAreaHeight() {
@@ -84,12 +87,16 @@ int Screen::statusTextHeight(const std::string& text) {
 }
 
 void Screen::showStatusScrollBar(bool shown) {
-  ShowScrollBar(window_.control(Control::Status), SB_VERT, shown);
+  window_.showStatusScrollBar(shown);
 }
 
 void Screen::pumpMessages() {
   MSG message;
   while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) dispatch(message);
+}
+
+std::optional<WindowEvent> Screen::takeEvent() {
+  return window_.takeEvent();
 }
 
 // Without a window, nobody is there to use it.
@@ -110,6 +117,7 @@ void Screen::dispatch(MSG& message) {
 }
 
 HWND Screen::dialogOwner() {
+  if (passwordDialog_.handle() != nullptr) return passwordDialog_.handle();
   return mainWindowVisible() ? window_.handle() : nullptr;
 }
 
@@ -119,6 +127,21 @@ BoxAnswer Screen::messageBox(const platform::MessageBoxRequest& request) {
 
 std::optional<std::string> Screen::chooseFile(const platform::OpenFileRequest& request) {
   return win32::chooseFile(dialogOwner(), request);
+}
+
+bool Screen::askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) {
+  return passwordDialog_.show(dialogOwner(), request, accept);
+}
+
+// NT 3.51 has the function as well, but not every early system has the library.
+bool Screen::openDocument(const std::string& path) {
+  constexpr INT_PTR LastError = 32;
+  static_assert(sizeof(HINSTANCE) == sizeof(INT_PTR));
+  SystemLibrary shell("shell32.dll");
+  auto* execute = shell.find<decltype(ShellExecuteA)>("ShellExecuteA");
+  if (execute == nullptr) return false;
+  HINSTANCE result = execute(dialogOwner(), "open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+  return reinterpret_cast<INT_PTR>(result) > LastError;
 }
 
 void Screen::setBusyCursor(bool busy) {
@@ -157,6 +180,10 @@ void Screen::restoreWindow(WindowHandle window) {
 }
 
 void Screen::focusWindow(WindowHandle window) {
+  if (systemWindow(window) == window_.handle()) {
+    window_.bringToFront();
+    return;
+  }
   SetForegroundWindow(systemWindow(window));
   SetFocus(systemWindow(window));
 }

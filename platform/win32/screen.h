@@ -3,13 +3,14 @@
 
 #include "platform/screen.h"
 #include "platform/win32/main_window.h"
+#include "platform/win32/password_dialog.h"
 #include "platform/win32/tray.h"
 
 namespace win32 {
 
 class Screen : public platform::Screen {
  public:
-  explicit Screen(HINSTANCE instance) : window_(instance), tray_(instance) {}
+  explicit Screen(HINSTANCE instance) : window_(instance), passwordDialog_(instance), tray_(instance) {}
 
   void createMainWindow(const std::string& caption) override;
   platform::WindowHandle mainWindow() override;
@@ -29,10 +30,13 @@ class Screen : public platform::Screen {
   void showStatusScrollBar(bool shown) override;
 
   void pumpMessages() override;
+  std::optional<platform::WindowEvent> takeEvent() override;
   platform::WindowEvent waitForEvent() override;
 
   platform::BoxAnswer messageBox(const platform::MessageBoxRequest& request) override;
   std::optional<std::string> chooseFile(const platform::OpenFileRequest& request) override;
+  bool askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) override;
+  bool openDocument(const std::string& path) override;
   void setBusyCursor(bool busy) override;
 
   bool addTrayIcon(const std::string& tip) override;
@@ -46,11 +50,12 @@ class Screen : public platform::Screen {
   void focusWindow(platform::WindowHandle window) override;
 
  private:
-  /// The owner of dialogs: the main window while a person can see it.
+  /// The owner of dialogs: the password window while it is open, or else the main window while a person can see it.
   HWND dialogOwner();
   void dispatch(MSG& message);
 
   MainWindow window_;
+  PasswordDialog passwordDialog_;
   Tray tray_;
 };
 
