@@ -21,6 +21,7 @@ class Checks(unittest.TestCase):
         run = subprocess.run([sys.executable, os.path.join(HERE, script), *arguments], capture_output=True, text=True)
         print(run.stdout.strip(), flush=True)
         self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+        return run.stdout
 
     def test_includes(self):
         self.check('includes.py')
@@ -35,7 +36,8 @@ class Checks(unittest.TestCase):
         self.check('formatting.py')
 
     def test_tidy(self):
-        self.check('tidy.py')
+        if 'no time left' in self.check('tidy.py'):
+            self.skipTest('some files were not reached: the next run goes on from there')
 
     def test_ratio(self):
         self.check('ratio.py')
