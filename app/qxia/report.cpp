@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -22,22 +23,33 @@ void PrintComponent(const simulated::Registry& registry, const std::string& key,
               registry.text(key, "Message").c_str());
 }
 
+struct Component {
+  int number;
+  std::string key;
+  std::string name;
+};
+
+/// The product's sub-keys that have a sequence number, in its order.
+std::vector<Component> ComponentsOf(const simulated::Registry& registry, const std::string& productKey) {
+  std::vector<Component> components;
+  for (const std::string& name : registry.keys(productKey)) {
+    std::string key = productKey;
+    key.append("\\").append(name);
+    if (registry.find(key, "SequenceNumber") == nullptr) continue;
+    components.push_back({std::atoi(registry.text(key, "SequenceNumber").c_str()), key, name});
+  }
+  std::stable_sort(components.begin(), components.end(),
+                   [](const Component& a, const Component& b) { return a.number < b.number; });
+  return components;
+}
+
 void PrintProduct(const simulated::Registry& registry, const std::string& key, const std::string& name) {
   const bool failed = registry.text(key, "Succeeded") == "0";
   std::printf("\n%s %s: %s\n", name.c_str(), registry.text(key, "Version").c_str(), failed ? "failed" : "succeeded");
   const std::string reason = registry.text(key, "Abort Reason");
   if (failed && !reason.empty()) std::printf("%s\n", reason.c_str());
-  std::vector<std::string> components = registry.keys(key);
-  std::erase_if(components, [&](const std::string& component) {
-    return registry.find(key + "\\" + component, "SequenceNumber") == nullptr;
-  });
-  std::stable_sort(components.begin(), components.end(), [&](const std::string& a, const std::string& b) {
-    const auto number = [&](const std::string& c) {
-      return std::atoi(registry.text(key + "\\" + c, "SequenceNumber").c_str());
-    };
-    return number(a) < number(b);
-  });
-  for (const std::string& component : components) PrintComponent(registry, key + "\\" + component, component);
+  for (const Component& component : ComponentsOf(registry, key))
+    PrintComponent(registry, component.key, component.name);
 }
 
 }  // namespace

@@ -324,7 +324,7 @@ std::string DescribeMachine(Workstation& workstation) {
                      "\nuser=" + machine.user + "\ndomain=" + machine.domain +
                      "\ntime=" + workstation.clock().timeText() + "\n";
   if (!machine.variables.empty()) text += "\n[environment]\n";
-  for (const auto& [name, value] : machine.variables) text += name + "=" + value + "\n";
+  for (const auto& [name, value] : machine.variables) text.append(name).append("=").append(value).append("\n");
   for (const auto& [letter, drive] : workstation.files().allDrives())
     text += DescribeDrive(drive, drive.folder == workstation.ownFolder(letter));
   return text;

@@ -49,7 +49,7 @@ std::string Processes::programOf(const std::string& commandLine) {
   if (!commandLine.empty() && commandLine[0] == '"') return commandLine.substr(1, commandLine.find('"', 1) - 1);
   for (std::size_t blank = commandLine.find(' '); blank != std::string::npos;
        blank = commandLine.find(' ', blank + 1)) {
-    const std::string path = commandLine.substr(0, blank);
+    std::string path = commandLine.substr(0, blank);
     if (!HasFolder(path)) break;
     for (const char* extension : {"", ".exe"})
       if (around_.files.exists(path + extension) && !around_.files.isFolder(path + extension)) return path;
