@@ -1,6 +1,7 @@
 #include "base/app_log.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <utility>
 
 #include "base/error_texts.h"
@@ -11,6 +12,9 @@ namespace {
 
 /// From this sum of bytes on, an archive call deletes one file.
 constexpr std::uint64_t ArchiveLimit = 10000001;
+
+/// Room for a row's markup, more than it takes.
+constexpr std::size_t MarkupSize = 256;
 
 /// Characters of a record that the event log takes.
 constexpr std::size_t LongestRecord = 30000;
@@ -31,8 +35,10 @@ const char* TypeText(int entryType) {
 
 /// "dd/mm/yy hh:nn:ss.mmm"
 std::string Stamp(const platform::LocalTime& t) {
-  return Padded(t.day, 2) + "/" + Padded(t.month, 2) + "/" + Padded(t.year % 100, 2) + " " + Padded(t.hour, 2) + ":" +
-         Padded(t.minute, 2) + ":" + Padded(t.second, 2) + "." + Padded(t.millisecond, 3);
+  char buffer[96];
+  std::snprintf(buffer, sizeof buffer, "%02d/%02d/%02d %02d:%02d:%02d.%03d", t.day, t.month, t.year % 100, t.hour,
+                t.minute, t.second, t.millisecond);
+  return buffer;
 }
 
 /// "yymmddhhnn"
@@ -74,14 +80,12 @@ void clsAppLog::Log(const std::string& source, int errNumber, const std::string&
                     int entryType) {
   if (description.empty() && errNumber == 0) return;
   const int type = errNumber != 0 && entryType == EntryType::Action ? EntryType::Error : entryType;
-  Entry entry{source, errNumber, description, Row(description, type)};
-  if (errNumber != 0) entry.line += "<BR>Source: " + source + " Error No = " + std::to_string(errNumber);
-  entry.line += "</TD></TR></TABLE>";
+  const std::string line = Row(source, errNumber, description, type);
   try {
-    Write(entry);
-    if (description == "Exit") Write({source, errNumber, description, " "});
+    Write(source, errNumber, description, line);
+    if (description == "Exit") Write(source, errNumber, description, " ");
   } catch (const std::exception& failure) {
-    Report(entry, failure);
+    Report(source, errNumber, description, failure);
     return;
   }
   if (showMessage && errNumber != 0) ShowBox(errNumber, description);
@@ -89,31 +93,39 @@ void clsAppLog::Log(const std::string& source, int errNumber, const std::string&
   lastErrDescription_ = description;
 }
 
-std::string clsAppLog::Row(const std::string& description, int type) {
-  return "<TABLE cellpadding=\"0\" border=\"0\"><TR valign=\"top\"><TD width=\"150\">" + Stamp(machine_.clock().now()) +
-         "</TD><TD width=\"120\">" + TypeText(type) + "</TD><TD width=\"550\">" + OnOneLine(description);
+std::string clsAppLog::Row(const std::string& source, int errNumber, const std::string& description, int type) {
+  std::string row;
+  row.reserve(description.size() + source.size() + MarkupSize);
+  row.append("<TABLE cellpadding=\"0\" border=\"0\"><TR valign=\"top\"><TD width=\"150\">");
+  row.append(Stamp(machine_.clock().now())).append("</TD><TD width=\"120\">").append(TypeText(type));
+  row.append("</TD><TD width=\"550\">").append(OnOneLine(description));
+  if (errNumber != 0) {
+    row.append("<BR>Source: ").append(source).append(" Error No = ").append(std::to_string(errNumber));
+  }
+  return row.append("</TD></TR></TABLE>");
 }
 
 void clsAppLog::Log(const std::string& source, const Error& error, bool showMessage) {
   Log(source.empty() ? error.source() : source, error.number(), error.text(), showMessage, EntryType::Action);
 }
 
-void clsAppLog::Write(const Entry& entry) {
+void clsAppLog::Write(const std::string& source, int errNumber, const std::string& description,
+                      const std::string& line) {
   if (!logToFile_) return;
   if (holding_) {
-    held_.push_back(entry);
+    held_.push_back({source, errNumber, description, line});
   } else {
-    WriteLogEntry(entry.line);
+    WriteLogEntry(line);
   }
 }
 
 void clsAppLog::ReleaseEntries() {
   holding_ = false;
-  for (const Entry& entry : std::exchange(held_, {})) {
+  for (const HeldEntry& entry : std::exchange(held_, {})) {
     try {
       WriteLogEntry(entry.line);
     } catch (const std::exception& failure) {
-      Report(entry, failure);
+      Report(entry.source, entry.errNumber, entry.description, failure);
     }
   }
 }
@@ -135,13 +147,14 @@ void clsAppLog::WriteLogEntry(const std::string& entry) {
   require(closed, 9);
 }
 
-void clsAppLog::Report(const Entry& entry, const std::exception& failure) {
-  if (!silent_) machine_.screen().messageBox({.title = title_, .text = entry.source});
+void clsAppLog::Report(const std::string& source, int errNumber, const std::string& description,
+                       const std::exception& failure) {
+  if (!silent_) machine_.screen().messageBox({.title = title_, .text = source});
   const auto* error = dynamic_cast<const Error*>(&failure);
   const std::string records[] = {
-      "Routine name passed in: " + entry.source,
-      "Description passed in: " + entry.description,
-      "Number passed in : " + std::to_string(entry.errNumber),
+      "Routine name passed in: " + source,
+      "Description passed in: " + description,
+      "Number passed in : " + std::to_string(errNumber),
       "Method Log of clsAppLog failed, Error No : " + std::to_string(error ? error->number() : GeneralError) +
           " Description : " + failure.what() + LineBreak + "Error Source = " + (error ? error->source() : ""),
   };

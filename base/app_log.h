@@ -65,18 +65,18 @@ class clsAppLog {
   bool HoldsEntries() const { return holding_; }
 
  private:
-  /// One entry, with what is told of it when it cannot be written.
-  struct Entry {
+  /// An entry that waits for its file, with what is told of it when it cannot be written.
+  struct HeldEntry {
     std::string source;
-    int errNumber = 0;
+    int errNumber;
     std::string description;
     std::string line;
   };
 
-  void Report(const Entry& entry, const std::exception& failure);
-  void Write(const Entry& entry);
+  void Report(const std::string& source, int errNumber, const std::string& description, const std::exception& failure);
+  void Write(const std::string& source, int errNumber, const std::string& description, const std::string& line);
   bool Attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder);
-  std::string Row(const std::string& description, int type);
+  std::string Row(const std::string& source, int errNumber, const std::string& description, int type);
   void ShowBox(int errNumber, const std::string& description);
   void CopyToArchive(const std::string& archiveFolder);
   void TrimArchive(const std::string& archiveFolder);
@@ -93,5 +93,5 @@ class clsAppLog {
   std::string folder_;
   bool silent_ = false;
   bool holding_ = false;
-  std::vector<Entry> held_;
+  std::vector<HeldEntry> held_;
 };

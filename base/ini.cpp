@@ -13,6 +13,9 @@ namespace {
 
 constexpr int OverflowError = 6;
 
+/// Bytes of a short line, from which the number of lines is guessed.
+constexpr std::size_t UsualLine = 24;
+
 bool IsHeader(std::string_view line) {
   return !line.empty() && line.front() == '[';
 }
@@ -20,7 +23,8 @@ bool IsHeader(std::string_view line) {
 /// Only the first characters count: a blank before the semicolon makes no comment, and a key that begins with "rem" can
 /// never be read. Media rely on both.
 bool IsDropped(std::string_view line) {
-  return line.empty() || line.front() == ';' || StartsWithIgnoringCase(line, "rem");
+  if (line.empty() || line.front() == ';') return true;
+  return (line.front() == 'r' || line.front() == 'R') && StartsWithIgnoringCase(line, "rem");
 }
 
 void RequireName(const std::string& name, int errorNumber) {
@@ -56,6 +60,7 @@ std::string ReadValue(Run& run, const std::string& section, const std::string& k
 }  // namespace
 
 IniLines::IniLines(std::string bytes) : bytes_(std::make_unique<const std::string>(std::move(bytes))) {
+  lines_.reserve(bytes_->size() / UsualLine + 1);
   const char* at = bytes_->data();
   const char* const end = at + bytes_->size();
   while (at < end) {

@@ -173,7 +173,7 @@ std::int16_t RegDelete(Run& run, const std::string& keyPath, RegistryRoot root) 
   std::vector<std::string> keys;
   RegListKeys(run, keyPath, keys, root);
   for (const std::string& name : keys) {
-    if (!name.empty()) RegDelete(run, keyPath + "\\" + name, root);
+    if (!name.empty()) RegDelete(run, std::string(keyPath).append("\\").append(name), root);
   }
   return static_cast<std::int16_t>(run.machine.registry().deleteKey(root, keyPath));
 }
