@@ -1,0 +1,162 @@
+// What Windows Installer is asked: the data of a package, and the products on the machine.
+
+#include "exec/msi_queries.h"
+#include "platform/faults/platform.h"
+#include "tests/support/procedures.h"
+
+namespace {
+
+constexpr const char* Package = "C:\\Media\\Office.msi";
+constexpr const char* Code = "{11111111-2222-3333-4444-555555555555}";
+constexpr const char* Other = "{22222222-2222-3333-4444-555555555555}";
+
+class MsiQuery : public Procedures {
+ protected:
+  bool query(::Run& asking, const std::string& path) {
+    name = version = code = "left from before";
+    return modMSI::GetMSIData(asking, path, name, version, code);
+  }
+  void expectNothing(bool result) {
+    EXPECT_FALSE(result);
+    EXPECT_EQ(name + version + code, "");
+  }
+  /// Codes, names and versions of the list.
+  std::vector<std::string> listed() {
+    std::vector<std::string> products;
+    for (const InstalledProduct& product : run.installedProducts)
+      products.push_back(product.code + "|" + product.name + "|" + product.version);
+    return products;
+  }
+
+  std::string name, version, code;
+};
+
+TEST_F(MsiQuery, PackageData_AreThoseOfItsPropertyTable) {
+  const std::string longName(99, 'n');
+  const struct {
+    simulated::Package package;
+    const char* what;
+  } table[] = {
+      {{Package, "Office", "2.1.0.15", Code}, "all three"},
+      {{Package, "Office", "", Code}, "without a version"},
+      {{Package, "", "", ""}, "without any"},
+      {{Package, longName, "1", Code}, "the longest name"},
+      {{Package, "Office", "1", Code, {}, {}, {}, {{"Manufacturer", "Tarvel"}, {"productname", "small"}}},
+       "others beside"},
+  };
+  for (const auto& row : table) {
+    Rig other;
+    ::Run asking(other.machine());
+    other.package(row.package);
+    EXPECT_TRUE(query(asking, Package)) << row.what;
+    EXPECT_EQ(name, row.package.name) << row.what;
+    EXPECT_EQ(version, row.package.version) << row.what;
+    EXPECT_EQ(code, row.package.code) << row.what;
+    EXPECT_EQ(other.machine().installer().openHandles(), 0U) << row.what;
+  }
+}
+
+TEST_F(MsiQuery, PackageData_AreToldInTheLog) {
+  rig.package({Package, "Office", "2.1.0.15", Code});
+  ASSERT_TRUE(query(run, Package));
+  std::vector<std::string> told;
+  for (const LogRow& row : rows()) told.push_back(row.type + " " + row.description);
+  EXPECT_EQ(told, (std::vector<std::string>{"Action Reading C:\\Media\\Office.msi", "Action Name:Office",
+                                            "Action Version:2.1.0.15", std::string("Action Code:") + Code}));
+}
+
+TEST_F(MsiQuery, PackageThatCannotBeRead_IsTheErrorOfItsStep) {
+  const struct {
+    const char* operation;
+    const char* text;
+    int number;
+  } table[] = {
+      {"installer.openDatabase", "Could not open MSI database : ", 6141},
+      {"installer.openView", "Could not open MSI database view for ", 6142},
+      {"installer.executeView", "Could not execute view for ", 6143},
+  };
+  rig.package({Package, "Office", "1", Code});
+  for (const auto& row : table) {
+    SCOPED_TRACE(row.operation);
+    faults::Platform faulty(rig.machine());
+    faulty.faults().fail(row.operation, "", platform::status::PackageOpenFailed);
+    ::Run failing(faulty);
+    emptyLog();
+    expectNothing(query(failing, Package));
+    EXPECT_EQ(rows().back().description, row.text + std::string(Package) +
+                                             "<BR>Source: modMSI.GetMSIData Error No = " + std::to_string(row.number));
+    EXPECT_EQ(rig.machine().installer().openHandles(), 0U);
+  }
+}
+
+TEST_F(MsiQuery, FileThatIsNoPackage_LeavesEmptyData) {
+  expectNothing(query(run, "C:\\Media\\gone.msi"));
+  rig.file("C:\\Media\\notes.msi", "no package");
+  expectNothing(query(run, "C:\\Media\\notes.msi"));
+  const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
+  ASSERT_EQ(errors.size(), 2U);
+  EXPECT_EQ(errors[0].description,
+            "File C:\\Media\\gone.msi does not exist<BR>Source: modMSI.GetMSIData Error No = 6140");
+  EXPECT_EQ(errors[1].description,
+            "Could not open MSI database : C:\\Media\\notes.msi<BR>Source: modMSI.GetMSIData Error No = 6141");
+}
+
+TEST_F(MsiQuery, ProductList_HasARecordForEachOrOneEmpty) {
+  ListInstalledProducts(run);
+  EXPECT_EQ(listed(), std::vector<std::string>{"||"});
+  rig.machine().installer().install({Code, "Office", "2.1.0.15"});
+  rig.machine().installer().install({Other, std::string(127, 'n'), "1"});
+  for (int times = 0; times < 2; ++times) {
+    ListInstalledProducts(run);
+    EXPECT_EQ(listed(), (std::vector<std::string>{std::string(Code) + "|Office|2.1.0.15",
+                                                  std::string(Other) + "|" + std::string(127, 'n') + "|1"}));
+  }
+  rig.machine().installer().remove(Code);
+  ListInstalledProducts(run);
+  EXPECT_EQ(run.installedProducts.size(), 1U);
+  std::vector<std::string> told;
+  for (const LogRow& row : rows()) told.push_back(row.description);
+  EXPECT_EQ(told, (std::vector<std::string>{"There are 0 installed products", "There are 2 installed products",
+                                            "There are 2 installed products", "There are 1 installed products"}));
+}
+
+TEST_F(MsiQuery, ProductThatDoesNotTell_KeepsEmptyFieldsAndAnErrorEach) {
+  rig.machine().installer().install({Code, "Office", "2.1.0.15"});
+  rig.machine().installer().install({Other, "Tools", "1.0"});
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("installer.productInformation", Code, platform::status::UnknownProperty);
+  ::Run failing(faulty);
+  ListInstalledProducts(failing);
+  ASSERT_EQ(failing.installedProducts.size(), 2U);
+  EXPECT_EQ(failing.installedProducts[0].code, Code);
+  EXPECT_EQ(failing.installedProducts[0].name + failing.installedProducts[0].version, "");
+  EXPECT_EQ(failing.installedProducts[1].name, "Tools");
+  const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
+  ASSERT_EQ(errors.size(), 2U);
+  EXPECT_EQ(errors[0].description.rfind(std::string("Error returning product Installed Product Name for ") + Code, 0),
+            0U);
+  EXPECT_EQ(
+      errors[1].description.rfind(std::string("Error returning product Installed Product Version for ") + Code, 0), 0U);
+  EXPECT_NE(errors[0].description.find("Error No = 6147"), std::string::npos);
+}
+
+TEST_F(MsiQuery, MachineWithoutWindowsInstaller_HasNoProducts) {
+  rig.machine().installer().setInstalled(false);
+  ListInstalledProducts(run);
+  EXPECT_EQ(listed(), std::vector<std::string>{"||"});
+  rig.file(Package, "package");
+  expectNothing(query(run, Package));
+}
+
+TEST_F(MsiQuery, LogOfProducts_HasALineForEach) {
+  run.verbose = true;
+  rig.machine().installer().install({Code, "Office", "2.1.0.15"});
+  LogInstalledMSIs(run);
+  std::vector<std::string> told;
+  for (const LogRow& row : rows()) told.push_back(row.description);
+  EXPECT_EQ(told, (std::vector<std::string>{"Retrieving Installed MSI's from PC", "There are 1 installed products",
+                                            "The following MSI's are installed on this PC",
+                                            "Office: {11111111-2222-3333-4444-555555555555} v2.1.0.15 <BR>"}));
+}
+
+}  // namespace
