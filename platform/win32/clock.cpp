@@ -4,7 +4,7 @@
 
 namespace win32 {
 
-Clock::Clock() : multimedia_(std::make_unique<SystemLibrary>("winmm.dll")) {}
+Clock::Clock() = default;
 Clock::~Clock() = default;
 
 platform::LocalTime Clock::now() {
@@ -15,6 +15,7 @@ platform::LocalTime Clock::now() {
 
 // The multimedia timer is finer; a machine without multimedia has the plain one.
 std::uint32_t Clock::ticks() {
+  if (multimedia_ == nullptr) multimedia_ = std::make_unique<SystemLibrary>("winmm.dll");
   auto* fine = multimedia_->find<DWORD WINAPI()>("timeGetTime");
   return fine != nullptr ? fine() : GetTickCount();
 }

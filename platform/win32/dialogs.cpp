@@ -1,5 +1,6 @@
 #include "platform/win32/dialogs.h"
 
+#include "platform/win32/system_library.h"
 #include "platform/win32/windows_api.h"
 
 #include <commdlg.h>
@@ -108,7 +109,9 @@ std::optional<std::string> chooseFile(HWND owner, const OpenFileRequest& request
   dialog.lpstrTitle = request.title.c_str();
   dialog.lpstrDefExt = request.extension.empty() ? nullptr : request.extension.c_str();
   dialog.Flags = OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY;
-  if (!GetOpenFileNameA(&dialog)) return std::nullopt;
+  const SystemLibrary dialogs("comdlg32.dll");
+  auto* const ask = dialogs.find<decltype(GetOpenFileNameA)>("GetOpenFileNameA");
+  if (ask == nullptr || !ask(&dialog)) return std::nullopt;
   return std::string(path);
 }
 

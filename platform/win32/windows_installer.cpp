@@ -53,46 +53,51 @@ Status read(std::string& value, std::size_t capacity, Function function, Argumen
 
 }  // namespace
 
-WindowsInstaller::WindowsInstaller() : library_(std::make_unique<Library>()) {}
+WindowsInstaller::WindowsInstaller() = default;
 WindowsInstaller::~WindowsInstaller() = default;
+
+WindowsInstaller::Library& WindowsInstaller::library() {
+  if (library_ == nullptr) library_ = std::make_unique<Library>();
+  return *library_;
+}
 
 Status WindowsInstaller::enumerateProduct(std::uint32_t index, std::string& productCode) {
   char code[39] = "";
-  Status result = call(library_->enumProducts, index, code);
+  Status result = call(library().enumProducts, index, code);
   productCode = result == status::Ok ? code : "";
   return result;
 }
 
 Status WindowsInstaller::productInformation(const std::string& productCode, const std::string& property,
                                             std::size_t capacity, std::string& value) {
-  return read(value, capacity, library_->getProductInfo, productCode.c_str(), property.c_str());
+  return read(value, capacity, library().getProductInfo, productCode.c_str(), property.c_str());
 }
 
 // Without a file for changes the database is opened for reading.
 Status WindowsInstaller::openDatabase(const std::string& package, const std::string& persist,
                                       InstallerHandle& database) {
-  return open(database, library_->openDatabase, package.c_str(), persist.empty() ? nullptr : persist.c_str());
+  return open(database, library().openDatabase, package.c_str(), persist.empty() ? nullptr : persist.c_str());
 }
 
 Status WindowsInstaller::openView(InstallerHandle database, const std::string& query, InstallerHandle& view) {
-  return open(view, library_->openView, static_cast<MSIHANDLE>(database.value), query.c_str());
+  return open(view, library().openView, static_cast<MSIHANDLE>(database.value), query.c_str());
 }
 
 Status WindowsInstaller::executeView(InstallerHandle view) {
-  return call(library_->execute, static_cast<MSIHANDLE>(view.value), static_cast<MSIHANDLE>(0));
+  return call(library().execute, static_cast<MSIHANDLE>(view.value), static_cast<MSIHANDLE>(0));
 }
 
 Status WindowsInstaller::fetch(InstallerHandle view, InstallerHandle& record) {
-  return open(record, library_->fetch, static_cast<MSIHANDLE>(view.value));
+  return open(record, library().fetch, static_cast<MSIHANDLE>(view.value));
 }
 
 Status WindowsInstaller::recordText(InstallerHandle record, std::uint32_t field, std::size_t capacity,
                                     std::string& value) {
-  return read(value, capacity, library_->getString, static_cast<MSIHANDLE>(record.value), field);
+  return read(value, capacity, library().getString, static_cast<MSIHANDLE>(record.value), field);
 }
 
 Status WindowsInstaller::close(InstallerHandle handle) {
-  return call(library_->closeHandle, static_cast<MSIHANDLE>(handle.value));
+  return call(library().closeHandle, static_cast<MSIHANDLE>(handle.value));
 }
 
 }  // namespace win32

@@ -27,6 +27,9 @@ class WindowsInstaller : public platform::WindowsInstaller {
 
  private:
   struct Library;
+  /// Loaded when it is first needed: with all that it needs itself it is larger than the program.
+  Library& library();
+
   std::unique_ptr<Library> library_;
 };
 
