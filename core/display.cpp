@@ -23,9 +23,9 @@ void ShowWindow(Run& run) {
   run.window.Caption(Control::About, "&About");
   run.window.Caption(Control::Continue, modLanguage::Text(run, Caption::Continue));
   run.window.Caption(Control::Cancel, modLanguage::Text(run, Caption::Cancel));
-  run.window.LongMessage(modLanguage::Text(run, Caption::Welcome));
   CentreForm(run.machine.screen());
   run.window.Show();
+  run.window.LongMessage(modLanguage::Text(run, Caption::Welcome));
   run.window.Status(modLanguage::Text(run, Caption::Welcome));
 }
 

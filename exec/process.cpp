@@ -67,7 +67,10 @@ std::int32_t WaitForTermination(Run& run, platform::StartedProcess process) {
   platform::Processes& processes = run.machine.processes();
   StatusDots dots(run.window);
   // A program that is slow to show its first window keeps this one alive as well.
-  while (processes.waitForInputIdle(process, PollMilliseconds) == platform::WaitResult::TimedOut) run.window.Pump();
+  while (processes.waitForInputIdle(process, PollMilliseconds) == platform::WaitResult::TimedOut) {
+    dots.Poll();
+    run.window.Pump();
+  }
   processes.close(process.thread);
   platform::WaitResult waited = platform::WaitResult::TimedOut;
   while (waited == platform::WaitResult::TimedOut) {
