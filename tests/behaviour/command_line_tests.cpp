@@ -1,0 +1,165 @@
+// The program's switches.
+
+#include "core/command_line.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/media.h"
+
+namespace {
+
+struct Value {
+  const char* commandLine;
+  const char* name;
+  const char* value;
+};
+
+constexpr Value Values[] = {
+    {"/is=C:\\Pkg\\app.ini /s", "/is=", "C:\\Pkg\\app.ini"},
+    {"/is=C:\\Pkg\\app.ini  /s", "/is=", "C:\\Pkg\\app.ini "},
+    {"/s /is=C:\\Pkg\\app.ini", "/is=", "C:\\Pkg\\app.ini"},
+    {"/s /is=C:\\Pkg\\app.ini  ", "/is=", "C:\\Pkg\\app.ini  "},
+    {"/is=C:/Pkg/app.ini", "/is=", "C"},
+    {"/is=/C:\\a.ini /s", "/is=", "/C:\\a.ini"},
+    {"/IS=C:\\a.ini /is=C:\\b.ini", "/is=", "C:\\a.ini"},
+    {"/is=", "/is=", ""},
+    {"/is=/", "/is=", "/"},
+    {"/is=//s", "/is=", ""},
+    {"/is=\"C:\\My Files\\app.ini\" /v", "/is=", "\"C:\\My Files\\app.ini\""},
+};
+
+TEST(CommandLine, ValueOfASwitch_EndsInFrontOfTheNextOne) {
+  for (const Value& row : Values) EXPECT_EQ(ParseCommand(row.commandLine, row.name), row.value) << row.commandLine;
+}
+
+constexpr Value Lines[] = {
+    {"\"C:\\QX\\QX.exe\" /s", "C:\\QX\\QX.exe", "/s"},
+    {"C:\\QX\\QX.exe /s", "C:\\QX\\QX.exe", "/s"},
+    {"C:\\Program Files\\QX.exe /x Office", "C:\\Program Files\\QX.exe", "/x Office"},
+    {"\"c:\\qx\\qx.EXE\"", "C:\\QX\\QX.exe", ""},
+    {"QX.exe  /s /v ", "C:\\QX\\QX.exe", "/s /v "},
+    {"C:\\QX\\QX /s", "C:\\QX\\QX.exe", "/s"},
+    {"\"D:\\other\\QX.exe\" /s", "C:\\QX\\QX.exe", "/s"},
+    {"\"C:\\QX\\QX.exe", "C:\\QX\\QX.exe", ""},
+    {"", "C:\\QX\\QX.exe", ""},
+};
+
+TEST(CommandLine, ProgramPath_IsNoArgument) {
+  for (const Value& row : Lines) EXPECT_EQ(ArgumentText(row.commandLine, row.name), row.value) << row.commandLine;
+}
+
+struct Switches {
+  const char* arguments;
+  bool silent;
+  bool verbose;
+  const char* appIni;
+  const char* productIni;
+};
+
+constexpr Switches Read[] = {
+    {"/s", true, false, "", ""},
+    {"/S", true, false, "", ""},
+    {"/silent", true, false, "", ""},
+    {"/v", false, true, "", ""},
+    {"/VERBOSE", false, true, "", ""},
+    {"/q -s /?", false, false, "", ""},
+    {"nonsense", false, false, "", ""},
+    {"/is=C:\\a.ini", false, false, "C:\\a.ini", ""},
+    {"/v /is=C:\\a.ini /ia=C:\\p.ini", false, true, "C:\\a.ini", "C:\\p.ini"},
+    {"/IS=C:\\a.ini /s", true, false, "", ""},
+    {"/isr /iar", false, false, "C:\\remembered.ini", "C:\\remembered product.ini"},
+    {"/isr /is=C:\\a.ini", false, false, "C:\\a.ini", ""},
+    {"/iar /ia=C:\\p.ini", false, false, "", "C:\\p.ini"},
+    {"/ISR", false, false, "", ""},
+    {"/is=", false, false, "", ""},
+};
+
+TEST(CommandLine, Switches_AreFoundAnywhere) {
+  for (const Switches& row : Read) {
+    Rig rig;
+    rig.set(ProductsRecord, "InstallationIni", "C:\\remembered.ini");
+    rig.set(ProductsRecord, "ProductIni", "C:\\remembered product.ini");
+    ::Run run(rig.machine());
+    GetCommandLine(run, row.arguments);
+    EXPECT_EQ(run.silent, row.silent) << row.arguments;
+    EXPECT_EQ(rig.value(ProductsRecord, "Silent"), row.silent ? "True" : "False") << row.arguments;
+    EXPECT_EQ(rig.value(ProductsRecord, "Verbose"), row.verbose ? "True" : "") << row.arguments;
+    EXPECT_EQ(run.verbose, row.verbose) << row.arguments;
+    EXPECT_EQ(run.appIniPath, row.appIni) << row.arguments;
+    EXPECT_EQ(run.productIniPath, row.productIni) << row.arguments;
+  }
+}
+
+TEST(CommandLine, RememberedPathThatIsNot_CountsAsNotGiven) {
+  Rig rig;
+  EXPECT_EQ(rig.run("/s /isr"), 1);
+  EXPECT_NE(rig.text("C:\\QX\\QX Installation Assistant.html")
+                .find("Could not find ini file : C:\\QX\\QX Installation Assistant.ini"),
+            std::string::npos);
+}
+
+TEST(CommandLine, PathInQuotesWithBlanksBehind_IsUsedWithoutThem) {
+  Rig rig;
+  Media media(rig);
+  media.program("Tools").write();
+  EXPECT_EQ(rig.run("/is=\"C:\\Media\\app.ini\"   /ia=\"C:\\Media\\product.ini\"  /s"), 0);
+  EXPECT_TRUE(Logged(rig, "Command line is /is=\"C:\\Media\\app.ini\"   /ia="));
+}
+
+TEST(CommandLine, InstallRun_RemembersItsIniPathsForTheNext) {
+  Rig rig;
+  Media media(rig);
+  media.program("Tools");
+  EXPECT_EQ(media.install(), 0);
+  EXPECT_EQ(rig.value(ProductsRecord, "InstallationIni"), "C:\\Media\\app.ini");
+  EXPECT_EQ(rig.value(ProductsRecord, "ProductIni"), "C:\\Media\\product.ini");
+  EXPECT_EQ(rig.run("/s /isr /iar"), 0);
+  EXPECT_EQ(RanComponents(rig), (std::vector<std::string>{"Tools", "Tools"}));
+}
+
+struct Uninstall {
+  const char* arguments;
+  const char* product;
+};
+
+constexpr Uninstall Uninstalls[] = {
+    {"/x Office Suite", "Office Suite"},
+    {"/x Office Suite /s", "Office Suite"},
+    {"/XOffice Suite/v", "Office Suite"},
+    {"/s /x   Office Suite   /is=C:\\a.ini", "Office Suite"},
+};
+
+TEST(CommandLine, Uninstall_NamesItsProductAndIsConfirmedFirst) {
+  for (const Uninstall& row : Uninstalls) {
+    Rig rig;
+    rig.answer("Confirm Uninstall", platform::BoxAnswer::No,
+               "This will uninstall Office Suite and may stop your system working correctly.\r\n"
+               "Are you sure you want to continue?");
+    rig.set(ProductRecord, "Version", "2.1.0");
+    EXPECT_EQ(rig.run(row.arguments), 2) << row.arguments;
+    EXPECT_NE(rig.uninstallLog(row.product).find("Uninstall of product Office Suite cancelled at user request"),
+              std::string::npos)
+        << row.arguments;
+    EXPECT_EQ(rig.value(ProductRecord, "Version"), "2.1.0");
+  }
+}
+
+TEST(CommandLine, UninstallWithoutProduct_IsError2000AndUninstallsNothing) {
+  for (const char* arguments : {"/s /x", "/x /s", "/s /x    ", "/x/s", "/x /s /is=C:\\Media\\app.ini"}) {
+    Rig rig;
+    Media media(rig);
+    media.program("Tools").write();
+    rig.tolerateUnused();
+    EXPECT_EQ(rig.run(arguments), 1) << arguments;
+    const std::string log = rig.text("C:\\QX\\QX Installation Assistant.html");
+    EXPECT_NE(log.find("Uninstall specified, but product name could not be determined.<br>The application will be shut "
+                       "down. Please check parameters used for uninstallation."),
+              std::string::npos)
+        << arguments << log;
+    EXPECT_NE(log.find("Error No = 2000"), std::string::npos) << arguments;
+    EXPECT_NE(log.find("QX Installer Run complete"), std::string::npos) << arguments;
+    EXPECT_TRUE(rig.ran().empty()) << arguments;
+  }
+}
+
+}  // namespace

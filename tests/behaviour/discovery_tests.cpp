@@ -1,0 +1,236 @@
+// Finding the ini files and the package root, and what is recorded of the machine.
+
+#include <gtest/gtest.h>
+
+#include "core/config_checks.h"
+#include "core/discovery.h"
+#include "tests/support/media.h"
+
+namespace {
+
+/// A disc F with \Setup beside the disc D without it, and a floppy A.
+void AddDrives(Rig& rig) {
+  rig.file("C:\\discs\\f\\Setup\\product.ini", "[Product]\n");
+  rig.file("C:\\discs\\a\\Packages\\product.ini", "[Product]\n");
+  const std::string host = rig.machine().ownFolder('C') + "/discs";
+  rig.machine().files().setDrive({'F', platform::DriveType::CdRom, "DISC2", host + "/f", true, false, 0});
+  rig.machine().files().setDrive({'A', platform::DriveType::Removable, "FLOPPY", host + "/a"});
+}
+
+struct Resolved {
+  const char* spec;
+  const char* path;
+};
+
+constexpr Resolved Roots[] = {
+    {"C:\\Media", "C:\\Media"},
+    {"c:\\Media\\\\Sub\\", "c:\\Media\\Sub"},
+    {"\\\\server\\share", "\\\\server\\share"},
+    {"CDROM(\\Setup)", "F:\\Setup"},
+    {"cdrom(Setup)", "F:\\Setup"},
+    {"CDROM(\\Nowhere)", ""},
+    {"CDROM", "D:"},
+    {"FLOPPY(\\Packages)", "A:\\Packages"},
+    {"FLOPPY(\\Setup)", ""},
+    {"CURRENT", "C:\\QX"},
+    {"REGISTRY", "C:\\Recorded"},
+    {"Media\\Packages", ""},
+    {"X", ""},
+    {"", ""},
+};
+
+TEST(Discovery, PackageRoot_FollowsItsCode) {
+  for (const Resolved& row : Roots) {
+    Rig rig;
+    AddDrives(rig);
+    rig.set(ProductRecord, "PackageRoot", "C:\\Recorded");
+    ::Run run(rig.machine());
+    run.silent = true;
+    run.productName = "Office Suite";
+    EXPECT_EQ(ResolvePath(run, row.spec), row.path) << row.spec;
+  }
+}
+
+constexpr Resolved ProductInis[] = {
+    {"PATH(product.ini)", "C:\\Media\\product.ini"},
+    {"PATH", "C:\\Media\\product.ini"},
+    {"CURRENT(other.ini)", "C:\\QX\\other.ini"},
+    {"CDROM(\\Setup\\product.ini)", "F:\\Setup\\product.ini"},
+    {"FLOPPY(\\Packages\\product.ini)", "A:\\Packages\\product.ini"},
+    {"REGISTRY", "C:\\Earlier\\product.ini"},
+    {"C:\\Full\\path.ini", "C:\\Full\\path.ini"},
+    {"Sub\\product.ini", "C:\\Media\\Sub\\product.ini"},
+    {"Runtime\\runtime(1).ini", "C:\\Media\\Runtime\\runtime(1).ini"},
+};
+
+TEST(Discovery, ProductIni_FollowsItsCode) {
+  for (const Resolved& row : ProductInis) {
+    Rig rig;
+    AddDrives(rig);
+    rig.set(ProductsRecord, "ProductIni", "C:\\Earlier\\product.ini");
+    ::Run run(rig.machine());
+    run.appIniPath = "C:\\Media\\app.ini";
+    EXPECT_EQ(ResolveFile(run, row.spec, "C:\\Media", "product.ini"), row.path) << row.spec;
+  }
+}
+
+TEST(Discovery, SwitchNamesAnotherProductIni_WinsOverTheApplicationIni) {
+  Rig rig;
+  Media media(rig);
+  media.program("Tools").write();
+  rig.file("C:\\Other\\product.ini", rig.text("C:\\Media\\product.ini"));
+  rig.file("C:\\Media\\product.ini", "[General]\nVersion=9\n[Actions]\n");
+  EXPECT_EQ(rig.run("/s /ia=C:\\Other\\product.ini /is=C:\\Media\\app.ini"), 0);
+  EXPECT_TRUE(Logged(rig, "Product ini file found at C:\\Other\\product.ini"));
+  EXPECT_EQ(RanComponents(rig).size(), 1U);
+}
+
+TEST(Discovery, RootOfAnEarlierRun_OutlivesTheWipeOfItsRecord) {
+  Rig rig;
+  Media media(rig);
+  media.product["PackageRoot"] = "REGISTRY";
+  rig.set(ProductRecord, "PackageRoot", "C:\\Media");
+  EXPECT_EQ(media.program("Tools").install(), 0);
+  EXPECT_TRUE(Logged(rig, "Package Root path resolved to C:\\Media"));
+  EXPECT_EQ(rig.value(ProductRecord, "PackageRoot"), "C:\\Media");
+}
+
+TEST(Discovery, InteractiveRunWithoutInis_AsksForBoth) {
+  Rig rig;
+  Media media(rig);
+  media.product["ProductIni"] = "PATH(missing.ini)";
+  media.program("Tools").write();
+  rig.machine().screen().choose({"Select Application Ini File", "C:\\Media\\app.ini"});
+  rig.machine().screen().choose({"Select Product Ini File", "C:\\Media\\product.ini"});
+  rig.press({platform::WindowEvent::Continue, platform::WindowEvent::Continue});
+  EXPECT_EQ(rig.run("/is=C:\\gone.ini"), 0);
+  EXPECT_TRUE(Logged(rig, "Could not find ini file : C:\\gone.ini"));
+  EXPECT_TRUE(Logged(rig,
+                     "Could not find product ini file: C:\\Media\\missing.ini requesting ini file with common "
+                     "dialog"));
+  EXPECT_EQ(rig.value(ProductRecord, "ProductIniPath"), "C:\\Media\\product.ini");
+  EXPECT_EQ(RanComponents(rig).size(), 1U);
+}
+
+/// What a run without one of its files says, silent and in its window.
+struct Missing {
+  const char* what;
+  void (*spoil)(Rig&);
+  const char* logged;
+  const char* status;
+};
+
+const Missing Missings[] = {
+    {"product ini", [](Rig& rig) { rig.machine().files().remove("C:\\Media\\product.ini"); },
+     "Product ini file C:\\Media\\product.ini could not be found", "Product ini file not found"},
+    {"component ini", [](Rig& rig) { rig.machine().files().remove("C:\\Media\\Tools\\Tools.ini"); },
+     "Initilisation of Tools failed as the product ini file could not be found", "Component ini file not found"},
+    {"package root", [](Rig& rig) { rig.file("C:\\Media\\app.ini", "[Product]\nName=Office Suite\nVersion=2.1.0\n"); },
+     "Package Root path returned as &lt;ERROR&gt;", nullptr},
+};
+
+TEST(Discovery, SilentRunWithoutAFile_FailsAtOnceAndAsksNobody) {
+  for (const Missing& row : Missings) {
+    Rig rig;
+    rig.tolerateUnused();
+    Media media(rig);
+    media.program("Tools").write();
+    row.spoil(rig);
+    EXPECT_EQ(rig.run(Media::arguments("/s")), 1) << row.what;
+    EXPECT_TRUE(rig.ran().empty()) << row.what;
+    EXPECT_TRUE(rig.effects("window").empty()) << row.what;
+    if (row.status != nullptr) {
+      EXPECT_TRUE(Logged(rig, row.logged)) << row.what;
+    }
+    EXPECT_TRUE(Logged(rig, "QX Installer Run complete")) << row.what;
+    EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "0") << row.what;
+    EXPECT_NE(rig.value(ProductRecord, "Abort Reason"), "") << row.what;
+  }
+}
+
+TEST(Discovery, InteractiveRunWithoutAFile_KeepsItsWindowUntilFinishIsPressed) {
+  for (const Missing& row : Missings) {
+    if (row.status == nullptr) continue;
+    Rig rig;
+    rig.tolerateUnused();
+    Media media(rig);
+    media.program("Tools").write();
+    row.spoil(rig);
+    if (row.what == std::string("product ini")) rig.machine().screen().choose({"Select Product Ini File", ""});
+    rig.press({platform::WindowEvent::Continue});
+    EXPECT_EQ(rig.run(Media::arguments("/v")), 1) << row.what;
+    const std::string wanted = std::string("Initialisation failed\r\n\r\n") + row.status;
+    EXPECT_NE(rig.machine().screen().shown(platform::Control::Status).back().find(wanted), std::string::npos);
+    EXPECT_EQ(rig.machine().screen().shown(platform::Control::Continue).back(), "&Finish") << row.what;
+    EXPECT_TRUE(rig.ran().empty()) << row.what;
+  }
+}
+
+TEST(Discovery, PackageRootMissing_IsTheErrorOfTheMissingKey) {
+  Rig rig;
+  Media media(rig);
+  media.product.erase("PackageRoot");
+  media.component("Tools", "setup.exe");
+  EXPECT_EQ(media.install(), 1);
+  EXPECT_TRUE(Logged(rig, "Package Root path returned as <ERROR>"));
+  EXPECT_TRUE(Logged(rig, "Source: Initilise Error No = 6080"));
+  EXPECT_FALSE(rig.hasKey(ComponentRecord("Tools")));
+}
+
+TEST(Discovery, RootOfUnknownForm_IsToldAndNothingIsFound) {
+  Rig rig;
+  Media media(rig);
+  media.product["PackageRoot"] = "SOMEWHERE(\\Media)";
+  media.component("Tools", "setup.exe");
+  EXPECT_EQ(media.install(), 1);
+  EXPECT_TRUE(Logged(rig, "Unable to resolve Package Root path specification!"));
+}
+
+TEST(Discovery, Configuration_IsRecordedForTheComponents) {
+  Rig rig;
+  AddDrives(rig);
+  rig.machine().machine().computer = "BUILD7";
+  rig.set(InstallationRecord, "Server Type", "dcunit");
+  Media media(rig);
+  EXPECT_EQ(media.program("Tools").install("/s /v"), 0);
+  const std::pair<const char*, const char*> values[] = {
+      {"Windows Directory", "C:\\WINDOWS"}, {"System Directory", "C:\\WINDOWS\\system32"},
+      {"Computer Name", "BUILD7"},          {"CD Drive", "F"},
+      {"Installer Directory", ""},
+  };
+  for (const auto& [name, value] : values) EXPECT_EQ(rig.value(InstallationRecord, name), value) << name;
+  EXPECT_EQ(rig.effects("registry set HKLM\\Software\\Tarvel\\Installation\\Installer Directory").size(), 2U);
+  EXPECT_TRUE(Logged(rig, "Machine type = dcunit"));
+  EXPECT_TRUE(Logged(rig, "MSI log path created as "));
+  EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
+  EXPECT_TRUE(Logged(rig, "MSI log path exists as "));
+}
+
+struct FreeSpace {
+  std::uint64_t bytes;
+  const char* logged;
+};
+
+constexpr FreeSpace Spaces[] = {
+    {2048000, "Drive E has 2 Mb free."},
+    {511999, "Drive E has  Mb free."},
+    {0, "Drive E has  Mb free."},
+    {1535999, "Drive E has 1 Mb free."},
+    {1024000000, "Drive E has 1,000 Mb free."},
+    {1264197531000, "Drive E has 1,234,568 Mb free."},
+};
+
+TEST(Discovery, FreeSpace_IsLoggedInMegabytesOfTheHouse) {
+  for (const FreeSpace& row : Spaces) {
+    Rig rig;
+    simulated::Drive drive;
+    drive.letter = 'E';
+    drive.free = row.bytes;
+    rig.machine().addDrive(drive);
+    Media media(rig);
+    media.program("Tools").install();
+    EXPECT_TRUE(Logged(rig, row.logged)) << row.bytes;
+  }
+}
+
+}  // namespace

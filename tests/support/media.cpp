@@ -1,0 +1,108 @@
+#include "tests/support/media.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <numeric>
+
+namespace {
+
+constexpr const char* Root = "C:\\Media";
+
+/// In this order, so that a line of the test stands in front of the one that it outdoes.
+constexpr const char* RequiredLines =
+    "CommandLine=N/A\nUpgrade=False\nCopyOp=N/A\nMachineType=all machines\nCost=N/A\n";
+
+std::string Section(const char* name, const Media::Keys& keys) {
+  std::string text = std::string("[") + name + "]\n";
+  for (const auto& [key, value] : keys) text += key + "=" + value + "\n";
+  return text;
+}
+
+std::string FileOf(const std::string& component, const char* extension) {
+  return std::string(Root) + "\\" + component + "\\" + component + extension;
+}
+
+}  // namespace
+
+Media& Media::component(const std::string& name, const std::string& install, const std::string& lines) {
+  actions_ += name + "=" + name + "\\" + name + ".ini\n";
+  rig_.file(FileOf(name, ".ini"), "[" + name + "]\nInstall=" + install + "\n" + lines + RequiredLines);
+  return *this;
+}
+
+Media& Media::program(const std::string& name, simulated::Outcome outcome, const std::string& lines) {
+  rig_.file(FileOf(name, ".exe"), "program");
+  rig_.program("\\" + name + ".exe", std::move(outcome));
+  return component(name, name + ".exe", lines);
+}
+
+Media& Media::script(const std::string& name, simulated::Outcome outcome, const std::string& lines) {
+  rig_.file(FileOf(name, ".vbs"), "script");
+  rig_.program("wscript.exe " + FileOf(name, ".vbs"), std::move(outcome));
+  return component(name, name + ".vbs", lines);
+}
+
+Media& Media::package(const std::string& name, const std::string& version, simulated::Outcome install,
+                      const std::string& lines) {
+  rig_.package({.path = FileOf(name, ".msi"),
+                .name = name,
+                .version = version,
+                .code = CodeOf(name),
+                .install = std::move(install)});
+  return component(name, name + ".msi", lines);
+}
+
+void Media::write() {
+  rig_.file(std::string(Root) + "\\app.ini", Section("Product", product) + Section("Config", config));
+  rig_.file(std::string(Root) + "\\product.ini", productIni + "[Actions]\n" + actions_);
+}
+
+int Media::install(const std::string& switches) {
+  write();
+  return rig_.run(arguments(switches));
+}
+
+std::string CodeOf(const std::string& component) {
+  char number[16];
+  const unsigned sum = std::accumulate(component.begin(), component.end(), 0U, [](unsigned value, char c) {
+    return value * 31 + static_cast<unsigned char>(c);
+  });
+  std::snprintf(number, sizeof number, "%08X", sum);
+  return std::string("{") + number + "-1111-2222-3333-444444444444}";
+}
+
+std::string ComponentRecord(const std::string& component) {
+  return std::string(ProductRecord) + "\\" + component;
+}
+
+simulated::Outcome Reports(const std::string& component, const std::string& verdict) {
+  return {.registry = {{"HKLM\\" + ComponentRecord(component), "Process Return", verdict}}};
+}
+
+simulated::Outcome RequestsReboot(const std::string& request) {
+  return {.registry = {{std::string("HKLM\\") + InstallationRecord, "Reboot", request}}};
+}
+
+std::vector<std::string> RanComponents(Rig& rig) {
+  const std::string start = std::string(Root) + "\\";
+  std::vector<std::string> names;
+  for (const std::string& command : rig.ran()) {
+    const std::size_t at = command.find(start);
+    const std::size_t name = at + start.size();
+    names.push_back(at == std::string::npos ? command : command.substr(name, command.find('\\', name) - name));
+  }
+  return names;
+}
+
+::testing::AssertionResult Logged(Rig& rig, const std::string& text) {
+  const std::string log = rig.log("Office Suite");
+  if (log.find(text) != std::string::npos) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "not logged: " << text << "\n" << log;
+}
+
+int TimesLogged(Rig& rig, const std::string& text) {
+  const std::string log = rig.log("Office Suite");
+  int times = 0;
+  for (std::size_t at = log.find(text); at != std::string::npos; at = log.find(text, at + text.size())) ++times;
+  return times;
+}

@@ -1,0 +1,65 @@
+// A product to install: its ini files and programs, as a release engineer would put them into C:\Media.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tests/support/rig.h"
+
+/// Keys of the registry that the tests read back, under HKEY_LOCAL_MACHINE.
+inline constexpr const char* InstallationRecord = "Software\\Tarvel\\Installation";
+inline constexpr const char* ProductsRecord = "Software\\Tarvel\\Installation\\Products";
+inline constexpr const char* ProductRecord = "Software\\Tarvel\\Installation\\Products\\Office Suite";
+
+/// The product "Office Suite" of version 2.1.0. It has the keys that a complete application ini must have, and a test
+/// changes or erases what it is about. Every component has a folder of its name under the root.
+class Media {
+ public:
+  using Keys = std::map<std::string, std::string>;
+
+  explicit Media(Rig& rig) : rig_(rig) {}
+
+  Keys product = {{"Name", "Office Suite"},       {"Version", "2.1.0"},
+                  {"PackageRoot", "C:\\Media"},   {"ProductIni", "PATH(product.ini)"},
+                  {"AbortOnFail", "false"},       {"ForceUninstallReboot", "False"},
+                  {"CopyOpRoot", "C:\\QX\\Root"}, {"CopyOpHold", "C:\\QX\\Hold"}};
+  Keys config = {{"Verbose", "true"}, {"Silent", "false"}, {"RequestLogonDetails", "false"}};
+  /// The product ini in front of its section [Actions].
+  std::string productIni = "[Product]\nName=Office Suite\n[General]\nVersion=2.1.0\n";
+
+  /// A component that installs this file; `lines` are ini lines beside the required ones, which they outdo.
+  Media& component(const std::string& name, const std::string& install, const std::string& lines = "");
+  /// Components that install <name>.exe and <name>.vbs, with their files, which do this when they run.
+  Media& program(const std::string& name, simulated::Outcome outcome = {}, const std::string& lines = "");
+  Media& script(const std::string& name, simulated::Outcome outcome = {}, const std::string& lines = "");
+  /// A component that installs the package <name>.msi.
+  Media& package(const std::string& name, const std::string& version, simulated::Outcome install = {},
+                 const std::string& lines = "");
+
+  /// Writes the application ini and the product ini.
+  void write();
+  /// Writes them and runs the program for them with these switches; its exit code.
+  int install(const std::string& switches = "/s");
+  static std::string arguments(const std::string& switches) { return switches + " /is=C:\\Media\\app.ini"; }
+
+ private:
+  Rig& rig_;
+  std::string actions_;
+};
+
+/// Product code of the package that Media makes for this component.
+std::string CodeOf(const std::string& component);
+std::string ComponentRecord(const std::string& component);
+/// A program that leaves this verdict on its component, as installers do.
+simulated::Outcome Reports(const std::string& component, const std::string& verdict);
+/// A program that asks for a restart.
+simulated::Outcome RequestsReboot(const std::string& request);
+/// The components of C:\Media whose programs ran, in order; anything else that ran, as its command line.
+std::vector<std::string> RanComponents(Rig& rig);
+/// Whether the run's log holds this text; a failure shows the log.
+::testing::AssertionResult Logged(Rig& rig, const std::string& text);
+/// How often the text stands in the run's log.
+int TimesLogged(Rig& rig, const std::string& text);
