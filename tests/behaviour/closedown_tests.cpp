@@ -1,0 +1,219 @@
+// The one way out of a run: what it resets, removes and writes last.
+
+#include <gtest/gtest.h>
+
+#include "platform/faults/platform.h"
+#include "tests/support/media.h"
+
+namespace {
+
+constexpr const char* RunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr const char* Title = "QX Installation Assistant";
+constexpr const char* Winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
+constexpr const char* Archive =
+    "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite\\QXIA Archive Logs";
+
+struct Reset {
+  const char* key;
+  const char* name;
+  const char* text;
+};
+
+constexpr Reset Resets[] = {
+    {InstallationRecord, "Current Product Version", "2.1.0"},
+    {ProductRecord, "Install Date", "05-Mar-2006"},
+    {ProductRecord, "LastSequence", ""},
+    {ProductsRecord, "Product", ""},
+    {ProductsRecord, "Version", ""},
+    {ProductsRecord, "Notify", ""},
+    {ProductsRecord, "Silent", ""},
+    {ProductsRecord, "Verbose", ""},
+    {ProductsRecord, "MailAddress", ""},
+    {InstallationRecord, "CurrentComponentPath", ""},
+    {ProductRecord, "EndMessage", ""},
+    {ProductRecord, "NumberOfLoops", ""},
+    {InstallationRecord, "Installer Directory", ""},
+    {ProductRecord, "AbortOnFail", ""},
+    {InstallationRecord, "Reboot", ""},
+    {RunKey, Title, ""},
+};
+
+void ExpectReset(Rig& rig, const std::string& spared = "") {
+  for (const Reset& row : Resets) {
+    if (row.name == spared) continue;
+    EXPECT_TRUE(rig.hasValue(row.key, row.name)) << row.name;
+    EXPECT_EQ(rig.value(row.key, row.name), row.text) << row.name;
+  }
+}
+
+TEST(Closedown, EveryRun_ResetsItsValuesAndKeepsVersionAndDate) {
+  for (const char* verdict : {"Pass", "Fail", "Abort"}) {
+    Rig rig;
+    Media media(rig);
+    media.product["EndMessage"] = "Ready.";
+    media.product["NumberOfLoops"] = "3";
+    media.program("Tools", Reports("Tools", verdict)).install("/s /v");
+    ExpectReset(rig);
+    EXPECT_EQ(rig.value(ProductRecord, "Version"), "2.1.0");
+    EXPECT_FALSE(Logged(rig, "drive mapping"));
+  }
+}
+
+TEST(Closedown, StartAtLogon_IsEmptiedForMachineAndUser) {
+  Rig rig;
+  rig.set(RunKey, Title, "start me");
+  rig.machine().registry().putText(std::string("HKCU\\") + RunKey, Title, "start me");
+  Media media(rig);
+  media.program("Tools").install();
+  EXPECT_EQ(rig.value(RunKey, Title), "");
+  EXPECT_EQ(rig.machine().registry().text(std::string("HKCU\\") + RunKey, Title), "");
+}
+
+TEST(Closedown, NoProductKnown_MakesNoRecordOfOne) {
+  Rig rig;
+  EXPECT_EQ(rig.run("/s /is=C:\\nowhere.ini"), 1);
+  EXPECT_FALSE(rig.hasValue(ProductsRecord, "Install Date"));
+  EXPECT_FALSE(rig.hasValue(ProductsRecord, "LastSequence"));
+  EXPECT_TRUE(rig.machine().registry().keys(std::string("HKLM\\") + ProductsRecord).empty());
+}
+
+TEST(Closedown, Log_EndsWithItsClosingRowsAndIsArchived) {
+  Rig rig;
+  Media media(rig);
+  media.program("Tools").install();
+  const std::string log = rig.log("Office Suite");
+  const std::size_t stars = log.find("************************");
+  const std::size_t complete = log.find("QX Installer Run complete", stars);
+  const std::size_t last = log.find("*********", complete);
+  ASSERT_NE(last, std::string::npos);
+  EXPECT_EQ(log.substr(last), "*********</TD></TR></TABLE>\r\n");
+  std::vector<platform::FolderEntry> entries;
+  rig.machine().files().list(Archive, entries);
+  ASSERT_EQ(entries.size(), 1U);
+  EXPECT_EQ(rig.text(std::string(Archive) + "\\" + entries[0].name).find(log), 0U);
+}
+
+TEST(Closedown, StepThatFails_DoesNotStopTheOthers) {
+  for (const Reset& row : Resets) {
+    Rig rig;
+    rig.set(row.key, row.name, row.text);
+    faults::Platform faulty(rig.machine());
+    faulty.faults().fail("registry.setValue", std::string(row.key) + "\\" + row.name, platform::status::AccessDenied);
+    // Without its place in the sequence no component can be recorded as done.
+    if (row.name == std::string("LastSequence")) continue;
+    Media media(rig);
+    media.program("Tools").write();
+    EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0) << row.name;
+    ExpectReset(rig, row.name);
+    EXPECT_TRUE(Logged(rig, "QX Installer Run complete")) << row.name;
+  }
+}
+
+struct Removal {
+  const char* time;
+  const char* command;
+};
+
+constexpr Removal Removals[] = {
+    {"2006-03-05 14:03:00.000",
+     "AT 14:05 C:\\WINDOWS\\System32\\cmd.exe /c del \"C:\\QX\\QX Installation Assistant.exe\""},
+    {"2006-03-05 09:07:00.000",
+     "AT 09:09 C:\\WINDOWS\\System32\\cmd.exe /c del \"C:\\QX\\QX Installation Assistant.exe\""},
+    {"2006-03-05 23:58:10.000",
+     "AT 00:00 C:\\WINDOWS\\System32\\cmd.exe /c del \"C:\\QX\\QX Installation Assistant.exe\""},
+    {"2006-12-31 23:59:10.000",
+     "AT 00:01 C:\\WINDOWS\\System32\\cmd.exe /c del \"C:\\QX\\QX Installation Assistant.exe\""},
+};
+
+TEST(Closedown, LocalInstance_SchedulesItsOwnRemoval) {
+  for (const Removal& row : Removals) {
+    Rig rig;
+    rig.set(ProductsRecord, "QXIALocalInstall", "True");
+    rig.machine().clock().setTime(row.time);
+    rig.program("AT ", simulated::Match::Prefix);
+    Media media(rig);
+    EXPECT_EQ(media.program("Tools").install(), 0);
+    EXPECT_EQ(rig.effects("run hidden "), std::vector<std::string>{std::string("run hidden ") + row.command});
+    EXPECT_TRUE(Logged(rig, std::string("Task Scheduler command: ") + row.command));
+    EXPECT_TRUE(Logged(rig, "Task Scheduler command returned 0"));
+  }
+}
+
+TEST(Closedown, MappedDrive_IsRemovedOrTold) {
+  for (const int exitCode : {0, 2}) {
+    Rig rig;
+    Media media(rig);
+    media.productIni +=
+        "[Connection]\nBuildServerDriveMapping=K:\nIP=10.1.2.3\nDomainName=QX\nUsername=Setup\nPassword=secret\n";
+    rig.program("net use K: \\\\");
+    rig.program("net use K: /d", simulated::Match::Exactly, {.exitCode = exitCode});
+    EXPECT_EQ(media.program("Tools").install(), 0);
+    EXPECT_EQ(rig.effects("run hidden net use K: /d").size(), 1U);
+    EXPECT_TRUE(Logged(rig, "Removing drive mapping for K:"));
+    EXPECT_TRUE(Logged(rig, exitCode == 0 ? "Drive mapping successfully removed"
+                                          : "Removing drive mapping for K: failed - needs manual remove"));
+  }
+}
+
+/// What the password window comes to, and what is left of automatic logon.
+struct Logon {
+  const char* what;
+  bool requested;
+  simulated::PasswordScript typed;
+  int exitCode;
+  const char* automatic;
+  const char* user;
+};
+
+const Logon Logons[] = {
+    {"not requested", false, {}, 0, "1", "before"},
+    {"given", true, {"secret", "secret"}, 0, "0", ""},
+    {"given with a blank behind", true, {"secret", "secret "}, 0, "0", ""},
+    {"declined", true, {"", "", true}, 2, "1", "before"},
+};
+
+TEST(Closedown, AutomaticLogon_IsSwitchedOffWhereItWasSwitchedOn) {
+  for (const Logon& row : Logons) {
+    Rig rig;
+    for (const char* name : {"DefaultUserName", "DefaultPassword"}) rig.set(Winlogon, name, "before");
+    rig.set(Winlogon, "AutoAdminLogon", "1");
+    Media media(rig);
+    media.config["RequestLogonDetails"] = row.requested ? "true" : "false";
+    if (row.requested) rig.machine().screen().type(row.typed);
+    if (row.exitCode == 0) media.program("Tools");
+    EXPECT_EQ(media.install(), row.exitCode) << row.what;
+    EXPECT_EQ(rig.value(Winlogon, "AutoAdminLogon"), row.automatic) << row.what;
+    EXPECT_EQ(rig.value(Winlogon, "DefaultUserName"), row.user) << row.what;
+    EXPECT_EQ(rig.value(Winlogon, "DefaultPassword"), row.user) << row.what;
+    const bool on = row.requested && row.exitCode == 0;
+    EXPECT_EQ(rig.value(Winlogon, "DefaultDomainName"), on ? "QX" : "") << row.what;
+    EXPECT_FALSE(Logged(rig, "secret")) << row.what;
+  }
+}
+
+TEST(Closedown, AutomaticLogonOfTheWindows95Family_LosesItsPassword) {
+  Rig rig;
+  rig.machine().setSystem("Windows 98");
+  Media media(rig);
+  media.config["RequestLogonDetails"] = "true";
+  rig.machine().screen().type({"secret", "secret"});
+  EXPECT_EQ(media.program("Tools").install(), 0);
+  EXPECT_EQ(rig.effects("registry set HKLM\\Network\\Logon\\Default Password").size(), 2U);
+  EXPECT_EQ(rig.value("Network\\Logon", "Default Password"), "");
+  EXPECT_FALSE(rig.hasKey(Winlogon));
+}
+
+TEST(Closedown, CommitRequest_RestartsOnceWithoutResume) {
+  for (const char* request : {"commit", "COMMIT"}) {
+    Rig rig;
+    Media media(rig);
+    EXPECT_EQ(media.program("Tools", RequestsReboot(request)).program("Next").install(), 0);
+    EXPECT_EQ(rig.effects("exit windows"), std::vector<std::string>{"exit windows, flags 6, reason 0"});
+    EXPECT_EQ(RanComponents(rig).size(), 2U);
+    EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "");
+    EXPECT_EQ(rig.value(ProductsRecord, "Product"), "");
+    EXPECT_EQ(rig.value(InstallationRecord, "Reboot"), "");
+  }
+}
+
+}  // namespace

@@ -1,0 +1,163 @@
+// Packages: whether msiexec runs, what its exit code means, and the wait while it is busy.
+
+#include <gtest/gtest.h>
+
+#include "tests/support/media.h"
+
+namespace {
+
+struct Installed {
+  const char* version;  ///< on the machine; "" when it is not
+  const char* lines;
+  std::vector<std::string> switches;  ///< of the msiexec runs
+  int exitCode = 0;
+};
+
+const Installed Cases[] = {
+    {"", "", {"/i  "}},
+    {"1.9", "", {"/x", "/i  "}},
+    {"1.10", "", {}},
+    {"1.11", "", {}},
+    {"1.10", "Upgrade=True\n", {"/fv  "}},
+    // It stays the newer one, which is not what the medium holds.
+    {"1.11", "Upgrade=TRUE\n", {"/fv  "}, 1},
+};
+
+TEST(Packages, InstalledVersion_DecidesWhatRuns) {
+  for (const Installed& row : Cases) {
+    Rig rig;
+    if (row.version[0] != '\0') rig.machine().installer().install({CodeOf("Office"), "Office", row.version});
+    Media media(rig);
+    EXPECT_EQ(media.package("Office", "1.10", {}, row.lines).install(), row.exitCode) << row.version << row.lines;
+    ASSERT_EQ(rig.ran().size(), row.switches.size()) << row.version << row.lines;
+    for (std::size_t i = 0; i < row.switches.size(); ++i) {
+      EXPECT_EQ(rig.ran()[i].find("msiexec " + row.switches[i]), 0U) << rig.ran()[i];
+    }
+    if (row.switches.empty()) {
+      EXPECT_TRUE(Logged(rig, "and its version is the same or higher, so install will not be done."));
+    }
+  }
+}
+
+TEST(Packages, OlderVersion_IsRemovedBeforeTheNewOneIsInstalled) {
+  Rig rig;
+  rig.machine().installer().install({CodeOf("Office"), "Office", "1.9"});
+  Media media(rig);
+  EXPECT_EQ(media.package("Office", "1.10").install(), 0);
+  const std::vector<std::string> products = rig.effects("product ");
+  EXPECT_EQ(products.back(), "product installed " + CodeOf("Office") + " Office 1.10");
+  EXPECT_EQ(products[products.size() - 2], "product removed " + CodeOf("Office") + " Office 1.9");
+  EXPECT_TRUE(Logged(rig, "This is a newer version (1.10) so previous version (1.9) will be uninstalled first"));
+  EXPECT_TRUE(Logged(rig, "Check for multiple MSIExec processes (Post Uninstall): Starting Check..."));
+}
+
+struct Ending {
+  int exitCode;
+  bool restarts;
+  bool succeeds;
+};
+
+constexpr Ending Endings[] = {{0, false, true},     {1641, true, true},   {3010, true, true},   {3011, true, true},
+                              {1603, false, false}, {3012, false, false}, {1618, false, false}, {-1, false, false}};
+
+TEST(Packages, ExitCodeOfMsiexec_MeansSuccessRestartOrFailure) {
+  for (const Ending& row : Endings) {
+    Rig rig;
+    Media media(rig);
+    simulated::Outcome outcome{.exitCode = row.exitCode};
+    if (row.succeeds) outcome.installs = {{CodeOf("Office"), "Office", "1.0"}};
+    const int ended = media.package("Office", "1.0", outcome).install();
+    EXPECT_EQ(!rig.effects("exit windows").empty(), row.restarts) << row.exitCode;
+    EXPECT_EQ(TimesLogged(rig, "Rebooting to complete the installation"), row.restarts ? 1 : 0) << row.exitCode;
+    EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), row.succeeds ? "-1" : "0") << row.exitCode;
+    if (row.succeeds) continue;
+    EXPECT_EQ(ended, 1) << row.exitCode;
+    EXPECT_EQ(rig.value(ComponentRecord("Office"), "Process Return"), "Fail") << row.exitCode;
+    EXPECT_EQ(rig.value(ComponentRecord("Office"), "Message"),
+              "Installation failed returning error " + std::to_string(row.exitCode));
+    EXPECT_TRUE(Logged(rig, "Error No = 6088")) << row.exitCode;
+  }
+}
+
+TEST(Packages, SuccessThatLeavesNotThisVersion_IsAFailure) {
+  for (const char* version : {"", "1.0.1", "v1.0"}) {
+    Rig rig;
+    Media media(rig);
+    simulated::Outcome outcome;
+    if (version[0] != '\0') outcome.installs = {{CodeOf("Office"), "Office", version}};
+    rig.program("Office.msi", outcome);
+    EXPECT_EQ(media.package("Office", "1.0").install(), 1) << version;
+    EXPECT_TRUE(Logged(rig,
+                       "*** Component name and version not matched *** <br> *** <b>Office</b> installation failed "
+                       "***"));
+    EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Installation of Office failed.");
+  }
+}
+
+TEST(Packages, OneMsiexec_CountsAsFree) {
+  Rig rig;
+  rig.machine().processes().addRunning({.name = "MSIEXEC.EXE"});
+  Media media(rig);
+  EXPECT_EQ(media.package("Office", "1.0").install(), 0);
+  EXPECT_EQ(TimesLogged(rig, "Install can continue"), 1);
+  EXPECT_FALSE(Logged(rig, "SLEEP for one minute"));
+}
+
+struct Wait {
+  const char* loops;  ///< NumberOfLoops of the application ini
+  int busy;           ///< how many looks find msiexec busy
+  int told;           ///< how often the run says that it keeps checking
+  int minutes;        ///< slept until it goes on
+};
+
+/// A silent run looks again at once after it has told; every other look is a minute after the one before.
+constexpr Wait Waits[] = {{"", 1, 0, 1},  {"", 5, 0, 5},  {"", 6, 1, 5},  {"", 12, 2, 10}, {"2", 3, 1, 2},
+                          {"2", 2, 0, 2}, {"0", 6, 1, 5}, {"x", 6, 1, 5}, {"1", 4, 2, 2}};
+
+TEST(Packages, BusyMsiexec_IsWaitedForInSilenceWithoutLimit) {
+  for (const Wait& row : Waits) {
+    Rig rig;
+    rig.machine().processes().addRunning({.name = "msiexec.exe"});
+    rig.machine().processes().addRunning({.name = "msiexec.exe", .queries = row.busy});
+    Media media(rig);
+    media.product["NumberOfLoops"] = row.loops;
+    const std::string what = std::string(row.loops) + " loops, busy " + std::to_string(row.busy);
+    EXPECT_EQ(media.package("Office", "1.0").install(), 0) << what;
+    EXPECT_EQ(TimesLogged(rig, "MSIExec is already running - SLEEP for one minute"), row.busy) << what;
+    EXPECT_EQ(TimesLogged(rig, "we're in silent mode so keep checking"), row.told) << what;
+    EXPECT_EQ(rig.machine().clock().elapsed() / 60000, static_cast<std::uint64_t>(row.minutes)) << what;
+  }
+}
+
+TEST(Packages, BusyMsiexecOnAnInteractiveRun_IsToldAfterFiveMinutes) {
+  Rig rig;
+  rig.machine().processes().addRunning({.name = "msiexec.exe"});
+  rig.machine().processes().addRunning({.name = "msiexec.exe", .queries = 7});
+  rig.answer("Process In Use", platform::BoxAnswer::Ok,
+             "The Process 'MSIEXEC' is currently running - The installation has been paused!\r\nPlease ensure no other "
+             "applications are using msiExec and press OK");
+  rig.press({platform::WindowEvent::Continue, platform::WindowEvent::Continue});
+  Media media(rig);
+  EXPECT_EQ(media.package("Office", "1.0").install(""), 0);
+  EXPECT_EQ(TimesLogged(rig, "MSIExec is still running inform the user via a msgbox"), 1);
+}
+
+TEST(Packages, ManagementThatFailsForAWhile_IsWaitedFor) {
+  Rig rig;
+  rig.machine().processes().setManagement(false);
+  rig.machine().clock().at(150000, [&rig] { rig.machine().processes().setManagement(true); });
+  Media media(rig);
+  EXPECT_EQ(media.package("Office", "1.0").install(), 0);
+  EXPECT_GE(rig.machine().clock().elapsed(), 150000U);
+  EXPECT_TRUE(Logged(rig, "Install can continue"));
+}
+
+TEST(Packages, MissingPackage_IsAMissingFile) {
+  Rig rig;
+  Media media(rig);
+  EXPECT_EQ(media.component("Office", "office.msi").install(), 1);
+  EXPECT_TRUE(Logged(rig, "File C:\\Media\\Office\\office.msi could not be found"));
+  EXPECT_TRUE(rig.ran().empty());
+}
+
+}  // namespace
