@@ -6,11 +6,12 @@
 namespace {
 
 constexpr const char* InstallType = "Install Type";
+constexpr const char* Uninstalling = "STUNINST";
 
 }  // namespace
 
 void AnnounceUninstall(Run& run) {
-  modRegistry::RegWrite(run, InstallationKey, InstallType, "STUNINST");
+  modRegistry::RegWrite(run, InstallationKey, InstallType, Uninstalling);
 }
 
 InstallTypeKeeper::InstallTypeKeeper(Run& run) : run_(run) {
@@ -18,6 +19,8 @@ InstallTypeKeeper::InstallTypeKeeper(Run& run) : run_(run) {
     if (modRegistry::RegKeyExists(run, InstallationKey, InstallType)) {
       before_ = modRegistry::RegRead(run, InstallationKey, InstallType);
     }
+    // Left by a removal that a power failure ended: nobody else writes it.
+    if (before_ == Uninstalling) before_.reset();
   });
 }
 

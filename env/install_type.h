@@ -14,7 +14,8 @@ void AnnounceUninstall(Run& run);
 class InstallTypeKeeper {
  public:
   explicit InstallTypeKeeper(Run& run);
-  ~InstallTypeKeeper() { PutBack(); }
+  /// What the machine raises (a rehearsed power failure) goes on to the caller.
+  ~InstallTypeKeeper() noexcept(false) { PutBack(); }
   InstallTypeKeeper(const InstallTypeKeeper&) = delete;
   InstallTypeKeeper& operator=(const InstallTypeKeeper&) = delete;
 

@@ -1,0 +1,268 @@
+// Restarts in the middle of a run: what the machine is told to do, and how the next start goes on.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/faults/platform.h"
+#include "tests/support/media.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+constexpr const char* Systems[] = {"Windows 95",     "Windows 98",   "Windows ME", "Windows NT 3.51",
+                                   "Windows NT 4.0", "Windows 2000", "Windows XP", "Windows 2003"};
+
+std::string Script(Rig& rig) {
+  return rig.machine().machine().startupFolder() + "\\Start QX Installation Assistant.vbs";
+}
+
+/// The Windows 95 family and NT 3.51 have no Startup folder of the user: somebody has to start the program again.
+bool StartsAtLogon(Rig& rig) {
+  return !rig.machine().machine().startupFolder().empty();
+}
+
+/// Restarts, and runs what the logon or else the operator starts; its exit code.
+int Resume(Rig& rig, const std::string& arguments) {
+  rig.restart();
+  return rig.run(StartsAtLogon(rig) ? rig.logonArguments() : arguments);
+}
+
+/// Runs and resumes until a run ends without a restart; its exit code.
+int RunToEnd(Rig& rig, const std::string& arguments) {
+  int exitCode = rig.run(arguments);
+  for (int legs = 1; rig.machine().restartRequested() && legs < 10; ++legs) exitCode = Resume(rig, arguments);
+  return exitCode;
+}
+
+TEST(Resume, TwoRestarts_RunEachComponentOnceOnEverySystem) {
+  for (const char* system : Systems) {
+    Rig rig;
+    rig.machine().setSystem(system);
+    Media media(rig);
+    media.program("A", RequestsReboot("immediate")).script("B").program("C", RequestsReboot("Immediate"));
+    media.program("D");
+    const std::string arguments = Media::arguments("/s /v");
+
+    EXPECT_EQ(media.install("/s /v"), 0) << system;
+    EXPECT_TRUE(rig.machine().restartRequested()) << system;
+    EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "True") << system;
+    EXPECT_EQ(rig.value(ProductsRecord, "Product"), "Office Suite") << system;
+    EXPECT_EQ(rig.value(ProductRecord, "LastSequence"), "100") << system;
+    EXPECT_EQ(rig.value(InstallationRecord, "Reboot"), "") << system;
+    EXPECT_EQ(rig.exists(Script(rig)), StartsAtLogon(rig)) << system;
+    EXPECT_FALSE(Logged(rig, "QX Installer Run complete")) << system;
+
+    EXPECT_EQ(Resume(rig, arguments), 0) << system;
+    EXPECT_EQ(rig.value(ProductRecord, "LastSequence"), "300") << system;
+    EXPECT_EQ(Resume(rig, arguments), 0) << system;
+    EXPECT_FALSE(rig.machine().restartRequested()) << system;
+    EXPECT_EQ(RanComponents(rig), (Names{"A", "B", "C", "D"})) << system;
+    EXPECT_FALSE(rig.exists(Script(rig))) << system;
+    EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "") << system;
+    EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "-1") << system;
+    EXPECT_EQ(TimesLogged(rig, "System has been re-booted by the application."), 2) << system;
+    EXPECT_TRUE(Logged(rig, "Recent reboot detected.  Re-setting current sequence number, from 1 to 1<"));
+    EXPECT_TRUE(Logged(rig, "Recent reboot detected.  Re-setting current sequence number, from 1 to 3<"));
+    EXPECT_EQ(TimesLogged(rig, "Re-booting now"), 2) << system;
+    EXPECT_EQ(TimesLogged(rig, "QX Installer Run complete"), 1) << system;
+  }
+}
+
+struct Line7 {
+  const char* arguments;
+  const char* line;
+};
+
+constexpr Line7 Lines[] = {
+    {"/s /is=C:\\Media\\app.ini", R"(oShell.Run """C:\QX\QX Installation Assistant.exe"" /s /is=C:\Media\app.ini")"},
+    {"/is=C:\\Media\\app.ini /s  ", R"(oShell.Run """C:\QX\QX Installation Assistant.exe"" /is=C:\Media\app.ini /s")"},
+    {"/is=\"C:\\Media\\app.ini\" /s",
+     R"(oShell.Run """C:\QX\QX Installation Assistant.exe"" /is=""C:\Media\app.ini"" /s")"},
+};
+
+TEST(Resume, StartupScript_StartsTheProgramWithTheSameArguments) {
+  for (const Line7& row : Lines) {
+    Rig rig;
+    Media media(rig);
+    media.program("A", RequestsReboot("immediate")).write();
+    rig.file(Script(rig), "an older script that is longer than the new one\n" + std::string(2000, 'x'));
+    rig.run(row.arguments);
+    EXPECT_EQ(rig.text(Script(rig)),
+              "Option Explicit\r\n\r\nDim oShell\r\n\r\nSet oShell = CreateObject(\"Wscript.Shell\")\r\n\r\n" +
+                  std::string(row.line) + "\r\n");
+  }
+}
+
+TEST(Resume, ScriptThatIsGone_IsToldAndTheRunGoesOn) {
+  Rig rig;
+  Media media(rig);
+  media.program("A", RequestsReboot("immediate")).program("B").install();
+  rig.machine().files().remove(Script(rig));
+  rig.restart();
+  EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
+  EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
+  EXPECT_TRUE(Logged(rig, "Source: DestroyAutoRun Error No = "));
+}
+
+TEST(Resume, DeferredRequest_RestartsOnceAfterTheLastComponent) {
+  Rig rig;
+  Media media(rig);
+  media.program("A", RequestsReboot("deferred")).program("B").write();
+  EXPECT_EQ(RunToEnd(rig, Media::arguments("/s")), 0);
+  EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
+  EXPECT_EQ(rig.effects("exit windows").size(), 1U);
+  EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "-1");
+}
+
+TEST(Resume, ImmediateRestart_FulfilsADeferredRequestBeforeIt) {
+  Rig rig;
+  Media media(rig);
+  media.program("A", RequestsReboot("deferred")).program("B", RequestsReboot("immediate")).program("C").write();
+  EXPECT_EQ(RunToEnd(rig, Media::arguments("/s")), 0);
+  EXPECT_EQ(RanComponents(rig), (Names{"A", "B", "C"}));
+  EXPECT_EQ(rig.effects("exit windows").size(), 1U);
+}
+
+TEST(Resume, FailureBeforeTheRestart_IsStillTheResultAfterIt) {
+  Rig rig;
+  Media media(rig);
+  media.program("A", Reports("A", "Fail")).program("B", RequestsReboot("immediate")).program("C").write();
+  EXPECT_EQ(RunToEnd(rig, Media::arguments("/s")), 1);
+  EXPECT_EQ(RanComponents(rig), (Names{"A", "B", "C"}));
+  EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Installation of A failed.");
+}
+
+TEST(Resume, InteractiveRun_ShowsItsWindowAndGoesOnUnasked) {
+  Rig rig;
+  Media media(rig);
+  media.program("A", RequestsReboot("immediate")).program("B");
+  rig.press({platform::WindowEvent::Continue});
+  EXPECT_EQ(media.install(""), 0);
+  rig.press({platform::WindowEvent::Continue});
+  EXPECT_EQ(Resume(rig, ""), 0);
+  EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
+  EXPECT_EQ(rig.effects("window shown").size(), 2U);
+  EXPECT_EQ(rig.machine().screen().shown(platform::Control::LongMessage).back(), "All completed successfully");
+}
+
+TEST(Resume, MediaMovedToAnotherDrive_IsFoundAgain) {
+  Rig rig;
+  Media media(rig);
+  media.product["PackageRoot"] = "CDROM(\\Packages)";
+  rig.file("C:\\disc\\Packages\\A\\A.exe", "");
+  rig.file("C:\\disc\\Packages\\B\\B.exe", "");
+  for (const char* name : {"A", "B"}) {
+    media.component(name, std::string(name) + ".exe");
+    const std::string ini = std::string(name) + "\\" + name + ".ini";
+    rig.file("C:\\disc\\Packages\\" + ini, rig.text("C:\\Media\\" + ini));
+  }
+  const std::string host = rig.machine().ownFolder('C') + "/disc";
+  rig.program("E:\\Packages\\A\\A.exe", RequestsReboot("immediate"));
+  rig.program("F:\\Packages\\B\\B.exe");
+  rig.machine().mount('E', host, platform::DriveType::CdRom, "MEDIA");
+  EXPECT_EQ(media.install(), 0);
+  rig.machine().files().removeDrive('E');
+  rig.machine().mount('F', host, platform::DriveType::CdRom, "MEDIA");
+  EXPECT_EQ(Resume(rig, ""), 0);
+  EXPECT_EQ(rig.ran(), (Names{"E:\\Packages\\A\\A.exe", "F:\\Packages\\B\\B.exe"}));
+}
+
+// Power cuts.
+
+/// Everything that the run keeps under a key, one line a value.
+void Describe(Rig& rig, const std::string& key, Names& lines) {
+  const std::string full = "HKLM\\" + key;
+  for (const std::string& name : rig.machine().registry().values(full)) {
+    lines.push_back(key + "\\" + name + "=" + rig.value(key, name));
+  }
+  for (const std::string& below : rig.machine().registry().keys(full)) Describe(rig, key + "\\" + below, lines);
+}
+
+Names EndState(Rig& rig) {
+  Names lines;
+  Describe(rig, InstallationRecord, lines);
+  for (const simulated::Product& product : rig.machine().installer().products()) {
+    lines.push_back(product.name + " " + product.version);
+  }
+  std::sort(lines.begin(), lines.end());
+  lines.push_back(rig.exists(Script(rig)) ? "script" : "no script");
+  return lines;
+}
+
+/// Three components, two of which ask for a restart.
+struct SmallRun {
+  explicit SmallRun(const char* system) : media(rig) {
+    rig.tolerateUnused();
+    rig.machine().setSystem(system);
+    media.config["Verbose"] = "false";
+    media.program("A", RequestsReboot("immediate")).package("B", "1.0", {.exitCode = 3010});
+    media.script("C", Reports("C", "Pass"));
+    media.write();
+  }
+
+  /// Runs and resumes until the power goes before the n-th operation; false when it all ended before.
+  bool cutAt(int operation) {
+    int done = 0;
+    do {
+      faults::Platform faulty(rig.machine());
+      faulty.faults().cutPowerBefore(operation - done);
+      if (rig.machine().restartRequested()) rig.restart();
+      try {
+        rig.run(arguments, faulty);
+      } catch (const faults::PowerLoss&) {
+        rig.restart();
+        return true;
+      }
+      done += faulty.faults().operations();
+    } while (rig.machine().restartRequested());
+    return false;
+  }
+
+  /// The components that the next start has to run, in order.
+  Names due() {
+    const bool resumes = rig.value(ProductsRecord, "Rebooted") == "True";
+    const int last = resumes ? std::atoi(rig.value(ProductRecord, "LastSequence").c_str()) : 0;
+    Names names;
+    for (const auto& [name, number] : {std::pair{"A", 100}, {"B", 200}, {"C", 300}}) {
+      const bool installed = name[0] == 'B' && !rig.machine().installer().products().empty();
+      if (number > last && !installed) names.push_back(name);
+    }
+    return names;
+  }
+
+  const std::string arguments = Media::arguments("/s");
+  Rig rig;
+  Media media;
+};
+
+/// Cuts the power at every `step`-th operation of the whole run, and lets somebody start the program again.
+void CutEverywhere(const char* system, int step) {
+  SmallRun whole(system);
+  EXPECT_EQ(RunToEnd(whole.rig, whole.arguments), 0);
+  const Names wanted = EndState(whole.rig);
+  int operation = 1;
+  for (;; operation += step) {
+    SmallRun cut(system);
+    if (!cut.cutAt(operation)) break;
+    const auto ranBefore = static_cast<std::ptrdiff_t>(RanComponents(cut.rig).size());
+    const Names due = cut.due();
+    EXPECT_EQ(RunToEnd(cut.rig, cut.arguments), 0) << system << " cut at " << operation;
+    const Names all = RanComponents(cut.rig);
+    EXPECT_EQ(Names(all.begin() + ranBefore, all.end()), due) << system << " cut at " << operation;
+    EXPECT_EQ(EndState(cut.rig), wanted) << system << " cut at " << operation;
+    if (::testing::Test::HasFailure()) return;
+  }
+  EXPECT_GT(operation, 100);
+}
+
+TEST(PowerCut, AtAnyOperation_TheNextStartEndsInTheSameState) {
+  CutEverywhere("Windows XP", 1);
+}
+
+TEST(PowerCut, OnEverySystem_TheNextStartEndsInTheSameState) {
+  for (const char* system : Systems) CutEverywhere(system, 41);
+}
+
+}  // namespace
