@@ -27,6 +27,7 @@ void Faults::requirePower() {
 Status Faults::change(const char* operation, const std::string& target) {
   if (cutsNext()) on_ = false;
   requirePower();
+  if (watcher_) watcher_(operation, target);
   if (!on_) return status::NotReady;
   history_.push_back(std::string(operation) + " " + target);
   const auto failing = failing_.find(operations());
@@ -35,6 +36,7 @@ Status Faults::change(const char* operation, const std::string& target) {
 
 Status Faults::read(const char* operation, const std::string& target) {
   requirePower();
+  if (watcher_) watcher_(operation, target);
   return on_ ? match(operation, target) : status::NotReady;
 }
 

@@ -1,8 +1,10 @@
 // Which operations of a machine go wrong. Used through faults::Platform.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/status.h"
@@ -25,6 +27,11 @@ class Faults {
   void fail(const std::string& operation, const std::string& targetPart, platform::Status status, int times = 1000000);
   /// The power goes before the n-th counted operation; a file write loses its second half.
   void cutPowerBefore(int number) { cut_ = number; }
+
+  /// Calls this before every operation, reading ones included.
+  void watch(std::function<void(const std::string& operation, const std::string& target)> watcher) {
+    watcher_ = std::move(watcher);
+  }
 
   /// How many counted operations there have been, and what they were: "registry.setValue Products\Office\Version".
   int operations() const { return static_cast<int>(history_.size()); }
@@ -55,6 +62,7 @@ class Faults {
   std::map<int, platform::Status> failing_;
   std::vector<Rule> rules_;
   std::vector<std::string> history_;
+  std::function<void(const std::string&, const std::string&)> watcher_;
   int cut_ = 0;
   bool on_ = true;
 };
