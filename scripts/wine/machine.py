@@ -13,6 +13,8 @@ PROGRAM = 'QX Installation Assistant.exe'
 PROTOTYPE = os.path.join(OUT, 'wine', 'prototype')
 PRODUCTS = 'Software\\Tarvel\\Installation\\Products'
 INSTALLATION = 'Software\\Tarvel\\Installation'
+_FONTS = '/usr/share/wine/fonts'  # found there only through the drive that the machines lack
+_LOGON = 'C:\\windows\\system32\\logon.exe'  # Wine's own program for it, under a name that no recorder takes
 _USER_FOLDERS = ('Desktop', 'Documents', 'Downloads', 'Music', 'Pictures', 'Videos')
 
 
@@ -63,15 +65,19 @@ def ensure_prototype():
 
 def _make_prototype_when_stale():
     stamp = os.path.join(PROTOTYPE, 'made-by')
-    if os.path.exists(stamp) and open(stamp).read() == _wine_version():
+    made_by = _wine_version() + ', with fonts and a Startup folder'
+    if os.path.exists(stamp) and open(stamp).read() == made_by:
         return
     shutil.rmtree(PROTOTYPE, ignore_errors=True)
     subprocess.run([WINE, 'wineboot', '-i'], env=_environment(PROTOTYPE), check=True, stdin=subprocess.DEVNULL,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=300)
     subprocess.run([WINE.replace('wine64', 'wineserver'), '-w'], env=_environment(PROTOTYPE), check=True, timeout=60)
     _keep_out_of_the_home_folder()
+    _make_the_older_start_menu()
+    if os.path.isdir(_FONTS):
+        shutil.copytree(_FONTS, os.path.join(PROTOTYPE, 'drive_c', 'windows', 'Fonts'), dirs_exist_ok=True)
     with open(stamp, 'w') as file:
-        file.write(_wine_version())
+        file.write(made_by)
 
 
 def _keep_out_of_the_home_folder():
@@ -85,6 +91,15 @@ def _keep_out_of_the_home_folder():
     rest_of_the_machine = os.path.join(PROTOTYPE, 'dosdevices', 'z:')
     if os.path.islink(rest_of_the_machine):
         os.unlink(rest_of_the_machine)
+
+
+def _make_the_older_start_menu():
+    """Wine has the Start menu of newer systems; the older place leads there."""
+    users = os.path.join(PROTOTYPE, 'drive_c', 'users')
+    for user in os.listdir(users):
+        menu = os.path.join('AppData', 'Roaming', 'Microsoft', 'Windows', 'Start Menu')
+        os.makedirs(os.path.join(users, user, menu, 'Programs', 'StartUp'), exist_ok=True)
+        os.symlink(menu, os.path.join(users, user, 'Start Menu'))
 
 
 def _quoted(text):
@@ -134,10 +149,15 @@ class Machine:
         self._overrides = ''
         target = self.host('C:\\windows\\system32\\wineboot.exe')
         own = target.replace(self.folder, PROTOTYPE)
-        subprocess.run(['cp', '--remove-destination', own, target], check=True)
+        for place in (target, self.host(_LOGON)):
+            subprocess.run(['cp', '--remove-destination', own, place], check=True)
         self.run('wineboot')
         subprocess.run(['cp', '--remove-destination', recorder, target], check=True)
         self._overrides = ';wineboot.exe=n'
+
+    def log_on(self):
+        """Starts a machine whose restarts are recorded and that was stopped: what the user's logon starts runs in it."""
+        return self.start(_LOGON)
 
     def host(self, path):
         """The host's path of a Windows path, its letter case resolved below the drive."""

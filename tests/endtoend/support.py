@@ -49,8 +49,10 @@ def tool(name):
     if name not in _tools:
         file = os.path.join(OUT, 'endtoend', 'tools', name + '.exe')
         os.makedirs(os.path.dirname(file), exist_ok=True)
-        subprocess.run(['x86_64-w64-mingw32-gcc', '-O1', '-mwindows', '-o', file,
+        own = '%s.%d' % (file, os.getpid())  # other test processes compile and use it at the same time
+        subprocess.run(['x86_64-w64-mingw32-gcc', '-O1', '-mwindows', '-o', own,
                         os.path.join(HERE, 'tools', name + '.c')], check=True)
+        os.replace(own, file)
         _tools[name] = file
     return _tools[name]
 
@@ -124,15 +126,20 @@ class WineTest(unittest.TestCase):
         """Runs the program to its end and gives its exit code."""
         return self.machine.run('C:\\QX\\' + PROGRAM, *arguments.split(), timeout=timeout)
 
-    def wait_for(self, path, seconds=30):
+    def wait_for(self, path, seconds=30, text=''):
+        """Waits until the file is there and holds the text."""
         deadline = time.time() + seconds
-        while not self.exists(path):
-            self.assertLess(time.time(), deadline, '%s did not appear' % path)
+        while not self.exists(path) or text not in self.read(path):
+            self.assertLess(time.time(), deadline, '%s did not appear%s' % (path, text and ', or not with: ' + text))
             time.sleep(0.05)
+
+    @staticmethod
+    def log_file(product):
+        return '%s\\%s\\QX Installation Assistant.html' % (LOG_ROOT, product)
 
     def log(self, product):
         """The rows of a product's log; reading them shows that every line of it is whole."""
-        return read_log(self.machine.host('%s\\%s\\QX Installation Assistant.html' % (LOG_ROOT, product)))
+        return read_log(self.machine.host(self.log_file(product)))
 
     def default_log(self):
         return read_log(self.machine.host('C:\\QX\\QX Installation Assistant.html'))

@@ -13,8 +13,7 @@ class InteractiveTest(WineTest):
     dpi = 96
 
     @classmethod
-    def setUpClass(cls):
-        super().setUpClass()
+    def prepare(cls):
         cls.machine.preset('user', 'Control Panel\\Desktop', {'LogPixels': cls.dpi})
         cls.machine.preset('system', 'Software\\Fonts', {'LogPixels': cls.dpi})
         cls.person = Person(cls.machine)
