@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -17,9 +18,10 @@ namespace {
 constexpr int UsageError = 64;
 constexpr int MostRestarts = 50;
 constexpr const char* Usage =
-    "qxia run-demo --state DIR [--media DIR] [--machine FILE] [-- program arguments]\n"
+    "qxia run-demo [--state DIR [--media DIR] [--machine FILE] [-- program arguments]]\n"
     "\n"
-    "Runs the installer on a simulated workstation and prints what it did.\n"
+    "Runs the installer on a simulated workstation and prints what it did. Without options: installs the sample\n"
+    "product (made by samples/build) on a fresh one.\n"
     "  --state DIR     where the workstation keeps its registry and drives; made when missing,\n"
     "                  gone on with when there is one from an earlier run\n"
     "  --media DIR     a folder with an installation disc's content: the CD-ROM drive D\n"
@@ -43,8 +45,21 @@ std::string* Destination(Options& options, const char* name) {
   return nullptr;
 }
 
+/// The sample product beside this command in the output folder, on a workstation that is made anew.
+Options SampleOptions() {
+  const std::filesystem::path out = std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path();
+  const std::filesystem::path sample = out / "samples" / "harbour_suite";
+  if (!std::filesystem::exists(sample / "disc")) {
+    simulated::Refuse((sample / "disc").string() + " is not there: make the sample product with samples/build");
+  }
+  const std::filesystem::path state = out / "demo" / "rehearsal";
+  std::filesystem::remove_all(state);
+  return {state.string(), (sample / "disc").string(), (sample / "machine.txt").string(), ""};
+}
+
 /// Raises std::runtime_error for what is not understood.
 Options ParseOptions(int count, char** words) {
+  if (count == 2) return SampleOptions();
   Options options;
   int i = 2;
   for (; i < count && std::strcmp(words[i], "--") != 0; i += 2) {
