@@ -92,7 +92,7 @@ std::string KnownProductIni(Run& run) {
 std::string ResolvePath(Run& run, const std::string& spec) {
   return Guarded(run, "ResolvePath", [&]() -> std::string {
     if (IsFullPath(spec)) return Normalised(spec);
-    const PathSpecification parts = TakeApartByLetters(spec);
+    const CodedPath parts = TakeApartByLetters(spec);
     switch (parts.code) {
       case PathCode::CdRom:
       case PathCode::Floppy:
@@ -111,7 +111,7 @@ std::string ResolvePath(Run& run, const std::string& spec) {
 
 std::string ResolveFile(Run& run, const std::string& spec, const std::string& folder, const std::string& defaultName) {
   if (IsFullPath(spec)) return Normalised(spec);
-  PathSpecification parts = TakeApart(spec);
+  CodedPath parts = TakeApart(spec);
   if (parts.inner.empty()) parts.inner = defaultName;
   switch (parts.code) {
     case PathCode::CdRom:

@@ -22,13 +22,13 @@ std::string KnownProductIni(Run& run);
 /// there is none; an unknown code is logged.
 std::string ResolvePath(Run& run, const std::string& spec);
 
-/// The file that a specification stands for: as ResolvePath, with PA... the application ini's folder; a text that is no
-/// specification is relative to `folder`. `defaultName` is the file where the specification names none. "" when no
-/// drive has it.
+/// The file that a path specification stands for: as ResolvePath, with PA... the application ini's folder; a text that
+/// is none is relative to `folder`. `defaultName` is the file where nothing names one. "" when no drive has
+/// it.
 std::string ResolveFile(Run& run, const std::string& spec, const std::string& folder, const std::string& defaultName);
 
 /// The product ini as the application ini specifies it; "" when it does not.
 std::string SpecifiedProductIni(Run& run);
 
-/// True when the specification means the recorded root.
+/// True when the path specification means the recorded root.
 bool MeansRecordedRoot(const std::string& spec);

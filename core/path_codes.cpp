@@ -31,7 +31,7 @@ std::string Inner(const std::string& spec, std::size_t open, std::size_t innerAt
 
 }  // namespace
 
-PathSpecification TakeApart(const std::string& spec) {
+CodedPath TakeApart(const std::string& spec) {
   const std::size_t open = spec.find('(');
   const std::string letters = spec.substr(0, open);
   const bool closed = open == std::string::npos || spec.back() == ')';
@@ -39,14 +39,14 @@ PathSpecification TakeApart(const std::string& spec) {
   return TakeApartByLetters(spec);
 }
 
-PathSpecification TakeApartByLetters(const std::string& spec) {
+CodedPath TakeApartByLetters(const std::string& spec) {
   for (const CodeLetters& entry : codes) {
     if (StartsWithIgnoringCase(spec, entry.letters)) return {entry.code, Inner(spec, spec.find('('), entry.innerAt)};
   }
   return {};
 }
 
-std::string FindOnDrives(Run& run, const PathSpecification& spec, bool (clsFso::*exists)(const std::string&)) {
+std::string FindOnDrives(Run& run, const CodedPath& spec, bool (clsFso::*exists)(const std::string&)) {
   const platform::DriveType wanted =
       spec.code == PathCode::CdRom ? platform::DriveType::CdRom : platform::DriveType::Removable;
   for (const platform::Drive& drive : run.machine.files().drives()) {
