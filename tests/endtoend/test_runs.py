@@ -122,6 +122,9 @@ class Restarts(WineTest):
         self.assertLogged(rows, 'Rebooting to complete the installation', 'Action')
         self.assertLogged(rows, 'Reboot status is immediate')
         self.wait_for('C:\\restart.txt')
+        deadline = time.time() + 20  # the machine is told to restart after the program has ended
+        while '--kill' not in self.read('C:\\restart.txt') and time.time() < deadline:
+            time.sleep(0.1)
         self.machine.stop()
         self.assertIn('--kill', self.read('C:\\restart.txt'))
 
