@@ -229,7 +229,7 @@ class LargeFonts(InteractiveTest):
         self.go()
         window = self.person.finished()
         self.person.picture('window-at-144-dpi')
-        self.assertGreater(window.frame.right - window.frame.left, 700)  # half as large again
+        self.assertGreater(window.frame.right - window.frame.left, 640)  # half as large again
         texts = [window.control(number) for number in (MESSAGE, ACTION, COMPONENT, PROGRESS, STATUS, *BUTTONS)]
         for control in texts:
             self.assertGreater(control.left, window.frame.left)

@@ -1,0 +1,271 @@
+// What a person does beside pressing Continue: closes the window while work runs, opens the log, types the password for
+// the logons after restarts.
+
+#include <gtest/gtest.h>
+
+#include "platform/faults/platform.h"
+#include "tests/support/media.h"
+
+namespace {
+
+using platform::BoxAnswer;
+using platform::Control;
+using platform::WindowEvent;
+
+using Names = std::vector<std::string>;
+
+constexpr const char* Winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
+constexpr const char* Title = "QX Installation Assistant";
+
+/// A program during which a person closes the window.
+simulated::Outcome ClosedMeanwhile(Rig& rig, simulated::Outcome outcome = {}) {
+  outcome.also = [&rig] { rig.machine().screen().pressAtPump(1, WindowEvent::Close); };
+  return outcome;
+}
+
+std::string LastShown(Rig& rig, Control control) {
+  return rig.machine().screen().shown(control).back();
+}
+
+TEST(Closing, RefusedQuestion_LetsTheRunGoOn) {
+  Rig rig;
+  Media media(rig);
+  media.program("One", ClosedMeanwhile(rig)).program("Two");
+  rig.answer(Title, BoxAnswer::No, "is still at work");
+  rig.press({WindowEvent::Continue, WindowEvent::Continue});
+  EXPECT_EQ(media.install(""), 0);
+  EXPECT_EQ(RanComponents(rig), (Names{"One", "Two"}));
+  EXPECT_EQ(LastShown(rig, Control::LongMessage), "All completed successfully");
+}
+
+struct Stop {
+  const char* what;
+  const char* request;  ///< for a restart
+  std::size_t restarts;
+};
+
+constexpr Stop Stops[] = {
+    {"a component that asks for nothing", "", 0},
+    // A restart that went on by itself would not be the end that was asked for.
+    {"a component that asks for a restart at once", "immediate", 0},
+    {"a component that asks for a restart at the end", "commit", 1},
+};
+
+TEST(Closing, ConfirmedQuestion_EndsAfterTheRunningComponent) {
+  for (const Stop& row : Stops) {
+    Rig rig;
+    rig.tolerateUnused();
+    Media media(rig);
+    media.program("One", ClosedMeanwhile(rig, RequestsReboot(row.request))).program("Two");
+    rig.answer(Title, BoxAnswer::Yes, "is still at work");
+    rig.press({WindowEvent::Continue});
+    EXPECT_EQ(media.install(""), 2) << row.what;
+    EXPECT_EQ(RanComponents(rig), Names{"One"}) << row.what;
+    EXPECT_EQ(LastShown(rig, Control::LongMessage), "The run ends as soon as the present component is done.");
+    EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "0") << row.what;
+    EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "User aborted run") << row.what;
+    EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "") << row.what;
+    EXPECT_EQ(rig.effects("exit windows").size(), row.restarts) << row.what;
+    EXPECT_TRUE(Logged(rig, "Run ended at user request")) << row.what;
+    EXPECT_TRUE(Logged(rig, "QX Installer Run complete")) << row.what;
+  }
+}
+
+TEST(Closing, AgainAfterTheAnswer_AsksNoMore) {
+  Rig rig;
+  rig.tolerateUnused();
+  Media media(rig);
+  media.program("One", {.milliseconds = 2000, .also = [&] {
+                          for (const int pump : {1, 3, 5}) rig.machine().screen().pressAtPump(pump, WindowEvent::Close);
+                        }});
+  rig.answer(Title, BoxAnswer::Yes, "is still at work");
+  rig.press({WindowEvent::Continue});
+  EXPECT_EQ(media.install(""), 2);
+  EXPECT_EQ(rig.effects("box").size(), 1U);
+}
+
+TEST(Closing, DuringThePreInstallActions_EndsBeforeContinue) {
+  Rig rig;
+  rig.tolerateUnused();
+  Media media(rig);
+  media.productIni += "[PreInstallActions]\nCheck\n[Check_Office Suite]\nInstall=check.exe\nCommandLine=N/A\n";
+  rig.file("C:\\Media\\check.exe", "");
+  rig.program("check.exe", ClosedMeanwhile(rig));
+  media.program("One");
+  rig.answer(Title, BoxAnswer::Yes, "is still at work");
+  EXPECT_EQ(media.install(""), 2);
+  EXPECT_TRUE(rig.effects("person: continue").empty());
+}
+
+TEST(Closing, DuringAnUninstall_KeepsTheRecordForAnotherTry) {
+  Rig rig;
+  rig.tolerateUnused();
+  Media media(rig);
+  const char* lines = "UninstallCommandLine=C:\\Tools\\remove.exe\n";
+  media.program("One", {}, lines).program("Two", {}, lines);
+  EXPECT_EQ(media.install(), 0);
+  rig.file("C:\\Tools\\remove.exe", "");
+  rig.program("remove.exe", ClosedMeanwhile(rig));
+  rig.answer("Confirm Uninstall", BoxAnswer::Yes);
+  rig.answer(Title, BoxAnswer::Yes, "is still at work");
+  rig.press({WindowEvent::Continue});
+  EXPECT_EQ(rig.run("/x Office Suite"), 2);
+  EXPECT_EQ(rig.effects("run C:\\Tools\\remove.exe").size(), 1U);
+  EXPECT_TRUE(rig.hasKey(ComponentRecord("One")));
+}
+
+TEST(End, FirstButton_OpensTheLog) {
+  const std::string log =
+      "c:\\program files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite\\QX Installation "
+      "Assistant.html";
+  for (const bool browser : {true, false}) {
+    Rig rig;
+    Media media(rig);
+    media.program("One");
+    rig.machine().screen().setBrowser(browser);
+    if (!browser) rig.answer(Title, BoxAnswer::Ok, log);
+    rig.press({WindowEvent::Continue, WindowEvent::About, WindowEvent::Close});
+    EXPECT_EQ(media.install(""), 0);
+    EXPECT_EQ(LastShown(rig, Control::About), "View &log");
+    EXPECT_EQ(rig.effects("document opened " + log).size(), browser ? 1U : 0U);
+  }
+}
+
+TEST(End, Failures_AreAlsoWhereTheyCanBeScrolled) {
+  Rig rig;
+  Media media(rig);
+  std::string reasons;
+  for (int i = 0; i < 12; ++i) {
+    const std::string name = "Part" + std::to_string(i);
+    media.component(name, "gone.exe");
+    reasons += "\r\nInstallation of " + name + " failed (installation file could not be found)";
+  }
+  rig.press({WindowEvent::Continue, WindowEvent::Continue});
+  EXPECT_EQ(media.install(""), 1);
+  const std::string status = LastShown(rig, Control::Status);
+  EXPECT_TRUE(status.ends_with("The following errors occurred during the installation: " + reasons)) << status;
+}
+
+struct System {
+  const char* name;
+  const char* prompt;
+  const char* logged;
+  bool nt;
+};
+
+constexpr const char* DefaultPrompt = "Enter the password for the Default  account to enable autologon after reboots";
+constexpr const char* UserPrompt = "Enter the password for the Operator account to enable autologon after reboots";
+
+constexpr System Systems[] = {
+    {"Windows 95", DefaultPrompt, "Password captured for the default user on a windows 95 machine", false},
+    {"Windows 98", DefaultPrompt, "Password captured for the default user on a windows 98 machine", false},
+    {"Windows ME", DefaultPrompt, "Password captured for the default user on a windows me machine", false},
+    {"Windows NT 3.51", UserPrompt, "user Operator on a windows nt 3.51 machine in the SITE domain", true},
+    {"Windows NT 4.0", UserPrompt, "user Operator on a windows nt 4.0 machine in the SITE domain", true},
+    {"Windows 2000", UserPrompt, "user Operator on a windows 2000 machine in the SITE domain", true},
+    {"Windows XP", UserPrompt, "user Operator on a windows xp machine in the SITE domain", true},
+    {"Windows 2003", UserPrompt, "user Operator on a windows 2003 machine in the SITE domain", true},
+};
+
+/// The product asks for logon details, and its one component restarts the machine.
+void AskingProduct(Media& media) {
+  media.config["RequestLogonDetails"] = "true";
+  media.program("One", RequestsReboot("immediate"));
+}
+
+TEST(PasswordWindow, EachSystem_IsAskedInItsWordsAndLogsOnByItself) {
+  for (const System& row : Systems) {
+    Rig rig;
+    rig.machine().setSystem(row.name);
+    rig.machine().setUser("Operator", "SITE");
+    Media media(rig);
+    AskingProduct(media);
+    rig.machine().screen().type({"secret", "Secret"});
+    rig.answer(Title, BoxAnswer::Ok, "The two passwords do not match, please try again");
+    rig.machine().screen().type({"secret ", " secret"});
+    media.install("/s /v");
+    EXPECT_EQ(rig.effects("password window").front(), std::string("password window \"") + Title + "\": " + row.prompt);
+    const char* key = row.nt ? Winlogon : "Network\\Logon";
+    const std::map<std::string, std::string> values =
+        row.nt ? std::map<std::string, std::string>{{"AutoAdminLogon", "1"},
+                                                    {"DefaultUserName", "Operator"},
+                                                    {"DefaultPassword", "secret "},
+                                                    {"DefaultDomainName", "SITE"},
+                                                    {"AltDefaultUserName", "Operator"},
+                                                    {"AltDefaultPassword", "secret "},
+                                                    {"AltDefaultDomainName", "SITE"}}
+               : std::map<std::string, std::string>{{"Default Password", "secret "}};
+    for (const auto& [name, text] : values) EXPECT_EQ(rig.value(key, name), text) << row.name << " " << name;
+    EXPECT_FALSE(rig.hasKey(row.nt ? "Network\\Logon" : Winlogon)) << row.name;
+    EXPECT_TRUE(Logged(rig, row.logged)) << row.name;
+    EXPECT_FALSE(Logged(rig, "secret")) << row.name;
+  }
+}
+
+TEST(PasswordWindow, Cancelled_EndsTheRunAndWritesNothing) {
+  for (const char* switches : {"/s", ""}) {
+    Rig rig;
+    rig.tolerateUnused();
+    rig.set(Winlogon, "AutoAdminLogon", "1");
+    rig.set(Winlogon, "DefaultPassword", "site");
+    Media media(rig);
+    AskingProduct(media);
+    rig.machine().screen().type({.password = "", .confirmation = "", .cancel = true});
+    EXPECT_EQ(media.install(switches), 2) << switches;
+    EXPECT_TRUE(rig.ran().empty()) << switches;
+    EXPECT_EQ(rig.value(Winlogon, "AutoAdminLogon"), "1") << switches;
+    EXPECT_EQ(rig.value(Winlogon, "DefaultPassword"), "site") << switches;
+    EXPECT_TRUE(Logged(rig, "QX Installer Run complete")) << switches;
+  }
+}
+
+TEST(PasswordWindow, LaterDiscAndResumedRun_AreNotAsked) {
+  Rig later;
+  Media disc(later);
+  disc.product["PreviousVolumeName"] = "DISC0";
+  AskingProduct(disc);
+  disc.install();
+  EXPECT_TRUE(later.effects("password window").empty());
+
+  Rig rig;
+  Media media(rig);
+  AskingProduct(media);
+  rig.machine().screen().type({"secret", "secret"});
+  media.install();
+  rig.restart();
+  EXPECT_EQ(rig.value(Winlogon, "AutoAdminLogon"), "1");
+  EXPECT_EQ(rig.run(rig.logonArguments()), 0);
+  EXPECT_EQ(rig.value(Winlogon, "AutoAdminLogon"), "0");
+  EXPECT_EQ(rig.value(Winlogon, "DefaultPassword"), "");
+  EXPECT_EQ(rig.effects("password window accepted").size(), 1U);
+}
+
+TEST(PasswordWindow, EnvironmentWithoutUser_IsTold) {
+  Rig rig;
+  rig.machine().setUser("", "");
+  Media media(rig);
+  AskingProduct(media);
+  rig.machine().screen().type({"secret", "secret"});
+  media.install();
+  EXPECT_TRUE(Logged(rig, "The environment variable USERNAME is missing or empty"));
+  EXPECT_TRUE(Logged(rig, "The environment variable USERDOMAIN is missing or empty"));
+  EXPECT_EQ(RanComponents(rig), Names{"One"});
+}
+
+TEST(PasswordWindow, RegistryThatRefuses_IsToldAndTheRunGoesOn) {
+  Rig rig;
+  Media media(rig);
+  AskingProduct(media);
+  media.write();
+  rig.machine().screen().type({"secret", "secret"});
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("registry.setValue", "Winlogon\\DefaultPassword", platform::status::AccessDenied);
+  rig.run(Media::arguments("/s"), faulty);
+  EXPECT_TRUE(
+      Logged(rig, std::string("Could not write to registry key: HKLM\\") + Winlogon + ", value:DefaultPassword"));
+  EXPECT_EQ(rig.value(Winlogon, "DefaultUserName"), rig.machine().machine().user);
+  EXPECT_FALSE(rig.hasValue(Winlogon, "DefaultDomainName"));
+  EXPECT_EQ(RanComponents(rig), Names{"One"});
+}
+
+}  // namespace
