@@ -84,8 +84,8 @@ TEST_F(LogTest, Exit_ExactlySpelled_IsFollowedByALineOfOneSpace) {
   log.Log("X", 0, "exit");
   log.Log("X", 0, "Exit");
   const std::string whole = text();
-  EXPECT_EQ(whole.find("\r\n \r\n"), whole.size() - 5) << whole;
-  EXPECT_EQ(LogRows(whole.substr(0, whole.size() - 3)).back().description, "Exit");
+  ASSERT_EQ(whole.find("\r\n \r\n"), whole.size() - 5) << whole;
+  EXPECT_EQ(LogRows(whole.substr(0, whole.size() - 3)).size(), 2U);
 }
 
 TEST_F(LogTest, SwitchedOff_LosesEntriesButRemembersTheLast) {
@@ -174,7 +174,7 @@ TEST_F(LogTest, Entry_ThatCannotBeWritten_GoesToABoxAndTheEventLog) {
     std::vector<std::string> added = rig.effects("event log");
     added.erase(added.begin(), added.begin() + static_cast<std::ptrdiff_t>(records));
     ExpectRecords(added, row.failure);
-    EXPECT_EQ(rig.effects("box").size(), boxes + 1) << "the box of the error itself is not shown";
+    ASSERT_EQ(rig.effects("box").size(), boxes + 1) << "the box of the error itself is not shown";
     EXPECT_EQ(rig.effects("box").back(), "box \"T\": Main -> ok");
     EXPECT_EQ(log.LastErrNumber(), 1);
     EXPECT_EQ(log.LastErrDescription(), "before");
@@ -223,7 +223,7 @@ TEST_F(LogTest, Archive_ThreeTimesInAMinute_KeepsTheFirstAndTheLast) {
   EXPECT_EQ(text(), "three") << "the log stays in its place";
   rig.machine().clock().sleep(60000);
   log.ArchiveLogFile(Archive);
-  EXPECT_EQ(archived().back(), "T0611151404.html");
+  EXPECT_TRUE(rig.exists("C:\\Logs\\Archive\\T0611151404.html"));
 }
 
 TEST_F(LogTest, Archive_AboveItsLimit_LosesItsFirstFileAndNoOther) {

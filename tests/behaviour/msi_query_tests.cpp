@@ -83,6 +83,7 @@ TEST_F(MsiQuery, PackageThatCannotBeRead_IsTheErrorOfItsStep) {
     ::Run failing(faulty);
     emptyLog();
     expectNothing(query(failing, Package));
+    ASSERT_FALSE(rows().empty());
     EXPECT_EQ(rows().back().description, row.text + std::string(Package) +
                                              "<BR>Source: modMSI.GetMSIData Error No = " + std::to_string(row.number));
     EXPECT_EQ(rig.machine().installer().openHandles(), 0U);

@@ -1,0 +1,168 @@
+// Where a run's log lies, what becomes of the log before it, and runs whose log cannot be kept where it should be.
+
+#include "base/log_setup.h"
+#include "platform/faults/platform.h"
+#include "tests/support/media.h"
+#include "tests/support/procedures.h"
+
+namespace {
+
+constexpr const char* Program = "QX Installation Assistant";
+constexpr const char* DefaultLog = "C:\\QX\\QX Installation Assistant.html";
+
+class LogSetUp : public Procedures {
+ protected:
+  LogSetUp() {
+    run.productName = "Office";
+    run.appIniPath = "C:\\app.ini";
+    run.log.Start();
+    rig.machine().clock().setTime("2006-11-15 14:03:27.481");
+  }
+
+  static std::string folder(const std::string& root) { return root + "\\" + Program + "\\Office"; }
+};
+
+TEST_F(LogSetUp, InstallRun_PutsItsFoldersUnderTheGivenPath) {
+  const std::string defaultRoot = "c:\\program files\\Tarvel\\Installation";
+  const struct {
+    const char* line;
+    std::string root;
+  } table[] = {
+      {"LogFilePath=C:\\Logs", "C:\\Logs"},
+      {"LogFilePath=C:\\Logs\\", "C:\\Logs"},
+      {"LogFilePath=   C:\\Logs\\Deep\\Down   ", "C:\\Logs\\Deep\\Down"},
+      {"LogFilePath=", defaultRoot},
+      {"LogFilePath=   ", defaultRoot},
+      {"OtherKey=1", defaultRoot},
+  };
+  for (const auto& row : table) {
+    rig.file("C:\\app.ini", std::string("[Product]\n") + row.line + "\n");
+    SetUpLog(run);
+    EXPECT_EQ(run.log.LogFilename(), folder(row.root) + "\\QX Installation Assistant.html") << row.line;
+    EXPECT_EQ(run.logFolders.msiLogs, folder(row.root) + "\\MSI Log Files") << row.line;
+    EXPECT_EQ(run.logFolders.archive, folder(row.root) + "\\QXIA Archive Logs") << row.line;
+    EXPECT_TRUE(run.fso.FolderExists(folder(row.root))) << row.line;
+    EXPECT_EQ(logText(), "") << "a path that is not given is no error: " << row.line;
+  }
+}
+
+TEST_F(LogSetUp, UninstallRun_HasFixedFoldersOfItsOwn) {
+  rig.file("C:\\app.ini", "[Product]\nLogFilePath=C:\\Logs\n");
+  run.uninstall = true;
+  run.uninstallProduct = "Office";
+  SetUpLog(run);
+  const std::string place = folder("c:\\program files\\Tarvel\\Installation");
+  EXPECT_EQ(run.log.LogFilename(), place + "\\QX Installation Assistant Uninstall.html");
+  EXPECT_EQ(run.logFolders.msiLogs, place + "\\Uninstall MSI Log Files");
+  EXPECT_EQ(run.logFolders.archive, place + "\\Uninstall QXIA Archive Logs");
+  EXPECT_TRUE(run.fso.FolderExists(place));
+}
+
+TEST_F(LogSetUp, EarlierLog_IsArchivedByAFreshRunAndGoneOnWithByAResumedOne) {
+  rig.file("C:\\app.ini", "[Product]\nLogFilePath=C:\\Logs\n");
+  const std::string log = folder("C:\\Logs") + "\\QX Installation Assistant.html";
+  const std::string archived = folder("C:\\Logs") + "\\QXIA Archive Logs\\QX Installation Assistant0611151403.html";
+  for (const bool resumed : {true, false}) {
+    SCOPED_TRACE(resumed ? "resumed" : "fresh");
+    rig.file(log, "earlier\n");
+    run.rebooted = resumed;
+    run.log.LogFilename(DefaultLog);
+    run.log.Start();
+    run.log.Log("Main", 0, "now");
+    SetUpLog(run);
+    EXPECT_EQ(rig.text(log).rfind("earlier\r\n", 0) == 0, resumed);
+    EXPECT_NE(rig.text(log).find(">now<"), std::string::npos);
+    EXPECT_EQ(rig.text(archived), resumed ? "" : "earlier\r\n");
+  }
+}
+
+TEST_F(LogSetUp, FreshRunWithoutEarlierLog_LeavesTheArchiveAlone) {
+  rig.file("C:\\app.ini", "[Product]\nLogFilePath=C:\\Logs\n");
+  const std::string full = folder("C:\\Logs") + "\\QXIA Archive Logs\\a.html";
+  rig.machine().files().put(full, std::string(10000001, 'x'));
+  SetUpLog(run);
+  EXPECT_TRUE(rig.exists(full));
+}
+
+TEST_F(LogSetUp, EarlierLogThatCannotBeArchived_IsGoneOnWith) {
+  rig.file("C:\\app.ini", "[Product]\nLogFilePath=C:\\Logs\n");
+  const std::string log = folder("C:\\Logs") + "\\QX Installation Assistant.html";
+  rig.file(log, "earlier\n");
+  rig.file(folder("C:\\Logs") + "\\QXIA Archive Logs", "a file in its place");
+  SetUpLog(run);
+  EXPECT_EQ(rig.text(log).rfind("earlier\r\n", 0), 0U) << "nothing of the earlier run may be lost";
+}
+
+TEST_F(LogSetUp, FolderThatCannotBeMade_IsOneWarningInTheDefaultLog) {
+  rig.file("C:\\Taken", "a file in its place");
+  for (const char* path : {"Q:\\Logs", "D:\\Logs", "C:\\Taken", "C:\\Logs?", "nonsense:|"}) {
+    SCOPED_TRACE(path);
+    rig.file("C:\\app.ini", std::string("[Product]\nLogFilePath=") + path + "\n");
+    run.log.LogFilename(DefaultLog);
+    run.log.Start();
+    run.log.Log("Main", 0, "held");
+    SetUpLog(run);
+    const std::vector<LogRow> found = LogRows(rig.text(DefaultLog));
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].description, "held");
+    EXPECT_EQ(found[1].type, WarningMark);
+    for (const char* part : {path, "C:\\app.ini", "LogFilePath", DefaultLog}) {
+      EXPECT_NE(found[1].description.find(part), std::string::npos) << part << " in " << found[1];
+    }
+  }
+}
+
+TEST(LogOfARun, First_IsTheCommandLineAndEveryRowIsWhole) {
+  Rig rig;
+  Media media(rig);
+  media.program("Tools");
+  rig.file(DefaultLog, "of an earlier run");
+  ASSERT_EQ(media.install(), 0);
+  const std::vector<LogRow> rows = LogRows(rig.log("Office Suite"));
+  ASSERT_FALSE(rows.empty());
+  EXPECT_EQ(rows[0].description, "Command line is /s /is=C:\\Media\\app.ini");
+  EXPECT_FALSE(rig.exists(DefaultLog)) << "every run begins without a default log";
+}
+
+TEST(LogOfARun, EndsBeforeItsSetUp_GoesToTheDefaultPlace) {
+  Rig rig;
+  rig.file(DefaultLog, "of an earlier run\n");
+  EXPECT_EQ(rig.run("/s /is=C:\\Nowhere\\app.ini"), 1);
+  const std::vector<LogRow> rows = LogRows(rig.text(DefaultLog));
+  ASSERT_GE(rows.size(), 3U);
+  EXPECT_EQ(rows[0].description, "Command line is /s /is=C:\\Nowhere\\app.ini");
+  EXPECT_EQ(rows[1].description, "Could not find ini file : C:\\Nowhere\\app.ini");
+  EXPECT_EQ(rows[2].type, ErrorMark);
+  EXPECT_EQ(rows[2].description.rfind("Failed to find application ini file.<BR>Source: ", 0), 0U) << rows[2];
+}
+
+TEST(LogOfARun, FolderThatCannotBeMade_DoesNotHoldTheInstallationBack) {
+  Rig rig;
+  Media media(rig);
+  media.product["LogFilePath"] = "Q:\\Logs";
+  media.program("Tools");
+  EXPECT_EQ(media.install(), 0);
+  EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"});
+  const std::string log = rig.text(DefaultLog);
+  EXPECT_EQ(RowsOf(log, WarningMark).size(), 1U) << log;
+  EXPECT_NE(log.find("QX Installer Run complete"), std::string::npos);
+}
+
+TEST(LogOfARun, MediumBecomesReadOnly_IsToldInTheEventLogAndTheRunGoesOn) {
+  Rig rig;
+  Media media(rig);
+  media.program("Tools");
+  media.write();
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("files.openForAppending", ".html", platform::status::AccessDenied);
+  EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0);
+  EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"});
+  EXPECT_EQ(rig.effects("box"), std::vector<std::string>());
+  const std::vector<std::string> records = rig.effects("event log");
+  ASSERT_GE(records.size(), 40U) << "four for every entry";
+  EXPECT_EQ(records.size() % 4, 0U);
+  EXPECT_EQ(records[1],
+            "event log QX Installation Assistant: Description passed in: Command line is /s /is=C:\\Media\\app.ini");
+}
+
+}  // namespace
