@@ -114,6 +114,8 @@ struct Run {
   std::string mappedDrive;      ///< drive mapped for this run, with its colon
   std::string programToRemove;  ///< local program copy that no product needs any more
   std::string nextVolumeName;   ///< disc that the run goes on with; "" when this is the last
+  bool furtherDisc = false;     ///< the disc in work is not the one that the run began with
+  char discDrive = 0;           ///< drive of a further disc; 0 while none was changed
   int lastIniError = 0;         ///< number of the last failure of GetIniString
 
   std::map<int, std::string> captions;

@@ -1,5 +1,7 @@
 #include "core/discovery.h"
 
+#include <utility>
+
 #include "base/error_handler.h"
 #include "base/ini.h"
 #include "base/paths.h"
@@ -49,6 +51,15 @@ void AskForProductIni(Run& run, const std::string& given) {
 }
 
 }  // namespace
+
+IniPaths InisAtStart(Run& run) {
+  const std::string own = Joined(run.programFolder, run.programName + ".ini");
+  const std::string application = Unquoted(run.appIniPath.empty() ? own : run.appIniPath);
+  const std::string given = std::exchange(run.appIniPath, application);
+  const std::string product = Unquoted(run.productIniPath.empty() ? SpecifiedProductIni(run) : run.productIniPath);
+  run.appIniPath = given;
+  return {application, product};
+}
 
 void GetAppIni(Run& run) {
   if (run.appIniPath.empty()) run.appIniPath = Joined(run.programFolder, run.programName + ".ini");

@@ -4,10 +4,15 @@
 #include <string>
 
 #include "base/run.h"
+#include "env/multi_disk.h"
 
 /// Makes run.appIniPath the application ini that exists: the one given, else the one beside the program under its name,
 /// else the one that the user chooses. Raises "Failed to find application ini file.".
 void GetAppIni(Run& run);
+
+/// The ini files as far as they are known before anything is asked or logged: the application ini given or beside the
+/// program, the product ini given or specified there.
+IniPaths InisAtStart(Run& run);
 
 /// Makes run.productIniPath the product ini that exists: the one given, else the one recorded for the product, else the
 /// one that the application ini specifies, else the one that the user chooses, which is then recorded. Raises "Failed

@@ -20,6 +20,7 @@
 #include "exec/msi_queries.h"
 #include "exec/outcome.h"
 #include "exec/pre_install.h"
+#include "exec/sequence.h"
 
 namespace {
 
@@ -75,6 +76,7 @@ bool FindPackageRoot(Run& run) {
 }
 
 void CarryOutPreInstall(Run& run, const std::string& productIni) {
+  if (run.furtherDisc) return;
   if (modQXInstallationMain::PreInstallActions(run, productIni)) {
     run.window.ProgressBar(Progress::PreInstallDone);
     return;
@@ -117,7 +119,7 @@ void CannotStore(Run& run, const std::string& component, StoredComponent end) {
 }
 
 bool StoreComponents(Run& run) {
-  int index = 0;
+  int index = run.furtherDisc ? static_cast<int>(HighestSequenceNumber(run)) / SequenceStep : 0;
   for (const std::string& component : run.actions) {
     const StoredComponent end = modQXInstallationMain::StoreComponentData(run, component, ++index);
     if (end == StoredComponent::Stored) continue;
@@ -141,7 +143,7 @@ bool StoreApplication(Run& run) {
 
 /// The password for the logons after restarts, where the product asks for it.
 void RequestLogonDetails(Run& run) {
-  if (!frmLogin::IsWanted(run) || frmLogin::Show(run)) return;
+  if (run.furtherDisc || !frmLogin::IsWanted(run) || frmLogin::Show(run)) return;
   run.logonDeclined = true;
   EndAtRequest(run);
 }
@@ -172,6 +174,17 @@ std::string ReadyText(const Run& run) {
          blankLine + "Click Continue to proceed with uninstallation.";
 }
 
+/// The sequence stands at its start, and the user may begin it.
+void BecomeReady(Run& run) {
+  // The uninstall of a product that is not recorded leaves no record of it.
+  if (!run.uninstall || modRegistry::RegKeyExists(run, ProductKey(run), "")) {
+    modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, "0");
+  }
+  EndIfWanted(run);
+  run.window.StatusLine(modLanguage::Text(run, run.uninstall ? Caption::Ready : Caption::ReadyToInstall));
+  run.window.LongMessage(ReadyText(run));
+}
+
 }  // namespace
 
 void Initialise(Run& run) {
@@ -182,13 +195,7 @@ void Initialise(Run& run) {
     modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
     ValidateShares(run);
     if (!run.uninstall && !PrepareInstall(run)) return;
-    // The uninstall of a product that is not recorded leaves no record of it.
-    if (!run.uninstall || modRegistry::RegKeyExists(run, ProductKey(run), "")) {
-      modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, "0");
-    }
-    EndIfWanted(run);
-    run.window.StatusLine(modLanguage::Text(run, run.uninstall ? Caption::Ready : Caption::ReadyToInstall));
-    run.window.LongMessage(ReadyText(run));
+    if (!run.furtherDisc) BecomeReady(run);
     run.initialised = true;
   } catch (const std::exception& failure) {
     LogFailure(run, "Main.Initilise", failure, !run.silent);
@@ -196,7 +203,14 @@ void Initialise(Run& run) {
     LeaveOrEnd(run);
   }
   run.busy = false;
-  run.window.EnableButtons(true);
+  if (!run.furtherDisc) run.window.EnableButtons(true);
+}
+
+bool InitialiseNextDisc(Run& run) {
+  run.furtherDisc = true;
+  run.initialised = false;
+  Initialise(run);
+  return run.initialised;
 }
 
 void CheckConfiguration(Run& run) {

@@ -8,6 +8,11 @@
 /// a silent run ends; refused runs end through closedown (both throw ProgramEnd).
 void Initialise(Run& run);
 
+/// The same for the disc that was put in after the first one: its components are recorded behind those of the discs
+/// before it. Pre-install actions and the password belong to the first disc, and nobody is asked to continue. False
+/// when the disc could not be prepared.
+bool InitialiseNextDisc(Run& run);
+
 /// Checks and records the configuration; where that fails the run ends through closedown (throws ProgramEnd).
 void CheckConfiguration(Run& run);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "base/error_handler.h"
 #include "base/error_texts.h"
@@ -14,6 +15,7 @@
 #include "core/end_of_run.h"
 #include "core/initialise.h"
 #include "core/install_component.h"
+#include "core/resume.h"
 #include "env/add_remove_programs.h"
 #include "env/forced_removal.h"
 #include "env/multi_disk.h"
@@ -101,30 +103,69 @@ NextComponent FindNextComponent(Run& run, double lastSequence) {
   return next;
 }
 
-/// One round of the loop; false when the loop is over.
-bool InstallNext(Run& run, int& position) {
+enum class Round { Done, NoneLeft, Ended };
+
+/// One round of the loop.
+Round InstallNext(Run& run, int& position) {
   const double lastSequence = modRegistry::ReadNumber(run, ProductKey(run), Value::LastSequence);
   ShowProgress(run, lastSequence);
   const NextComponent next = FindNextComponent(run, lastSequence);
-  if (next == NextComponent::None) Finish(run);
   if (next == NextComponent::Unknown) TellPositionUnknown(run);
-  if (next != NextComponent::Found) return false;
+  if (next != NextComponent::Found) return next == NextComponent::None ? Round::NoneLeft : Round::Ended;
   ListInstalledProducts(run);
-  if (InstallComponent(run) == ComponentEnd::Aborted) return false;
-  if (run.resumePending && !ResetPosition(run, lastSequence, position)) return false;
+  if (InstallComponent(run) == ComponentEnd::Aborted) return Round::Ended;
+  if (run.resumePending && !ResetPosition(run, lastSequence, position)) return Round::Ended;
   run.log.Log(Source, 0, "Writing last sequence to register");
-  if (!WriteLastSequence(run)) return false;
+  if (!WriteLastSequence(run)) return Round::Ended;
   EndIfWanted(run);
   ActOnRebootRequest(run);
   ++position;
-  return true;
+  return Round::Done;
 }
 
 void Uninstall(Run& run) {
   StartUninstall(run);
   EndIfWanted(run);
   // What failed stays recorded, so that the uninstall can be run again.
-  if (!run.failed) CleanUpUninstallFiles(run);
+  if (run.failed) return;
+  CleanUpUninstallFiles(run);
+  ForgetResume(run);
+}
+
+/// Discs that lead to each other in a circle would be asked for without end.
+void RequireNewDisc(const Run& run, std::vector<std::string>& asked) {
+  const bool again = std::any_of(asked.begin(), asked.end(), [&](const std::string& volume) {
+    return EqualIgnoringCase(volume, run.nextVolumeName);
+  });
+  if (again) {
+    throw Error(GeneralError,
+                "The disk labelled " + run.nextVolumeName +
+                    " was installed already, and a disk behind it names it as the next one. Correct NextVolumeName in "
+                    "section [Product] of " +
+                    run.productIniPath + " or " + run.appIniPath + ".",
+                "DoContinue");
+  }
+  asked.push_back(run.nextVolumeName);
+}
+
+/// Goes over to the product's next disc; false when that could not be prepared.
+bool ChangeDisc(Run& run) {
+  modCDFunctions::PromptForDisk(run);
+  if (!InitialiseNextDisc(run)) return false;
+  ShowWork(run);
+  CreateFolders(run);
+  CreateShares(run);
+  ListActions(run);
+  return true;
+}
+
+/// One disc after another. A disc whose work was cut short is the last.
+void InstallDiscs(Run& run) {
+  std::vector<std::string> asked;
+  while (modQXInstallationMain::StartInstall(run) && !run.nextVolumeName.empty()) {
+    RequireNewDisc(run, asked);
+    if (!ChangeDisc(run)) return;
+  }
 }
 
 void Install(Run& run) {
@@ -134,7 +175,7 @@ void Install(Run& run) {
     ForceUninstall(run);
   }
   ForceDelete(run);
-  modQXInstallationMain::StartInstall(run);
+  InstallDiscs(run);
 }
 
 void Continue(Run& run) {
@@ -153,7 +194,6 @@ void Continue(Run& run) {
   } else {
     Install(run);
   }
-  if (!run.nextVolumeName.empty() && !run.aborted) modCDFunctions::PromptForDisk(run);
   ShowResult(run);
 }
 
@@ -166,7 +206,8 @@ void DoContinue(Run& run) {
 
 namespace modQXInstallationMain {
 
-void StartInstall(Run& run) {
+bool StartInstall(Run& run) {
+  Round round = Round::Ended;
   GuardedRun(run, "modQXInstallationMain.StartInstall", [&] {
     if (run.actions.empty()) {
       run.log.Log("modQXInstallationMain.StartInstall", 6090, modErrorBase::GetErrorText(6090), false,
@@ -174,9 +215,12 @@ void StartInstall(Run& run) {
     }
     EndIfWanted(run);
     int position = 1;
-    while (InstallNext(run, position)) {
-    }
+    do {
+      round = InstallNext(run, position);
+    } while (round == Round::Done);
+    if (round == Round::NoneLeft && run.nextVolumeName.empty()) Finish(run);
   });
+  return round == Round::NoneLeft;
 }
 
 }  // namespace modQXInstallationMain

@@ -10,8 +10,8 @@ void DoContinue(Run& run);
 namespace modQXInstallationMain {
 
 /// Installs the components whose sequence numbers lie above "LastSequence", in their order, and records each as it is
-/// done. Restarts the machine where a component asks for that (throws ProgramEnd). At the end the product is registered
-/// and a deferred restart carried out.
-void StartInstall(Run& run);
+/// done. Restarts the machine where a component asks for that (throws ProgramEnd). At the end of the product's last
+/// disc the product is registered and a deferred restart carried out. True when no component of this disc is left.
+bool StartInstall(Run& run);
 
 }  // namespace modQXInstallationMain

@@ -1,6 +1,7 @@
 #include "core/path_codes.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "base/paths.h"
 #include "base/text.h"
@@ -49,7 +50,11 @@ CodedPath TakeApartByLetters(const std::string& spec) {
 std::string FindOnDrives(Run& run, const CodedPath& spec, bool (clsFso::*exists)(const std::string&)) {
   const platform::DriveType wanted =
       spec.code == PathCode::CdRom ? platform::DriveType::CdRom : platform::DriveType::Removable;
-  for (const platform::Drive& drive : run.machine.files().drives()) {
+  std::vector<platform::Drive> drives = run.machine.files().drives();
+  // A later disc of a product may have been put into another drive than the first one, which still has its disc.
+  std::stable_partition(drives.begin(), drives.end(),
+                        [&](const platform::Drive& drive) { return drive.letter == run.discDrive; });
+  for (const platform::Drive& drive : drives) {
     if (drive.type != wanted) continue;
     const std::string root = std::string(1, drive.letter) + ":\\";
     const std::string path = Normalised(root + spec.inner);

@@ -31,6 +31,7 @@ void FindProductIni(Run& run) {
 
 void RestoreProduct(Run& run) {
   const std::string key = ProductKey(run);
+  modCDFunctions::ReturnToDisc(run);
   run.packageRoot = ResolvePath(run, modRegistry::ReadOrEmpty(run, key, Value::PackageRoot));
   run.nextVolumeName = modCDFunctions::RecordedNextVolume(run);
   ReadForcedLists(run);

@@ -18,6 +18,7 @@
 #include "core/install_loop.h"
 #include "core/resume.h"
 #include "env/drive_mapping.h"
+#include "env/local_copy.h"
 #include "env/multi_disk.h"
 #include "exec/captions.h"
 #include "exec/outcome.h"
@@ -27,6 +28,10 @@ namespace {
 constexpr const char* Source = "Main";
 constexpr int AnotherCopyRuns = 3;
 constexpr int ClassNameCapacity = 256;
+
+bool LocalInstanceIsRecorded(Run& run) {
+  return modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall);
+}
 
 void ReadCommandLine(Run& run) {
   run.commandLine = ArgumentText(run.machine.machine().commandLine(), run.machine.machine().programPath());
@@ -60,7 +65,7 @@ void ReadIdentity(Run& run) {
 }
 
 void IdentifyProduct(Run& run) {
-  modCDFunctions::isMultiCD(run);
+  if (modCDFunctions::StartedFromDisc(run)) modCDFunctions::isMultiCD(run, InisAtStart(run));
   GetAppIni(run);
   ReadIdentity(run);
   SetUpLog(run);
@@ -106,7 +111,7 @@ void StartFreshInstall(Run& run) {
   WipeProductRecord(run);
   SetProductResult(run, true, "");
   run.resumePending = false;
-  if (run.localInstance) run.log.Log(Source, 0, "Starting Local instance of QXIA");
+  if (LocalInstanceIsRecorded(run)) run.log.Log(Source, 0, "Starting Local instance of QXIA");
   StartSequence(run);
 }
 
@@ -114,7 +119,9 @@ void Start(Run& run) {
   run.window.Create(Title);
   PreventDuplicate(run);
   run.log.Start();
-  run.localInstance = modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall);
+  // The mark alone may be that of a local copy which ended badly; this program may be the one on the medium.
+  run.localInstance =
+      LocalInstanceIsRecorded(run) && EqualIgnoringCase(run.machine.machine().programPath(), LocalProgram(run));
   ReadCommandLine(run);
   run.rebooted = ResumesRun(run);
   run.component = {};
@@ -162,7 +169,7 @@ void Main(Run& run) {
 
 void PreventDuplicate(Run& run) {
   try {
-    if (modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall)) return;
+    if (LocalInstanceIsRecorded(run)) return;
     if (!run.machine.machine().anotherCopyRuns()) return;
     BringOtherCopyForward(run);
   } catch (const Error& failure) {

@@ -11,8 +11,10 @@
 #include "base/text.h"
 #include "core/closedown.h"
 #include "core/discovery.h"
+#include "env/multi_disk.h"
 #include "exec/captions.h"
 #include "exec/outcome.h"
+#include "exec/sequence.h"
 
 namespace {
 
@@ -66,7 +68,7 @@ constexpr RecordedKey settings[] = {
     {RecordKey::Products, Value::Silent, "Config", "Silent", MissingValue, Need::Required, Form::Truth, LogSilent},
     {RecordKey::Product, Value::RequestLogon, "Config", "RequestLogonDetails", MissingValue, Need::Required,
      Form::Truth, nullptr},
-    {RecordKey::Product, "PreviousVolumeName", "Product", "PreviousVolumeName", "", Need::Optional, Form::Text,
+    {RecordKey::Product, Value::PreviousVolumeName, "Product", "PreviousVolumeName", "", Need::Optional, Form::Text,
      LogPreviousVolume},
     {RecordKey::Product, Value::NextVolumeName, "Product", "NextVolumeName", MissingValue, Need::Optional, Form::Text,
      nullptr},
@@ -81,6 +83,11 @@ void Store(Run& run, const RecordedKey& row) {
   RequireStorable(text, row.key, row.section, run.appIniPath);
   modRegistry::RegWrite(run, KeyOf(run, row.holder), row.value, text);
   if (row.then != nullptr) row.then(run, text);
+}
+
+/// Automatic logon that the first disc asked for is switched off at the end, whatever a later disc says.
+bool KeepsFirstDiscs(const Run& run, const RecordedKey& row) {
+  return run.furtherDisc && row.value == std::string_view(Value::RequestLogon);
 }
 
 void StoreStartSettings(Run& run) {
@@ -167,22 +174,39 @@ void CheckVersion(Run& run) {
   if (!UserAcceptsVersion(run)) AbortRun(run);
 }
 
-/// A name that stands twice is one component, at its first place.
+bool Names(const std::vector<std::string>& names, const std::string& wanted) {
+  return std::any_of(names.begin(), names.end(),
+                     [&](const std::string& name) { return EqualIgnoringCase(name, wanted); });
+}
+
+/// A name that stands twice, also on an earlier disc, is one component, at its first place.
 void KeepFirstOfEach(Run& run) {
+  const std::vector<std::string> earlier = run.furtherDisc ? RecordedComponents(run) : std::vector<std::string>();
   std::vector<std::string> unique;
   for (const std::string& action : run.actions) {
-    const bool known = std::any_of(unique.begin(), unique.end(),
-                                   [&](const std::string& name) { return EqualIgnoringCase(name, action); });
-    if (!known) {
+    const bool onEarlierDisc = Names(earlier, action);
+    if (!onEarlierDisc && !Names(unique, action)) {
       unique.push_back(action);
       continue;
     }
     run.log.Log(Source, 0,
-                "Component " + action + " stands twice in section [Actions] of " + run.productIniPath +
+                "Component " + action + (onEarlierDisc ? " was named by an earlier disc and again" : " stands twice") +
+                    " in section [Actions] of " + run.productIniPath +
                     "; only its first entry is used. Give each entry a name of its own.",
                 false, EntryType::Warning);
   }
   run.actions = unique;
+}
+
+/// What the product ini says of its neighbours outdoes the application ini.
+void StoreVolumes(Run& run) {
+  for (const char* key : {Value::PreviousVolumeName, Value::NextVolumeName}) {
+    const std::string volume = modCDFunctions::VolumeName(run, key, {run.appIniPath, run.productIniPath});
+    const std::string recorded = modRegistry::ReadOrEmpty(run, ProductKey(run), key);
+    if (volume.empty() || volume == recorded) continue;
+    modRegistry::RegWrite(run, ProductKey(run), key, volume);
+    if (key == Value::PreviousVolumeName && IsNotGiven(recorded)) LogPreviousVolume(run, volume);
+  }
 }
 
 }  // namespace
@@ -195,7 +219,9 @@ bool StoreAppData(Run& run) {
     run.log.Log(Source, 0, "Writing application data to registry.");
     for (const RecordedKey& row : identity) Store(run, row);
     StoreStartSettings(run);
-    for (const RecordedKey& row : settings) Store(run, row);
+    for (const RecordedKey& row : settings) {
+      if (!KeepsFirstDiscs(run, row)) Store(run, row);
+    }
     StorePaths(run);
     ReadForcedLists(run);
     return true;
@@ -206,6 +232,7 @@ void StoreProductData(Run& run) {
   Guarded(run, Source, [&] {
     run.log.Log(Source, 0, "Writing product data to registry.");
     CheckVersion(run);
+    StoreVolumes(run);
     run.log.Log(Source, 0, "Getting list of actions for " + run.productName);
     modINI::GetIniKeys(run, run.actions, "Actions", run.productIniPath, true);
     const auto count = static_cast<std::int32_t>(run.actions.size());

@@ -8,8 +8,21 @@
 #include "base/registry.h"
 #include "base/text.h"
 
+namespace {
+
+constexpr std::size_t WindowsFolderCapacity = 255;
+
+/// Systems before Windows 2000 have the folder, but not the variable.
+std::string ProgramFiles(Run& run) {
+  platform::Machine& machine = run.machine.machine();
+  const std::string folder = machine.environment("ProgramFiles");
+  return folder.empty() ? machine.windowsFolder(WindowsFolderCapacity).substr(0, 1) + ":\\Program Files" : folder;
+}
+
+}  // namespace
+
 std::string LocalFolder(Run& run) {
-  return run.machine.machine().environment("ProgramFiles") + "\\Tarvel\\Installation\\" + Title;
+  return ProgramFiles(run) + "\\Tarvel\\Installation\\" + Title;
 }
 
 std::string LocalProgram(Run& run) {
@@ -35,5 +48,8 @@ void CreateLocalFolder(Run& run) {
 
 void CopyProgramToLocalFolder(Run& run) {
   const std::string program = run.programFolder + "\\" + run.programName + ".exe";
-  if (!EqualIgnoringCase(program, LocalProgram(run))) run.fso.CopyFileOver(program, LocalProgram(run));
+  if (EqualIgnoringCase(program, LocalProgram(run))) return;
+  run.fso.CopyFileOver(program, LocalProgram(run));
+  // What comes from a disc is read-only, and could not be deleted again.
+  run.machine.files().setAttributes(LocalProgram(run), platform::attribute::Normal);
 }

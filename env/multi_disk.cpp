@@ -2,13 +2,112 @@
 
 #include <algorithm>
 
-#include "base/not_built.h"
+#include "base/error_handler.h"
+#include "base/error_texts.h"
+#include "base/ini.h"
+#include "base/paths.h"
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
+#include "env/change_disk.h"
+#include "env/local_copy.h"
 
 namespace modCDFunctions {
 namespace {
+
+constexpr const char* Source = "isMultiCD";
+
+/// What a key that is not there reads as.
+constexpr const char* Failed = "Failed";
+
+/// The run's log is not set up while a local copy is being started, so that this one tells of it.
+class StartupLog {
+ public:
+  StartupLog(Run& run, const IniPaths& inis)
+      : files_(run.machine.files()), path_(LocalFolder(run) + "\\IAStartupLog.txt") {
+    files_.deleteFile(path_);
+    Write("Started Log");
+    Write("Product is on more than one cd");
+    Write("IA ini file:" + inis.application);
+    Write("Product ini file:" + inis.product);
+  }
+
+  /// A line that cannot be written holds nothing back.
+  void Write(const std::string& line) {
+    platform::FileHandle file;
+    if (files_.openForAppending(path_, file) != platform::status::Ok) return;
+    files_.write(file, line + LineBreak);
+    files_.close(file);
+  }
+
+ private:
+  platform::Files& files_;
+  std::string path_;
+};
+
+void ForgetLocalInstance(Run& run, const std::string& told) {
+  modRegistry::RemoveValue(run, ProductsKey, Value::QXIALocalInstall);
+  run.log.Log(Source, 0, told);
+}
+
+void RecordLocalInstance(Run& run) {
+  if (modRegistry::RegWrite(run, ProductsKey, Value::QXIALocalInstall, "1") != 0) return;
+  throw modErrorBase::MakeError(6087, {std::string("HKLM\\") + ProductsKey, Value::QXIALocalInstall}, Source);
+}
+
+/// The entries made so far go to the default log. It lies on the disc as a rule, and nobody is asked about it.
+[[noreturn]] void EndWithoutCopy(Run& run) {
+  run.log.SilentRun(true);
+  run.log.ReleaseEntries();
+  throw ProgramEnd{1};
+}
+
+/// The mark under the product's own key is that of older versions.
+[[noreturn]] void EndAfterFailedInstance(Run& run, const std::string& product) {
+  const std::string text =
+      "A previous instance of the Installation Assistant has failed to end correctly, the program cannot continue";
+  run.log.Log(Source, GeneralError, text, false, EntryType::Error);
+  if (!run.silent) {
+    run.machine.screen().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Critical});
+  }
+  const std::string key = ProductKey(product);
+  if (modRegistry::RegKeyExists(run, key, Value::QXIALocalInstall)) {
+    modRegistry::RemoveValue(run, key, Value::QXIALocalInstall);
+  }
+  ForgetLocalInstance(run, "local Reg key deleted");
+  EndWithoutCopy(run);
+}
+
+bool StartLocalCopy(Run& run, const IniPaths& inis) {
+  CreateLocalFolder(run);
+  StartupLog log(run, inis);
+  RecordLocalInstance(run);
+  log.Write("Created local install reg key");
+  log.Write("Attempting to copy QXIA exe to program files\\qxia dir");
+  CopyProgramToLocalFolder(run);
+  log.Write("Copy Successful");
+  log.Write("Attempting to launch local QXIA");
+  const bool launched = LaunchLocalInstance(run, LocalFolder(run), run.programName, inis);
+  log.Write(launched ? "local launch successful" : run.log.LastErrDescription());
+  log.Write("Closing this instance of the QXIA");
+  return launched;
+}
+
+/// The same path on another drive, if there is such a file.
+void MoveToDrive(Run& run, std::string& path, char letter) {
+  const std::string plain = Unquoted(path);
+  if (plain.size() < 2 || plain[1] != ':') return;
+  const std::string moved = letter + plain.substr(1);
+  if (run.fso.FileExists(moved)) path = moved;
+}
+
+void UseDrive(Run& run, char letter) {
+  run.discDrive = letter;
+  MoveToDrive(run, run.appIniPath, letter);
+  MoveToDrive(run, run.productIniPath, letter);
+}
+
+}  // namespace
 
 bool StartedFromDisc(Run& run) {
   const std::string letter = UpperCase(run.programFolder.substr(0, 1));
@@ -18,20 +117,66 @@ bool StartedFromDisc(Run& run) {
   });
 }
 
-}  // namespace
+void isMultiCD(Run& run, const IniPaths& inis) {
+  const std::string product = modINI::GetIniString(run, "Product", "Name", Failed, inis.product, true);
+  if (modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall)) EndAfterFailedInstance(run, product);
+  if (VolumeName(run, Value::NextVolumeName, inis).empty()) return;
+  try {
+    if (StartLocalCopy(run, inis)) throw ProgramEnd{0};
+  } catch (const std::exception& failure) {
+    const std::string text = std::string("There was an error in the sub isMultiCD: ") + failure.what();
+    run.log.Log(Source, GeneralError, text, !run.silent, EntryType::Error);
+    ForgetLocalInstance(run, "isMultiCD: local Reg key deleted");
+  }
+  EndWithoutCopy(run);
+}
 
-void isMultiCD(Run& run) {
-  if (StartedFromDisc(run))
-    LogNothingDone(run, "isMultiCD", "Local copy of the program for a product on several discs");
+bool LaunchLocalInstance(Run& run, const std::string& folder, const std::string& programName, const IniPaths& inis) {
+  std::string command = Quoted(Joined(folder, programName + ".exe")) + " /is=" + inis.application;
+  if (!inis.product.empty()) command += " /ia=" + inis.product;
+  if (run.silent) command += " /s";
+  if (run.verbose) command += " /v";
+  platform::StartedProcess process;
+  // Started in its own folder, it does not hold on to the disc.
+  const platform::Status started = run.machine.processes().start(command, folder, 1, process);
+  if (started == platform::status::Ok) {
+    run.machine.processes().close(process.thread);
+    run.machine.processes().close(process.process);
+    return true;
+  }
+  ForgetLocalInstance(run, "local Reg key deleted");
+  run.log.Log("LaunchLocalInstance", static_cast<int>(started),
+              "create task error " + modErrorBase::SystemErrorText(started) + ": " + command, !run.silent,
+              EntryType::Error);
+  return false;
+}
+
+std::string VolumeName(Run& run, const char* key, const IniPaths& inis) {
+  for (const std::string& ini : {inis.product, inis.application}) {
+    if (ini.empty()) continue;
+    const std::string volume = modINI::GetIniString(run, "Product", key, Failed, ini, true);
+    if (!IsNotGiven(volume) && volume != Failed) return volume;
+  }
+  return std::string();
 }
 
 std::string RecordedNextVolume(Run& run) {
   const std::string volume = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::NextVolumeName);
-  return IsNotGiven(volume) || volume == "Failed" ? std::string() : volume;
+  return IsNotGiven(volume) || volume == Failed ? std::string() : volume;
 }
 
 void PromptForDisk(Run& run) {
-  LogNothingDone(run, "PromptForDisk", "Change to the disc " + run.nextVolumeName);
+  run.window.StatusLine("Changing Disk");
+  run.log.Log("PromptForDisk", 0, "Changing to the disk labelled " + run.nextVolumeName);
+  const char letter = frmChangeDisk::Show(run, run.nextVolumeName);
+  run.log.Log("PromptForDisk", 0, std::string("Disk found in drive ") + letter + ":");
+  modRegistry::RegWrite(run, ProductKey(run), Value::DiscDrive, std::string(1, letter) + ":");
+  UseDrive(run, letter);
+}
+
+void ReturnToDisc(Run& run) {
+  const std::string drive = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::DiscDrive);
+  if (!drive.empty()) UseDrive(run, drive.front());
 }
 
 }  // namespace modCDFunctions

@@ -15,6 +15,10 @@ std::string RowText(const SequenceRow& row) {
   return "<br>" + row.component + " = " + NumberText(row.number);
 }
 
+double RecordedNumber(Run& run, const std::string& component) {
+  return modRegistry::ReadNumber(run, ComponentKey(run.productName, component), Value::SequenceNumber);
+}
+
 std::string FolderOf(const Run& run, const std::string& path) {
   return Normalised(IsFullPath(path) ? path : Joined(run.packageRoot, path));
 }
@@ -27,8 +31,7 @@ void GetSequence(Run& run) {
   Guarded(run, "modQXInstallationMain.GetSequence", [&] {
     run.sequence.clear();
     for (const std::string& component : run.actions) {
-      const std::string key = ComponentKey(run.productName, component);
-      run.sequence.push_back({component, modRegistry::ReadNumber(run, key, Value::SequenceNumber)});
+      run.sequence.push_back({component, RecordedNumber(run, component)});
     }
     std::stable_sort(run.sequence.begin(), run.sequence.end(),
                      [](const SequenceRow& a, const SequenceRow& b) { return a.number < b.number; });
@@ -56,13 +59,24 @@ NextComponent GetNextInstall(Run& run, double lastSequence) {
 
 }  // namespace modMain
 
-void ListActions(Run& run) {
-  run.actions.clear();
+std::vector<std::string> RecordedComponents(Run& run) {
+  std::vector<std::string> components;
   for (const std::string& component : modRegistry::SubKeys(run, ProductKey(run))) {
-    if (modRegistry::ReadNumber(run, ComponentKey(run.productName, component), Value::SequenceNumber) > 0) {
-      run.actions.push_back(component);
-    }
+    if (RecordedNumber(run, component) > 0) components.push_back(component);
   }
+  return components;
+}
+
+void ListActions(Run& run) {
+  run.actions = RecordedComponents(run);
+}
+
+double HighestSequenceNumber(Run& run) {
+  double highest = 0;
+  for (const std::string& component : RecordedComponents(run)) {
+    highest = std::max(highest, RecordedNumber(run, component));
+  }
+  return highest;
 }
 
 void SelectComponent(Run& run, const std::string& component) {

@@ -1,6 +1,9 @@
 // The order of the components.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "base/run.h"
 
 namespace modQXInstallationMain {
@@ -20,8 +23,12 @@ NextComponent GetNextInstall(Run& run, double lastSequence);
 
 }  // namespace modMain
 
-/// Makes run.actions the components that the product's record holds (those with a sequence number).
+/// The components that the product's record holds (those with a sequence number).
+std::vector<std::string> RecordedComponents(Run& run);
+/// Makes run.actions these components.
 void ListActions(Run& run);
+/// The highest of their sequence numbers; 0 without any.
+double HighestSequenceNumber(Run& run);
 
 /// Makes a component of the current product the current one.
 void SelectComponent(Run& run, const std::string& component);

@@ -46,6 +46,16 @@ struct PasswordRequest {
 /// Looks at the texts of the two boxes when OK was pressed; true closes the window. It must not raise.
 using PasswordCheck = std::function<bool(const std::string& password, const std::string& confirmation)>;
 
+struct DiskRequest {
+  std::string title;
+  std::string prompt;
+  std::string okCaption;
+  std::string cancelCaption;
+};
+
+/// What a person did with the window that asks for a disk.
+enum class DiskEvent { Ok, Cancel };
+
 /// A top-level window of this or another program; 0 is none.
 struct WindowHandle {
   std::uintptr_t value = 0;
@@ -92,6 +102,13 @@ class Screen {
   /// Shows a modal window with two password boxes until `accept` is content with them. False when it was cancelled or
   /// closed. Boxes shown from within `accept` stand over this window.
   virtual bool askPassword(const PasswordRequest& request, const PasswordCheck& accept) = 0;
+  /// Opens a window that asks for a disk, over the main window, which takes nothing until it is closed. Boxes stand
+  /// over this window.
+  virtual void openDiskWindow(const DiskRequest& request) = 0;
+  /// The oldest thing that a person did with the disk window while messages were pumped and that nobody took yet.
+  /// Closing it is a cancel.
+  virtual std::optional<DiskEvent> takeDiskEvent() = 0;
+  virtual void closeDiskWindow() = 0;
   /// Opens a file with the program that the system has for its kind; false when there is none.
   virtual bool openDocument(const std::string& path) = 0;
   virtual void setBusyCursor(bool busy) = 0;

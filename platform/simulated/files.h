@@ -18,9 +18,9 @@ namespace simulated {
 struct Drive {
   char letter = 'C';
   platform::DriveType type = platform::DriveType::Fixed;
-  std::string label;
-  std::string folder;  ///< host folder with the volume's content
-  bool ready = true;   ///< false: no disc in the drive
+  std::string label = {};
+  std::string folder = {};  ///< host folder with the volume's content
+  bool ready = true;        ///< false: no disc in the drive
   bool writable = true;
   std::uint64_t free = 2000000000;  ///< bytes; files written and deleted change it
 };

@@ -13,9 +13,10 @@ using platform::WindowHandle;
 
 namespace {
 
-/// In the order of BoxAnswer and of WindowEvent.
+/// In the order of BoxAnswer, of WindowEvent and of DiskEvent.
 constexpr const char* AnswerNames[] = {"ok", "cancel", "retry", "yes", "no"};
 constexpr const char* EventNames[] = {"about", "continue", "cancel", "close"};
+constexpr const char* DiskEventNames[] = {"ok", "cancel"};
 
 template <typename Choice, std::size_t Count>
 Choice Find(const char* const (&names)[Count], const std::string& name, const char* what) {
@@ -115,7 +116,8 @@ BoxAnswer Screen::messageBox(const platform::MessageBoxRequest& request) {
            ContainsText(request.text, script.textPart);
   });
   const std::string shown = "box \"" + request.title + "\": " + request.text;
-  BoxAnswer answer = request.defaultAnswer;
+  // Nobody tries again without end.
+  BoxAnswer answer = request.buttons == platform::BoxButtons::RetryCancel ? BoxAnswer::Cancel : request.defaultAnswer;
   if (found == boxes_.end()) {
     journal_.unscripted.push_back(shown);
   } else {
@@ -154,6 +156,22 @@ bool Screen::askPassword(const platform::PasswordRequest& request, const platfor
   }
   journal_.unscripted.push_back("password window \"" + request.title + "\"");
   return false;
+}
+
+void Screen::openDiskWindow(const platform::DiskRequest& request) {
+  journal_.record("disk window \"" + request.title + "\": " + request.prompt);
+}
+
+std::optional<platform::DiskEvent> Screen::takeDiskEvent() {
+  if (diskEvents_.empty()) return std::nullopt;
+  const platform::DiskEvent event = diskEvents_.front();
+  diskEvents_.pop_front();
+  journal_.record(std::string("disk window: ") + DiskEventNames[static_cast<int>(event)]);
+  return event;
+}
+
+void Screen::closeDiskWindow() {
+  journal_.record("disk window closed");
 }
 
 bool Screen::openDocument(const std::string& path) {
@@ -218,6 +236,8 @@ std::vector<std::string> Screen::unused() const {
   for (const BoxScript& box : boxes_) all.push_back("answer to box \"" + box.title + "\" " + box.textPart);
   for (const FileScript& file : files_) all.push_back("choice in file dialog \"" + file.title + "\"");
   for (const PasswordScript& script : passwords_) all.push_back("password " + script.password);
+  for (const platform::DiskEvent event : diskEvents_)
+    all.push_back(std::string("press in the disk window: ") + DiskEventNames[static_cast<int>(event)]);
   for (const WindowEvent event : events_) all.push_back(std::string("press ") + EventNames[static_cast<int>(event)]);
   return all;
 }

@@ -57,6 +57,9 @@ class Screen : public platform::Screen {
   platform::BoxAnswer messageBox(const platform::MessageBoxRequest& request) override;
   std::optional<std::string> chooseFile(const platform::OpenFileRequest& request) override;
   bool askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) override;
+  void openDiskWindow(const platform::DiskRequest& request) override;
+  std::optional<platform::DiskEvent> takeDiskEvent() override;
+  void closeDiskWindow() override;
   bool openDocument(const std::string& path) override;
   void setBusyCursor(bool busy) override { busyCursor_ = busy; }
   bool addTrayIcon(const std::string& tip) override;
@@ -74,6 +77,8 @@ class Screen : public platform::Screen {
   void choose(FileScript script) { files_.push_back(std::move(script)); }
   void press(platform::WindowEvent event) { events_.push_back(event); }
   void type(PasswordScript script) { passwords_.push_back(std::move(script)); }
+  /// A button of the disk window, pressed the next time that the program looks at it.
+  void pressInDiskWindow(platform::DiskEvent event) { diskEvents_.push_back(event); }
   /// What a person does with the window at the n-th pump of messages from now, while the program is at work.
   void pressAtPump(int count, platform::WindowEvent event);
   /// Something that happens at the n-th pump of messages from now, such as a person pulling out a disc.
@@ -123,6 +128,7 @@ class Screen : public platform::Screen {
   std::deque<BoxScript> boxes_;
   std::deque<FileScript> files_;
   std::deque<PasswordScript> passwords_;
+  std::deque<platform::DiskEvent> diskEvents_;
   std::deque<platform::WindowEvent> events_;
   std::deque<platform::WindowEvent> pumped_;
   std::multimap<int, std::function<void()>> pumpActions_;

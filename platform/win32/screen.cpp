@@ -111,13 +111,14 @@ WindowEvent Screen::waitForEvent() {
 }
 
 void Screen::dispatch(MSG& message) {
-  if (window_.translate(message)) return;
+  if (diskDialog_.translate(message) || window_.translate(message)) return;
   TranslateMessage(&message);
   DispatchMessageA(&message);
 }
 
 HWND Screen::dialogOwner() {
   if (passwordDialog_.handle() != nullptr) return passwordDialog_.handle();
+  if (diskDialog_.handle() != nullptr) return diskDialog_.handle();
   return mainWindowVisible() ? window_.handle() : nullptr;
 }
 
@@ -131,6 +132,18 @@ std::optional<std::string> Screen::chooseFile(const platform::OpenFileRequest& r
 
 bool Screen::askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) {
   return passwordDialog_.show(dialogOwner(), request, accept);
+}
+
+void Screen::openDiskWindow(const platform::DiskRequest& request) {
+  diskDialog_.open(dialogOwner(), request);
+}
+
+std::optional<platform::DiskEvent> Screen::takeDiskEvent() {
+  return diskDialog_.takeEvent();
+}
+
+void Screen::closeDiskWindow() {
+  diskDialog_.close();
 }
 
 // NT 3.51 has the function as well, but not every early system has the library.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/screen.h"
+#include "platform/win32/disk_dialog.h"
 #include "platform/win32/main_window.h"
 #include "platform/win32/password_dialog.h"
 #include "platform/win32/tray.h"
@@ -10,7 +11,8 @@ namespace win32 {
 
 class Screen : public platform::Screen {
  public:
-  explicit Screen(HINSTANCE instance) : window_(instance), passwordDialog_(instance), tray_(instance) {}
+  explicit Screen(HINSTANCE instance)
+      : window_(instance), passwordDialog_(instance), diskDialog_(instance), tray_(instance) {}
 
   void createMainWindow(const std::string& caption) override;
   platform::WindowHandle mainWindow() override;
@@ -36,6 +38,9 @@ class Screen : public platform::Screen {
   platform::BoxAnswer messageBox(const platform::MessageBoxRequest& request) override;
   std::optional<std::string> chooseFile(const platform::OpenFileRequest& request) override;
   bool askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) override;
+  void openDiskWindow(const platform::DiskRequest& request) override;
+  std::optional<platform::DiskEvent> takeDiskEvent() override;
+  void closeDiskWindow() override;
   bool openDocument(const std::string& path) override;
   void setBusyCursor(bool busy) override;
 
@@ -50,12 +55,14 @@ class Screen : public platform::Screen {
   void focusWindow(platform::WindowHandle window) override;
 
  private:
-  /// The owner of dialogs: the password window while it is open, or else the main window while a person can see it.
+  /// The owner of dialogs: the password or the disk window while it is open, or else the main window while a person can
+  /// see it.
   HWND dialogOwner();
   void dispatch(MSG& message);
 
   MainWindow window_;
   PasswordDialog passwordDialog_;
+  DiskDialog diskDialog_;
   Tray tray_;
 };
 

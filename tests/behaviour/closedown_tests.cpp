@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "platform/faults/platform.h"
 #include "tests/support/media.h"
 
@@ -109,32 +111,28 @@ TEST(Closedown, StepThatFails_DoesNotStopTheOthers) {
   }
 }
 
-struct Removal {
-  const char* time;
-  const char* command;
-};
+constexpr const char* LocalProgram =
+    "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\QX Installation Assistant.exe";
 
-constexpr Removal Removals[] = {
-    {"2006-03-05 14:03:00.000",
-     "AT 14:05 C:\\WINDOWS\\System32\\cmd.exe /c del \"C:\\QX\\QX Installation Assistant.exe\""},
-    {"2006-03-05 09:07:00.000",
-     "AT 09:09 C:\\WINDOWS\\System32\\cmd.exe /c del \"C:\\QX\\QX Installation Assistant.exe\""},
-    {"2006-03-05 23:58:10.000",
-     "AT 00:00 C:\\WINDOWS\\System32\\cmd.exe /c del \"C:\\QX\\QX Installation Assistant.exe\""},
-    {"2006-12-31 23:59:10.000",
-     "AT 00:01 C:\\WINDOWS\\System32\\cmd.exe /c del \"C:\\QX\\QX Installation Assistant.exe\""},
-};
+/// The time of the closedown and that of the removal.
+constexpr std::pair<const char*, const char*> Removals[] = {{"2006-03-05 14:03:00.000", "14:05"},
+                                                            {"2006-03-05 09:07:00.000", "09:09"},
+                                                            {"2006-03-05 23:58:10.000", "00:00"},
+                                                            {"2006-12-31 23:59:10.000", "00:01"}};
 
 TEST(Closedown, LocalInstance_SchedulesItsOwnRemoval) {
-  for (const Removal& row : Removals) {
+  for (const auto& [time, removal] : Removals) {
     Rig rig;
-    rig.set(ProductsRecord, "QXIALocalInstall", "True");
-    rig.machine().clock().setTime(row.time);
+    rig.set(ProductsRecord, "QXIALocalInstall", "1");
+    rig.machine().machine().setProgram(LocalProgram, "");
+    rig.machine().clock().setTime(time);
     rig.program("AT ", simulated::Match::Prefix);
     Media media(rig);
     EXPECT_EQ(media.program("Tools").install(), 0);
-    EXPECT_EQ(rig.effects("run hidden "), std::vector<std::string>{std::string("run hidden ") + row.command});
-    EXPECT_TRUE(Logged(rig, std::string("Task Scheduler command: ") + row.command));
+    const std::string command =
+        std::string("AT ") + removal + " C:\\WINDOWS\\System32\\cmd.exe /c del \"" + LocalProgram + "\"";
+    EXPECT_EQ(rig.effects("run hidden "), std::vector<std::string>{"run hidden " + command});
+    EXPECT_TRUE(Logged(rig, "Task Scheduler command: " + command));
     EXPECT_TRUE(Logged(rig, "Task Scheduler command returned 0"));
   }
 }

@@ -29,7 +29,6 @@ TEST(Start, LocalInstance_RunsBesideTheCopyThatStartedIt) {
   Rig rig;
   rig.machine().machine().setAnotherCopyRuns(true);
   rig.set(ProductsRecord, "QXIALocalInstall", "True");
-  rig.program("AT ");
   Media media(rig);
   EXPECT_EQ(media.program("Tools").install(), 0);
   EXPECT_TRUE(Logged(rig, "Starting Local instance of QXIA"));

@@ -118,4 +118,17 @@ TEST_F(Screen, StatusText_Growing_OutgrowsItsArea) {
   screen().destroyMainWindow();
 }
 
+TEST_F(Screen, DiskWindow_WithoutAPerson_StaysOpenUntilItIsClosed) {
+  const platform::DiskRequest request = {"QX Contract Disk", "Insert the disk labelled DISC2", "&OK", "&Cancel"};
+  screen().createMainWindow("QX Contract");
+  for (int times = 0; times < 2; ++times) {
+    screen().openDiskWindow(request);
+    screen().pumpMessages();
+    EXPECT_EQ(screen().takeDiskEvent(), std::nullopt);
+    screen().closeDiskWindow();
+  }
+  EXPECT_EQ(screen().takeDiskEvent(), std::nullopt);
+  screen().destroyMainWindow();
+}
+
 }  // namespace contract
