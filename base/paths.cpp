@@ -5,6 +5,12 @@
 
 #include "base/text.h"
 
+namespace {
+
+constexpr std::string_view NotInNames = "\\/:*?\"<>|";
+
+}  // namespace
+
 bool IsFullPath(std::string_view path) {
   const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
   return (path.size() >= 2 && isLetter(path[0]) && path[1] == ':') || path.substr(0, 2) == "\\\\";
@@ -52,6 +58,16 @@ std::string Normalised(const std::string& path) {
   }
   while (result.size() > 1 && result.back() == '\\') result.pop_back();
   return result;
+}
+
+bool IsUsableName(const std::string& name) {
+  return name.find_first_of(NotInNames) == std::string::npos && name.find_first_not_of('.') != std::string::npos;
+}
+
+std::string AsFileName(std::string text) {
+  for (char& c : text)
+    if (NotInNames.find(c) != std::string_view::npos) c = '_';
+  return text;
 }
 
 std::string CommandLineFile(const std::string& path) {

@@ -25,5 +25,10 @@ std::string WithoutExtension(const std::string& path);
 /// Without a backslash at the end and without doubled ones inside (a network path keeps the two that it begins with).
 std::string Normalised(const std::string& path);
 
+/// True for a text that can name a folder, a file and a registry key.
+bool IsUsableName(const std::string& name);
+/// The text as the name of a file: what no such name may hold is replaced by "_".
+std::string AsFileName(std::string text);
+
 /// The file as it stands in a command line: in double quotes when it holds a blank.
 std::string CommandLineFile(const std::string& path);

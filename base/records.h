@@ -65,6 +65,7 @@ inline constexpr const char* ServerType = "Server Type";
 inline constexpr const char* Silent = "Silent";
 inline constexpr const char* SkipPreInstall = "SkipPreInstall";
 inline constexpr const char* Succeeded = "Succeeded";
+inline constexpr const char* Uninstalled = "Uninstalled";
 inline constexpr const char* Verbose = "Verbose";
 inline constexpr const char* Version = "Version";
 }  // namespace Value

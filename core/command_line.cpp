@@ -24,6 +24,16 @@ bool ConfirmedByUser(Run& run) {
   return answer == platform::BoxAnswer::Yes;
 }
 
+/// The name is that of a registry key and of the log's folder. Quotes around it are the commonest mistake.
+void RequireUsableProduct(const Run& run) {
+  if (IsUsableName(run.uninstallProduct)) return;
+  throw Error(GeneralError,
+              "Uninstall specified, but " + run.uninstallProduct +
+                  " cannot be the name of a product. Give the name as Add/Remove Programs shows it, without quotation "
+                  "marks: /x Office Suite",
+              Source);
+}
+
 void ReadUninstall(Run& run, const std::string& commandLine) {
   GetUninstallProduct(run, commandLine);
   if (!run.uninstallProductFound) {
@@ -32,6 +42,7 @@ void ReadUninstall(Run& run, const std::string& commandLine) {
                     "The application will be shut down. Please check parameters used for uninstallation.",
                 Source);
   }
+  RequireUsableProduct(run);
   SetUpLog(run);
   if (ConfirmedByUser(run)) {
     run.productName = run.uninstallProduct;

@@ -61,3 +61,10 @@ void StartFromReboot(Run& run) {
   DoContinue(run);
   if (run.silent) EndInstall(run);
 }
+
+void ForgetResume(Run& run) {
+  if (modRegistry::ReadOrEmpty(run, ProductsKey, Value::Rebooted) != TrueOrFalse(true)) return;
+  if (!EqualIgnoringCase(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Product), run.productName)) return;
+  modRegistry::RegWrite(run, ProductsKey, Value::Rebooted, "");
+  modAutoRun::DestroyAutoRun(run, run.silent);
+}

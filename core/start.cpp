@@ -7,6 +7,7 @@
 #include "base/error_handler.h"
 #include "base/ini.h"
 #include "base/log_setup.h"
+#include "base/paths.h"
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
@@ -48,7 +49,7 @@ void RequireUsableName(Run& run) {
   if (run.productDisplayName.empty()) {
     throw Error(GeneralError, "The application ini names no product. Give it a key Name in " + where + ".", Source);
   }
-  if (run.productName.find_first_of("\\/:*?\"<>|") == std::string::npos) return;
+  if (IsUsableName(run.productName)) return;
   const std::string name = std::exchange(run.productName, std::string());
   throw Error(GeneralError,
               "The product's name \"" + name + "\" holds a character that no folder name may hold. Correct Name in " +

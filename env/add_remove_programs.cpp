@@ -3,11 +3,13 @@
 #include <string>
 
 #include "base/error_handler.h"
+#include "base/error_texts.h"
 #include "base/ini.h"
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
 #include "env/local_copy.h"
+#include "exec/guarded_run.h"
 
 namespace {
 
@@ -53,6 +55,12 @@ void WriteEntry(Run& run) {
   }
 }
 
+/// What is left of the record must keep its entry, by which the uninstall is run again.
+void DeleteKey(Run& run, const std::string& key) {
+  modRegistry::DeleteIfThere(run, key);
+  if (modRegistry::RegKeyExists(run, key, "")) throw modErrorBase::MakeError(6166, {"HKLM\\" + key}, CleanUpSource);
+}
+
 }  // namespace
 
 void SetLocalIAForUninstall(Run& run) {
@@ -71,15 +79,21 @@ void SetLocalIAForUninstall(Run& run) {
 }
 
 void CleanUpUninstallFiles(Run& run) {
-  Guarded(run, CleanUpSource, [&] {
-    if (!IsLocalCopyNeeded(run, run.productName) && run.fso.FileExists(LocalProgram(run))) {
-      run.programToRemove = LocalProgram(run);
-    }
+  GuardedRun(run, CleanUpSource, [&] {
+    const bool needed = IsLocalCopyNeeded(run, run.productName);
+    modRegistry::RegWrite(run, ProductsKey, Value::Uninstalled, run.productName);
     if (modRegistry::RegKeyExists(run, ProductKey(run), "")) {
       run.log.Log(CleanUpSource, 0, "Removing Product registry entries");
-      modRegistry::DeleteIfThere(run, ProductKey(run));
+      DeleteKey(run, ProductKey(run));
     }
     run.log.Log(CleanUpSource, 0, "Removing Add/Remove Programs entry");
-    modRegistry::DeleteIfThere(run, EntryKey(run));
+    DeleteKey(run, EntryKey(run));
+    modRegistry::RemoveValue(run, ProductsKey, Value::Uninstalled);
+    // The entry is what starts the local copy.
+    if (!needed && run.fso.FileExists(LocalProgram(run))) run.programToRemove = LocalProgram(run);
   });
+}
+
+bool IsCleanUpUnfinished(Run& run) {
+  return EqualIgnoringCase(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Uninstalled), run.productName);
 }

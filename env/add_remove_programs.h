@@ -7,5 +7,9 @@
 /// "CanUninstall" asks for it.
 void SetLocalIAForUninstall(Run& run);
 
-/// Removes the product's records and its entry after an uninstall.
+/// Removes the product's records and its entry after an uninstall. One that could not be deleted marks the product as
+/// failed.
 void CleanUpUninstallFiles(Run& run);
+
+/// True when the removal of the current product's records began and did not come to its end.
+bool IsCleanUpUnfinished(Run& run);

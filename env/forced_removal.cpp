@@ -26,7 +26,7 @@ void LogVerbose(Run& run, const char* source, const std::string& text) {
 
 void ForceUninstallOf(Run& run, const std::string& entry) {
   const std::string code = modINI::GetIniString(run, "ForceUninstall", entry, MissingValue, run.productIniPath, false);
-  const std::string log = Joined(run.logFolders.msiLogs, "ForceUninstall_" + entry + ".log");
+  const std::string log = Joined(run.logFolders.msiLogs, AsFileName("ForceUninstall_" + entry + ".log"));
   run.window.Component(entry);
   LogVerbose(run, UninstallSource, "Starting forced uninstall of " + entry);
   const std::string command = PackageRemovalCommand(code, run.verbose ? " /l*v " + Quoted(log) : std::string());

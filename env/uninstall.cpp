@@ -10,19 +10,18 @@
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
+#include "env/add_remove_programs.h"
 #include "env/install_type.h"
 #include "env/uninstall_component.h"
 #include "exec/component_command.h"
 #include "exec/copy_operations.h"
+#include "exec/guarded_run.h"
 #include "exec/outcome.h"
 #include "exec/sequence.h"
 
 namespace {
 
 constexpr const char* Source = "StartUninstall";
-
-/// Value of a component's record, "True" once its removal command has succeeded.
-constexpr const char* Uninstalled = "Uninstalled";
 
 /// Makes the last component below the position the current one and returns its sequence number; 0 when there is none.
 double GetNextUninstall(Run& run, double position) {
@@ -71,13 +70,11 @@ RemovalEnd RemoveCopies(Run& run) {
 /// Programs may remove themselves with what they remove, so that none is run again by an uninstall that goes on after
 /// a failure of another component.
 RemovalEnd RemoveByCommand(Run& run) {
-  if (IsTrue(ComponentValue(run, Uninstalled))) {
+  if (IsTrue(ComponentValue(run, Value::Uninstalled))) {
     run.log.Log(Source, 0, "Component " + run.component.name + " was removed by an earlier uninstall - skipping");
     return RemovalEnd::NotInstalled;
   }
-  const RemovalEnd end = modQXInstallationMain::ExecuteUninstall(run, run.component.name, false, false);
-  if (end == RemovalEnd::Removed) modRegistry::RegWrite(run, run.component.key, Uninstalled, TrueOrFalse(true));
-  return end;
+  return modQXInstallationMain::ExecuteUninstall(run, run.component.name, false, false);
 }
 
 /// A component that was only copied is looked for before its file's type.
@@ -94,9 +91,12 @@ void RemoveCurrent(Run& run) {
                 "Component " + run.component.name + " is not set to run as part of the uninstall sequence - skipping");
     return;
   }
-  const bool failed = Remove(run) == RemovalEnd::Failed;
-  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, failed ? "Fail" : "Pass");
-  if (failed) SetProductResult(run, false, "Uninstallation of " + run.component.name + " failed");
+  const RemovalEnd end = Remove(run);
+  const char* result = end == RemovalEnd::Failed || end == RemovalEnd::NoCommand ? "Fail" : "Pass";
+  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, result);
+  modRegistry::RegWrite(run, ProductKey(run), Value::ProcessReturn, result);
+  // What nothing says how to remove must not keep the rest from being forgotten.
+  if (end == RemovalEnd::Failed) SetProductResult(run, false, "Uninstallation of " + run.component.name + " failed");
 }
 
 void RemoveAll(Run& run) {
@@ -118,10 +118,10 @@ void ReportNoComponents(Run& run) {
 }  // namespace
 
 void StartUninstall(Run& run) {
-  Guarded(run, Source, [&] {
+  GuardedRun(run, Source, [&] {
     modQXInstallationMain::GetSequence(run);
     if (run.sequence.empty()) {
-      ReportNoComponents(run);
+      if (!IsCleanUpUnfinished(run)) ReportNoComponents(run);
       return;
     }
     if (run.verbose) run.fso.CreateFolder(run.logFolders.msiLogs);

@@ -37,6 +37,9 @@ bool PackageIsThere(Run& run, const std::string& component) {
   return false;
 }
 
+/// Data of the value "Uninstalled" while a removal command runs.
+constexpr const char* Begun = "Begun";
+
 /// A recorded program gets the recorded arguments; without one the recorded command line is the whole command.
 std::string ProgramRemovalCommand(Run& run) {
   const std::string recorded = GivenComponentValue(run, "UninstallCommandLine");
@@ -50,9 +53,68 @@ std::string ProgramRemovalCommand(Run& run) {
 
 std::string RemovalCommand(Run& run, const std::string& component, bool isMsi) {
   if (!isMsi) return ProgramRemovalCommand(run);
-  const std::string log = Joined(run.logFolders.msiLogs, "Uninstall" + component + ".log");
+  const std::string log = Joined(run.logFolders.msiLogs, AsFileName("Uninstall" + component + ".log"));
   // Two blanks stand behind the product code where there is no log.
   return PackageRemovalCommand(run.component.productCode, run.verbose ? " /l*v " + Quoted(log) : " ");
+}
+
+/// The program or script that a removal command begins with, and its arguments.
+std::string WithoutHost(const std::string& command) {
+  const std::string host = "wscript.exe ";
+  return StartsWithIgnoringCase(command, host) ? command.substr(host.size()) : command;
+}
+
+/// True when that is given by its full path, and is not there. An unquoted path may hold blanks, so that it may end at
+/// each of them.
+bool IsProgramGone(Run& run, const std::string& command) {
+  const bool quoted = command.rfind('"', 0) == 0;
+  if (!IsFullPath(quoted ? command.substr(1) : command)) return false;
+  for (std::size_t at = 0; at != std::string::npos;) {
+    at = command.find(quoted ? '"' : ' ', at + 1);
+    const std::string file = WithoutQuotes(command.substr(0, at));
+    if (run.fso.FileExists(file) || run.fso.FileExists(file + ".exe")) return false;
+    if (quoted) return true;
+  }
+  return true;
+}
+
+/// True when the gone program was on a drive that is there: it went with what it removed, when its removal was cut off
+/// behind it.
+bool WentWithItsRemoval(Run& run, const std::string& command) {
+  return ComponentValue(run, Value::Uninstalled) == Begun &&
+         run.fso.FolderExists(WithoutQuotes(command.substr(0, 4)).substr(0, 3));
+}
+
+void RunCommand(Run& run, const std::string& component, const std::string& command) {
+  if (IsSuccessCode(GoShell(run, command, ""))) return;
+  run.log.Log(Source, 0, "executing " + command + " to uninstall " + component + " errored", false, EntryType::Error);
+  throw modErrorBase::MakeError(6092, {component}, Source);
+}
+
+void TellProgramIsGone(Run& run, const std::string& command) {
+  run.log.Log(Source, 0,
+              "There is no program that \"" + command + "\" could start. Put it back, or set the value " +
+                  "UninstallCommandLine of HKLM\\" + run.component.key + " to N/A, and uninstall again.",
+              false, EntryType::Error);
+}
+
+void RemoveByProgram(Run& run, const std::string& component, const std::string& command) {
+  const std::string program = WithoutHost(command);
+  if (IsProgramGone(run, program)) {
+    if (!WentWithItsRemoval(run, program)) {
+      TellProgramIsGone(run, program);
+      throw modErrorBase::MakeError(6092, {component}, Source);
+    }
+    run.log.Log(Source, 0, "Component " + component + " is gone since a removal that was cut off - skipping");
+    return;
+  }
+  modRegistry::RegWrite(run, run.component.key, Value::Uninstalled, Begun);
+  try {
+    RunCommand(run, component, command);
+  } catch (const Error&) {
+    modRegistry::RegWrite(run, run.component.key, Value::Uninstalled, TrueOrFalse(false));
+    throw;
+  }
 }
 
 RemovalEnd RunRemoval(Run& run, const std::string& component, const std::string& command, bool isMsi) {
@@ -62,12 +124,14 @@ RemovalEnd RunRemoval(Run& run, const std::string& component, const std::string&
     LogFailure(run, HandlerSource, modErrorBase::MakeError(6094, {place + "\\UninstallString"}, Source));
     return RemovalEnd::NoCommand;
   }
-  const bool succeeded = IsSuccessCode(GoShell(run, command, ""));
-  if (!succeeded) {
-    run.log.Log(Source, 0, "executing " + command + " to uninstall " + component + " errored", false, EntryType::Error);
+  if (!isMsi) {
+    RemoveByProgram(run, component, command);
+    modRegistry::RegWrite(run, run.component.key, Value::Uninstalled, TrueOrFalse(true));
+    return RemovalEnd::Removed;
   }
-  if (succeeded && !(isMsi && IsInstalled(run, run.component.productCode))) return RemovalEnd::Removed;
-  throw modErrorBase::MakeError(6092, {component}, Source);
+  RunCommand(run, component, command);
+  if (IsInstalled(run, run.component.productCode)) throw modErrorBase::MakeError(6092, {component}, Source);
+  return RemovalEnd::Removed;
 }
 
 }  // namespace

@@ -22,6 +22,11 @@ std::string FileOf(const std::string& component, const char* extension) {
   return std::string(Root) + "\\" + component + "\\" + component + extension;
 }
 
+::testing::AssertionResult Holds(const std::string& log, const std::string& text) {
+  if (log.find(text) != std::string::npos) return ::testing::AssertionSuccess();
+  return ::testing::AssertionFailure() << "not logged: " << text << "\n" << log;
+}
+
 }  // namespace
 
 Media& Media::component(const std::string& name, const std::string& install, const std::string& lines) {
@@ -95,9 +100,7 @@ std::vector<std::string> RanComponents(Rig& rig) {
 }
 
 ::testing::AssertionResult Logged(Rig& rig, const std::string& text) {
-  const std::string log = rig.log("Office Suite");
-  if (log.find(text) != std::string::npos) return ::testing::AssertionSuccess();
-  return ::testing::AssertionFailure() << "not logged: " << text << "\n" << log;
+  return Holds(rig.log("Office Suite"), text);
 }
 
 int TimesLogged(Rig& rig, const std::string& text) {
@@ -105,4 +108,13 @@ int TimesLogged(Rig& rig, const std::string& text) {
   int times = 0;
   for (std::size_t at = log.find(text); at != std::string::npos; at = log.find(text, at + text.size())) ++times;
   return times;
+}
+
+int Uninstall(Rig& rig, const std::string& arguments) {
+  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  return rig.run(arguments);
+}
+
+::testing::AssertionResult UninstallLogged(Rig& rig, const std::string& text) {
+  return Holds(rig.uninstallLog("Office Suite"), text);
 }

@@ -14,6 +14,8 @@ inline constexpr const char* InstallationRecord = "Software\\Tarvel\\Installatio
 inline constexpr const char* ProductsRecord = "Software\\Tarvel\\Installation\\Products";
 inline constexpr const char* ProductRecord = "Software\\Tarvel\\Installation\\Products\\Office Suite";
 
+inline constexpr const char* EntryRecord = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Office Suite";
+
 /// The product "Office Suite" of version 2.1.0. It has the keys that a complete application ini must have, and a test
 /// changes or erases what it is about. Every component has a folder of its name under the root.
 class Media {
@@ -63,3 +65,8 @@ std::vector<std::string> RanComponents(Rig& rig);
 ::testing::AssertionResult Logged(Rig& rig, const std::string& text);
 /// How often the text stands in the run's log.
 int TimesLogged(Rig& rig, const std::string& text);
+
+/// Runs the program for an uninstall and answers its question with Yes; its exit code.
+int Uninstall(Rig& rig, const std::string& arguments = "/s /x Office Suite");
+/// Whether the uninstall log holds this text; a failure shows the log.
+::testing::AssertionResult UninstallLogged(Rig& rig, const std::string& text);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "core/program.h"
@@ -86,6 +87,12 @@ int Rig::run(const std::string& arguments, platform::Platform& machine) {
   return RunProgram(machine);
 }
 
+int Rig::runCommand(const std::string& programPath, const std::string& commandLine) {
+  machine_->machine().setProgram(programPath, "");
+  machine_->machine().setCommandLine(commandLine);
+  return RunProgram(*machine_);
+}
+
 bool Rig::runUntilPowerCut(const std::string& arguments, int operation) {
   faults::Platform faulty(*machine_);
   faulty.faults().cutPowerBefore(operation);
@@ -116,6 +123,19 @@ bool Rig::hasKey(const std::string& key) {
 
 bool Rig::hasValue(const std::string& key, const std::string& name) {
   return machine_->registry().find(LocalMachine(key), name) != nullptr;
+}
+
+std::vector<std::string> Rig::registryLines(const std::string& key) {
+  std::vector<std::string> lines;
+  for (const std::string& name : machine_->registry().values(LocalMachine(key))) {
+    lines.push_back(key + "\\" + name + "=" + value(key, name));
+  }
+  std::sort(lines.begin(), lines.end());
+  for (const std::string& below : machine_->registry().keys(LocalMachine(key))) {
+    const std::vector<std::string> more = registryLines(key + "\\" + below);
+    lines.insert(lines.end(), more.begin(), more.end());
+  }
+  return lines;
 }
 
 std::string Rig::text(const std::string& path) {

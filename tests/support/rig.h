@@ -45,6 +45,8 @@ class Rig {
   /// Runs the whole program with these arguments on this machine, or on a decorator around it; its exit code.
   int run(const std::string& arguments);
   int run(const std::string& arguments, platform::Platform& machine);
+  /// Runs the program at this path with a whole command line, as the system starts it from its list of programs.
+  int runCommand(const std::string& programPath, const std::string& commandLine);
   /// Runs until the power goes before the n-th operation that changes something, and restarts the machine; false when
   /// the run came to its end before.
   bool runUntilPowerCut(const std::string& arguments, int operation);
@@ -59,6 +61,8 @@ class Rig {
   std::string value(const std::string& key, const std::string& name);
   bool hasKey(const std::string& key);
   bool hasValue(const std::string& key, const std::string& name);
+  /// Everything under a key of HKEY_LOCAL_MACHINE, one line a value: key\name=value.
+  std::vector<std::string> registryLines(const std::string& key);
   /// The file's text; "" when it is not there.
   std::string text(const std::string& path);
   bool exists(const std::string& path);

@@ -1,0 +1,189 @@
+// The product's entry in the system's list of programs, the local copy that it starts, and what an uninstall leaves.
+
+#include <gtest/gtest.h>
+
+#include "tests/support/media.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+constexpr const char* Program = "C:\\QX\\QX Installation Assistant.exe";
+constexpr const char* LocalProgram =
+    "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\QX Installation Assistant.exe";
+
+/// A product with one package that may be uninstalled.
+void InstallRemovable(Rig& rig, const std::string& name = "Office Suite", const std::string& canUninstall = "true") {
+  rig.file(Program, "the program");
+  Media media(rig);
+  media.product["Name"] = name;
+  media.productIni = "[Product]\nName=" + name + "\nCanUninstall=" + canUninstall + "\n[General]\nVersion=2.1.0\n";
+  EXPECT_EQ(media.package("Core of " + name, "1.2").install(), 0) << name;
+}
+
+/// Uninstalls by the local copy, with the arguments that the entry gives it.
+int UninstallByEntry(Rig& rig) {
+  const std::string command = rig.value(EntryRecord, "UninstallString");
+  EXPECT_EQ(command.find(std::string(LocalProgram) + " "), 0U) << command;
+  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  rig.press({platform::WindowEvent::Continue, platform::WindowEvent::Continue});
+  return rig.runCommand(LocalProgram, command);
+}
+
+struct EntryValue {
+  const char* name;
+  const char* data;
+  platform::ValueType type;
+};
+
+constexpr EntryValue Entry[] = {
+    {"DisplayName", "Office Suite", platform::ValueType::Text},
+    {"DisplayVersion", "2.1.0", platform::ValueType::Text},
+    {"UninstallString",
+     "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\QX Installation Assistant.exe /v /x Office "
+     "Suite",
+     platform::ValueType::Text},
+    {"DisplayIcon", LocalProgram, platform::ValueType::Text},
+    {"URLUpdateInfo", "http://www.qx-plc.example/installation", platform::ValueType::Text},
+    {"HelpLink", "http://www.qx-plc.example/support", platform::ValueType::Text},
+    {"Publisher", "QX plc", platform::ValueType::Text},
+    {"NoModify", "1", platform::ValueType::Number},
+    {"NoRepair", "1", platform::ValueType::Number},
+};
+
+TEST(AddRemovePrograms, RemovableProduct_HasItsEntryInOrderAndALocalCopy) {
+  for (const char* canUninstall : {"true", "TRUE"}) {
+    Rig rig;
+    InstallRemovable(rig, "Office Suite", canUninstall);
+    Names names;
+    for (const EntryValue& row : Entry) {
+      names.emplace_back(row.name);
+      EXPECT_EQ(rig.value(EntryRecord, row.name), row.data) << row.name;
+      const auto* value = rig.machine().registry().find(std::string("HKLM\\") + EntryRecord, row.name);
+      ASSERT_NE(value, nullptr) << row.name;
+      EXPECT_EQ(value->type, static_cast<std::uint32_t>(row.type)) << row.name;
+    }
+    EXPECT_EQ(rig.machine().registry().values(std::string("HKLM\\") + EntryRecord), names);
+    EXPECT_EQ(rig.text(LocalProgram), "the program");
+    EXPECT_EQ(rig.value(ProductRecord, "CanUninstall"), canUninstall);
+    for (const std::string& text :
+         {std::string("CanUninstall reported as ") + canUninstall,
+          std::string("Attempting to copy QXIA exe to program files\\qxia dir"), std::string("Copy Successful"),
+          std::string("Setting Registry value ") + ProductRecord + "\\CanUninstall = " + canUninstall,
+          std::string("Setting Add/Remove Programs entries")}) {
+      EXPECT_TRUE(Logged(rig, text));
+    }
+  }
+}
+
+TEST(AddRemovePrograms, ProductThatIsNotRemovable_IsNotEntered) {
+  for (const char* line : {"", "CanUninstall=\n", "CanUninstall=False\n", "CanUninstall=yes\n"}) {
+    Rig rig;
+    Media media(rig);
+    media.productIni = std::string("[Product]\nName=Office Suite\n") + line + "[General]\nVersion=2.1.0\n";
+    EXPECT_EQ(media.program("Tools").install(), 0) << line;
+    EXPECT_FALSE(rig.hasKey(EntryRecord)) << line;
+    EXPECT_FALSE(rig.exists(LocalProgram)) << line;
+    EXPECT_FALSE(rig.hasValue(ProductRecord, "CanUninstall")) << line;
+    EXPECT_EQ(TimesLogged(rig, "CanUninstall reported as "), 1) << line;
+  }
+}
+
+TEST(AddRemovePrograms, DriveOfTheProgramFilesMissing_IsToldAndNothingIsEntered) {
+  Rig rig;
+  rig.machine().machine().variables["ProgramFiles"] = "Q:\\Program Files";
+  InstallRemovable(rig);
+  EXPECT_TRUE(Logged(rig, "Cannot create the path as drive Q: is missing"));
+  EXPECT_FALSE(rig.hasKey(EntryRecord));
+  EXPECT_FALSE(rig.hasValue(ProductRecord, "CanUninstall"));
+}
+
+TEST(AddRemovePrograms, CommandOfTheEntry_UninstallsAndRemovesTheLastCopy) {
+  Rig rig;
+  InstallRemovable(rig);
+  rig.program("AT 14:0", simulated::Match::Prefix);
+  EXPECT_EQ(UninstallByEntry(rig), 0);
+  EXPECT_FALSE(rig.hasKey(EntryRecord));
+  EXPECT_FALSE(rig.hasKey(ProductRecord));
+  EXPECT_TRUE(rig.machine().installer().products().empty());
+  const std::string command = std::string(" C:\\WINDOWS\\System32\\cmd.exe /c del \"") + LocalProgram + "\"";
+  ASSERT_EQ(rig.effects("run hidden AT ").size(), 1U);
+  EXPECT_NE(rig.effects("run hidden AT ")[0].find(command), std::string::npos);
+  EXPECT_TRUE(UninstallLogged(rig, "Setting task to remove local IA .exe"));
+}
+
+TEST(AddRemovePrograms, CopyThatAnotherProductNeeds_StaysUntilTheLast) {
+  Rig rig;
+  InstallRemovable(rig);
+  InstallRemovable(rig, "Planner");
+  EXPECT_EQ(Uninstall(rig, "/s /x Planner"), 0);
+  EXPECT_TRUE(rig.effects("run hidden AT ").empty());
+  EXPECT_TRUE(rig.exists(LocalProgram));
+  EXPECT_TRUE(rig.hasKey(EntryRecord));
+  rig.program("AT ", simulated::Match::Prefix);
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_EQ(rig.effects("run hidden AT ").size(), 1U);
+}
+
+TEST(AddRemovePrograms, UninstallThatFailed_KeepsEntryRecordAndCopy) {
+  Rig rig;
+  InstallRemovable(rig);
+  rig.program("msiexec /x", {.exitCode = 1603});
+  const Names entry = rig.registryLines(EntryRecord);
+  EXPECT_EQ(UninstallByEntry(rig), 1);
+  EXPECT_EQ(rig.registryLines(EntryRecord), entry);
+  EXPECT_EQ(rig.value(ProductRecord, "CanUninstall"), "true");
+  EXPECT_TRUE(rig.effects("run hidden AT ").empty());
+}
+
+TEST(AddRemovePrograms, SchedulerThatIsNotThere_LeavesTheCopyAndIsTold) {
+  Rig rig;
+  InstallRemovable(rig);
+  rig.program("AT ", simulated::Match::Prefix, {.cannotStart = platform::status::FileNotFound});
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_TRUE(UninstallLogged(rig, "Task Scheduler command returned -1"));
+  EXPECT_TRUE(rig.exists(LocalProgram));
+}
+
+/// Everything that a machine holds: its registry, and its files with their sizes.
+Names WholeMachine(Rig& rig, const std::string& folder = "C:") {
+  Names lines = folder == "C:" ? rig.registryLines("Software") : Names();
+  std::vector<platform::FolderEntry> entries;
+  rig.machine().files().list(folder, entries);
+  for (const platform::FolderEntry& entry : entries) {
+    const std::string path = folder + "\\" + entry.name;
+    lines.push_back(path);
+    if (!entry.isFolder()) continue;
+    const Names below = WholeMachine(rig, path);
+    lines.insert(lines.end(), below.begin(), below.end());
+  }
+  return lines;
+}
+
+/// What is documented to stay: logs, the local copy until the scheduler deletes it, and the run's own values.
+bool Stays(const std::string& line) {
+  for (const char* beginning : {"C:\\Program Files\\Tarvel", "Software\\Tarvel\\Installation\\",
+                                "Software\\Microsoft\\Windows\\CurrentVersion\\Run\\"}) {
+    if (line.rfind(beginning, 0) == 0) return line.find("Products\\Office Suite") == std::string::npos;
+  }
+  return false;
+}
+
+TEST(AddRemovePrograms, InstallAndUninstall_LeaveOnlyWhatIsDocumented) {
+  Rig rig;
+  rig.file(Program, "the program");
+  rig.file("C:\\Media\\Core of Office Suite\\Core of Office Suite.msi", "package");
+  Media media(rig);
+  media.productIni = "[Product]\nName=Office Suite\nCanUninstall=true\n[General]\nVersion=2.1.0\n";
+  media.package("Core of Office Suite", "1.2").write();
+  rig.program("AT ", simulated::Match::Prefix);
+  const Names before = WholeMachine(rig);
+  EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
+  EXPECT_EQ(Uninstall(rig), 0);
+  Names left;
+  for (const std::string& line : WholeMachine(rig))
+    if (!Stays(line)) left.push_back(line);
+  EXPECT_EQ(left, before);
+}
+
+}  // namespace
