@@ -9,9 +9,6 @@
 
 namespace {
 
-/// Characters of a path that the system's ANSI functions take.
-constexpr std::size_t LongestPath = 259;
-
 void Require(platform::Status status, const std::string& path, const char* source) {
   if (status == platform::status::Ok) return;
   throw Error(static_cast<int>(status), modErrorBase::SystemErrorText(status) + ": " + path, source);
@@ -86,13 +83,19 @@ void clsFso::CopyFileOver(const std::string& from, const std::string& to) {
   if (replaces && (attributes & platform::attribute::ReadOnly) != 0) {
     machine_.files().setAttributes(to, platform::attribute::Normal);
   }
-  Require(machine_.files().copyFile(from, to), to, "clsFso.CopyFile");
+  Require(machine_.files().copyFile(from, to), from + " to " + to, "clsFso.CopyFile");
 }
 
 void clsFso::CopyFolderOver(const std::string& from, const std::string& to) {
   CreateFolder(to);
-  for (const std::string& file : ListFiles(from)) CopyFileOver(Joined(from, file), Joined(to, file));
-  for (const std::string& folder : ListFolders(from)) CopyFolderOver(Joined(from, folder), Joined(to, folder));
+  // A folder that is not there any more is a disc that was pulled out, not an empty folder.
+  std::vector<platform::FolderEntry> entries;
+  Require(machine_.files().list(from, entries), from, "clsFso.CopyFolder");
+  for (const platform::FolderEntry& entry : entries) {
+    const std::string source = Joined(from, entry.name);
+    const std::string target = Joined(to, entry.name);
+    entry.isFolder() ? CopyFolderOver(source, target) : CopyFileOver(source, target);
+  }
 }
 
 void clsFso::DeleteFolderForced(const std::string& path) {

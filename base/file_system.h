@@ -15,6 +15,9 @@ class clsFso {
   bool FolderExists(const std::string& path);
   bool DriveExists(char letter);
 
+  /// Characters of a path that the system's ANSI functions take.
+  static constexpr std::size_t LongestPath = 259;
+
   /// Creates the folder with all missing parents; one that is there already is fine. Raises 6020 (no such drive) or
   /// 6021 (the folder that could not be made).
   void CreateFolder(const std::string& path);
@@ -29,7 +32,7 @@ class clsFso {
   /// Copies over any existing file, a read-only one as well. Raises the system's number.
   void CopyFileOver(const std::string& from, const std::string& to);
 
-  /// Copies a folder with everything in it, over what is there. Raises the system's number.
+  /// Copies a folder with everything in it, over what is there. Raises the system's number, also when it is not there.
   void CopyFolderOver(const std::string& from, const std::string& to);
 
   /// Deletes a folder with everything in it, read-only files as well; of a link to another folder only the link. Raises

@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr const char* Source = "modMain.DoCopyOp";
+constexpr const char* Remedy = ". Give CopyOpTarget, CopyOpRoot or CopyOpHold a folder outside the package root.";
 constexpr int CopyFailedError = 8024;
 
 /// File that a destination holds while it is being copied to.
@@ -27,10 +29,12 @@ struct CopySource {
 
 CopySource LookAtSource(Run& run) {
   const std::string& folder = run.component.path;
+  CopySource source = {folder, run.fso.ListFiles(folder), run.fso.ListFolders(folder)};
+  // Asked last: what vanishes while it is listed has no files either.
   if (!run.fso.FolderExists(folder)) {
-    throw modErrorBase::MakeError(6084, {folder}, "modMain.DoCopyOp");
+    throw modErrorBase::MakeError(6084, {folder}, Source);
   }
-  return {folder, run.fso.ListFiles(folder), run.fso.ListFolders(folder)};
+  return source;
 }
 
 void CopyFiles(Run& run, const CopySource& source, const std::string& destination) {
@@ -42,7 +46,7 @@ void CopyFiles(Run& run, const CopySource& source, const std::string& destinatio
     // Nothing stays read-only that came from a CD.
     const platform::Status freed = run.machine.files().setAttributes(to, platform::attribute::Normal);
     if (freed == platform::status::Ok) continue;
-    throw Error(static_cast<int>(freed), modErrorBase::SystemErrorText(freed) + ": " + to, "modMain.DoCopyOp");
+    throw Error(static_cast<int>(freed), modErrorBase::SystemErrorText(freed) + ": " + to, Source);
   }
 }
 
@@ -63,14 +67,36 @@ void SetPermissions(Run& run, const std::string& destination) {
 void RequireOutsideSource(const CopySource& source, const std::string& destination) {
   if (!StartsWithIgnoringCase(destination + "\\", source.folder + "\\")) return;
   throw Error(GeneralError,
-              "The copy's target " + destination + " lies in the component's own folder " + source.folder +
-                  ". Give CopyOpTarget, CopyOpRoot or CopyOpHold a folder outside the package root.",
-              "modMain.DoCopyOp");
+              "The copy's target " + destination + " lies in the component's own folder " + source.folder + Remedy,
+              Source);
+}
+
+/// A target that could mean several folders, or that cannot be made, deletes nothing beside it.
+void RequireUsableTarget(const CopySource& source, const std::string& destination) {
+  if (!IsFullPath(destination)) {
+    throw Error(GeneralError,
+                "The copy's target " + destination + " is neither a full path nor on a known share" + Remedy, Source);
+  }
+  if (destination.size() > clsFso::LongestPath) throw modErrorBase::MakeError(6021, {destination}, Source);
+  RequireOutsideSource(source, destination);
+}
+
+/// The versions beside the target go. What is to be copied must not be among them.
+void ClearOldVersions(Run& run, const CopySource& source, const std::string& destination) {
+  const std::string parent = FolderPart(destination) + "\\";
+  if (IsVersionFolderName(LowerCase(LastElement(destination))) && StartsWithIgnoringCase(source.folder, parent) &&
+      IsVersionFolderName(LowerCase(Split(source.folder.substr(parent.size()), '\\').front()))) {
+    throw Error(GeneralError,
+                "The component's folder " + source.folder + " lies beside the copy's target " + destination +
+                    ", where older versions are deleted" + Remedy,
+                Source);
+  }
+  DeleteCopyOp(run, destination);
 }
 
 void CopyTo(Run& run, const CopySource& source, const std::string& destination, bool clearsOldVersions) {
-  RequireOutsideSource(source, destination);
-  if (clearsOldVersions) DeleteCopyOp(run, destination);
+  RequireUsableTarget(source, destination);
+  if (clearsOldVersions) ClearOldVersions(run, source, destination);
   run.fso.CreateFolder(destination);
   const std::string mark = Joined(destination, UnfinishedMark);
   run.fso.WriteNewFile(mark, std::string("The copy to this folder was begun and is not finished.") + LineBreak);
@@ -83,9 +109,19 @@ void CopyTo(Run& run, const CopySource& source, const std::string& destination, 
 }
 
 void TellFailure(Run& run, const Error& failure, const std::string& destination) {
-  run.log.Log("modMain.DoCopyOp", failure.number(), failure.text(), true, EntryType::Error);
+  run.log.Log(Source, failure.number(), failure.text(), true, EntryType::Error);
   run.log.Log("DoCopyOp", CopyFailedError, "Failed to copy component to " + destination, true, EntryType::Error);
   SetProductResult(run, false, "Copying to " + destination + " failed");
+}
+
+void TellNothingToCopy(Run& run, const CopySource& source) {
+  run.log.Log("DoCopyOp", 0, "Destination array has no data");
+  run.log.Log("DoCopyOp", 0,
+              "Nothing was copied for component " + run.component.name + ": " +
+                  (source.files.empty() ? "its folder " + source.folder + " holds no file of its own. Put one there."
+                                        : "it has no target. Give it a CopyOpTarget, or the product CopyOpRoot and "
+                                          "CopyOpHold."),
+              false, EntryType::Warning);
 }
 
 }  // namespace
@@ -96,7 +132,7 @@ bool DoCopyOp(Run& run, const CopyTargets& targets) {
     const CopySource source = LookAtSource(run);
     // A folder without files of its own is not copied: whoever delivers only sub-folders puts a file beside them.
     if (targets.first().size() < 2 || source.files.empty()) {
-      run.log.Log("DoCopyOp", 0, "Destination array has no data");
+      TellNothingToCopy(run, source);
       return true;
     }
     const std::string path = ComponentValue(run, Value::Path);
