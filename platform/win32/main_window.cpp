@@ -99,47 +99,56 @@ void registerMainWindow(HINSTANCE instance, WNDPROC procedure) {
 }  // namespace
 
 void MainWindow::create(const std::string& caption) {
-  if (window_ == nullptr) {
-    loadCommonControls();
-    registerProgressBar(instance_);
-    registerMainWindow(instance_, procedure);
-    std::vector<WORD> description = dialogTemplate(Layout);
-    window_ =
-        CreateDialogIndirectParamA(instance_, reinterpret_cast<DLGTEMPLATE*>(description.data()), nullptr, nullptr, 0);
-    if (window_ == nullptr) return;
-    SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SendMessageA(GetDlgItem(window_, Image1), STM_SETICON, reinterpret_cast<WPARAM>(programIcon(instance_)), 0);
-    showStatusScrollBar(false);
-  }
-  SetWindowTextA(window_, caption.c_str());
+  caption_ = caption;
+  if (window_ != nullptr) SetWindowTextA(window_, caption.c_str());
+}
+
+HWND MainWindow::handle() {
+  if (window_ == nullptr && caption_.has_value()) make();
+  return window_;
+}
+
+void MainWindow::make() {
+  loadCommonControls();
+  registerProgressBar(instance_);
+  registerMainWindow(instance_, procedure);
+  std::vector<WORD> description = dialogTemplate(Layout);
+  window_ =
+      CreateDialogIndirectParamA(instance_, reinterpret_cast<DLGTEMPLATE*>(description.data()), nullptr, nullptr, 0);
+  if (window_ == nullptr) return;
+  SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  SendMessageA(GetDlgItem(window_, Image1), STM_SETICON, reinterpret_cast<WPARAM>(programIcon(instance_)), 0);
+  showStatusScrollBar(false);
+  SetWindowTextA(window_, caption_->c_str());
 }
 
 void MainWindow::destroy() {
+  caption_.reset();
   if (window_ != nullptr) DestroyWindow(window_);
   window_ = nullptr;
 }
 
 void MainWindow::show() {
-  ShowWindow(window_, SW_SHOW);
+  ShowWindow(handle(), SW_SHOW);
   bringToFront();
   UpdateWindow(window_);
 }
 
 void MainWindow::bringToFront() {
-  SetForegroundWindow(window_);
+  SetForegroundWindow(handle());
   SetFocus(control(Control::Continue));
 }
 
 void MainWindow::centre() {
   RECT frame;
-  if (!GetWindowRect(window_, &frame)) return;
+  if (!GetWindowRect(handle(), &frame)) return;
   int x = (GetSystemMetrics(SM_CXSCREEN) - (frame.right - frame.left)) / 2;
   int y = (GetSystemMetrics(SM_CYSCREEN) - (frame.bottom - frame.top)) / 2;
   SetWindowPos(window_, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-HWND MainWindow::control(Control control) const {
-  return window_ == nullptr ? nullptr : GetDlgItem(window_, idOf(control));
+HWND MainWindow::control(Control control) {
+  return handle() == nullptr ? nullptr : GetDlgItem(window_, idOf(control));
 }
 
 void MainWindow::setText(Control control, const std::string& text) {
@@ -173,8 +182,8 @@ void MainWindow::setBusyCursor(bool busy) {
   SetCursor(LoadCursor(nullptr, busy ? IDC_WAIT : IDC_ARROW));
 }
 
-int MainWindow::statusTextHeight(const std::string& text) const {
-  HWND hidden = window_ == nullptr ? nullptr : GetDlgItem(window_, picHidden);
+int MainWindow::statusTextHeight(const std::string& text) {
+  HWND hidden = handle() == nullptr ? nullptr : GetDlgItem(window_, picHidden);
   if (hidden == nullptr) return 0;
   RECT area = statusArea(control(Control::Status));
   HDC surface = GetDC(hidden);
@@ -233,6 +242,7 @@ bool MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
       SetCursor(LoadCursor(nullptr, IDC_WAIT));
       return true;
     case WM_NCDESTROY:
+      caption_.reset();
       window_ = nullptr;
       return false;
     default:

@@ -10,6 +10,7 @@
 
 namespace win32 {
 
+/// The system's window is made when it is first needed: a run that shows none need not pay for it.
 class MainWindow {
  public:
   explicit MainWindow(HINSTANCE instance) : instance_(instance) {}
@@ -17,7 +18,7 @@ class MainWindow {
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
 
-  /// Makes the window, hidden; again only changes its caption.
+  /// From here on there is a window, hidden; again only changes its caption.
   void create(const std::string& caption);
   void destroy();
   void show();
@@ -25,9 +26,10 @@ class MainWindow {
   void bringToFront();
   void centre();
 
-  /// Null before it is made and after its end, as are its controls.
-  HWND handle() const { return window_; }
-  HWND control(platform::Control control) const;
+  /// Null before `create` and after its end, as are its controls.
+  HWND handle();
+  HWND control(platform::Control control);
+  bool visible() const { return window_ != nullptr && IsWindowVisible(window_); }
 
   void setText(platform::Control control, const std::string& text);
   /// Keeps the focus on a control that can take it.
@@ -35,7 +37,7 @@ class MainWindow {
   void setBusyCursor(bool busy);
   void showStatusScrollBar(bool shown);
   /// Height of `text` as the status control would set it.
-  int statusTextHeight(const std::string& text) const;
+  int statusTextHeight(const std::string& text);
 
   /// The oldest thing that a person did and nobody took yet.
   std::optional<platform::WindowEvent> takeEvent();
@@ -43,6 +45,7 @@ class MainWindow {
   bool translate(MSG& message);
 
  private:
+  void make();
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
   bool handle(UINT message, WPARAM first, LPARAM second);
   void escape();
@@ -51,6 +54,7 @@ class MainWindow {
   void queue(platform::WindowEvent event);
 
   HINSTANCE instance_;
+  std::optional<std::string> caption_;
   HWND window_ = nullptr;
   bool busy_ = false;
   std::deque<platform::WindowEvent> events_;

@@ -49,7 +49,7 @@ void Screen::showMainWindow() {
 }
 
 bool Screen::mainWindowVisible() {
-  return IsWindowVisible(window_.handle()) != FALSE;
+  return window_.visible();
 }
 
 void Screen::destroyMainWindow() {
@@ -73,7 +73,7 @@ void Screen::drawProgress(int percent, const std::string& text) {
 }
 
 void Screen::repaint() {
-  if (window_.handle() == nullptr) return;  // the system would take it for the whole desktop
+  if (!window_.visible()) return;  // the system would take none for the whole desktop
   RedrawWindow(window_.handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
