@@ -106,6 +106,17 @@ class Person:
         """A dialog or message box that holds the text."""
         return self.wait_for(DIALOG, lambda window: text in window.texts)
 
+    def tip(self, seconds=3):
+        """What the task bar tells of the notification area's first icon; None where there is none."""
+        _do('mousemove', 1, 1)
+        _do('mousemove', 1012, 758)
+        deadline = time.time() + seconds
+        while time.time() < deadline:
+            for window in self.windows():
+                if window.frame.kind == 'tooltips_class32':
+                    return window.caption
+        return None
+
     def click(self, control):
         _do('mousemove', (control.left + control.right) // 2, (control.top + control.bottom) // 2, 'click', 1)
 

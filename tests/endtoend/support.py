@@ -37,11 +37,12 @@ _tools = {}
 
 
 def screen():
-    """Starts the one screen of this test run."""
+    """The one screen of this test run, started when it is first wanted."""
     if 'screen' not in _tools:
         _tools['screen'] = Screen().__enter__()
         atexit.register(_tools['screen'].__exit__)
         ensure_prototype()
+    return _tools['screen']
 
 
 def tool(name):
@@ -130,8 +131,21 @@ class WineTest(unittest.TestCase):
         """Waits until the file is there and holds the text."""
         deadline = time.time() + seconds
         while not self.exists(path) or text not in self.read(path):
-            self.assertLess(time.time(), deadline, '%s did not appear%s' % (path, text and ', or not with: ' + text))
+            if time.time() > deadline:
+                self.fail('%s did not appear%s\n%s' % (path, text and ', or not with: ' + text, self.evidence()))
             time.sleep(0.05)
+
+    def evidence(self):
+        """What the machine shows of a run that did not come as far as it should: processes, ends of logs, a picture."""
+        name = self.id().rsplit('.', 1)[-1]
+        screen().picture(os.path.join(SHOTS, 'missed-%s.png' % name))
+        processes = subprocess.run(['ps', '-eo', 'etimes,stat,args'], capture_output=True, text=True).stdout
+        parts = [line for line in processes.splitlines() if '.exe' in line or '.vbs' in line]
+        for folder, _, files in os.walk(self.machine.host(LOG_ROOT)):
+            for file in files:
+                if file.endswith('.html'):
+                    parts += [file] + ['  ' + row.text for row in read_log(os.path.join(folder, file))[-8:]]
+        return '\n'.join(parts)
 
     @staticmethod
     def log_file(product):

@@ -1,6 +1,6 @@
 """Interactive runs, used by mouse and keyboard as a person would."""
 import support
-from person import ABOUT, ACTION, CANCEL, COMPONENT, CONTINUE, MESSAGE, PROGRESS, STATUS, TITLE, Person
+from person import ABOUT, ACTION, CANCEL, COMPONENT, CONTINUE, MAIN, MESSAGE, PROGRESS, STATUS, TITLE, Person
 from support import INI, LOG_ROOT, WineTest, batch, tool
 
 MARK = batch(['echo done> C:\\%s.txt'])
@@ -166,6 +166,20 @@ class Window(InteractiveTest):
         self.person.dialog('Failed to find application ini file.')
         self.person.press('Return')
         self.assertEqual(process.wait(20), 1)
+
+
+class SilentRun(InteractiveTest):
+    def test_a_failing_run_shows_its_icon_and_tip_until_its_end(self):
+        self.small_product(('gone.exe', None, ''))
+        process = self.start_program('/s /is=' + INI)
+        self.addCleanup(self.end, process)
+        self.wait_for('C:\\waiting.txt')
+        self.assertEqual(self.person.tip(10), TITLE + ' is running')
+        self.person.picture('tray-icon')
+        self.assertNotIn(MAIN, [window.frame.kind for window in self.person.windows()])
+        self.go()
+        self.assertEqual(process.wait(20), 1)
+        self.assertIsNone(self.person.tip())
 
 
 class PasswordWindow(InteractiveTest):

@@ -31,9 +31,7 @@ static BOOL CALLBACK tellControl(HWND window, LPARAM unused) {
 
 static BOOL CALLBACK tellWindow(HWND window, LPARAM unused) {
   (void)unused;
-  char name[128] = "";
-  GetClassNameA(window, name, sizeof name);
-  if (!IsWindowVisible(window) || !strcmp(name, "Shell_TrayWnd")) return TRUE;
+  if (!IsWindowVisible(window)) return TRUE;
   tell(window, 0);
   EnumChildWindows(window, tellControl, 0);
   return TRUE;
