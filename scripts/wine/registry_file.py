@@ -68,6 +68,10 @@ class Registry:
     def exists(self, key):
         return key.lower() in self._keys or bool(self.children(key))
 
+    def keys(self):
+        """All keys, each as it was written."""
+        return [name for name, _ in self._keys.values()]
+
     def get(self, key, value, default=None):
         entry = self._keys.get(key.lower())
         return entry[1].get(value.lower(), ('', default))[1] if entry else default
