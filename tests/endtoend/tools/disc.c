@@ -1,0 +1,35 @@
+/* Changes the disc in drive D: tells the system's mount manager that a folder of the host, named on the command line,
+   is in the drive now. */
+#include <stdio.h>
+#include <string.h>
+#include <windows.h>
+#include <winioctl.h>
+
+#define DEFINE_UNIX_DRIVE CTL_CODE('m', 32, METHOD_BUFFERED, FILE_READ_ACCESS | FILE_WRITE_ACCESS)
+#define CD_ROM 5
+
+struct drive {
+  ULONG size;
+  ULONG type;
+  ULONG file_system;
+  DWORD serial;
+  ULONGLONG device;
+  WCHAR letter;
+  USHORT mount_point_offset;
+  USHORT device_offset;
+  USHORT label_offset;
+};
+
+int main(int count, char** words) {
+  char buffer[1024] = {0};
+  struct drive* drive = (struct drive*)buffer;
+  DWORD done;
+  HANDLE manager = CreateFileA("\\\\.\\MountPointManager", GENERIC_READ | GENERIC_WRITE, 0, NULL, OPEN_EXISTING, 0, 0);
+  if (count != 2 || strlen(words[1]) + 1 > sizeof buffer - sizeof *drive || manager == INVALID_HANDLE_VALUE) return 2;
+  drive->size = (ULONG)(sizeof *drive + strlen(words[1]) + 1);
+  drive->type = CD_ROM;
+  drive->letter = 'd';
+  drive->mount_point_offset = sizeof *drive;
+  strcpy(buffer + sizeof *drive, words[1]);
+  return DeviceIoControl(manager, DEFINE_UNIX_DRIVE, buffer, drive->size, NULL, 0, &done, NULL) ? 0 : 1;
+}
