@@ -1,4 +1,4 @@
-"""Installs the sample product and tells how it went.
+"""Installs the sample product, uninstalls it again, and tells how both went and what stays.
 
 usage: demo.py [--simulated]   with the real program on a fresh machine under Wine, or on the simulated workstation
 """
@@ -10,54 +10,162 @@ import time
 
 from machine import OUT, PROGRAM, Screen, ensure_prototype
 from registry_file import Registry
-from run_log import outcomes, read_log
-from sample_machine import LOG_FOLDER, PRODUCT, SAMPLE, SIMULATED_MACHINE, sample_machine
+from run_log import outcomes, read_log, removals
+from sample_machine import (LOG_FOLDER, PRODUCT, SAMPLE, SIMULATED_MACHINE, SIMULATED_UNINSTALL, UNINSTALL,
+                            sample_machine)
 
 LOG = LOG_FOLDER + '\\QX Installation Assistant.html'
+SYSTEMS_KEYS = tuple('software\\' + name for name in ('microsoft', 'wine', 'classes')) + ('hardware', 'system')
+UNINSTALL_LOG = LOG_FOLDER + '\\QX Installation Assistant Uninstall.html'
 
 
-def print_table(rows):
-    head = ('Component', 'Kind', 'Sequence', 'Verdict', 'Reason')
-    lines = [head] + [(row.component, row.kind, str(row.sequence), row.verdict, row.reason) for row in rows]
-    widths = [max(len(line[column]) for line in lines) for column in range(4)]
+class RealMachine:
+    """The real program under Wine. Needs a screen."""
+
+    def __init__(self, folder, executable):
+        self.machine = sample_machine(folder, executable)
+        self.host = self.machine.host
+        self.registry = self.machine.registry
+        self.stop = self.machine.stop
+
+    def install(self):
+        return self.machine.run('D:\\' + PROGRAM, '/s', timeout=300)
+
+    def uninstall(self):
+        """What Add/Remove Programs starts, but silently; somebody answers its question with Yes."""
+        key = UNINSTALL + '\\' + PRODUCT
+        program, _, arguments = self.machine.exported(key).get(key, 'UninstallString').partition('.exe ')
+        process = self.machine.start(program + '.exe', '/s', *arguments.split())
+        deadline = time.time() + 300
+        while process.poll() is None:
+            if time.time() > deadline:
+                process.kill()
+                raise TimeoutError('the uninstall did not end')
+            if not self._confirmed():
+                subprocess.run(['xdotool', 'key', 'alt+y'], check=True)
+            time.sleep(0.3)
+        return process.returncode
+
+    def _confirmed(self):
+        log = self.host(UNINSTALL_LOG)
+        return os.path.exists(log) and 'confirmed by user' in open(log, encoding='latin-1').read()
+
+
+class SimulatedMachine:
+    """The Linux command on the simulated workstation."""
+
+    def __init__(self, folder):
+        self.state = os.path.join(folder, 'workstation')
+        self.disc = os.path.join(folder, 'disc')
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.copytree(os.path.join(SAMPLE, 'disc'), self.disc)
+        shutil.copy(os.path.join(OUT, 'native', 'qxia'), os.path.join(self.disc, PROGRAM))
+
+    def _run(self, declarations):
+        with open(self.state + '.txt', 'a') as story:
+            return subprocess.run([os.path.join(OUT, 'native', 'qxia'), 'run-demo', '--state', self.state,
+                                   '--media', self.disc, '--machine', declarations], stdout=story).returncode
+
+    def install(self):
+        return self._run(SIMULATED_MACHINE)
+
+    def uninstall(self):
+        return self._run(SIMULATED_UNINSTALL)
+
+    def registry(self):
+        file = os.path.join(self.state, 'registry.reg')
+        return Registry.of_export(file) if os.path.exists(file) else Registry('', str)
+
+    def host(self, path):
+        return os.path.join(self.state, 'drive_' + path[0].lower(), *path.split('\\')[1:])
+
+    def stop(self):
+        pass
+
+
+def print_table(head, rows):
+    lines = [head] + [[str(cell) for cell in row] for row in rows]
+    last = len(head) - 1
+    widths = [max(len(line[column]) for line in lines) for column in range(last)]
     for number, line in enumerate(lines):
-        print('  '.join(text.ljust(width) for text, width in zip(line, widths)) + '  ' + line[4])
+        print('  '.join(text.ljust(width) for text, width in zip(line, widths)) + '  ' + line[last])
         if number == 0:
             print('  '.join('-' * width for width in widths) + '  ' + '-' * 40)
 
 
-def run_under_wine():
-    """(exit code, seconds, registry, log) of the real program."""
-    with Screen():
-        ensure_prototype()
-        with sample_machine(os.path.join(OUT, 'demo'), os.path.join(OUT, 'win64', PROGRAM)) as machine:
-            started = time.time()
-            code = machine.run('D:\\' + PROGRAM, '/s', timeout=300)
-            return code, time.time() - started, machine.registry(), machine.host(LOG)
+def log_rows(machine, log, code):
+    file = machine.host(log)
+    if not os.path.exists(file):
+        sys.exit('The program ended with %d and left no log at %s' % (code, file))
+    return read_log(file)
 
 
-def run_simulated():
-    """The same of the Linux command on the simulated workstation."""
-    state = os.path.join(OUT, 'demo', 'workstation')
-    shutil.rmtree(state, ignore_errors=True)
-    os.makedirs(os.path.dirname(state), exist_ok=True)
+def what_there_is(machine):
+    """Files of drive C and keys of HKEY_LOCAL_MACHINE with values, but for the system's own."""
+    drive, found = machine.host('C:'), []
+    for folder, folders, files in os.walk(drive):
+        if folder == drive:
+            folders[:] = [name for name in folders if name.lower() not in ('windows', 'users')]
+        found += ['C:' + os.path.join(folder, name)[len(drive.rstrip('/')):].replace('/', '\\') for name in files]
+    registry = machine.registry()
+    return set(found + ['HKLM\\' + key for key in registry.keys() if registry.values(key)
+                        and not key.lower().startswith(SYSTEMS_KEYS)])
+
+
+def tell_install(machine):
     started = time.time()
-    with open(state + '.txt', 'w') as story:
-        code = subprocess.run([os.path.join(OUT, 'native', 'qxia'), 'run-demo', '--state', state,
-                               '--media', os.path.join(SAMPLE, 'disc'), '--machine', SIMULATED_MACHINE],
-                              stdout=story).returncode
-    return (code, time.time() - started, Registry.of_export(os.path.join(state, 'registry.reg')),
-            os.path.join(state, 'drive_c', *LOG.split('\\')[1:]))
+    code = machine.install()
+    seconds = time.time() - started
+    rows = outcomes(machine.registry(), log_rows(machine, LOG, code), PRODUCT)
+    print_table(('Component', 'Kind', 'Sequence', 'Verdict', 'Reason'),
+                [(row.component, row.kind, row.sequence, row.verdict, short(row.reason)) for row in rows])
+    print('\nHTML log:   %s' % machine.host(LOG))
+    print('Exit code:  %d (%s), after %.1f s' % (
+        code, {0: 'the product succeeded', 1: 'the product failed, for the reasons above'}.get(code, '?'), seconds))
+
+
+def short(text):
+    return text if len(text) <= 80 else text[:76] + ' ...'
+
+
+def tell_what_stays(names):
+    """One line for each but for the logs."""
+    logs = [name for name in names if name.startswith(LOG_FOLDER + '\\')]
+    print('\nWhat stays:')
+    for name in sorted(names.difference(logs)):
+        print('  ' + name)
+    print('  %s\\... (logs: %d files)' % (LOG_FOLDER, len(logs)))
+
+
+def tell_uninstall(machine, before):
+    started = time.time()
+    code = machine.uninstall()
+    seconds = time.time() - started
+    rows = removals(log_rows(machine, UNINSTALL_LOG, code))
+    print_table(('Component', 'Uninstall', 'By what, or why not'),
+                [(row.component, row.verdict, short(row.reason)) for row in rows])
+    tell_what_stays(what_there_is(machine) - before)
+    print('\nHTML log:   %s' % machine.host(UNINSTALL_LOG))
+    print('Exit code:  %d (%s), after %.1f s' % (
+        code, {0: 'the product is uninstalled', 1: 'the uninstall failed'}.get(code, '?'), seconds))
+
+
+def tell(machine):
+    before = what_there_is(machine)
+    tell_install(machine)
+    print('\n== uninstalling it')
+    tell_uninstall(machine, before)
+    machine.stop()
 
 
 def main():
-    code, seconds, registry, log = run_simulated() if '--simulated' in sys.argv else run_under_wine()
-    if not os.path.exists(log):
-        sys.exit('The program ended with %d and left no log at %s' % (code, log))
-    print_table(outcomes(registry, read_log(log), PRODUCT))
-    print('\nHTML log:   %s' % log)
-    print('Exit code:  %d (%s), after %.1f s' % (
-        code, {0: 'the product succeeded', 1: 'the product failed, for the reasons above'}.get(code, '?'), seconds))
+    folder = os.path.join(OUT, 'demo')
+    if '--simulated' in sys.argv:
+        tell(SimulatedMachine(folder))
+        return
+    with Screen():
+        ensure_prototype()
+        tell(RealMachine(folder, os.path.join(OUT, 'win64', PROGRAM)))
 
 
 if __name__ == '__main__':

@@ -204,8 +204,8 @@ class Machine:
     def exported(self, key):
         """What a key of HKEY_LOCAL_MACHINE holds, on a running machine."""
         file = self.host('C:\\exported.reg')
-        if os.path.exists(file):
-            os.remove(file)
         if self.run('reg', 'export', 'HKLM\\' + key, 'C:\\exported.reg', '/y') != 0:
             return Registry('', str)
-        return Registry.of_export(file)
+        found = Registry.of_export(file)
+        os.remove(file)
+        return found

@@ -5,6 +5,7 @@ from collections import namedtuple
 from machine import PRODUCTS
 
 Row = namedtuple('Row', 'time type text')  # type: 'Action', 'Warning', 'ERROR' or ''
+Removal = namedtuple('Removal', 'component verdict reason')
 Outcome = namedtuple('Outcome', 'component kind sequence verdict reason')
 
 _ROW = re.compile(r'^<TABLE cellpadding="0" border="0"><TR valign="top"><TD width="150">(.*?)</TD>'
@@ -83,3 +84,25 @@ def outcomes(registry, rows, product):
         verdict, reason = _judge(sections.get(component, []), record, mine)
         result.append(Outcome(component, kind, int(record.get('SequenceNumber', 0)), verdict, reason))
     return sorted(result, key=lambda outcome: outcome.sequence)
+
+
+# What a component's turn in the log of an uninstall says, and what that makes of the component. The first that is found counts.
+_REMOVALS = (
+    (r'is not set to run as part of the uninstall', 'left out'),
+    (r'Another product is using this component', 'kept'),
+    (r'is not currently installed', 'not there'),
+    (r'No uninstallation command found', 'no command'),
+    (r'Uninstallation of .* failed', 'FAILED'),
+    (r'^Uninstall Command = ', 'removed'),
+    (r'^Deleting\.\.\.', 'removed'),
+)
+
+
+def removals(rows):
+    """What an uninstall did with each component, in its order."""
+    result = []
+    for component, section in _sections(rows).items():
+        said = ((_first(section, pattern), verdict) for pattern, verdict in _REMOVALS)
+        reason, verdict = next(((text, verdict) for text, verdict in said if text), ('', '?'))
+        result.append(Removal(component, verdict, reason.removeprefix('Uninstall Command = ')))
+    return result

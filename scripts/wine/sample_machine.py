@@ -3,16 +3,19 @@ import os
 import shutil
 import subprocess
 
-from machine import INSTALLATION, OUT, PROGRAM, ROOT, Machine
+from machine import INSTALLATION, OUT, PRODUCTS, PROGRAM, ROOT, Machine
 
 SAMPLE = os.path.join(OUT, 'samples', 'harbour_suite')
 SIMULATED_MACHINE = os.path.join(ROOT, 'samples', 'harbour_suite', 'machine.txt')
+SIMULATED_UNINSTALL = os.path.join(ROOT, 'samples', 'harbour_suite', 'uninstall.txt')
 PRODUCT = 'Harbour Suite'
+UNINSTALL = 'Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall'
 LOG_FOLDER = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\' + PRODUCT
 
 
 def sample_machine(folder, executable):
-    """A machine with the product's disc in drive D, the program on it, and two packages installed earlier."""
+    """A machine with the product's disc in drive D, the program on it, and two packages installed earlier,
+    one of which another product uses as well."""
     shutil.rmtree(folder, ignore_errors=True)
     os.makedirs(folder)
     disc = os.path.join(folder, 'disc')
@@ -21,6 +24,7 @@ def sample_machine(folder, executable):
     machine = Machine(os.path.join(folder, 'machine'))
     machine.insert_disc('d', disc, 'HARBOUR')
     machine.preset('system', INSTALLATION, {'Product': PRODUCT})
+    machine.preset('system', PRODUCTS + '\\Harbour Office\\Fonts', {'SequenceNumber': 100, 'Install': 'fonts.msi'})
     earlier = shutil.copytree(os.path.join(SAMPLE, 'preinstalled'), machine.host('C:\\Earlier'))
     for package in sorted(os.listdir(earlier)):
         code = machine.run('msiexec', '/i', 'C:\\Earlier\\' + package, '/qn')

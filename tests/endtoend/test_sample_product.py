@@ -4,9 +4,9 @@ import re
 import unittest
 
 import support
-from demo import run_simulated
-from run_log import outcomes, read_log
-from sample_machine import LOG_FOLDER, PRODUCT, sample_machine
+from demo import LOG, UNINSTALL_LOG, RealMachine, SimulatedMachine
+from run_log import outcomes, read_log, removals
+from sample_machine import LOG_FOLDER, PRODUCT, UNINSTALL
 from support import OUT, PRODUCTS
 
 # Component, kind, sequence, verdict, and what its reason says.
@@ -30,7 +30,9 @@ EXPECTED = (
     ('Notes', 'txt', 1700, 'FAILED', 'Unrecognised file type D:\\Packages\\Notes\\notes.txt'),
     ('Harbourmaster', 'bat', 1800, 'ok', ''),
 )
-UNINSTALL = 'Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall'
+# What an uninstall does with them, the last first.
+REMOVED = {'Harbourmaster': 'removed', 'Radar': 'not there', 'Weather': 'removed', 'Fonts': 'kept', 'Dock': 'removed',
+           'Moorings': 'left out', 'Chart': 'removed', 'Core': 'removed', 'Runtime': 'removed'}
 
 
 class SampleProduct(unittest.TestCase):
@@ -38,11 +40,11 @@ class SampleProduct(unittest.TestCase):
     def setUpClass(cls):
         support.screen()
         folder = os.path.join(OUT, 'endtoend', 'sample')
-        cls.machine = sample_machine(folder, support.EXECUTABLE)
+        cls.machine = RealMachine(folder, support.EXECUTABLE)
         cls.addClassCleanup(cls.machine.stop)
-        cls.exit_code = cls.machine.run('D:\\' + support.PROGRAM, '/s', timeout=120)
+        cls.exit_code = cls.machine.install()
         cls.registry = cls.machine.registry()
-        cls.log = read_log(cls.machine.host(LOG_FOLDER + '\\QX Installation Assistant.html'))
+        cls.log = read_log(cls.machine.host(LOG))
 
     def product(self, value):
         return self.registry.get(PRODUCTS + '\\' + PRODUCT, value)
@@ -100,6 +102,24 @@ class SampleProduct(unittest.TestCase):
         self.assertEqual(read_log(os.path.join(archive, name)), self.log)
 
     def test_the_simulated_workstation_tells_the_same_story(self):
-        code, _, registry, log = run_simulated()
-        self.assertEqual(code, self.exit_code)
-        self.assertEqual(outcomes(registry, read_log(log), PRODUCT), outcomes(self.registry, self.log, PRODUCT))
+        simulated = SimulatedMachine(os.path.join(OUT, 'endtoend', 'simulated'))
+        self.assertEqual(simulated.install(), self.exit_code)
+        self.assertEqual(outcomes(simulated.registry(), read_log(simulated.host(LOG)), PRODUCT),
+                         outcomes(self.registry, self.log, PRODUCT))
+        self.assertEqual(simulated.uninstall(), 0)
+        self.assertEqual([row[:2] for row in removals(read_log(simulated.host(UNINSTALL_LOG)))], self.removed())
+
+    @staticmethod
+    def removed():
+        return [(row[0], REMOVED.get(row[0], 'no command')) for row in reversed(EXPECTED)]
+
+    def test_uninstalled_it_leaves_what_others_use(self):
+        """Comes behind the other tests, whose machine it changes."""
+        self.assertEqual(self.machine.uninstall(), 0)
+        registry = self.machine.registry()
+        self.assertEqual([row[:2] for row in removals(read_log(self.machine.host(UNINSTALL_LOG)))], self.removed())
+        names = [registry.get(UNINSTALL + '\\' + key, 'DisplayName') for key in registry.children(UNINSTALL)]
+        self.assertEqual([name for name in names if name and name.startswith('Harbour')], ['Harbour Fonts'])
+        self.assertEqual(registry.children(PRODUCTS), ['Harbour Office'])
+        files = {name for name in os.listdir(self.machine.host('C:')) if name.startswith('Harbour ')}
+        self.assertEqual(files, {'Harbour Moorings.txt'})

@@ -62,7 +62,7 @@ STAYS = (
 NOISE = (
     r'system\|System\\CurrentControlSet\\Control\\Class\\\{4D36E968-[^|]*\|DriverDateData',
     r'system\|System\\CurrentControlSet\\Enum\\DISPLAY\\Default_Monitor\\[^|]*\|',
-    r'/(Media/.*|look\.exe|windows\.txt|listed\.txt|exported\.reg)',
+    r'/(Media/.*|look\.exe|windows\.txt|listed\.txt)',
 )
 
 
