@@ -60,6 +60,9 @@ def _judge(rows, record, reasons):
     same = _first(rows, 'its version is the same or higher')
     if same:
         return 'already there', same
+    copied = re.search(r'Executing CopyOp to path (.*)', _first(rows, r'^Executing CopyOp to path '))
+    if copied and _first(rows, r'^Finished CopyOp'):
+        return 'ok', 'copied to ' + copied.group(1)
     if not _first(rows, r'^(Executing|Running) '):
         held_back = [row for row in rows if row.type == 'Warning']
         return 'held back', _plain(held_back[0].text) if held_back else _first(rows, 'not be installed')

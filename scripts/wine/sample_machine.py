@@ -15,7 +15,7 @@ LOG_FOLDER = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant
 
 def sample_machine(folder, executable):
     """A machine with the product's disc in drive D, the program on it, and two packages installed earlier,
-    one of which another product uses as well."""
+    one of which another product uses as well, and an older almanac."""
     shutil.rmtree(folder, ignore_errors=True)
     os.makedirs(folder)
     disc = os.path.join(folder, 'disc')
@@ -26,6 +26,10 @@ def sample_machine(folder, executable):
     machine.preset('system', INSTALLATION, {'Product': PRODUCT})
     machine.preset('system', PRODUCTS + '\\Harbour Office\\Fonts', {'SequenceNumber': 100, 'Install': 'fonts.msi'})
     earlier = shutil.copytree(os.path.join(SAMPLE, 'preinstalled'), machine.host('C:\\Earlier'))
+    almanac = machine.host('C:\\Harbour\\Almanac\\v2.0.0.1')
+    os.makedirs(almanac)
+    with open(os.path.join(almanac, 'almanac.txt'), 'w') as file:
+        file.write('The almanac of last year.\r\n')
     for package in sorted(os.listdir(earlier)):
         code = machine.run('msiexec', '/i', 'C:\\Earlier\\' + package, '/qn')
         if code:

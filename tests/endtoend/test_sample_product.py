@@ -29,9 +29,12 @@ EXPECTED = (
     ('Radar', 'msi', 1600, 'FAILED', 'Installation failed returning error 1603'),
     ('Notes', 'txt', 1700, 'FAILED', 'Unrecognised file type D:\\Packages\\Notes\\notes.txt'),
     ('Harbourmaster', 'bat', 1800, 'ok', ''),
+    ('Almanac', 'txt', 1900, 'ok', 'copied to C:\\Harbour'),
+    ('Signals', 'bat', 2000, 'ok', ''),
+    ('Quays', 'bat', 2100, 'FAILED', 'failed disk space check'),
 )
 # What an uninstall does with them, the last first.
-REMOVED = {'Harbourmaster': 'removed', 'Radar': 'not there', 'Weather': 'removed', 'Fonts': 'kept', 'Dock': 'removed',
+REMOVED = {'Almanac': 'removed', 'Harbourmaster': 'removed', 'Radar': 'not there', 'Weather': 'removed', 'Fonts': 'kept', 'Dock': 'removed',
            'Moorings': 'left out', 'Chart': 'removed', 'Core': 'removed', 'Runtime': 'removed'}
 
 
@@ -76,7 +79,18 @@ class SampleProduct(unittest.TestCase):
         with open(self.machine.host('C:\\Harbour Charts.txt')) as file:
             self.assertEqual(file.read(), '/quiet scale=1:25000')
         files = {name for name in os.listdir(self.machine.host('C:')) if name.startswith('Harbour ')}
-        self.assertEqual(files, {'Harbour Charts.txt', 'Harbour Moorings.txt', 'Harbour Master.txt'})
+        self.assertEqual(files, {'Harbour Charts.txt', 'Harbour Moorings.txt', 'Harbour Master.txt',
+                                 'Harbour Signals.txt'})
+
+    def test_the_machine_is_prepared(self):
+        self.assertIn('Executing wscript.exe "D:\\Checks\\harbour.vbs"', [row.text for row in self.log])
+        self.assertTrue(os.path.isdir(self.machine.host('C:\\Harbour\\Berths')))
+        self.assertEqual(os.listdir(self.machine.host('C:\\Harbour\\Almanac')), ['v2.1.0.0'])
+        self.assertTrue(os.path.exists(self.machine.host('C:\\Harbour\\Almanac\\v2.1.0.0\\tables\\tides.txt')))
+        with open(self.machine.host('C:\\Harbour Signals.txt')) as file:
+            self.assertEqual(file.read().strip(), 'C:\\Harbour\\Signals')
+        self.assertEqual(self.registry.get('Software\\Tarvel\\Installation\\Locations', 'Signals'),
+                         'C:\\Harbour\\Signals')
 
     def test_package_logs_lie_beside_the_run_log(self):
         logs = os.listdir(self.machine.host(LOG_FOLDER + '\\MSI Log Files'))
@@ -122,4 +136,4 @@ class SampleProduct(unittest.TestCase):
         self.assertEqual([name for name in names if name and name.startswith('Harbour')], ['Harbour Fonts'])
         self.assertEqual(registry.children(PRODUCTS), ['Harbour Office'])
         files = {name for name in os.listdir(self.machine.host('C:')) if name.startswith('Harbour ')}
-        self.assertEqual(files, {'Harbour Moorings.txt'})
+        self.assertEqual(files, {'Harbour Moorings.txt', 'Harbour Signals.txt'})

@@ -1,0 +1,2 @@
+@echo %CD%> "C:\Harbour Signals.txt"
+@exit /b 0
