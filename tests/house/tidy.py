@@ -30,7 +30,8 @@ def _with_includes(path, seen):
 
 def fingerprint(path, command):
     """What the result of a check depends on, as one text."""
-    seen = {'.clang-tidy': tree.read('.clang-tidy')}
+    rules = 'tests/.clang-tidy' if path.startswith('tests/') else '.clang-tidy'
+    seen = {rules: tree.read(rules)}
     _with_includes(path, seen)
     parts = [command] + [part for entry in sorted(seen.items()) for part in entry]
     return hashlib.sha256('\0'.join(parts).encode()).hexdigest()
