@@ -148,10 +148,21 @@ void RequireNewDisc(const Run& run, std::vector<std::string>& asked) {
   asked.push_back(run.nextVolumeName);
 }
 
-/// Goes over to the product's next disc; false when that could not be prepared.
-bool ChangeDisc(Run& run) {
-  modCDFunctions::PromptForDisk(run);
-  if (!InitialiseNextDisc(run)) return false;
+bool FindNextDisc(Run& run, std::vector<std::string>& asked) {
+  try {
+    RequireNewDisc(run, asked);
+    modCDFunctions::PromptForDisk(run);
+    return true;
+  } catch (const Error& failure) {
+    LogFailure(run, failure.source(), failure);
+    SetProductResult(run, false, failure.text());
+    return false;
+  }
+}
+
+/// Goes over to the product's next disc; false when that could not be found or prepared, which is told.
+bool ChangeDisc(Run& run, std::vector<std::string>& asked) {
+  if (!FindNextDisc(run, asked) || !InitialiseNextDisc(run)) return false;
   ShowWork(run);
   CreateFolders(run);
   CreateShares(run);
@@ -163,8 +174,7 @@ bool ChangeDisc(Run& run) {
 void InstallDiscs(Run& run) {
   std::vector<std::string> asked;
   while (modQXInstallationMain::StartInstall(run) && !run.nextVolumeName.empty()) {
-    RequireNewDisc(run, asked);
-    if (!ChangeDisc(run)) return;
+    if (!ChangeDisc(run, asked)) return;
   }
 }
 
