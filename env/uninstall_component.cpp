@@ -20,11 +20,15 @@ constexpr const char* Source = "ExecuteUninstall";
 constexpr const char* HandlerSource = "modQXInstallationMain.ExecuteUninstall";
 constexpr const char* CountSource = "ExecuteUninstallMsi";
 
+/// A package that is missing from a list that broke off may be installed all the same: its record must not go.
 bool IsInstalled(Run& run, const std::string& productCode) {
-  ListInstalledProducts(run);
-  return std::any_of(run.installedProducts.begin(), run.installedProducts.end(), [&](const InstalledProduct& product) {
-    return IsProductCode(productCode) && Trim(product.code) == Trim(productCode);
-  });
+  const bool whole = ListInstalledProducts(run);
+  const bool found =
+      std::any_of(run.installedProducts.begin(), run.installedProducts.end(), [&](const InstalledProduct& product) {
+        return IsProductCode(productCode) && Trim(product.code) == Trim(productCode);
+      });
+  if (!whole && !found) throw modErrorBase::MakeError(6092, {run.component.displayName}, Source);
+  return found;
 }
 
 bool PackageIsThere(Run& run, const std::string& component) {

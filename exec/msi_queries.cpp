@@ -113,18 +113,24 @@ bool GetMSIData(Run& run, const std::string& package, std::string& productName, 
 
 }  // namespace modMSI
 
-void ListInstalledProducts(Run& run) {
-  Guarded(run, "modMSI.ListInstalledProducts", [&] {
+bool ListInstalledProducts(Run& run) {
+  return Guarded(run, "modMSI.ListInstalledProducts", [&] {
     if (run.verbose) run.log.Log("modMSI.ListInstalledProducts", 0, "Retrieving Installed MSI's from PC");
     run.installedProducts.assign(1, {});
     std::uint32_t count = 0;
     std::string code;
-    while (run.machine.installer().enumerateProduct(count, code) == platform::status::Ok) {
+    Status status = platform::status::Ok;
+    while ((status = run.machine.installer().enumerateProduct(count, code)) == platform::status::Ok) {
       run.installedProducts.resize(++count);
       run.installedProducts.back() = {code, Information(run, code, "InstalledProductName", "Installed Product Name"),
                                       Information(run, code, "VersionString", "Installed Product Version")};
     }
     run.log.Log("modMSI.ListInstalledProducts", 0, "There are " + std::to_string(count) + " installed products");
+    if (status == platform::status::NoMoreItems || status == platform::status::LibraryNotFound) return true;
+    run.log.Log("modMSI.ListInstalledProducts", 0,
+                "The list of installed products broke off: " + modErrorBase::SystemErrorText(status), false,
+                EntryType::Warning);
+    return false;
   });
 }
 

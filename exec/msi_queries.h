@@ -16,8 +16,9 @@ bool GetMSIData(Run& run, const std::string& package, std::string& productName, 
 }  // namespace modMSI
 
 /// Rebuilds run.installedProducts. A machine without products has one record with empty fields. A product that does not
-/// tell its name or version keeps that field empty (6147 in the log).
-void ListInstalledProducts(Run& run);
+/// tell its name or version keeps that field empty (6147 in the log). False, with a warning in the log, when the list
+/// broke off before its end.
+bool ListInstalledProducts(Run& run);
 
 /// Rebuilds the list and writes it to the log.
 void LogInstalledMSIs(Run& run);

@@ -131,6 +131,9 @@ TEST(AddRemovePrograms, UninstallThatFailed_KeepsEntryRecordAndCopy) {
   rig.program("msiexec /x", {.exitCode = 1603});
   const Names entry = rig.registryLines(EntryRecord);
   EXPECT_EQ(UninstallByEntry(rig), 1);
+  EXPECT_EQ(rig.machine().screen().shown(platform::Control::LongMessage).back(),
+            "One or more components failed to uninstall successfully.\r\n\r\nUninstallation of Core of Office Suite "
+            "failed");
   EXPECT_EQ(rig.registryLines(EntryRecord), entry);
   EXPECT_EQ(rig.value(ProductRecord, "CanUninstall"), "true");
   EXPECT_TRUE(rig.effects("run hidden AT ").empty());

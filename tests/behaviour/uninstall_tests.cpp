@@ -564,6 +564,20 @@ TEST(Uninstall, PackageThatIsGoneAlready_IsPassedOver) {
   EXPECT_FALSE(rig.hasKey(ProductRecord));
 }
 
+TEST(Uninstall, ListOfPackagesThatBreaksOff_KeepsTheRecord) {
+  Rig rig;
+  Media media(rig);
+  media.package("Core", "1.2").install();
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("installer.enumerateProduct", "", 1610);
+  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  EXPECT_EQ(rig.run("/s /x Office Suite", faulty), 1);
+  EXPECT_TRUE(UninstallLogged(rig, "The list of installed products broke off: "));
+  EXPECT_EQ(Packages(rig), Names{"Core"});
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_TRUE(Packages(rig).empty());
+}
+
 TEST(Uninstall, RemovalProgramThatIsGone_IsToldAndTheRestGoes) {
   for (const char* command : {"C:\\My Tools\\remove.exe /q", "\"C:\\My Tools\\remove.exe\" /q", "C:\\gone.vbs",
                               "Z:\\remove.exe", "\\\\server\\share\\remove.exe"}) {
