@@ -110,6 +110,27 @@ int TimesLogged(Rig& rig, const std::string& text) {
   return times;
 }
 
+std::string RemovesWith(const std::string& command) {
+  return "UninstallCommandLine=" + command + "\n";
+}
+
+void Remover(Rig& rig, const std::string& file, simulated::Outcome outcome) {
+  rig.file(file, "program");
+  rig.program(file, std::move(outcome));
+}
+
+void AlsoUsedBy(Rig& rig, const std::string& product, const std::string& component) {
+  const std::string key = std::string("HKLM\\") + ProductsRecord + "\\" + product + "\\" + component;
+  rig.machine().registry().put(key, {"SequenceNumber", 4, std::string(4, '\1')});
+}
+
+std::vector<std::string> InstalledPackages(Rig& rig) {
+  std::vector<std::string> names;
+  for (const simulated::Product& product : rig.machine().installer().products()) names.push_back(product.name);
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
 int Uninstall(Rig& rig, const std::string& arguments) {
   rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
   return rig.run(arguments);

@@ -66,6 +66,14 @@ std::vector<std::string> RanComponents(Rig& rig);
 /// How often the text stands in the run's log.
 int TimesLogged(Rig& rig, const std::string& text);
 
+/// An ini line with a removal command.
+std::string RemovesWith(const std::string& command);
+/// Declares a removal program with its file.
+void Remover(Rig& rig, const std::string& file, simulated::Outcome outcome = {});
+/// Another product's record of a component.
+void AlsoUsedBy(Rig& rig, const std::string& product, const std::string& component);
+/// Names of what Windows Installer has, sorted.
+std::vector<std::string> InstalledPackages(Rig& rig);
 /// Runs the program for an uninstall and answers its question with Yes; its exit code.
 int Uninstall(Rig& rig, const std::string& arguments = "/s /x Office Suite");
 /// Whether the uninstall log holds this text; a failure shows the log.

@@ -1,0 +1,293 @@
+// Uninstalls that fail, are cut off or are asked for in a way that cannot be used, and the next one that finishes them.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/faults/platform.h"
+#include "tests/support/media.h"
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+struct Ending {
+  int exitCode;
+  bool leavesPackage;
+  bool succeeds;
+};
+
+constexpr Ending Endings[] = {{0, false, true},     {3010, false, true}, {3011, false, true}, {0, true, false},
+                              {3010, true, false},  {1, false, false},   {1603, true, false}, {1605, false, false},
+                              {1641, false, false}, {-1, false, false}};
+
+TEST(Uninstall, ExitCodeOfMsiexecAndWhatItLeaves_Decide) {
+  for (const Ending& row : Endings) {
+    Rig rig;
+    Media media(rig);
+    media.package("Core", "1.2").install();
+    simulated::Outcome outcome{.exitCode = row.exitCode};
+    if (!row.leavesPackage) outcome.removes = {CodeOf("Core")};
+    rig.program("msiexec /x", outcome);
+    EXPECT_EQ(Uninstall(rig), row.succeeds ? 0 : 1) << row.exitCode;
+    EXPECT_EQ(rig.hasKey(ProductRecord), !row.succeeds) << row.exitCode;
+    EXPECT_EQ(UninstallLogged(rig, "Uninstallation of Core failed<BR>Source: "), !row.succeeds) << row.exitCode;
+    EXPECT_EQ(UninstallLogged(rig, " to uninstall Core errored"),
+              !row.succeeds && !(row.exitCode == 0 || row.exitCode == 3010))
+        << row.exitCode;
+    EXPECT_TRUE(rig.effects("exit windows").empty()) << row.exitCode;
+  }
+}
+
+TEST(Uninstall, WhatFailed_StaysRecordedAndASecondUninstallFinishes) {
+  Rig rig;
+  Media media(rig);
+  media.package("Core", "1.2").program("Tools", {}, RemovesWith("C:\\Tools\\tools.exe"));
+  media.program("More", {}, RemovesWith("C:\\Tools\\more.exe")).package("Last", "1.0").install();
+  Remover(rig, "C:\\Tools\\tools.exe", {.exitCode = 7});
+  Remover(rig, "C:\\Tools\\more.exe");
+  EXPECT_EQ(Uninstall(rig), 1);
+  EXPECT_TRUE(InstalledPackages(rig).empty());
+  EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "0");
+  EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Uninstallation of Tools failed");
+  for (const auto& [name, result] : {std::pair{"Core", "Pass"}, {"Tools", "Fail"}, {"More", "Pass"}, {"Last", "Pass"}})
+    EXPECT_EQ(rig.value(ComponentRecord(name), "Process Return"), result) << name;
+
+  rig.program("C:\\Tools\\tools.exe");
+  const std::size_t before = rig.ran().size();
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_EQ(rig.ran().size(), before + 1);
+  EXPECT_EQ(rig.ran().back(), "C:\\Tools\\tools.exe");
+  EXPECT_TRUE(UninstallLogged(rig, "Component More was removed by an earlier uninstall - skipping"));
+  EXPECT_TRUE(UninstallLogged(rig, "Component Last is not currently installed, so will not be uninstalled"));
+  EXPECT_FALSE(rig.hasKey(ProductRecord));
+}
+
+TEST(Uninstall, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
+  Rig rig;
+  Media media(rig);
+  rig.file("C:\\Media\\Manuals\\one.txt", "one");
+  media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").package("Core", "1.0").install();
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("files.deleteFile", "one.txt", platform::status::SharingViolation, 1);
+  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  EXPECT_EQ(rig.run("/s /x Office Suite", faulty), 1);
+  EXPECT_TRUE(rig.exists("C:\\Copies\\Manuals\\one.txt"));
+  EXPECT_TRUE(InstalledPackages(rig).empty());
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_FALSE(rig.exists("C:\\Copies\\Manuals"));
+}
+
+TEST(Uninstall, RecordThatCannotBeDeleted_IsNoSuccess) {
+  Rig rig;
+  Media media(rig);
+  media.package("Core", "1.2").install();
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("registry.deleteKey", "Office Suite", platform::status::AccessDenied);
+  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  EXPECT_EQ(rig.run("/s /x Office Suite", faulty), 1);
+  EXPECT_TRUE(UninstallLogged(rig, "Error deleting registry key HKLM\\" + std::string(ProductRecord)));
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_FALSE(rig.hasKey(ProductRecord));
+}
+
+TEST(Uninstall, RunThatWaitsForALogon_GoesOnNoMore) {
+  Rig rig;
+  Media media(rig);
+  media.package("Core", "1.2").program("Tools", RequestsReboot("immediate")).program("More");
+  rig.tolerateUnused();
+  media.install();
+  ASSERT_EQ(rig.value(ProductsRecord, "Rebooted"), "True");
+  rig.restart();
+  ASSERT_FALSE(rig.machine().logonCommands().empty());
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "");
+  for (const std::string& command : rig.machine().logonCommands()) {
+    EXPECT_EQ(command.find("QX Installation Assistant"), std::string::npos) << command;
+  }
+}
+
+// Power cuts.
+
+struct SmallProduct {
+  SmallProduct() : media(rig) {
+    rig.tolerateUnused();
+    rig.file("C:\\QX\\QX Installation Assistant.exe", "program");
+    rig.file("C:\\Media\\Copy\\one.txt", "one");
+    rig.file("C:\\Tools\\remove.exe", "program");
+    rig.program("AT ", simulated::Match::Prefix);
+    // A removal that removes itself.
+    rig.program("C:\\Tools\\remove.exe", {.deletedFiles = {"C:\\Tools\\remove.exe"}});
+    media.config["Verbose"] = "false";
+    media.productIni = "[Product]\nName=Office Suite\nCanUninstall=true\n[General]\nVersion=2.1.0\n";
+    media.package("Core", "1.0").program("Tools", {}, RemovesWith("C:\\Tools\\remove.exe"));
+    media.component("Copy", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").package("Shared", "1.0");
+    AlsoUsedBy(rig, "Other", "Shared");
+    EXPECT_EQ(media.install(), 0);
+  }
+
+  /// What an uninstall must have changed, whatever happened to it.
+  Names endState() {
+    Names lines = rig.registryLines(InstallationRecord);
+    for (const std::string& name : InstalledPackages(rig)) lines.push_back("package " + name);
+    for (const char* path : {"C:\\Copies\\Copy", "C:\\Tools\\remove.exe"})
+      if (rig.exists(path)) lines.push_back(std::string("file ") + path);
+    if (rig.hasKey(EntryRecord)) lines.emplace_back("entry");
+    return lines;
+  }
+
+  Rig rig;
+  Media media;
+};
+
+/// A sanitizer slows every run, and what it looks for shows at some operations as well as at all of them.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int EveryOperation = 9;
+#else
+constexpr int EveryOperation = 1;
+#endif
+
+TEST(PowerCut, DuringAnUninstall_TheNextOneFinishesIt) {
+  SmallProduct whole;
+  EXPECT_EQ(Uninstall(whole.rig), 0);
+  const Names wanted = whole.endState();
+  EXPECT_EQ(std::count(wanted.begin(), wanted.end(), "package Shared"), 1);
+  int operation = 1;
+  for (;; operation += EveryOperation) {
+    SmallProduct cut;
+    cut.rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+    if (!cut.rig.runUntilPowerCut("/s /x Office Suite", operation)) break;
+    const bool removed = !cut.rig.hasKey(ProductRecord) && !cut.rig.hasValue(ProductsRecord, "Uninstalled");
+    EXPECT_EQ(Uninstall(cut.rig), removed ? 1 : 0) << "cut at " << operation << cut.rig.uninstallLog("Office Suite");
+    EXPECT_EQ(cut.endState(), wanted) << "cut at " << operation;
+    if (::testing::Test::HasFailure()) return;
+  }
+  EXPECT_GT(operation, 100);
+}
+
+// Input that cannot be used.
+
+struct BadName {
+  const char* what;
+  const char* arguments;
+  const char* text;
+  bool ownLog;  ///< the product's uninstall log, not the default one
+};
+
+constexpr BadName BadNames[] = {
+    {"not installed", "/s /x Nothing", "No uninstallation actions found, check the registry key ", true},
+    {"a component", "/s /x Office Suite\\Core", "Office Suite\\Core cannot be the name of a product", false},
+    {"in quotes", "/s /x \"Office Suite\"", "\"Office Suite\" cannot be the name of a product", false},
+    {"the folder above", "/s /x ..", ".. cannot be the name of a product", false},
+    {"a pattern", "/s /x Office*", "Office* cannot be the name of a product", false},
+};
+
+TEST(Uninstall, NameOfNoProduct_IsToldAndNothingIsTouched) {
+  for (const BadName& row : BadNames) {
+    Rig rig;
+    Media media(rig);
+    media.package("Core", "1.2").install();
+    const Names before = rig.registryLines(ProductRecord);
+    if (row.ownLog) rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+    EXPECT_EQ(rig.run(row.arguments), 1) << row.what;
+    const std::string log =
+        row.ownLog ? rig.uninstallLog("Nothing") : rig.text("C:\\QX\\QX Installation Assistant.html");
+    EXPECT_NE(log.find(row.text), std::string::npos) << row.what << log;
+    EXPECT_EQ(rig.registryLines(ProductRecord), before) << row.what;
+    EXPECT_EQ(rig.machine().registry().keys(std::string("HKLM\\") + ProductsRecord), Names{"Office Suite"}) << row.what;
+    EXPECT_EQ(InstalledPackages(rig), Names{"Core"}) << row.what;
+  }
+}
+
+TEST(Uninstall, SlashInAName_EndsIt) {
+  for (const char* arguments : {"/s /X Office Suite/other", "/s /x   Office Suite  ", "/s /x office suite"}) {
+    Rig rig;
+    Media media(rig);
+    media.package("Core", "1.2").install();
+    EXPECT_EQ(Uninstall(rig, arguments), 0) << arguments;
+    EXPECT_FALSE(rig.hasKey(ProductRecord)) << arguments;
+  }
+}
+
+TEST(Uninstall, RecordWithoutComponents_IsError6095AndStays) {
+  Rig rig;
+  rig.set(ProductRecord, "SkipPreInstall", "True");
+  EXPECT_EQ(Uninstall(rig), 1);
+  EXPECT_TRUE(UninstallLogged(
+      rig, std::string("No uninstallation actions found, check the registry key ") + ProductRecord + "<BR>Source: "));
+  EXPECT_EQ(rig.value(ProductRecord, "SkipPreInstall"), "True");
+}
+
+TEST(Uninstall, PackageThatIsGoneAlready_IsPassedOver) {
+  Rig rig;
+  Media media(rig);
+  media.package("Core", "1.2").install();
+  rig.machine().installer().remove(CodeOf("Core"));
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_TRUE(UninstallLogged(rig, "Component Core is not currently installed, so will not be uninstalled"));
+  EXPECT_TRUE(rig.effects("run msiexec /x").empty());
+  EXPECT_FALSE(rig.hasKey(ProductRecord));
+}
+
+TEST(Uninstall, ListOfPackagesThatBreaksOff_KeepsTheRecord) {
+  Rig rig;
+  Media media(rig);
+  media.package("Core", "1.2").install();
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("installer.enumerateProduct", "", 1610);
+  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  EXPECT_EQ(rig.run("/s /x Office Suite", faulty), 1);
+  EXPECT_TRUE(UninstallLogged(rig, "The list of installed products broke off: "));
+  EXPECT_EQ(InstalledPackages(rig), Names{"Core"});
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_TRUE(InstalledPackages(rig).empty());
+}
+
+TEST(Uninstall, RemovalProgramThatIsGone_IsToldAndTheRestGoes) {
+  for (const char* command : {"C:\\My Tools\\remove.exe /q", "\"C:\\My Tools\\remove.exe\" /q", "C:\\gone.vbs",
+                              "Z:\\remove.exe", "\\\\server\\share\\remove.exe"}) {
+    Rig rig;
+    Media media(rig);
+    media.package("Core", "1.2").program("Tools", {}, RemovesWith(command)).install();
+    const std::size_t before = rig.ran().size();
+    EXPECT_EQ(Uninstall(rig), 1) << command;
+    EXPECT_EQ(rig.ran().size(), before + 1) << command;
+    EXPECT_TRUE(InstalledPackages(rig).empty()) << command;
+    EXPECT_TRUE(UninstallLogged(rig, std::string("There is no program that \"") + command));
+    EXPECT_TRUE(UninstallLogged(rig, "UninstallCommandLine of HKLM\\" + ComponentRecord("Tools") + " to N/A"));
+    rig.set(ComponentRecord("Tools"), "UninstallCommandLine", "N/A");
+    EXPECT_EQ(Uninstall(rig), 0) << command;
+  }
+}
+
+struct Target {
+  const char* target;
+  const char* path;
+  const char* text;
+};
+
+constexpr Target Targets[] = {
+    {"Copies", "Manuals", "Copies\\Manuals is not a standard path specification - skipping..."},
+    {"\\Copies", "Manuals", "\\Copies\\Manuals is not a standard path specification - skipping..."},
+    {"C:\\Copies\\..", "Manuals", "C:\\Copies\\..\\Manuals is not a standard path specification - skipping..."},
+    {"C:\\", "", "Folder C:\\ may hold other components' copies - skipping delete..."},
+    {"C:\\Copies", "", "Folder C:\\Copies may hold other components' copies - skipping delete..."},
+    {"C:\\Copies", "Others", "Folder C:\\Copies\\Others does not exist - skipping delete..."},
+};
+
+TEST(Uninstall, FolderThatNobodyNamedInFull_IsNotDeleted) {
+  for (const Target& row : Targets) {
+    Rig rig;
+    Media media(rig);
+    rig.file("C:\\Media\\Manuals\\one.txt", "one");
+    media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").install();
+    rig.set(ComponentRecord("Manuals"), "CopyOpTarget", row.target);
+    rig.set(ComponentRecord("Manuals"), "Path", row.path);
+    EXPECT_EQ(Uninstall(rig), 0) << row.target;
+    EXPECT_TRUE(UninstallLogged(rig, row.text));
+    EXPECT_TRUE(rig.exists("C:\\Copies\\Manuals\\one.txt")) << row.target;
+    EXPECT_TRUE(rig.effects("folder delete").empty()) << row.target;
+  }
+}
+
+}  // namespace
