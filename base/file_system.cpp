@@ -98,12 +98,15 @@ void clsFso::CopyFolderOver(const std::string& from, const std::string& to) {
   }
 }
 
-void clsFso::DeleteFolderForced(const std::string& path) {
+void clsFso::DeleteFolderForced(const std::string& path, const std::string& lastFile) {
   std::uint32_t attributes = 0;
   Require(machine_.files().attributes(path, attributes), path, "clsFso.DeleteFolder");
   if ((attributes & platform::attribute::Link) == 0) {
-    for (const std::string& file : ListFiles(path)) DeleteFileForced(Joined(path, file));
+    for (const std::string& file : ListFiles(path)) {
+      if (!EqualIgnoringCase(file, lastFile)) DeleteFileForced(Joined(path, file));
+    }
     for (const std::string& folder : ListFolders(path)) DeleteFolderForced(Joined(path, folder));
+    for (const std::string& file : ListFiles(path)) DeleteFileForced(Joined(path, file));
   }
   if ((attributes & platform::attribute::ReadOnly) != 0) {
     machine_.files().setAttributes(path, platform::attribute::Normal);

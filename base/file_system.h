@@ -35,9 +35,9 @@ class clsFso {
   /// Copies a folder with everything in it, over what is there. Raises the system's number, also when it is not there.
   void CopyFolderOver(const std::string& from, const std::string& to);
 
-  /// Deletes a folder with everything in it, read-only files as well; of a link to another folder only the link. Raises
-  /// the system's number.
-  void DeleteFolderForced(const std::string& path);
+  /// Deletes a folder with everything in it, read-only files as well, and the file `lastFile` behind all others; of a
+  /// link to another folder only the link. Raises the system's number.
+  void DeleteFolderForced(const std::string& path, const std::string& lastFile = "");
 
   /// Writes a file anew, over one of that name. Raises the system's number.
   void WriteNewFile(const std::string& path, const std::string& bytes);

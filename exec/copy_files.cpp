@@ -94,18 +94,23 @@ void ClearOldVersions(Run& run, const CopySource& source, const std::string& des
   DeleteCopyOp(run, destination);
 }
 
+void MarkUnfinished(Run& run, const std::string& folder) {
+  run.fso.WriteNewFile(
+      Joined(folder, UnfinishedMark),
+      std::string("The copy to this folder was begun and is not finished, or it is being deleted.") + LineBreak);
+}
+
 void CopyTo(Run& run, const CopySource& source, const std::string& destination, bool clearsOldVersions) {
   RequireUsableTarget(source, destination);
   if (clearsOldVersions) ClearOldVersions(run, source, destination);
   run.fso.CreateFolder(destination);
-  const std::string mark = Joined(destination, UnfinishedMark);
-  run.fso.WriteNewFile(mark, std::string("The copy to this folder was begun and is not finished.") + LineBreak);
+  MarkUnfinished(run, destination);
   CopyFiles(run, source, destination);
   for (const std::string& name : source.subFolders) {
     run.fso.CopyFolderOver(Joined(source.folder, name), Joined(destination, name));
   }
   SetPermissions(run, destination);
-  run.fso.DeleteFileForced(mark);
+  run.fso.DeleteFileForced(Joined(destination, UnfinishedMark));
 }
 
 void TellFailure(Run& run, const Error& failure, const std::string& destination) {
@@ -147,6 +152,17 @@ bool DoCopyOp(Run& run, const CopyTargets& targets) {
     TellFailure(run, failure, destination);
     return false;
   }
+}
+
+void DeleteCopy(Run& run, const std::string& folder) {
+  std::uint32_t attributes = 0;
+  run.machine.files().attributes(folder, attributes);
+  try {
+    if ((attributes & platform::attribute::Link) == 0) MarkUnfinished(run, folder);
+  } catch (const Error&) {
+    // A full disk takes the empty file, which is enough. Where that is refused, so is the deletion.
+  }
+  run.fso.DeleteFolderForced(folder, UnfinishedMark);
 }
 
 bool HoldsUnfinishedCopy(Run& run, const std::string& folder) {

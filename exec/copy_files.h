@@ -12,5 +12,8 @@ struct CopyTargets;
 /// that a copy that was cut off never passes for a finished one.
 bool DoCopyOp(Run& run, const CopyTargets& targets);
 
+/// Deletes a copy. Until the folder is gone it bears the same mark.
+void DeleteCopy(Run& run, const std::string& folder);
+
 /// True when a copy into that folder was begun and not finished.
 bool HoldsUnfinishedCopy(Run& run, const std::string& folder);

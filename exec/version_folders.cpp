@@ -75,7 +75,7 @@ void DeleteCopyOp(Run& run, const std::string& path) {
     for (const std::string& name : run.fso.ListFolders(parent)) {
       if (!IsVersionFolderName(LowerCase(name))) continue;
       if (run.verbose) run.log.Log("DeleteCopyOp", 0, "Deleting " + parent + name);
-      run.fso.DeleteFolderForced(parent + name);
+      DeleteCopy(run, parent + name);
     }
   });
 }

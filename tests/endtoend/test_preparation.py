@@ -2,6 +2,8 @@
 import os
 import re
 import subprocess
+import tempfile
+import unittest
 
 import support
 from person import Person
@@ -87,11 +89,10 @@ class SmallDrive(WineTest):
 
     @classmethod
     def prepare(cls):
-        cls.drive = os.path.join(cls.machine.folder, 'small')
-        os.mkdir(cls.drive)
+        cls.drive = tempfile.mkdtemp()  # outside of the machine, which could not be made anew while it is mounted
         if subprocess.run(['mount', '-t', 'tmpfs', '-o', 'size=128k', 'tmpfs', cls.drive],
                           stderr=subprocess.DEVNULL).returncode:
-            cls.skipTest(cls, 'this machine mounts no small file system')
+            raise unittest.SkipTest('this machine mounts no small file system')
         cls.addClassCleanup(subprocess.run, ['umount', '-l', cls.drive], check=True)
         os.symlink(cls.drive, os.path.join(cls.machine.folder, 'dosdevices', 'e:'))
 
