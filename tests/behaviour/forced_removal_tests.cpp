@@ -101,7 +101,10 @@ TEST(ForcedUninstall, WithItsReboot_RunsOnceAndTheComponentsFollowAfterIt) {
   EXPECT_EQ(run.rig.value(ProductsRecord, "Rebooted"), "True");
   EXPECT_EQ(run.rig.value(ProductRecord, "FUDone"), "True");
   EXPECT_EQ(run.rig.value(ProductRecord, "LastSequence"), "0");
-  EXPECT_FALSE(run.rig.hasValue(InstallationRecord, "Install Type"));
+  const Names effects = run.rig.effects();
+  const auto putBack = std::find(effects.begin(), effects.end(),
+                                 std::string("registry delete HKLM\\") + InstallationRecord + "\\Install Type");
+  EXPECT_NE(std::find(putBack, effects.end(), "exit windows, flags 6, reason 0"), effects.end());
 
   run.rig.restart();
   run.rig.machine().installer().install({Old, "Old Office", "1.0"});

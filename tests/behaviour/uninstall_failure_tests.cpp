@@ -50,6 +50,7 @@ TEST(Uninstall, WhatFailed_StaysRecordedAndASecondUninstallFinishes) {
   EXPECT_TRUE(InstalledPackages(rig).empty());
   EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "0");
   EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Uninstallation of Tools failed");
+  EXPECT_EQ(rig.value(ProductRecord, "Process Return"), "Pass");
   for (const auto& [name, result] : {std::pair{"Core", "Pass"}, {"Tools", "Fail"}, {"More", "Pass"}, {"Last", "Pass"}})
     EXPECT_EQ(rig.value(ComponentRecord(name), "Process Return"), result) << name;
 

@@ -25,7 +25,7 @@ void InstallOneOfEachKind(Rig& rig, Media& media) {
   rig.file("C:\\Media\\Manuals\\one.txt", "one");
   rig.file("C:\\Media\\Manuals\\more\\two.txt", "two");
   media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n");
-  media.component("Charts", "one.txt", "CopyOp=1\nCopyOpTarget1=C:\\Charts\\v1.0.0.1\nCopyOpTarget2=E:\\Charts\n");
+  media.component("Charts", "charts.exe", "CopyOp=1\nCopyOpTarget1=C:\\Charts\\v1.0.0.1\nCopyOpTarget2=E:\\Charts\n");
   rig.file("C:\\Media\\Charts\\one.txt", "one");
   media.program("Keeper", {}, RemovesWith("C:\\Tools\\keeper.exe") + "Condition1=runonuninstall=false\n");
   ASSERT_EQ(media.install("/s /v"), 0);
