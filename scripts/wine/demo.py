@@ -1,4 +1,4 @@
-"""Installs the sample product, uninstalls it again, and tells how both went and what stays.
+"""Installs the sample product, uninstalls it again, and tells how both went and what stays; then a product on two discs.
 
 usage: demo.py [--simulated]   with the real program on a fresh machine under Wine, or on the simulated workstation
 """
@@ -8,6 +8,7 @@ import subprocess
 import sys
 import time
 
+import two_discs
 from machine import OUT, PROGRAM, Screen, ensure_prototype
 from registry_file import Registry
 from run_log import outcomes, read_log, removals
@@ -112,14 +113,14 @@ def what_there_is(machine):
                         and not key.lower().startswith(SYSTEMS_KEYS)])
 
 
-def tell_install(machine):
+def tell_install(machine, product=PRODUCT, log=LOG):
     started = time.time()
     code = machine.install()
     seconds = time.time() - started
-    rows = outcomes(machine.registry(), log_rows(machine, LOG, code), PRODUCT)
+    rows = outcomes(machine.registry(), log_rows(machine, log, code), product)
     print_table(('Component', 'Kind', 'Sequence', 'Verdict', 'Reason'),
                 [(row.component, row.kind, row.sequence, row.verdict, short(row.reason)) for row in rows])
-    print('\nHTML log:   %s' % machine.host(LOG))
+    print('\nHTML log:   %s' % machine.host(log))
     print('Exit code:  %d (%s), after %.1f s' % (
         code, {0: 'the product succeeded', 1: 'the product failed, for the reasons above'}.get(code, '?'), seconds))
 
@@ -158,14 +159,22 @@ def tell(machine):
     machine.stop()
 
 
+def tell_two_discs(machine):
+    print('\n== installing a product from two discs')
+    tell_install(machine, two_discs.PRODUCT, two_discs.LOG)
+    machine.stop()
+
+
 def main():
     folder = os.path.join(OUT, 'demo')
     if '--simulated' in sys.argv:
         tell(SimulatedMachine(folder))
+        tell_two_discs(two_discs.SimulatedMachine(folder))
         return
     with Screen():
         ensure_prototype()
         tell(RealMachine(folder, os.path.join(OUT, 'win64', PROGRAM)))
+        tell_two_discs(two_discs.RealMachine(folder, os.path.join(OUT, 'win64', PROGRAM)))
 
 
 if __name__ == '__main__':

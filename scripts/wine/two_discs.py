@@ -1,0 +1,87 @@
+"""The sample product on two discs: its discs, and an installation with somebody who changes them when asked to."""
+import os
+import shutil
+import subprocess
+import time
+
+from machine import OUT, PRODUCTS, PROGRAM, Machine
+from registry_file import Registry
+
+CHARTS = os.path.join(OUT, 'samples', 'harbour_charts')
+PRODUCT = 'Harbour Charts'
+LABELS = ('CHARTS1', 'Charts2')  # a label that differs in letter case is the same
+LOCAL_FOLDER = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant'
+LOG = '%s\\%s\\QX Installation Assistant.html' % (LOCAL_FOLDER, PRODUCT)
+
+
+def make_discs(folder, program):
+    """The two discs, with the program on them, as host folders."""
+    shutil.rmtree(folder, ignore_errors=True)
+    discs = []
+    for number, label in enumerate(LABELS, 1):
+        disc = shutil.copytree(os.path.join(CHARTS, 'disc%d' % number), os.path.join(folder, 'disc%d' % number))
+        shutil.copy(program, os.path.join(disc, PROGRAM))
+        with open(os.path.join(disc, '.windows-label'), 'w') as file:
+            file.write(label + '\n')
+        discs.append(disc)
+    return discs
+
+
+class RealMachine:
+    """The real program under Wine, with the first disc in drive D. Needs a screen."""
+
+    def __init__(self, folder, executable):
+        self.discs = make_discs(os.path.join(folder, 'discs'), executable)
+        self.machine = Machine(os.path.join(folder, 'two discs'))
+        self.machine.insert_disc('d', self.discs[0], LABELS[0])
+        shutil.copy(os.path.join(CHARTS, 'disc.exe'), self.machine.host('C:\\disc.exe'))
+        self.host = self.machine.host
+        self.registry = self.machine.registry
+        self.stop = self.machine.stop
+
+    def _logged(self, text):
+        log = self.host(LOG)
+        return os.path.exists(log) and text in open(log, encoding='latin-1').read()
+
+    def install(self):
+        """The copy on the disc ends at once; the local one asks for the second disc, and its result is in the registry."""
+        code = self.machine.run('D:\\' + PROGRAM, '/s')
+        deadline = time.time() + 120
+        changed = False
+        while code == 0 and not self._logged('QX Installer Run complete'):
+            if time.time() > deadline:
+                raise TimeoutError('the installation from two discs did not end')
+            if self._logged('Changing to the disk labelled') and not changed:
+                self.machine.run('C:\\disc.exe', self.discs[1])
+                changed = True
+            if changed:
+                subprocess.run(['xdotool', 'key', 'Return'], check=True)
+            time.sleep(0.3)
+        key = PRODUCTS + '\\' + PRODUCT
+        return code or int(self.machine.exported(key).get(key, 'Succeeded') != 0xffffffff)
+
+
+class SimulatedMachine:
+    """The Linux command on the simulated workstation."""
+
+    def __init__(self, folder):
+        self.state = os.path.join(folder, 'two discs')
+        shutil.rmtree(self.state, ignore_errors=True)
+        self.disc = make_discs(os.path.join(folder, 'discs'), os.path.join(OUT, 'native', 'qxia'))[0]
+
+    def install(self):
+        for declarations in 'machine.txt', 'local.txt':
+            with open(self.state + '.txt', 'a') as story:
+                code = subprocess.run([os.path.join(OUT, 'native', 'qxia'), 'run-demo', '--state', self.state, '--media',
+                                       self.disc, '--machine', os.path.join(CHARTS, declarations)],
+                                      stdout=story).returncode
+        return code
+
+    def registry(self):
+        return Registry.of_export(os.path.join(self.state, 'registry.reg'))
+
+    def host(self, path):
+        return os.path.join(self.state, 'drive_' + path[0].lower(), *path.split('\\')[1:])
+
+    def stop(self):
+        pass
