@@ -151,7 +151,8 @@ std::string RegRead(Run& run, const std::string& keyPath, const std::string& val
   ValueType type{};
   std::string data;
   const Status read = run.machine.registry().queryValue(key.handle(), valueName, TextCapacity, type, data);
-  return read == platform::status::Ok ? WithoutTerminator(data) : std::string();
+  const std::string text = read == platform::status::Ok ? WithoutTerminator(data) : std::string();
+  return text.size() > LongestText ? std::string() : text;  // one without a terminator fills the whole buffer
 }
 
 std::int16_t RegWrite(Run& run, const std::string& keyPath, const std::string& valueName, const std::string& value,
@@ -239,6 +240,14 @@ std::vector<std::string> ValueNames(Run& run, const std::string& keyPath) {
 
 void WriteNumber(Run& run, const std::string& keyPath, const std::string& valueName, std::int32_t number) {
   RegWrite(run, keyPath, valueName, std::to_string(number), RegistryRoot::LocalMachine, ValueType::Number);
+}
+
+bool WriteOrTell(Run& run, const std::string& keyPath, const std::string& valueName, const std::string& text,
+                 const std::string& source, RegistryRoot root) {
+  if (RegWrite(run, keyPath, valueName, text, root) != 0) return true;
+  const std::string shownRoot = root == RegistryRoot::LocalMachine ? ShownRoot : "HKCU\\";
+  LogFailure(run, source, modErrorBase::MakeError(6087, {shownRoot + keyPath, valueName}, source));
+  return false;
 }
 
 void DeleteIfThere(Run& run, const std::string& keyPath) {

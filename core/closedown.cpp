@@ -44,16 +44,18 @@ std::string InstallDate(const platform::LocalTime& today) {
   return Padded(today.day, 2) + "-" + months[std::clamp(today.month, 1, 12) - 1] + "-" + Padded(today.year, 4);
 }
 
+constexpr const char* CurrentProductVersion = "Current Product Version";
+
 struct ResetValue {
   RecordKey key;
-  const char* name;
+  std::string name;
   std::string text = "";
 };
 
 void ResetValues(Run& run, bool productKnown) {
   const std::string version = productKnown ? modRegistry::ReadOrEmpty(run, ProductKey(run), Value::Version) : "";
   const ResetValue values[] = {
-      {RecordKey::Installation, "Current Product Version", version},
+      {RecordKey::Installation, CurrentProductVersion, version},
       {RecordKey::Product, "Install Date", InstallDate(run.machine.clock().now())},
       {RecordKey::Product, Value::LastSequence},
       {RecordKey::Products, Value::Product},
@@ -71,18 +73,22 @@ void ResetValues(Run& run, bool productKnown) {
   };
   for (const ResetValue& value : values) {
     if (value.key == RecordKey::Product && !productKnown) continue;
+    // A run that never knew its product says nothing about the one that is installed.
+    if (value.name == CurrentProductVersion && run.productName.empty()) continue;
     // The mark of a local instance counts by its existence: it is removed, not emptied.
-    const bool keepEmpty = std::string_view(value.name) != Value::QXIALocalInstall;
-    modRegistry::RegWrite(run, KeyOf(run, value.key), value.name, value.text, platform::RegistryRoot::LocalMachine,
-                          platform::ValueType::Text, keepEmpty);
+    if (value.name == Value::QXIALocalInstall) {
+      modRegistry::RemoveValue(run, KeyOf(run, value.key), value.name);
+    } else {
+      modRegistry::WriteOrTell(run, KeyOf(run, value.key), value.name, value.text, Source);
+    }
   }
   modRegistry::RemoveValue(run, ProductsKey, Value::QXIALocalInstall);
-  modRegistry::RegWrite(run, RunKey, Title, "");
+  modRegistry::WriteOrTell(run, RunKey, Title, "", Source);
 }
 
 void ResetStartForUser(Run& run) {
   const auto user = platform::RegistryRoot::CurrentUser;
-  if (modRegistry::RegKeyExists(run, RunKey, "", user)) modRegistry::RegWrite(run, RunKey, Title, "", user);
+  if (modRegistry::RegKeyExists(run, RunKey, "", user)) modRegistry::WriteOrTell(run, RunKey, Title, "", Source, user);
 }
 
 void SwitchAutoLoginOff(Run& run) {
@@ -136,7 +142,7 @@ void Closedown(Run& run) {
   run.log.Log(Source, 0, "Resetting system registry");
   step([&] { ResetValues(run, productKnown); });
   step([&] { ResetStartForUser(run); });
-  step([&] { modRegistry::RegWrite(run, InstallationKey, Value::Reboot, ""); });
+  step([&] { return modRegistry::WriteOrTell(run, InstallationKey, Value::Reboot, "", Source); });
   if (logonRequested && !run.logonDeclined) step([&] { SwitchAutoLoginOff(run); });
   step([&] { RemoveLocalProgram(run); });
   step([&] { run.machine.screen().removeTrayIcon(); });

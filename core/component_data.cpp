@@ -97,7 +97,12 @@ void Warn(Run& run, const ComponentData& data, const std::string& what) {
   run.log.Log(Source, 0, "Section [" + data.name + "] of " + data.iniPath + ": " + what, false, EntryType::Warning);
 }
 
+void SetRunOnUninstall(ComponentData& data, const Condition& condition) {
+  data.conditions.runOnUninstall = !ContainsIgnoringCase(condition.operand, "false");
+}
+
 void AddCondition(Run& run, ComponentData& data, const std::string& line) {
+  if (IsNotGiven(line)) return;
   const Condition condition = SplitConditionLine(line);
   if (condition.op.empty() || condition.name.empty()) {
     Warn(run, data, "\"" + line + "\" is no condition and is passed over. Write name, operator, value.");
@@ -107,10 +112,7 @@ void AddCondition(Run& run, ComponentData& data, const std::string& line) {
     throw Error(GeneralError,
                 "Section [" + data.name + "] of " + data.iniPath + ": shorten the name of condition " + line, Source);
   }
-  if (EqualIgnoringCase(condition.name, "runonuninstall")) {
-    data.conditions.runOnUninstall = !ContainsIgnoringCase(condition.operand, "false");
-    return;
-  }
+  if (IsRunOnUninstall(condition)) return SetRunOnUninstall(data, condition);
   const std::string text = condition.op == "=" ? condition.operand : "(" + condition.op + ")" + condition.operand;
   for (auto& [name, recorded] : data.conditions.list) {
     if (!EqualIgnoringCase(name, condition.name)) continue;
@@ -128,6 +130,10 @@ void ReadConditions(Run& run, ComponentData& data) {
   const std::string single = ReadKey(run, data, "Condition", "", Need::Optional);
   if (Contains(single, "\"")) {
     data.conditions.older = single;
+    for (const std::string& field : Split(single, ',')) {
+      const Condition condition = SplitConditionLine(field);
+      if (IsRunOnUninstall(condition)) SetRunOnUninstall(data, condition);
+    }
     return;
   }
   for (const std::string& line : lines) AddCondition(run, data, line);

@@ -84,7 +84,8 @@ void GetProductIni(Run& run) {
   if (run.productIniPath.empty()) {
     run.productIniPath = RecordedOrSpecifiedIni(run);
     const bool recorded = run.productIniPath == RecordedProductIni(run);
-    if (recorded) run.log.Log("GetProductIni", 0, "Product ini path read from registry as " + run.productIniPath);
+    if (recorded && !run.productIniPath.empty())
+      run.log.Log("GetProductIni", 0, "Product ini path read from registry as " + run.productIniPath);
   }
   const std::string given = run.productIniPath;
   run.productIniPath = Unquoted(given);

@@ -43,6 +43,7 @@ void EndAtRequest(Run& run) {
 }
 
 void EndIfWanted(Run& run) {
+  run.window.Pump();
   if (run.window.EndWanted()) EndAtRequest(run);
 }
 

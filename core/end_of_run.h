@@ -13,7 +13,7 @@ void LeaveOrEnd(Run& run);
 /// Ends the run because a person asked for it (throws ProgramEnd).
 [[noreturn]] void EndAtRequest(Run& run);
 
-/// The same, when the window was closed while work ran and that was confirmed; to be called between two components.
+/// The same, when the window was closed while work ran and that is confirmed; to be called between two components.
 void EndIfWanted(Run& run);
 
 /// Tells an interactive run's result in the window: the end message, or what failed and why.

@@ -157,7 +157,7 @@ bool PrepareInstall(Run& run) {
   // The actions of a product ini that only the user could find run now.
   if (known.empty()) CarryOutPreInstall(run, run.productIniPath);
   modQXInstallationMain::StoreProductData(run);
-  run.nextVolumeName = modCDFunctions::RecordedNextVolume(run);
+  run.nextVolumeName = modCDFunctions::RecordedVolume(run, Value::NextVolumeName);
   run.window.ProgressBar(Progress::ProductDataStored);
   if (!StoreComponents(run)) return false;
   CheckConfiguration(run);
@@ -200,7 +200,8 @@ void Initialise(Run& run) {
   } catch (const std::exception& failure) {
     LogFailure(run, "Main.Initilise", failure, !run.silent);
     SetProductResult(run, false, failure.what());
-    LeaveOrEnd(run);
+    run.busy = false;
+    return LeaveOrEnd(run);
   }
   run.busy = false;
   if (!run.furtherDisc) run.window.EnableButtons(true);

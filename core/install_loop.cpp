@@ -59,10 +59,8 @@ bool ResetPosition(Run& run, double lastSequence, int& position) {
 /// Without this record the next round would install the component again.
 bool WriteLastSequence(Run& run) {
   const std::string number = NumberText(run.component.sequenceNumber);
-  if (modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, number) != 0) return true;
-  const Error error = modErrorBase::MakeError(6087, {"HKLM\\" + ProductKey(run), Value::LastSequence}, Source);
-  LogFailure(run, Source, error);
-  SetProductResult(run, false, error.text());
+  if (modRegistry::WriteOrTell(run, ProductKey(run), Value::LastSequence, number, Source)) return true;
+  SetProductResult(run, false, modErrorBase::GetErrorText(6087, {"HKLM\\" + ProductKey(run), Value::LastSequence}));
   return false;
 }
 
@@ -89,7 +87,7 @@ void Finish(Run& run) {
 /// The components done, whether before or after a restart.
 void ShowProgress(Run& run, double lastSequence) {
   const auto rows = static_cast<double>(run.actions.size());
-  if (rows > 0) run.window.ProgressBar(static_cast<int>(std::min(lastSequence / SequenceStep / rows, 1.0) * 100));
+  if (rows > 0) run.window.ProgressBar(static_cast<int>(std::min(lastSequence * 100 / SequenceStep / rows, 100.0)));
   run.window.StatusLine("Proceeding with next component");
 }
 

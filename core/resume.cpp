@@ -16,9 +16,11 @@
 
 namespace {
 
+constexpr const char* Source = "StartFromReboot";
+
 void RestoreRun(Run& run) {
-  modRegistry::RegWrite(run, InstallationKey, Value::Reboot, "");
-  modRegistry::RegWrite(run, ProductsKey, Value::Rebooted, "");
+  modRegistry::WriteOrTell(run, InstallationKey, Value::Reboot, "", Source);
+  modRegistry::WriteOrTell(run, ProductsKey, Value::Rebooted, "", Source);
   const std::string product = modRegistry::ReadOrEmpty(run, ProductsKey, Value::Product);
   if (!product.empty()) run.productName = product;
 }
@@ -33,7 +35,7 @@ void RestoreProduct(Run& run) {
   const std::string key = ProductKey(run);
   modCDFunctions::ReturnToDisc(run);
   run.packageRoot = ResolvePath(run, modRegistry::ReadOrEmpty(run, key, Value::PackageRoot));
-  run.nextVolumeName = modCDFunctions::RecordedNextVolume(run);
+  run.nextVolumeName = modCDFunctions::RecordedVolume(run, Value::NextVolumeName);
   ReadForcedLists(run);
   // Once a component is installed, what the lists name may be its own.
   if (modRegistry::ReadNumber(run, key, Value::LastSequence) > 0) run.forceDelete.clear();
@@ -53,8 +55,8 @@ void StartFromReboot(Run& run) {
   RestoreRun(run);
   modAutoRun::DestroyAutoRun(run, run.silent);
   ShowRun(run);
-  Guarded(run, "StartFromReboot", [&] { RestoreProduct(run); });
-  Guarded(run, "StartFromReboot", [&] { FindProductIni(run); });
+  Guarded(run, Source, [&] { RestoreProduct(run); });
+  Guarded(run, Source, [&] { FindProductIni(run); });
   CheckConfiguration(run);
   run.resumePending = true;
   run.initialised = true;

@@ -21,6 +21,7 @@
 #include "env/drive_mapping.h"
 #include "env/local_copy.h"
 #include "env/multi_disk.h"
+#include "env/reboot.h"
 #include "exec/captions.h"
 #include "exec/outcome.h"
 
@@ -108,7 +109,9 @@ void StartSequence(Run& run) {
   EndInstall(run);
 }
 
+/// A power cut on the way into or out of a restart can leave the script behind: it would start a run at every logon.
 void StartFreshInstall(Run& run) {
+  ForgetAutoRun(run);
   WipeProductRecord(run);
   SetProductResult(run, true, "");
   run.resumePending = false;

@@ -9,6 +9,7 @@
 #include "base/registry.h"
 #include "base/text.h"
 #include "env/auto_login.h"
+#include "env/multi_disk.h"
 #include "exec/captions.h"
 
 namespace frmLogin {
@@ -80,7 +81,7 @@ bool Accept(Run& run, const std::string& system, const std::string& password, co
 
 bool IsWanted(Run& run) {
   return IsTrue(modRegistry::ReadOrEmpty(run, ProductKey(run), Value::RequestLogon)) &&
-         IsNotGiven(modRegistry::ReadOrEmpty(run, ProductKey(run), "PreviousVolumeName"));
+         modCDFunctions::RecordedVolume(run, Value::PreviousVolumeName).empty();
 }
 
 bool Show(Run& run) {

@@ -160,8 +160,8 @@ std::string VolumeName(Run& run, const char* key, const IniPaths& inis) {
   return std::string();
 }
 
-std::string RecordedNextVolume(Run& run) {
-  const std::string volume = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::NextVolumeName);
+std::string RecordedVolume(Run& run, const char* value) {
+  const std::string volume = modRegistry::ReadOrEmpty(run, ProductKey(run), value);
   return IsNotGiven(volume) || volume == Failed ? std::string() : volume;
 }
 

@@ -28,8 +28,8 @@ bool LaunchLocalInstance(Run& run, const std::string& folder, const std::string&
 /// where that names none; "" when neither does.
 std::string VolumeName(Run& run, const char* key, const IniPaths& inis);
 
-/// The disc that the product's record names as the next one; "" when this is the last.
-std::string RecordedNextVolume(Run& run);
+/// The disc that the product's record names in "NextVolumeName" or "PreviousVolumeName"; "" for none.
+std::string RecordedVolume(Run& run, const char* value);
 
 /// Asks for the disc that the run goes on with, waits until a drive has it, and goes over to that drive. Raises "User
 /// cancelled disk change prompt".

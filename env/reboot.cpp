@@ -37,12 +37,13 @@ std::string ScriptText(const Run& run, const std::string& arguments) {
 
 void Reboot(Run& run, bool final, int exitCode) {
   Guarded(run, "Reboot", [&] {
-    if (!final) modRegistry::RegWrite(run, ProductsKey, Value::Product, run.productName);
-    run.log.Log("Reboot", 0, "Re-booting now");
+    constexpr const char* source = "Reboot";
+    if (!final) modRegistry::WriteOrTell(run, ProductsKey, Value::Product, run.productName, source);
+    run.log.Log(source, 0, "Re-booting now");
     run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::Rebooting));
     run.machine.screen().setBusyCursor(true);
-    modRegistry::RegWrite(run, InstallationKey, Value::Reboot, "");
-    if (!final) modRegistry::RegWrite(run, ProductsKey, Value::Rebooted, TrueOrFalse(true));
+    modRegistry::WriteOrTell(run, InstallationKey, Value::Reboot, "", source);
+    if (!final) modRegistry::WriteOrTell(run, ProductsKey, Value::Rebooted, TrueOrFalse(true), source);
     AdjustToken(run);
     run.machine.screen().setBusyCursor(false);
     run.machine.power().exitWindows(RestartByForce, 0);
@@ -63,11 +64,18 @@ std::string AutoRunScript(Run& run) {
 }
 
 bool CreateAutoRun(Run& run, const std::string& arguments, bool silent) {
+  constexpr const char* source = "CreateAutoRun";
   try {
+    if (run.machine.machine().environment("UserProfile").empty()) {
+      throw Error(GeneralError,
+                  "The environment variable UserProfile is missing or empty, so the run cannot be started again by "
+                  "itself. After the restart start it by hand with the same arguments.",
+                  source);
+    }
     run.fso.WriteNewFile(AutoRunScript(run), ScriptText(run, arguments));
     return true;
   } catch (const Error& failure) {
-    LogFailure(run, "CreateAutoRun", failure, !silent);
+    LogFailure(run, source, failure, !silent);
     return false;
   }
 }
@@ -83,6 +91,10 @@ bool DestroyAutoRun(Run& run, bool silent) {
 }
 
 }  // namespace modAutoRun
+
+void ForgetAutoRun(Run& run) {
+  if (run.fso.FileExists(modAutoRun::AutoRunScript(run))) modAutoRun::DestroyAutoRun(run, run.silent);
+}
 
 bool IsCommit(const std::string& rebootRequest) {
   return EqualIgnoringCase(rebootRequest, "commit");

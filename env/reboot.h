@@ -27,6 +27,9 @@ std::string AutoRunScript(Run& run);
 
 }  // namespace modAutoRun
 
+/// Deletes a script that was left behind; none is no failure.
+void ForgetAutoRun(Run& run);
+
 /// True for the run value "Reboot" that asks for one restart at the very end of the run.
 bool IsCommit(const std::string& rebootRequest);
 

@@ -35,7 +35,7 @@ std::string ProgramCommandLine(Run& run, const std::string& file) {
 
 std::string MsiexecArguments(Run& run, const std::string& package) {
   return Quoted(package) + WithBlankInFront(GivenComponentValue(run, "CommandLine")) + TransformArgument(run, package) +
-         " /l*v " + Quoted(Joined(run.logFolders.msiLogs, run.component.name + ".log")) + " /qn";
+         " /l*v " + Quoted(Joined(run.logFolders.msiLogs, AsFileName(run.component.name + ".log"))) + " /qn";
 }
 
 std::string TransformFile(Run& run) {

@@ -48,6 +48,10 @@ Condition ParseCondition(const std::string& name, const std::string& data) {
   return {lower, data.substr(1, close - 1), TrimLeft(data.substr(close + 1))};
 }
 
+bool IsRunOnUninstall(const Condition& condition) {
+  return EqualIgnoringCase(condition.name, "runonuninstall");
+}
+
 Condition SplitConditionLine(const std::string& line) {
   const std::size_t first = line.find_first_of(Operators);
   if (first == std::string::npos) return {Trim(line), "", ""};
@@ -102,7 +106,8 @@ bool IsValidOS(Run& run, const std::string& keyword) {
   return Guarded(run, "modMain.IsValidOS", [&] {
     const std::string& name = SystemName(run);
     run.log.Log("IsValidOS", 0, "OS Check - System OS = " + name + ", Query OS = " + keyword);
-    if (name == "0") run.log.Log("modMain.IsValidOS", 0, "OS was not recognised", false, EntryType::Warning);
+    if (name == "0" && !keyword.empty())
+      run.log.Log("modMain.IsValidOS", 0, "OS was not recognised", false, EntryType::Warning);
     const OperatingSystem* system = FindOperatingSystem(name);
     const bool matched = !keyword.empty() && system != nullptr && Trim(LowerCase(keyword)) == system->keyword;
     run.log.Log("IsValidOS", 0, matched ? "OS check matched" : "OS check did not match");

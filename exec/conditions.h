@@ -37,5 +37,8 @@ bool IsValidOS(Run& run, const std::string& keyword);
 /// Takes a stored condition apart: "(" operator ")" operand, or the operand alone for "=".
 Condition ParseCondition(const std::string& name, const std::string& data);
 
+/// True for the keyword that stands among the conditions of an ini file and is none.
+bool IsRunOnUninstall(const Condition& condition);
+
 /// Splits a condition line of an ini file at its first run of "<", "=" and ">".
 Condition SplitConditionLine(const std::string& line);

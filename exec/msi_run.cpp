@@ -41,7 +41,7 @@ void UninstallOlder(Run& run, const std::string& installedVersion) {
   InstallTypeKeeper installType(run);
   modQXInstallationMain::ExecuteUninstall(run, run.component.displayName, true, true);
   installType.PutBack();
-  run.machine.screen().pumpMessages();
+  run.window.Pump();
   run.log.Log("ExecuteMsi", 0, "Check for multiple MSIExec processes (Post Uninstall): Starting Check...");
   OneMSIExec(run);
 }
@@ -91,7 +91,7 @@ bool FreeWithinOnePass(Run& run, int limit) {
       return false;
     }
     if (i == limit) TellUserToWait(run);
-    run.machine.screen().pumpMessages();
+    run.window.Pump();
     run.machine.clock().sleep(MinuteMilliseconds);
   }
   return false;

@@ -25,6 +25,7 @@ Condition TakeApart(const std::string& text) {
 
 void Check(Run& run, const std::string& text) {
   Condition condition = TakeApart(text);
+  if (IsRunOnUninstall(condition)) return;
   if (Contains(text, "\"")) {
     RequireOlderCondition(run, condition);
   } else {

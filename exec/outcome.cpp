@@ -124,7 +124,11 @@ void SetProductResult(Run& run, bool succeeded, const std::string& reason) {
       const std::string before = modRegistry::ReadOrEmpty(run, key, Value::AbortReason);
       const std::string reasons = WithLine(before, reason);
       // A longer text could not be read back, and would take the earlier reasons with it.
-      if (reasons.size() <= modRegistry::LongestText) modRegistry::RegWrite(run, key, Value::AbortReason, reasons);
+      if (reasons.size() <= modRegistry::LongestText) {
+        modRegistry::RegWrite(run, key, Value::AbortReason, reasons);
+      } else {
+        run.log.Log("SetProductResult", 0, "No room is left in Abort Reason for: " + reason, false, EntryType::Warning);
+      }
     }
   });
 }

@@ -46,6 +46,10 @@ WindowHandle Screen::mainWindow() {
   return {windows_.count(MainWindow) != 0 ? MainWindow : 0};
 }
 
+void Screen::showStatusScrollBar(bool shown) {
+  journal_.record(shown ? "scroll bar shown" : "scroll bar hidden");
+}
+
 void Screen::showMainWindow() {
   visible_ = windows_.count(MainWindow) != 0;
   if (visible_) journal_.record("window shown \"" + windows_[MainWindow].caption + "\"");
@@ -249,7 +253,7 @@ bool Screen::enabled(Control control) const {
 
 void Screen::clear() {
   windows_.erase(MainWindow);
-  visible_ = scrollBar_ = busyCursor_ = false;
+  visible_ = busyCursor_ = false;
   texts_.clear();
   enabled_.clear();
   trayTip_.clear();

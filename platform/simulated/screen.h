@@ -50,7 +50,7 @@ class Screen : public platform::Screen {
   void repaint() override {}
   int statusAreaHeight() override { return StatusLines * LineHeight; }
   int statusTextHeight(const std::string& text) override;
-  void showStatusScrollBar(bool shown) override { scrollBar_ = shown; }
+  void showStatusScrollBar(bool shown) override;
   void pumpMessages() override;
   std::optional<platform::WindowEvent> takeEvent() override;
   platform::WindowEvent waitForEvent() override;
@@ -94,7 +94,6 @@ class Screen : public platform::Screen {
   // What is on the screen.
 
   bool enabled(platform::Control control) const;
-  bool scrollBar() const { return scrollBar_; }
   bool busyCursor() const { return busyCursor_; }
   const std::string& trayTip() const { return trayTip_; }
   int progress() const { return percent_; }
@@ -120,7 +119,6 @@ class Screen : public platform::Screen {
   std::map<platform::Control, std::vector<std::string>> shown_;
   std::map<platform::Control, bool> enabled_;
   int percent_ = 0;
-  bool scrollBar_ = false;
   bool busyCursor_ = false;
   bool tray_ = true;
   bool browser_ = true;

@@ -108,6 +108,7 @@ TEST(Closedown, StepThatFails_DoesNotStopTheOthers) {
     EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0) << row.name;
     ExpectReset(rig, row.name);
     EXPECT_TRUE(Logged(rig, "QX Installer Run complete")) << row.name;
+    EXPECT_TRUE(Logged(rig, std::string(row.key) + ", value:" + row.name)) << row.name;
   }
 }
 

@@ -81,6 +81,8 @@ constexpr Case Current[] = {
     {"Condition1=runoninstall=Not FALSE at all\n", NoInstall},
     {"Condition1=runoninstall=true\n", nullptr},
     {"Condition1=runonuninstall=false\n", nullptr},
+    {"Condition1=N/A\n", nullptr},
+    {"Condition=os=\"WinXP\",RunOnUninstall=\"false\"\n", nullptr},
     {"Condition1=Alpha Tools=1.10.0\n", nullptr},
     {"Condition1=ALPHA TOOLS=1.10.0\n", nullptr},
     {"Condition1=Alpha Tools=v1.10.0\n", "Condition = v1.10.0 1.10.0 not satisfied."},

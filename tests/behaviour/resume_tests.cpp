@@ -107,6 +107,63 @@ TEST(Resume, ScriptThatIsGone_IsToldAndTheRunGoesOn) {
   EXPECT_TRUE(Logged(rig, "Source: DestroyAutoRun Error No = "));
 }
 
+struct Obstacle {
+  const char* operation;
+  const char* target;
+  const char* told;
+};
+
+constexpr Obstacle Obstacles[] = {
+    {"files.openForWriting", ".vbs", "Source: CreateAutoRun Error No = 5"},
+    {"registry.setValue", "Products\\Rebooted", "Could not write to registry key: HKLM\\Software\\Tarvel\\Installat"},
+};
+
+TEST(Resume, ObstacleBeforeTheRestart_IsToldAndTheMachineRestartsAllTheSame) {
+  for (const Obstacle& row : Obstacles) {
+    Rig rig;
+    Media media(rig);
+    media.program("A", RequestsReboot("immediate")).write();
+    faults::Platform faulty(rig.machine());
+    faulty.faults().fail(row.operation, row.target, platform::status::AccessDenied);
+    EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0) << row.told;
+    EXPECT_TRUE(rig.machine().restartRequested()) << row.told;
+    EXPECT_EQ(RanComponents(rig), Names{"A"}) << row.told;
+    EXPECT_TRUE(Logged(rig, row.told));
+  }
+}
+
+TEST(Resume, EnvironmentWithoutProfile_IsToldInABoxWithItsRemedy) {
+  Rig rig;
+  rig.machine().machine().variables["UserProfile"] = "";
+  rig.press({platform::WindowEvent::Continue});
+  rig.answer("QX Installation Assistant Error", platform::BoxAnswer::Ok, "start it by hand with the same arguments");
+  Media media(rig);
+  media.program("A", RequestsReboot("immediate")).install("");
+  EXPECT_TRUE(rig.machine().restartRequested());
+}
+
+TEST(Resume, RestartThatDoesNotHappen_IsMadeGoodByTheNextStart) {
+  Rig rig;
+  Media media(rig);
+  media.program("A", RequestsReboot("immediate")).program("B").write();
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("power.exitWindows", "", platform::status::AccessDenied);
+  EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0);
+  EXPECT_FALSE(rig.machine().restartRequested());
+  EXPECT_TRUE(rig.exists(Script(rig)));
+  EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
+  EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
+}
+
+TEST(Resume, ScriptThatAPowerCutLeftBehind_StartsNoFurtherRun) {
+  Rig rig;
+  rig.file(Script(rig), "left behind");
+  Media media(rig);
+  media.program("A").install();
+  EXPECT_FALSE(rig.exists(Script(rig)));
+  EXPECT_FALSE(Logged(rig, "DestroyAutoRun"));
+}
+
 TEST(Resume, DeferredRequest_RestartsOnceAfterTheLastComponent) {
   Rig rig;
   Media media(rig);

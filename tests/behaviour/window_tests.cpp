@@ -167,6 +167,14 @@ constexpr System Systems[] = {
     {"Windows 2003", UserPrompt, "user Operator on a windows 2003 machine in the SITE domain", true},
 };
 
+/// What was written below a key, in order.
+Names ValuesSet(Rig& rig, const std::string& key) {
+  const std::string beginning = "registry set HKLM\\" + key + "\\";
+  Names values = rig.effects(beginning);
+  for (std::string& value : values) value.erase(0, beginning.size());
+  return values;
+}
+
 /// The product asks for logon details, and its one component restarts the machine.
 void AskingProduct(Media& media) {
   media.config["RequestLogonDetails"] = "true";
@@ -186,16 +194,15 @@ TEST(PasswordWindow, EachSystem_IsAskedInItsWordsAndLogsOnByItself) {
     media.install("/s /v");
     EXPECT_EQ(rig.effects("password window").front(), std::string("password window \"") + Title + "\": " + row.prompt);
     const char* key = row.nt ? Winlogon : "Network\\Logon";
-    const std::map<std::string, std::string> values =
-        row.nt ? std::map<std::string, std::string>{{"AutoAdminLogon", "1"},
-                                                    {"DefaultUserName", "Operator"},
-                                                    {"DefaultPassword", "secret "},
-                                                    {"DefaultDomainName", "SITE"},
-                                                    {"AltDefaultUserName", "Operator"},
-                                                    {"AltDefaultPassword", "secret "},
-                                                    {"AltDefaultDomainName", "SITE"}}
-               : std::map<std::string, std::string>{{"Default Password", "secret "}};
-    for (const auto& [name, text] : values) EXPECT_EQ(rig.value(key, name), text) << row.name << " " << name;
+    const Names values = row.nt ? Names{R"(AutoAdminLogon = "1")",
+                                        R"(DefaultUserName = "Operator")",
+                                        R"(DefaultPassword = "secret ")",
+                                        R"(DefaultDomainName = "SITE")",
+                                        R"(AltDefaultUserName = "Operator")",
+                                        R"(AltDefaultPassword = "secret ")",
+                                        R"(AltDefaultDomainName = "SITE")"}
+                                : Names{R"(Default Password = "secret ")"};
+    EXPECT_EQ(ValuesSet(rig, key), values) << row.name;
     EXPECT_FALSE(rig.hasKey(row.nt ? "Network\\Logon" : Winlogon)) << row.name;
     EXPECT_TRUE(Logged(rig, row.logged)) << row.name;
     EXPECT_FALSE(Logged(rig, "secret")) << row.name;
