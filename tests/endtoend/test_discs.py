@@ -6,6 +6,7 @@ import time
 import support
 import two_discs
 from person import Person
+from run_log import outcomes
 from support import LOG_ROOT, OUT, PROGRAM, WineTest, tool
 
 PRODUCT = two_discs.PRODUCT
@@ -72,6 +73,12 @@ class TwoDiscs(WineTest):
         self.assertLogged(log, 'Disk found in drive D:')
         self.assertRegex(self.read('C:\\recorded.txt'),
                          r'^AT \d\d:\d\d C:\\windows\\System32\\cmd.exe /c del "%s"\s*$' % LOCAL.replace('\\', r'\\'))
+
+    def test_simulated_workstation_installs_both_discs(self):
+        simulated = two_discs.SimulatedMachine(os.path.join(OUT, 'endtoend', 'simulated discs'))
+        self.assertEqual(simulated.install(), 0)
+        rows = outcomes(simulated.registry(), support.read_log(simulated.host(two_discs.LOG)), PRODUCT)
+        self.assertEqual([row[:4] for row in rows], [('Runtime', 'msi', 100, 'ok'), ('Core', 'msi', 200, 'ok')])
 
     def test_cancelled_prompt_ends_the_run(self):
         person = self.start_from_disc()
