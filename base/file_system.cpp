@@ -84,6 +84,7 @@ void clsFso::CopyFileOver(const std::string& from, const std::string& to) {
     machine_.files().setAttributes(to, platform::attribute::Normal);
   }
   Require(machine_.files().copyFile(from, to), from + " to " + to, "clsFso.CopyFile");
+  machine_.screen().pumpMessages();  // a folder of many files must not make the window look dead
 }
 
 void clsFso::CopyFolderOver(const std::string& from, const std::string& to) {

@@ -25,6 +25,7 @@ void ShowWindow(Run& run) {
   run.window.Caption(Control::Cancel, modLanguage::Text(run, Caption::Cancel));
   CentreForm(run.machine.screen());
   run.window.Show();
+  run.window.ProgressBar(0);
   run.window.LongMessage(modLanguage::Text(run, Caption::Welcome));
   run.window.Status(modLanguage::Text(run, Caption::Welcome));
 }

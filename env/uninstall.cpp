@@ -99,13 +99,22 @@ void RemoveCurrent(Run& run) {
   if (end == RemovalEnd::Failed) SetProductResult(run, false, "Uninstallation of " + run.component.name + " failed");
 }
 
+/// The bar follows the components that lie behind.
+void ShowProgress(Run& run, double position) {
+  const auto left = std::count_if(run.sequence.begin(), run.sequence.end(),
+                                  [position](const SequenceRow& row) { return row.number < position; });
+  run.window.ProgressBar(100 - static_cast<int>(left * 100 / static_cast<std::ptrdiff_t>(run.sequence.size())));
+}
+
 void RemoveAll(Run& run) {
   double position = modRegistry::ReadNumber(run, ProductKey(run), Value::LastSequence);
   if (run.verbose) run.log.Log(Source, 0, "LastSequence was " + NumberText(position));
   if (position <= 0) position = run.sequence.back().number + 1;
+  ShowProgress(run, position);
   while (!run.window.EndWanted() && (position = GetNextUninstall(run, position)) > 0) {
     RemoveCurrent(run);
     modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, NumberText(position));
+    ShowProgress(run, position);
   }
 }
 

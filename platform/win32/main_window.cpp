@@ -117,7 +117,9 @@ void MainWindow::make() {
       CreateDialogIndirectParamA(instance_, reinterpret_cast<DLGTEMPLATE*>(description.data()), nullptr, nullptr, 0);
   if (window_ == nullptr) return;
   SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  SendMessageA(GetDlgItem(window_, Image1), STM_SETICON, reinterpret_cast<WPARAM>(programIcon(instance_)), 0);
+  HWND image = GetDlgItem(window_, Image1);
+  SendMessageA(image, STM_SETICON, reinterpret_cast<WPARAM>(programIcon(instance_)), 0);
+  SetWindowTextA(image, caption_->c_str());  // its name for a reader for the blind
   showStatusScrollBar(false);
   SetWindowTextA(window_, caption_->c_str());
 }

@@ -111,6 +111,7 @@ TEST(Closing, DuringAnUninstall_KeepsTheRecordForAnotherTry) {
   rig.press({WindowEvent::Continue});
   EXPECT_EQ(rig.run("/x Office Suite"), 2);
   EXPECT_EQ(rig.effects("run C:\\Tools\\remove.exe").size(), 1U);
+  EXPECT_EQ(LastShown(rig, Control::Progress), "50%");
   EXPECT_TRUE(rig.hasKey(ComponentRecord("One")));
 }
 
