@@ -1,5 +1,6 @@
 #include "exec/copy_files.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "base/error_handler.h"
@@ -73,9 +74,12 @@ void RequireOutsideSource(const CopySource& source, const std::string& destinati
 
 /// A target that could mean several folders, or that cannot be made, deletes nothing beside it.
 void RequireUsableTarget(const CopySource& source, const std::string& destination) {
-  if (!IsFullPath(destination)) {
+  const std::vector<std::string> names = Split(destination, '\\');
+  const bool leadsUp = std::any_of(names.begin(), names.end(), [](const std::string& name) { return name == ".."; });
+  if (!IsFullPath(destination) || leadsUp) {
     throw Error(GeneralError,
-                "The copy's target " + destination + " is neither a full path nor on a known share" + Remedy, Source);
+                "The copy's target " + destination + " is neither a full path without .. nor on a known share" + Remedy,
+                Source);
   }
   if (destination.size() > clsFso::LongestPath) throw modErrorBase::MakeError(6021, {destination}, Source);
   RequireOutsideSource(source, destination);
