@@ -6,6 +6,7 @@
 
 namespace {
 
+using AddRemovePrograms = Installing;
 using Names = std::vector<std::string>;
 
 constexpr const char* Program = "C:\\QX\\QX Installation Assistant.exe";
@@ -51,9 +52,9 @@ constexpr EntryValue Entry[] = {
     {"NoRepair", "1", platform::ValueType::Number},
 };
 
-TEST(AddRemovePrograms, RemovableProduct_HasItsEntryInOrderAndALocalCopy) {
+TEST_F(AddRemovePrograms, RemovableProduct_HasItsEntryInOrderAndALocalCopy) {
   for (const char* canUninstall : {"true", "TRUE"}) {
-    Rig rig;
+    fresh();
     InstallRemovable(rig, "Office Suite", canUninstall);
     Names names;
     for (const EntryValue& row : Entry) {
@@ -76,10 +77,9 @@ TEST(AddRemovePrograms, RemovableProduct_HasItsEntryInOrderAndALocalCopy) {
   }
 }
 
-TEST(AddRemovePrograms, ProductThatIsNotRemovable_IsNotEntered) {
+TEST_F(AddRemovePrograms, ProductThatIsNotRemovable_IsNotEntered) {
   for (const char* line : {"", "CanUninstall=\n", "CanUninstall=False\n", "CanUninstall=yes\n"}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.productIni = std::string("[Product]\nName=Office Suite\n") + line + "[General]\nVersion=2.1.0\n";
     EXPECT_EQ(media.program("Tools").install(), 0) << line;
     EXPECT_FALSE(rig.hasKey(EntryRecord)) << line;
@@ -89,8 +89,7 @@ TEST(AddRemovePrograms, ProductThatIsNotRemovable_IsNotEntered) {
   }
 }
 
-TEST(AddRemovePrograms, DriveOfTheProgramFilesMissing_IsToldAndNothingIsEntered) {
-  Rig rig;
+TEST_F(AddRemovePrograms, DriveOfTheProgramFilesMissing_IsToldAndNothingIsEntered) {
   rig.machine().machine().variables["ProgramFiles"] = "Q:\\Program Files";
   InstallRemovable(rig);
   EXPECT_TRUE(Logged(rig, "Cannot create the path as drive Q: is missing"));
@@ -98,8 +97,7 @@ TEST(AddRemovePrograms, DriveOfTheProgramFilesMissing_IsToldAndNothingIsEntered)
   EXPECT_FALSE(rig.hasValue(ProductRecord, "CanUninstall"));
 }
 
-TEST(AddRemovePrograms, CommandOfTheEntry_UninstallsAndRemovesTheLastCopy) {
-  Rig rig;
+TEST_F(AddRemovePrograms, CommandOfTheEntry_UninstallsAndRemovesTheLastCopy) {
   InstallRemovable(rig);
   rig.program("AT 14:0", simulated::Match::Prefix);
   EXPECT_EQ(UninstallByEntry(rig), 0);
@@ -112,8 +110,7 @@ TEST(AddRemovePrograms, CommandOfTheEntry_UninstallsAndRemovesTheLastCopy) {
   EXPECT_TRUE(UninstallLogged(rig, "Setting task to remove local IA .exe"));
 }
 
-TEST(AddRemovePrograms, CopyThatAnotherProductNeeds_StaysUntilTheLast) {
-  Rig rig;
+TEST_F(AddRemovePrograms, CopyThatAnotherProductNeeds_StaysUntilTheLast) {
   InstallRemovable(rig);
   InstallRemovable(rig, "Planner");
   EXPECT_EQ(Uninstall(rig, "/s /x Planner"), 0);
@@ -125,8 +122,7 @@ TEST(AddRemovePrograms, CopyThatAnotherProductNeeds_StaysUntilTheLast) {
   EXPECT_EQ(rig.effects("run hidden AT ").size(), 1U);
 }
 
-TEST(AddRemovePrograms, UninstallThatFailed_KeepsEntryRecordAndCopy) {
-  Rig rig;
+TEST_F(AddRemovePrograms, UninstallThatFailed_KeepsEntryRecordAndCopy) {
   InstallRemovable(rig);
   rig.program("msiexec /x", {.exitCode = 1603});
   const Names entry = rig.registryLines(EntryRecord);
@@ -139,8 +135,7 @@ TEST(AddRemovePrograms, UninstallThatFailed_KeepsEntryRecordAndCopy) {
   EXPECT_TRUE(rig.effects("run hidden AT ").empty());
 }
 
-TEST(AddRemovePrograms, SchedulerThatIsNotThere_LeavesTheCopyAndIsTold) {
-  Rig rig;
+TEST_F(AddRemovePrograms, SchedulerThatIsNotThere_LeavesTheCopyAndIsTold) {
   InstallRemovable(rig);
   rig.program("AT ", simulated::Match::Prefix, {.cannotStart = platform::status::FileNotFound});
   EXPECT_EQ(Uninstall(rig), 0);
@@ -172,11 +167,9 @@ bool Stays(const std::string& line) {
   return false;
 }
 
-TEST(AddRemovePrograms, InstallAndUninstall_LeaveOnlyWhatIsDocumented) {
-  Rig rig;
+TEST_F(AddRemovePrograms, InstallAndUninstall_LeaveOnlyWhatIsDocumented) {
   rig.file(Program, "the program");
   rig.file("C:\\Media\\Core of Office Suite\\Core of Office Suite.msi", "package");
-  Media media(rig);
   media.productIni = "[Product]\nName=Office Suite\nCanUninstall=true\n[General]\nVersion=2.1.0\n";
   media.package("Core of Office Suite", "1.2").write();
   rig.program("AT ", simulated::Match::Prefix);

@@ -7,9 +7,11 @@
 
 namespace {
 
+using BadInput = Installing;
+
 constexpr const char* ToolsIni = "C:\\Media\\Tools\\Tools.ini";
 
-TEST(BadInput, IniFileThatCannotBeUsed_EndsTheRunOrNotWithItsMessage) {
+TEST_F(BadInput, IniFileThatCannotBeUsed_EndsTheRunOrNotWithItsMessage) {
   const std::string megabyte(1024 * 1024, 'x');
   const struct {
     const char* what;
@@ -33,9 +35,8 @@ TEST(BadInput, IniFileThatCannotBeUsed_EndsTheRunOrNotWithItsMessage) {
   };
   for (const auto& row : table) {
     SCOPED_TRACE(row.what);
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
-    Media media(rig);
     media.program("Tools");
     media.write();
     rig.file(row.path, row.text);
@@ -49,7 +50,7 @@ TEST(BadInput, IniFileThatCannotBeUsed_EndsTheRunOrNotWithItsMessage) {
   }
 }
 
-TEST(BadInput, TextsTooLongToBeReadBack_AreRefusedWithTheirKey) {
+TEST_F(BadInput, TextsTooLongToBeReadBack_AreRefusedWithTheirKey) {
   const std::string longest(1023, 'x'), tooLong(1024, 'x'), name(255, 'n');
   const struct {
     const char* what;
@@ -71,9 +72,8 @@ TEST(BadInput, TextsTooLongToBeReadBack_AreRefusedWithTheirKey) {
   };
   for (const auto& row : table) {
     SCOPED_TRACE(row.what);
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
-    Media media(rig);
     media.program("Tools", {}, row.componentLines + "\n");
     if (!row.actions.empty()) media.productIni += "[Actions]\n" + row.actions;
     media.write();
@@ -89,10 +89,8 @@ TEST(BadInput, TextsTooLongToBeReadBack_AreRefusedWithTheirKey) {
   }
 }
 
-TEST(BadInput, RegistryThatTakesNoMore_FailsTheRunAtTheValue) {
-  Rig rig;
+TEST_F(BadInput, RegistryThatTakesNoMore_FailsTheRunAtTheValue) {
   rig.tolerateUnused();
-  Media media(rig);
   media.program("Tools").write();
   faults::Platform faulty(rig.machine());
   faulty.faults().fail("registry.setValue", "SequenceNumber", platform::status::DiskFull);

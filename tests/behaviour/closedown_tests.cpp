@@ -9,6 +9,8 @@
 
 namespace {
 
+using Closedown = Installing;
+
 constexpr const char* RunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr const char* Title = "QX Installation Assistant";
 constexpr const char* Winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
@@ -48,10 +50,9 @@ void ExpectReset(Rig& rig, const std::string& spared = "") {
   }
 }
 
-TEST(Closedown, EveryRun_ResetsItsValuesAndKeepsVersionAndDate) {
+TEST_F(Closedown, EveryRun_ResetsItsValuesAndKeepsVersionAndDate) {
   for (const char* verdict : {"Pass", "Fail", "Abort"}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.product["EndMessage"] = "Ready.";
     media.product["NumberOfLoops"] = "3";
     media.program("Tools", Reports("Tools", verdict)).install("/s /v");
@@ -61,27 +62,22 @@ TEST(Closedown, EveryRun_ResetsItsValuesAndKeepsVersionAndDate) {
   }
 }
 
-TEST(Closedown, StartAtLogon_IsEmptiedForMachineAndUser) {
-  Rig rig;
+TEST_F(Closedown, StartAtLogon_IsEmptiedForMachineAndUser) {
   rig.set(RunKey, Title, "start me");
   rig.machine().registry().putText(std::string("HKCU\\") + RunKey, Title, "start me");
-  Media media(rig);
   media.program("Tools").install();
   EXPECT_EQ(rig.value(RunKey, Title), "");
   EXPECT_EQ(rig.machine().registry().text(std::string("HKCU\\") + RunKey, Title), "");
 }
 
-TEST(Closedown, NoProductKnown_MakesNoRecordOfOne) {
-  Rig rig;
+TEST_F(Closedown, NoProductKnown_MakesNoRecordOfOne) {
   EXPECT_EQ(rig.run("/s /is=C:\\nowhere.ini"), 1);
   EXPECT_FALSE(rig.hasValue(ProductsRecord, "Install Date"));
   EXPECT_FALSE(rig.hasValue(ProductsRecord, "LastSequence"));
   EXPECT_TRUE(rig.machine().registry().keys(std::string("HKLM\\") + ProductsRecord).empty());
 }
 
-TEST(Closedown, Log_EndsWithItsClosingRowsAndIsArchived) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Closedown, Log_EndsWithItsClosingRowsAndIsArchived) {
   media.program("Tools").install();
   const std::string log = rig.log("Office Suite");
   const std::size_t stars = log.find("************************");
@@ -95,15 +91,14 @@ TEST(Closedown, Log_EndsWithItsClosingRowsAndIsArchived) {
   EXPECT_EQ(rig.text(std::string(Archive) + "\\" + entries[0].name).find(log), 0U);
 }
 
-TEST(Closedown, StepThatFails_DoesNotStopTheOthers) {
+TEST_F(Closedown, StepThatFails_DoesNotStopTheOthers) {
   for (const Reset& row : Resets) {
-    Rig rig;
+    fresh();
     rig.set(row.key, row.name, row.text);
     faults::Platform faulty(rig.machine());
     faulty.faults().fail("registry.setValue", std::string(row.key) + "\\" + row.name, platform::status::AccessDenied);
     // Without its place in the sequence no component can be recorded as done.
     if (row.name == std::string("LastSequence")) continue;
-    Media media(rig);
     media.program("Tools").write();
     EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0) << row.name;
     ExpectReset(rig, row.name);
@@ -121,14 +116,13 @@ constexpr std::pair<const char*, const char*> Removals[] = {{"2006-03-05 14:03:0
                                                             {"2006-03-05 23:58:10.000", "00:00"},
                                                             {"2006-12-31 23:59:10.000", "00:01"}};
 
-TEST(Closedown, LocalInstance_SchedulesItsOwnRemoval) {
+TEST_F(Closedown, LocalInstance_SchedulesItsOwnRemoval) {
   for (const auto& [time, removal] : Removals) {
-    Rig rig;
+    fresh();
     rig.set(ProductsRecord, "QXIALocalInstall", "1");
     rig.machine().machine().setProgram(LocalProgram, "");
     rig.machine().clock().setTime(time);
     rig.program("AT ", simulated::Match::Prefix);
-    Media media(rig);
     EXPECT_EQ(media.program("Tools").install(), 0);
     const std::string command =
         std::string("AT ") + removal + " C:\\WINDOWS\\System32\\cmd.exe /c del \"" + LocalProgram + "\"";
@@ -138,10 +132,9 @@ TEST(Closedown, LocalInstance_SchedulesItsOwnRemoval) {
   }
 }
 
-TEST(Closedown, MappedDrive_IsRemovedOrTold) {
+TEST_F(Closedown, MappedDrive_IsRemovedOrTold) {
   for (const int exitCode : {0, 2}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.productIni +=
         "[Connection]\nBuildServerDriveMapping=K:\nIP=10.1.2.3\nDomainName=QX\nUsername=Setup\nPassword=secret\n";
     rig.program("net use K: \\\\");
@@ -171,12 +164,11 @@ const Logon Logons[] = {
     {"declined", true, {"", "", true}, 2, "1", "before"},
 };
 
-TEST(Closedown, AutomaticLogon_IsSwitchedOffWhereItWasSwitchedOn) {
+TEST_F(Closedown, AutomaticLogon_IsSwitchedOffWhereItWasSwitchedOn) {
   for (const Logon& row : Logons) {
-    Rig rig;
+    fresh();
     for (const char* name : {"DefaultUserName", "DefaultPassword"}) rig.set(Winlogon, name, "before");
     rig.set(Winlogon, "AutoAdminLogon", "1");
-    Media media(rig);
     media.config["RequestLogonDetails"] = row.requested ? "true" : "false";
     if (row.requested) rig.machine().screen().type(row.typed);
     if (row.exitCode == 0) media.program("Tools");
@@ -190,10 +182,8 @@ TEST(Closedown, AutomaticLogon_IsSwitchedOffWhereItWasSwitchedOn) {
   }
 }
 
-TEST(Closedown, AutomaticLogonOfTheWindows95Family_LosesItsPassword) {
-  Rig rig;
+TEST_F(Closedown, AutomaticLogonOfTheWindows95Family_LosesItsPassword) {
   rig.machine().setSystem("Windows 98");
-  Media media(rig);
   media.config["RequestLogonDetails"] = "true";
   rig.machine().screen().type({"secret", "secret"});
   EXPECT_EQ(media.program("Tools").install(), 0);
@@ -202,10 +192,9 @@ TEST(Closedown, AutomaticLogonOfTheWindows95Family_LosesItsPassword) {
   EXPECT_FALSE(rig.hasKey(Winlogon));
 }
 
-TEST(Closedown, CommitRequest_RestartsOnceWithoutResume) {
+TEST_F(Closedown, CommitRequest_RestartsOnceWithoutResume) {
   for (const char* request : {"commit", "COMMIT"}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     EXPECT_EQ(media.program("Tools", RequestsReboot(request)).program("Next").install(), 0);
     EXPECT_EQ(rig.effects("exit windows"), std::vector<std::string>{"exit windows, flags 6, reason 0"});
     EXPECT_EQ(RanComponents(rig).size(), 2U);

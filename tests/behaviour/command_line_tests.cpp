@@ -8,6 +8,8 @@
 
 namespace {
 
+using CommandLine = Installing;
+
 struct Value {
   const char* commandLine;
   const char* name;
@@ -28,7 +30,7 @@ constexpr Value Values[] = {
     {"/is=\"C:\\My Files\\app.ini\" /v", "/is=", "\"C:\\My Files\\app.ini\""},
 };
 
-TEST(CommandLine, ValueOfASwitch_EndsInFrontOfTheNextOne) {
+TEST_F(CommandLine, ValueOfASwitch_EndsInFrontOfTheNextOne) {
   for (const Value& row : Values) EXPECT_EQ(ParseCommand(row.commandLine, row.name), row.value) << row.commandLine;
 }
 
@@ -44,7 +46,7 @@ constexpr Value Lines[] = {
     {"", "C:\\QX\\QX.exe", ""},
 };
 
-TEST(CommandLine, ProgramPath_IsNoArgument) {
+TEST_F(CommandLine, ProgramPath_IsNoArgument) {
   for (const Value& row : Lines) EXPECT_EQ(ArgumentText(row.commandLine, row.name), row.value) << row.commandLine;
 }
 
@@ -74,9 +76,9 @@ constexpr Switches Read[] = {
     {"/is=", false, false, "", ""},
 };
 
-TEST(CommandLine, Switches_AreFoundAnywhere) {
+TEST_F(CommandLine, Switches_AreFoundAnywhere) {
   for (const Switches& row : Read) {
-    Rig rig;
+    fresh();
     rig.set(ProductsRecord, "InstallationIni", "C:\\remembered.ini");
     rig.set(ProductsRecord, "ProductIni", "C:\\remembered product.ini");
     ::Run run(rig.machine());
@@ -90,25 +92,20 @@ TEST(CommandLine, Switches_AreFoundAnywhere) {
   }
 }
 
-TEST(CommandLine, RememberedPathThatIsNot_CountsAsNotGiven) {
-  Rig rig;
+TEST_F(CommandLine, RememberedPathThatIsNot_CountsAsNotGiven) {
   EXPECT_EQ(rig.run("/s /isr"), 1);
   EXPECT_NE(rig.text("C:\\QX\\QX Installation Assistant.html")
                 .find("Could not find ini file : C:\\QX\\QX Installation Assistant.ini"),
             std::string::npos);
 }
 
-TEST(CommandLine, PathInQuotesWithBlanksBehind_IsUsedWithoutThem) {
-  Rig rig;
-  Media media(rig);
+TEST_F(CommandLine, PathInQuotesWithBlanksBehind_IsUsedWithoutThem) {
   media.program("Tools").write();
   EXPECT_EQ(rig.run("/is=\"C:\\Media\\app.ini\"   /ia=\"C:\\Media\\product.ini\"  /s"), 0);
   EXPECT_TRUE(Logged(rig, "Command line is /is=\"C:\\Media\\app.ini\"   /ia="));
 }
 
-TEST(CommandLine, InstallRun_RemembersItsIniPathsForTheNext) {
-  Rig rig;
-  Media media(rig);
+TEST_F(CommandLine, InstallRun_RemembersItsIniPathsForTheNext) {
   media.program("Tools");
   EXPECT_EQ(media.install(), 0);
   EXPECT_EQ(rig.value(ProductsRecord, "InstallationIni"), "C:\\Media\\app.ini");
@@ -129,9 +126,9 @@ constexpr Uninstall Uninstalls[] = {
     {"/s /x   Office Suite   /is=C:\\a.ini", "Office Suite"},
 };
 
-TEST(CommandLine, Uninstall_NamesItsProductAndIsConfirmedFirst) {
+TEST_F(CommandLine, Uninstall_NamesItsProductAndIsConfirmedFirst) {
   for (const Uninstall& row : Uninstalls) {
-    Rig rig;
+    fresh();
     rig.answer("Confirm Uninstall", platform::BoxAnswer::No,
                "This will uninstall Office Suite and may stop your system working correctly.\r\n"
                "Are you sure you want to continue?");
@@ -144,10 +141,9 @@ TEST(CommandLine, Uninstall_NamesItsProductAndIsConfirmedFirst) {
   }
 }
 
-TEST(CommandLine, UninstallWithoutProduct_IsError2000AndUninstallsNothing) {
+TEST_F(CommandLine, UninstallWithoutProduct_IsError2000AndUninstallsNothing) {
   for (const char* arguments : {"/s /x", "/x /s", "/s /x    ", "/x/s", "/x /s /is=C:\\Media\\app.ini"}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.program("Tools").write();
     rig.tolerateUnused();
     EXPECT_EQ(rig.run(arguments), 1) << arguments;

@@ -6,6 +6,8 @@
 
 namespace {
 
+using Conditions = Installing;
+
 struct Case {
   const char* lines;    ///< of the component's ini
   const char* message;  ///< why the component is held back; nullptr when it is installed
@@ -109,7 +111,7 @@ constexpr Case Current[] = {
     {"Condition1=os=win98\nCondition2=os=winxp\n", nullptr},
 };
 
-TEST(Conditions, CurrentNotation_HoldsComponentsBackWithItsMessages) {
+TEST_F(Conditions, CurrentNotation_HoldsComponentsBackWithItsMessages) {
   for (const Case& row : Current) Expect(row);
 }
 
@@ -139,26 +141,24 @@ constexpr Case Older[] = {
     {"Condition=os=\"WinXP\",nonsense\n", "Condition \"nonsense\" holds none of"},
 };
 
-TEST(Conditions, OlderNotation_HoldsComponentsBackWithItsMessages) {
+TEST_F(Conditions, OlderNotation_HoldsComponentsBackWithItsMessages) {
   for (const Case& row : Older) Expect(row);
 }
 
-TEST(Conditions, OfUnknownFacts_Hold) {
+TEST_F(Conditions, OfUnknownFacts_Hold) {
   for (const char* line : {"productname=Other", "productname<>Other", "buildnumber=1", "buildnumber<>1",
                            "servertype=dcunit", "servertype=vanilla servers"}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.program("Tools", {}, std::string("Condition1=") + line + "\nMachineType=dcreplica\n");
     EXPECT_EQ(media.install(), 0);
     EXPECT_EQ(RanComponents(rig).size(), 1U) << line;
   }
 }
 
-TEST(Conditions, MachineType_IsTakenFromTheProductIniWhereTheMachineHasNone) {
+TEST_F(Conditions, MachineType_IsTakenFromTheProductIniWhereTheMachineHasNone) {
   for (const char* type : {"dcunit", "dcreplica"}) {
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
-    Media media(rig);
     media.productIni = std::string("[Product]\nName=Office Suite\nServerType=") + type + "\n[General]\nVersion=2.1.0\n";
     EXPECT_EQ(media.program("Tools", {}, "MachineType=All 1st Machines\n").install(), 0);
     EXPECT_EQ(RanComponents(rig).size(), type == std::string("dcunit") ? 1U : 0U) << type;
@@ -177,7 +177,7 @@ constexpr Keywords Systems[] = {
     {"Windows XP", "winxp", "WinXP"},        {"Windows 2003", "w2k3", "W2K3"},
 };
 
-TEST(Conditions, EachSystem_IsSelectedByItsKeywordAlone) {
+TEST_F(Conditions, EachSystem_IsSelectedByItsKeywordAlone) {
   for (const Keywords& row : Systems) {
     for (const Keywords& asked : Systems) {
       const char* message = row.system == asked.system ? nullptr : NoOs;
@@ -187,10 +187,8 @@ TEST(Conditions, EachSystem_IsSelectedByItsKeywordAlone) {
   }
 }
 
-TEST(Conditions, NewerSystem_IsNoneOfTheEight) {
-  Rig rig;
+TEST_F(Conditions, NewerSystem_IsNoneOfTheEight) {
   rig.machine().machine().setVersion(platform::SystemVersion{2, 6, 1, 7601});
-  Media media(rig);
   rig.tolerateUnused();
   media.program("Tools", {}, "Condition1=os=win95|win98|winme|winnt3|winnt4|win2k|winxp|w2k3\n");
   EXPECT_EQ(media.install(), 0);
@@ -198,9 +196,7 @@ TEST(Conditions, NewerSystem_IsNoneOfTheEight) {
   EXPECT_EQ(rig.value(InstallationRecord, "Operating System"), "Windows 6.1");
 }
 
-TEST(Conditions, Record_KeepsOperatorAndOperandOfEachLine) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Conditions, Record_KeepsOperatorAndOperandOfEachLine) {
   media.program("Tools", {}, "Condition1=os=winxp\nCondition2=Alpha Tools<=v1.2.0\nCondition3=runonuninstall=FALSE\n");
   media.program("Twice", {}, "Condition1=os=win98\nCondition2=OS=winxp\n");
   media.program("Plain");
@@ -225,11 +221,10 @@ constexpr Case RecordedData[] = {
     {"", nullptr},
 };
 
-TEST(Conditions, RecordedData_HasItsOperatorInTheFirstFivePlaces) {
+TEST_F(Conditions, RecordedData_HasItsOperatorInTheFirstFivePlaces) {
   for (const Case& row : RecordedData) {
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
-    Media media(rig);
     const std::string list = "HKLM\\" + ComponentRecord("Tools") + "\\ConditionList";
     media.program("First", {.registry = {{list, "os", row.lines}}});
     media.program("Tools", {}, "Condition1=os=winxp\n");

@@ -8,6 +8,8 @@
 
 namespace {
 
+using Discovery = Installing;
+
 /// A disc F with \Setup beside the disc D without it, and a floppy A.
 void AddDrives(Rig& rig) {
   rig.file("C:\\discs\\f\\Setup\\product.ini", "[Product]\n");
@@ -39,9 +41,9 @@ constexpr Resolved Roots[] = {
     {"", ""},
 };
 
-TEST(Discovery, PackageRoot_FollowsItsCode) {
+TEST_F(Discovery, PackageRoot_FollowsItsCode) {
   for (const Resolved& row : Roots) {
-    Rig rig;
+    fresh();
     AddDrives(rig);
     rig.set(ProductRecord, "PackageRoot", "C:\\Recorded");
     ::Run run(rig.machine());
@@ -63,9 +65,9 @@ constexpr Resolved ProductInis[] = {
     {"Runtime\\runtime(1).ini", "C:\\Media\\Runtime\\runtime(1).ini"},
 };
 
-TEST(Discovery, ProductIni_FollowsItsCode) {
+TEST_F(Discovery, ProductIni_FollowsItsCode) {
   for (const Resolved& row : ProductInis) {
-    Rig rig;
+    fresh();
     AddDrives(rig);
     rig.set(ProductsRecord, "ProductIni", "C:\\Earlier\\product.ini");
     ::Run run(rig.machine());
@@ -74,9 +76,7 @@ TEST(Discovery, ProductIni_FollowsItsCode) {
   }
 }
 
-TEST(Discovery, SwitchNamesAnotherProductIni_WinsOverTheApplicationIni) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Discovery, SwitchNamesAnotherProductIni_WinsOverTheApplicationIni) {
   media.program("Tools").write();
   rig.file("C:\\Other\\product.ini", rig.text("C:\\Media\\product.ini"));
   rig.file("C:\\Media\\product.ini", "[General]\nVersion=9\n[Actions]\n");
@@ -85,9 +85,7 @@ TEST(Discovery, SwitchNamesAnotherProductIni_WinsOverTheApplicationIni) {
   EXPECT_EQ(RanComponents(rig).size(), 1U);
 }
 
-TEST(Discovery, RootOfAnEarlierRun_OutlivesTheWipeOfItsRecord) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Discovery, RootOfAnEarlierRun_OutlivesTheWipeOfItsRecord) {
   media.product["PackageRoot"] = "REGISTRY";
   rig.set(ProductRecord, "PackageRoot", "C:\\Media");
   EXPECT_EQ(media.program("Tools").install(), 0);
@@ -95,9 +93,7 @@ TEST(Discovery, RootOfAnEarlierRun_OutlivesTheWipeOfItsRecord) {
   EXPECT_EQ(rig.value(ProductRecord, "PackageRoot"), "C:\\Media");
 }
 
-TEST(Discovery, InteractiveRunWithoutInis_AsksForBoth) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Discovery, InteractiveRunWithoutInis_AsksForBoth) {
   media.product["ProductIni"] = "PATH(missing.ini)";
   media.program("Tools").write();
   rig.machine().screen().choose({"Select Application Ini File", "C:\\Media\\app.ini"});
@@ -129,11 +125,10 @@ const Missing Missings[] = {
      "Package Root path returned as &lt;ERROR&gt;", nullptr},
 };
 
-TEST(Discovery, SilentRunWithoutAFile_FailsAtOnceAndAsksNobody) {
+TEST_F(Discovery, SilentRunWithoutAFile_FailsAtOnceAndAsksNobody) {
   for (const Missing& row : Missings) {
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
-    Media media(rig);
     media.program("Tools").write();
     row.spoil(rig);
     EXPECT_EQ(rig.run(Media::arguments("/s")), 1) << row.what;
@@ -148,12 +143,11 @@ TEST(Discovery, SilentRunWithoutAFile_FailsAtOnceAndAsksNobody) {
   }
 }
 
-TEST(Discovery, InteractiveRunWithoutAFile_KeepsItsWindowUntilFinishIsPressed) {
+TEST_F(Discovery, InteractiveRunWithoutAFile_KeepsItsWindowUntilFinishIsPressed) {
   for (const Missing& row : Missings) {
     if (row.status == nullptr) continue;
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
-    Media media(rig);
     media.program("Tools").write();
     row.spoil(rig);
     if (row.what == std::string("product ini")) rig.machine().screen().choose({"Select Product Ini File", ""});
@@ -166,9 +160,7 @@ TEST(Discovery, InteractiveRunWithoutAFile_KeepsItsWindowUntilFinishIsPressed) {
   }
 }
 
-TEST(Discovery, PackageRootMissing_IsTheErrorOfTheMissingKey) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Discovery, PackageRootMissing_IsTheErrorOfTheMissingKey) {
   media.product.erase("PackageRoot");
   media.component("Tools", "setup.exe");
   EXPECT_EQ(media.install(), 1);
@@ -177,21 +169,17 @@ TEST(Discovery, PackageRootMissing_IsTheErrorOfTheMissingKey) {
   EXPECT_FALSE(rig.hasKey(ComponentRecord("Tools")));
 }
 
-TEST(Discovery, RootOfUnknownForm_IsToldAndNothingIsFound) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Discovery, RootOfUnknownForm_IsToldAndNothingIsFound) {
   media.product["PackageRoot"] = "SOMEWHERE(\\Media)";
   media.component("Tools", "setup.exe");
   EXPECT_EQ(media.install(), 1);
   EXPECT_TRUE(Logged(rig, "Unable to resolve Package Root path specification!"));
 }
 
-TEST(Discovery, Configuration_IsRecordedForTheComponents) {
-  Rig rig;
+TEST_F(Discovery, Configuration_IsRecordedForTheComponents) {
   AddDrives(rig);
   rig.machine().machine().computer = "BUILD7";
   rig.set(InstallationRecord, "Server Type", "dcunit");
-  Media media(rig);
   EXPECT_EQ(media.program("Tools").install("/s /v"), 0);
   const std::pair<const char*, const char*> values[] = {
       {"Windows Directory", "C:\\WINDOWS"}, {"System Directory", "C:\\WINDOWS\\system32"},
@@ -220,14 +208,13 @@ constexpr FreeSpace Spaces[] = {
     {1264197531000, "Drive E has 1,234,568 Mb free."},
 };
 
-TEST(Discovery, FreeSpace_IsLoggedInMegabytesOfTheHouse) {
+TEST_F(Discovery, FreeSpace_IsLoggedInMegabytesOfTheHouse) {
   for (const FreeSpace& row : Spaces) {
-    Rig rig;
+    fresh();
     simulated::Drive drive;
     drive.letter = 'E';
     drive.free = row.bytes;
     rig.machine().addDrive(drive);
-    Media media(rig);
     media.program("Tools").install();
     EXPECT_TRUE(Logged(rig, row.logged)) << row.bytes;
   }

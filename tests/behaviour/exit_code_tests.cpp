@@ -6,6 +6,7 @@
 
 namespace {
 
+using ExitCode = Installing;
 using platform::BoxAnswer;
 using platform::WindowEvent;
 
@@ -69,10 +70,9 @@ const Ending Endings[] = {
     {"uninstall without a name", 1, "/s /x", [](Rig&, Media&) {}},
 };
 
-TEST(ExitCode, EachEnding_HasItsOwn) {
+TEST_F(ExitCode, EachEnding_HasItsOwn) {
   for (const Ending& row : Endings) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     row.prepare(rig, media);
     media.write();
     const std::string arguments = row.arguments;

@@ -6,6 +6,7 @@
 
 namespace {
 
+using InstallLoop = Installing;
 using Names = std::vector<std::string>;
 
 /// What LastSequence was set to, in order.
@@ -16,9 +17,7 @@ Names LastSequences(Rig& rig) {
   return values;
 }
 
-TEST(InstallLoop, Components_RunInTheOrderOfTheProductIni) {
-  Rig rig;
-  Media media(rig);
+TEST_F(InstallLoop, Components_RunInTheOrderOfTheProductIni) {
   for (const char* name : {"Zeta", "Alpha", "Mid", "Beta", "C5", "C6", "C7", "C8", "C9", "C10", "C11"}) {
     media.program(name);
   }
@@ -48,23 +47,20 @@ constexpr Kind Kinds[] = {
     {"C:\\Local\\setup.exe", "", "C:\\Local\\setup.exe"},
 };
 
-TEST(InstallLoop, File_IsRunByItsExtension) {
+TEST_F(InstallLoop, File_IsRunByItsExtension) {
   for (const Kind& row : Kinds) {
-    Rig rig;
+    fresh();
     const std::string install = row.install;
     for (const char* folder : {"C:\\Media\\Tools\\", "C:\\Media\\Other\\", "C:\\Local\\"}) {
       rig.file(install[1] == ':' ? install : folder + install, "");
     }
     rig.program(row.command, simulated::Match::Exactly);
-    Media media(rig);
     EXPECT_EQ(media.component("Tools", install, row.lines).install(), 0) << row.command;
     EXPECT_EQ(rig.ran(), Names{row.command});
   }
 }
 
-TEST(InstallLoop, Package_GetsItsArgumentsInOrder) {
-  Rig rig;
-  Media media(rig);
+TEST_F(InstallLoop, Package_GetsItsArgumentsInOrder) {
   rig.set(InstallationRecord, "Server Type", "dcchild");
   media.package("Office", "1.0", {}, "CommandLine=ALLUSERS=1\nTransform=dcunit=unit.mst,dcchild=child.mst\n");
   EXPECT_EQ(media.install(), 0);
@@ -76,11 +72,9 @@ TEST(InstallLoop, Package_GetsItsArgumentsInOrder) {
   EXPECT_TRUE(rig.exists(log));
 }
 
-TEST(InstallLoop, RequiredKeysLeftOut_NeverBecomeArguments) {
-  Rig rig;
+TEST_F(InstallLoop, RequiredKeysLeftOut_NeverBecomeArguments) {
   rig.file("C:\\Media\\Tools\\setup.exe", "");
   rig.program("C:\\Media\\Tools\\setup.exe", simulated::Match::Exactly);
-  Media media(rig);
   media.component("Tools", "setup.exe").write();
   rig.file("C:\\Media\\Tools\\Tools.ini", "[Tools]\nInstall=setup.exe\n");
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
@@ -131,10 +125,9 @@ const Trouble Troubles[] = {
      "", "component will not be installed"},
 };
 
-TEST(InstallLoop, ComponentInTrouble_DoesNotHoldTheNextBack) {
+TEST_F(InstallLoop, ComponentInTrouble_DoesNotHoldTheNextBack) {
   for (const Trouble& row : Troubles) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.program("First");
     row.add(rig, media);
     media.program("Last");
@@ -149,12 +142,11 @@ TEST(InstallLoop, ComponentInTrouble_DoesNotHoldTheNextBack) {
   }
 }
 
-TEST(InstallLoop, AbortOnFailOfComponentOrProduct_EndsTheRunAtTheFailure) {
+TEST_F(InstallLoop, AbortOnFailOfComponentOrProduct_EndsTheRunAtTheFailure) {
   for (const bool ofProduct : {false, true}) {
     for (const Trouble& row : Troubles) {
-      Rig rig;
+      fresh();
       rig.tolerateUnused();
-      Media media(rig);
       media.product["AbortOnFail"] = ofProduct ? "True" : "False";
       media.program("First");
       row.add(rig, media);
@@ -171,9 +163,7 @@ TEST(InstallLoop, AbortOnFailOfComponentOrProduct_EndsTheRunAtTheFailure) {
   }
 }
 
-TEST(InstallLoop, MissingFile_IsRecordedAndNotJudged) {
-  Rig rig;
-  Media media(rig);
+TEST_F(InstallLoop, MissingFile_IsRecordedAndNotJudged) {
   EXPECT_EQ(media.component("Bad", "gone.exe").install(), 1);
   EXPECT_EQ(rig.value(ComponentRecord("Bad"), "Process Return"), "Fail");
   EXPECT_EQ(rig.value(ProductsRecord, "Process Return"), "Fail");
@@ -181,17 +171,13 @@ TEST(InstallLoop, MissingFile_IsRecordedAndNotJudged) {
   EXPECT_FALSE(Logged(rig, "Process return = "));
 }
 
-TEST(InstallLoop, NoComponents_IsAWarningAndASuccess) {
-  Rig rig;
-  Media media(rig);
+TEST_F(InstallLoop, NoComponents_IsAWarningAndASuccess) {
   EXPECT_EQ(media.install(), 0);
   EXPECT_TRUE(Logged(rig, "No installation actions found"));
   EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "-1");
 }
 
-TEST(InstallLoop, ComponentNamedTwice_RunsOnceAtItsFirstPlace) {
-  Rig rig;
-  Media media(rig);
+TEST_F(InstallLoop, ComponentNamedTwice_RunsOnceAtItsFirstPlace) {
   media.program("Tools").program("Office").write();
   rig.file("C:\\Media\\product.ini", rig.text("C:\\Media\\product.ini") + "tools=Tools\\Tools.ini\n");
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
@@ -199,9 +185,7 @@ TEST(InstallLoop, ComponentNamedTwice_RunsOnceAtItsFirstPlace) {
   EXPECT_TRUE(Logged(rig, "tools stands twice in section [Actions] of C:\\Media\\product.ini"));
 }
 
-TEST(InstallLoop, ComponentWithoutIniPath_IsWarnedOfAndLeftOut) {
-  Rig rig;
-  Media media(rig);
+TEST_F(InstallLoop, ComponentWithoutIniPath_IsWarnedOfAndLeftOut) {
   media.program("Tools").write();
   rig.file("C:\\Media\\product.ini", rig.text("C:\\Media\\product.ini") + "Empty=\n");
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
@@ -210,9 +194,7 @@ TEST(InstallLoop, ComponentWithoutIniPath_IsWarnedOfAndLeftOut) {
   EXPECT_EQ(rig.value(ProductRecord, "ComponentCount"), "2");
 }
 
-TEST(InstallLoop, Versions_DifferOnASilentRun_IsRefused) {
-  Rig rig;
-  Media media(rig);
+TEST_F(InstallLoop, Versions_DifferOnASilentRun_IsRefused) {
   media.product["Version"] = "2.2.0";
   EXPECT_EQ(media.component("Tools", "setup.exe").install(), 1);
   EXPECT_TRUE(Logged(rig, "Versions do not match, product.ini is 2.1.0, installer .ini is 2.2.0"));
@@ -220,9 +202,7 @@ TEST(InstallLoop, Versions_DifferOnASilentRun_IsRefused) {
   EXPECT_TRUE(rig.ran().empty());
 }
 
-TEST(InstallLoop, BusyWithAComponent_LooksForRestartRequestsAfterEach) {
-  Rig rig;
-  Media media(rig);
+TEST_F(InstallLoop, BusyWithAComponent_LooksForRestartRequestsAfterEach) {
   media.program("First").program("Second");
   media.install();
   EXPECT_EQ(TimesLogged(rig, "Reboot status is "), 2);

@@ -8,6 +8,7 @@
 
 namespace {
 
+using Interactive = Installing;
 using platform::Control;
 using platform::WindowEvent;
 
@@ -23,9 +24,7 @@ std::string LastShown(Rig& rig, Control control) {
   return shown.empty() ? "" : shown.back();
 }
 
-TEST(Interactive, Start_PreparesAndWaitsForContinue) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Interactive, Start_PreparesAndWaitsForContinue) {
   media.program("Tools");
   rig.press({WindowEvent::Continue, WindowEvent::Continue});
   EXPECT_EQ(media.install(""), 0);
@@ -43,9 +42,7 @@ TEST(Interactive, Start_PreparesAndWaitsForContinue) {
   EXPECT_TRUE(rig.effects("tray").empty());
 }
 
-TEST(Interactive, EndMessageOfTheProduct_IsTheResult) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Interactive, EndMessageOfTheProduct_IsTheResult) {
   media.product["EndMessage"] = "Office Suite is ready to use.";
   media.program("Tools");
   rig.press({WindowEvent::Continue, WindowEvent::Continue});
@@ -67,10 +64,9 @@ constexpr Result Results[] = {
      "Installation of Tools failed "},
 };
 
-TEST(Interactive, Failures_AreShownWithTheirReasons) {
+TEST_F(Interactive, Failures_AreShownWithTheirReasons) {
   for (const Result& row : Results) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.product["EndMessage"] = "Office Suite is ready to use.";
     media.program("Tools", Reports("Tools", row.verdict)).component("Last", "gone.exe");
     rig.press({WindowEvent::Continue, WindowEvent::Continue});
@@ -79,11 +75,9 @@ TEST(Interactive, Failures_AreShownWithTheirReasons) {
   }
 }
 
-TEST(Interactive, Buttons_CannotBePressedWhileWorkRuns) {
-  Rig rig;
+TEST_F(Interactive, Buttons_CannotBePressedWhileWorkRuns) {
   simulated::Screen& screen = rig.machine().screen();
   bool asked = false;
-  Media media(rig);
   media.program("Tools", {.also = [&] {
                   asked = true;
                   for (const Control button : {Control::About, Control::Continue, Control::Cancel}) {
@@ -95,11 +89,10 @@ TEST(Interactive, Buttons_CannotBePressedWhileWorkRuns) {
   EXPECT_TRUE(asked);
 }
 
-TEST(Interactive, LeftBeforeContinue_InstallsNothingAndTidiesUp) {
+TEST_F(Interactive, LeftBeforeContinue_InstallsNothingAndTidiesUp) {
   for (const WindowEvent event : {WindowEvent::Cancel, WindowEvent::Close}) {
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
-    Media media(rig);
     media.program("Tools");
     rig.press({event});
     EXPECT_EQ(media.install(""), 2);
@@ -110,9 +103,7 @@ TEST(Interactive, LeftBeforeContinue_InstallsNothingAndTidiesUp) {
   }
 }
 
-TEST(Interactive, About_ListsTheSwitchesAndTheLog) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Interactive, About_ListsTheSwitchesAndTheLog) {
   rig.answer("QX Installation Assistant", platform::BoxAnswer::Ok,
              "The log of this run is C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\Office "
              "Suite\\QX Installation Assistant.html");
@@ -124,9 +115,7 @@ TEST(Interactive, About_ListsTheSwitchesAndTheLog) {
   }
 }
 
-TEST(Interactive, LongProgram_ShowsThatItIsAlive) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Interactive, LongProgram_ShowsThatItIsAlive) {
   media.program("Tools", {.milliseconds = 1650});
   rig.press({WindowEvent::Continue, WindowEvent::Continue});
   media.install("");
@@ -138,9 +127,7 @@ TEST(Interactive, LongProgram_ShowsThatItIsAlive) {
                                       "Proceeding with installation", "Proceeding with installation."}));
 }
 
-TEST(Interactive, Progress_StaysWithinItsBarAndEndsFull) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Interactive, Progress_StaysWithinItsBarAndEndsFull) {
   media.program("One").program("Two").program("Three");
   rig.press({WindowEvent::Continue, WindowEvent::Continue});
   media.install("");
@@ -152,9 +139,7 @@ TEST(Interactive, Progress_StaysWithinItsBarAndEndsFull) {
   EXPECT_EQ(rig.effects("scroll bar"), std::vector<std::string>{"scroll bar shown"});
 }
 
-TEST(Interactive, RefusedPreInstall_IsToldAndEndsTheRun) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Interactive, RefusedPreInstall_IsToldAndEndsTheRun) {
   media.productIni += "[PreInstallActions]\nCheck\n[Check_Office Suite]\nCommandLine=N/A\n";
   rig.answer("", platform::BoxAnswer::Ok, "This installation cannot continue as pre-install checks failed");
   EXPECT_EQ(media.component("Tools", "setup.exe").install(""), 1);

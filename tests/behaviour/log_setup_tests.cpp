@@ -7,6 +7,8 @@
 
 namespace {
 
+using LogOfARun = Installing;
+
 constexpr const char* Program = "QX Installation Assistant";
 constexpr const char* DefaultLog = "C:\\QX\\QX Installation Assistant.html";
 
@@ -112,9 +114,7 @@ TEST_F(LogSetUp, FolderThatCannotBeMade_IsOneWarningInTheDefaultLog) {
   }
 }
 
-TEST(LogOfARun, First_IsTheCommandLineAndEveryRowIsWhole) {
-  Rig rig;
-  Media media(rig);
+TEST_F(LogOfARun, First_IsTheCommandLineAndEveryRowIsWhole) {
   media.program("Tools");
   rig.file(DefaultLog, "of an earlier run");
   ASSERT_EQ(media.install(), 0);
@@ -124,8 +124,7 @@ TEST(LogOfARun, First_IsTheCommandLineAndEveryRowIsWhole) {
   EXPECT_FALSE(rig.exists(DefaultLog)) << "every run begins without a default log";
 }
 
-TEST(LogOfARun, EndsBeforeItsSetUp_GoesToTheDefaultPlace) {
-  Rig rig;
+TEST_F(LogOfARun, EndsBeforeItsSetUp_GoesToTheDefaultPlace) {
   rig.file(DefaultLog, "of an earlier run\n");
   EXPECT_EQ(rig.run("/s /is=C:\\Nowhere\\app.ini"), 1);
   const std::vector<LogRow> rows = LogRows(rig.text(DefaultLog));
@@ -136,9 +135,7 @@ TEST(LogOfARun, EndsBeforeItsSetUp_GoesToTheDefaultPlace) {
   EXPECT_EQ(rows[2].description.rfind("Failed to find application ini file.<BR>Source: ", 0), 0U) << rows[2];
 }
 
-TEST(LogOfARun, FolderThatCannotBeMade_DoesNotHoldTheInstallationBack) {
-  Rig rig;
-  Media media(rig);
+TEST_F(LogOfARun, FolderThatCannotBeMade_DoesNotHoldTheInstallationBack) {
   media.product["LogFilePath"] = "Q:\\Logs";
   media.program("Tools");
   EXPECT_EQ(media.install(), 0);
@@ -148,9 +145,7 @@ TEST(LogOfARun, FolderThatCannotBeMade_DoesNotHoldTheInstallationBack) {
   EXPECT_NE(log.find("QX Installer Run complete"), std::string::npos);
 }
 
-TEST(LogOfARun, MediumBecomesReadOnly_IsToldInTheEventLogAndTheRunGoesOn) {
-  Rig rig;
-  Media media(rig);
+TEST_F(LogOfARun, MediumBecomesReadOnly_IsToldInTheEventLogAndTheRunGoesOn) {
   media.program("Tools");
   media.write();
   faults::Platform faulty(rig.machine());

@@ -6,6 +6,8 @@
 
 namespace {
 
+using Packages = Installing;
+
 struct Installed {
   const char* version;  ///< on the machine; "" when it is not
   const char* lines;
@@ -23,11 +25,10 @@ const Installed Cases[] = {
     {"1.11", "Upgrade=TRUE\n", {"/fv  "}, 1},
 };
 
-TEST(Packages, InstalledVersion_DecidesWhatRuns) {
+TEST_F(Packages, InstalledVersion_DecidesWhatRuns) {
   for (const Installed& row : Cases) {
-    Rig rig;
+    fresh();
     if (row.version[0] != '\0') rig.machine().installer().install({CodeOf("Office"), "Office", row.version});
-    Media media(rig);
     EXPECT_EQ(media.package("Office", "1.10", {}, row.lines).install(), row.exitCode) << row.version << row.lines;
     ASSERT_EQ(rig.ran().size(), row.switches.size()) << row.version << row.lines;
     for (std::size_t i = 0; i < row.switches.size(); ++i) {
@@ -39,10 +40,8 @@ TEST(Packages, InstalledVersion_DecidesWhatRuns) {
   }
 }
 
-TEST(Packages, OlderVersion_IsRemovedBeforeTheNewOneIsInstalled) {
-  Rig rig;
+TEST_F(Packages, OlderVersion_IsRemovedBeforeTheNewOneIsInstalled) {
   rig.machine().installer().install({CodeOf("Office"), "Office", "1.9"});
-  Media media(rig);
   EXPECT_EQ(media.package("Office", "1.10").install(), 0);
   const std::vector<std::string> products = rig.effects("product ");
   EXPECT_EQ(products.back(), "product installed " + CodeOf("Office") + " Office 1.10");
@@ -60,10 +59,9 @@ struct Ending {
 constexpr Ending Endings[] = {{0, false, true},     {1641, true, true},   {3010, true, true},   {3011, true, true},
                               {1603, false, false}, {3012, false, false}, {1618, false, false}, {-1, false, false}};
 
-TEST(Packages, ExitCodeOfMsiexec_MeansSuccessRestartOrFailure) {
+TEST_F(Packages, ExitCodeOfMsiexec_MeansSuccessRestartOrFailure) {
   for (const Ending& row : Endings) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     simulated::Outcome outcome{.exitCode = row.exitCode};
     if (row.succeeds) outcome.installs = {{CodeOf("Office"), "Office", "1.0"}};
     const int ended = media.package("Office", "1.0", outcome).install();
@@ -79,10 +77,9 @@ TEST(Packages, ExitCodeOfMsiexec_MeansSuccessRestartOrFailure) {
   }
 }
 
-TEST(Packages, SuccessThatLeavesNotThisVersion_IsAFailure) {
+TEST_F(Packages, SuccessThatLeavesNotThisVersion_IsAFailure) {
   for (const char* version : {"", "1.0.1", "v1.0"}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     simulated::Outcome outcome;
     if (version[0] != '\0') outcome.installs = {{CodeOf("Office"), "Office", version}};
     rig.program("Office.msi", outcome);
@@ -94,10 +91,8 @@ TEST(Packages, SuccessThatLeavesNotThisVersion_IsAFailure) {
   }
 }
 
-TEST(Packages, OneMsiexec_CountsAsFree) {
-  Rig rig;
+TEST_F(Packages, OneMsiexec_CountsAsFree) {
   rig.machine().processes().addRunning({.name = "MSIEXEC.EXE"});
-  Media media(rig);
   EXPECT_EQ(media.package("Office", "1.0").install(), 0);
   EXPECT_EQ(TimesLogged(rig, "Install can continue"), 1);
   EXPECT_FALSE(Logged(rig, "SLEEP for one minute"));
@@ -114,12 +109,11 @@ struct Wait {
 constexpr Wait Waits[] = {{"", 1, 0, 1},  {"", 5, 0, 5},  {"", 6, 1, 5},  {"", 12, 2, 10}, {"2", 3, 1, 2},
                           {"2", 2, 0, 2}, {"0", 6, 1, 5}, {"x", 6, 1, 5}, {"1", 4, 2, 2}};
 
-TEST(Packages, BusyMsiexec_IsWaitedForInSilenceWithoutLimit) {
+TEST_F(Packages, BusyMsiexec_IsWaitedForInSilenceWithoutLimit) {
   for (const Wait& row : Waits) {
-    Rig rig;
+    fresh();
     rig.machine().processes().addRunning({.name = "msiexec.exe"});
     rig.machine().processes().addRunning({.name = "msiexec.exe", .queries = row.busy});
-    Media media(rig);
     media.product["NumberOfLoops"] = row.loops;
     const std::string what = std::string(row.loops) + " loops, busy " + std::to_string(row.busy);
     EXPECT_EQ(media.package("Office", "1.0").install(), 0) << what;
@@ -129,32 +123,26 @@ TEST(Packages, BusyMsiexec_IsWaitedForInSilenceWithoutLimit) {
   }
 }
 
-TEST(Packages, BusyMsiexecOnAnInteractiveRun_IsToldAfterFiveMinutes) {
-  Rig rig;
+TEST_F(Packages, BusyMsiexecOnAnInteractiveRun_IsToldAfterFiveMinutes) {
   rig.machine().processes().addRunning({.name = "msiexec.exe"});
   rig.machine().processes().addRunning({.name = "msiexec.exe", .queries = 7});
   rig.answer("Process In Use", platform::BoxAnswer::Ok,
              "The Process 'MSIEXEC' is currently running - The installation has been paused!\r\nPlease ensure no other "
              "applications are using msiExec and press OK");
   rig.press({platform::WindowEvent::Continue, platform::WindowEvent::Continue});
-  Media media(rig);
   EXPECT_EQ(media.package("Office", "1.0").install(""), 0);
   EXPECT_EQ(TimesLogged(rig, "MSIExec is still running inform the user via a msgbox"), 1);
 }
 
-TEST(Packages, ManagementThatFailsForAWhile_IsWaitedFor) {
-  Rig rig;
+TEST_F(Packages, ManagementThatFailsForAWhile_IsWaitedFor) {
   rig.machine().processes().setManagement(false);
-  rig.machine().clock().at(150000, [&rig] { rig.machine().processes().setManagement(true); });
-  Media media(rig);
+  rig.machine().clock().at(150000, [this] { rig.machine().processes().setManagement(true); });
   EXPECT_EQ(media.package("Office", "1.0").install(), 0);
   EXPECT_GE(rig.machine().clock().elapsed(), 150000U);
   EXPECT_TRUE(Logged(rig, "Install can continue"));
 }
 
-TEST(Packages, MissingPackage_IsAMissingFile) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Packages, MissingPackage_IsAMissingFile) {
   EXPECT_EQ(media.component("Office", "office.msi").install(), 1);
   EXPECT_TRUE(Logged(rig, "File C:\\Media\\Office\\office.msi could not be found"));
   EXPECT_TRUE(rig.ran().empty());

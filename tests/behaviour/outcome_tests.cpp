@@ -6,6 +6,8 @@
 
 namespace {
 
+using Outcome = Installing;
+
 enum class Kind { Exe, Bat, Script };
 
 struct Case {
@@ -55,10 +57,9 @@ void Add(Rig& rig, Media& media, const Case& row) {
   media.component("Tools", "Tools.bat");
 }
 
-TEST(Outcome, ExitCodeAndVerdict_DecideByTheKindOfFile) {
+TEST_F(Outcome, ExitCodeAndVerdict_DecideByTheKindOfFile) {
   for (const Case& row : Cases) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     Add(rig, media, row);
     const std::string what =
         "kind " + std::to_string(static_cast<int>(row.kind)) + " exit " + std::to_string(row.exitCode) + row.verdict;
@@ -71,9 +72,7 @@ TEST(Outcome, ExitCodeAndVerdict_DecideByTheKindOfFile) {
   }
 }
 
-TEST(Outcome, Abort_EndsTheRunThoughNothingSaysSo) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Outcome, Abort_EndsTheRunThoughNothingSaysSo) {
   media.program("Tools", Reports("Tools", "Abort"));
   media.component("Next", "next.exe");
   EXPECT_EQ(media.install(), 1);
@@ -83,17 +82,13 @@ TEST(Outcome, Abort_EndsTheRunThoughNothingSaysSo) {
   EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Installation of Tools failed ");
 }
 
-TEST(Outcome, Failures_LeaveALineEach) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Outcome, Failures_LeaveALineEach) {
   media.program("One", Reports("One", "Fail")).program("Two").script("Three", {.exitCode = 2});
   EXPECT_EQ(media.install(), 1);
   EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Installation of One failed.\r\nInstallation of Three failed");
 }
 
-TEST(Outcome, SecondRunThatSucceeds_ForgetsTheFailureOfTheFirst) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Outcome, SecondRunThatSucceeds_ForgetsTheFailureOfTheFirst) {
   rig.program("\\One.exe", Reports("One", "Fail"));
   media.program("One", Reports("One", "Pass"));
   EXPECT_EQ(media.install(), 1);
@@ -102,19 +97,15 @@ TEST(Outcome, SecondRunThatSucceeds_ForgetsTheFailureOfTheFirst) {
   EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "-1");
 }
 
-TEST(Outcome, SystemCheckFile_PassesWhateverTheVerdict) {
-  Rig rig;
+TEST_F(Outcome, SystemCheckFile_PassesWhateverTheVerdict) {
   rig.file("C:\\Office Suite_systemcheck.txt", "");
-  Media media(rig);
   EXPECT_EQ(media.program("Tools", Reports("Tools", "Fail")).install(), 0);
   EXPECT_TRUE(Logged(rig, "System check text file exists"));
   EXPECT_FALSE(Logged(rig, "Process return = "));
 }
 
-TEST(Outcome, MessagesOfAFailure_AreThoseDirectlyUnderTheRoot) {
-  Rig rig;
+TEST_F(Outcome, MessagesOfAFailure_AreThoseDirectlyUnderTheRoot) {
   rig.machine().registry().putText("HKEY_LOCAL_MACHINE", "Message Cause", "no licence");
-  Media media(rig);
   simulated::Outcome fails = Reports("Tools", "Fail");
   fails.registry.push_back({"HKLM\\" + ComponentRecord("Tools"), "Message", "call support"});
   EXPECT_EQ(media.program("Tools", fails).install(), 1);
@@ -122,19 +113,16 @@ TEST(Outcome, MessagesOfAFailure_AreThoseDirectlyUnderTheRoot) {
   EXPECT_EQ(rig.value(ComponentRecord("Tools"), "Message"), "call support");
 }
 
-TEST(Outcome, VerdictOfAnEarlierRunOfTheProgram_DoesNotCount) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Outcome, VerdictOfAnEarlierRunOfTheProgram_DoesNotCount) {
   // The first component leaves a verdict on the second one before that has run.
   media.program("First", Reports("Second", "Fail")).program("Second");
   EXPECT_EQ(media.install(), 0);
   EXPECT_EQ(rig.value(ComponentRecord("Second"), "Process Return"), "");
 }
 
-TEST(Outcome, VerboseRun_TellsWhatRunsAndWhenItEnds) {
+TEST_F(Outcome, VerboseRun_TellsWhatRunsAndWhenItEnds) {
   for (const bool verbose : {true, false}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.config["Verbose"] = verbose ? "True" : "no";
     media.program("Tools").install();
     EXPECT_EQ(TimesLogged(rig, "Running C:\\Media\\Tools\\Tools.exe"), verbose ? 1 : 0);
@@ -142,9 +130,7 @@ TEST(Outcome, VerboseRun_TellsWhatRunsAndWhenItEnds) {
   }
 }
 
-TEST(Outcome, LongRunningProgram_IsWaitedForWithoutLimit) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Outcome, LongRunningProgram_IsWaitedForWithoutLimit) {
   media.program("Slow", {.milliseconds = 3600000}).program("Next");
   EXPECT_EQ(media.install(), 0);
   EXPECT_GE(rig.machine().clock().elapsed(), 3600000U);

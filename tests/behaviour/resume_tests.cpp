@@ -10,6 +10,7 @@
 
 namespace {
 
+using Resuming = Installing;
 using Names = std::vector<std::string>;
 
 constexpr const char* Systems[] = {"Windows 95",     "Windows 98",   "Windows ME", "Windows NT 3.51",
@@ -37,11 +38,10 @@ int RunToEnd(Rig& rig, const std::string& arguments) {
   return exitCode;
 }
 
-TEST(Resume, TwoRestarts_RunEachComponentOnceOnEverySystem) {
+TEST_F(Resuming, TwoRestarts_RunEachComponentOnceOnEverySystem) {
   for (const char* system : Systems) {
-    Rig rig;
+    fresh();
     rig.machine().setSystem(system);
-    Media media(rig);
     media.program("A", RequestsReboot("immediate")).script("B").program("C", RequestsReboot("Immediate"));
     media.program("D");
     const std::string arguments = Media::arguments("/s /v");
@@ -83,10 +83,9 @@ constexpr Line7 Lines[] = {
      R"(oShell.Run """C:\QX\QX Installation Assistant.exe"" /is=""C:\Media\app.ini"" /s")"},
 };
 
-TEST(Resume, StartupScript_StartsTheProgramWithTheSameArguments) {
+TEST_F(Resuming, StartupScript_StartsTheProgramWithTheSameArguments) {
   for (const Line7& row : Lines) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.program("A", RequestsReboot("immediate")).write();
     rig.file(Script(rig), "an older script that is longer than the new one\n" + std::string(2000, 'x'));
     rig.run(row.arguments);
@@ -96,9 +95,7 @@ TEST(Resume, StartupScript_StartsTheProgramWithTheSameArguments) {
   }
 }
 
-TEST(Resume, ScriptThatIsGone_IsToldAndTheRunGoesOn) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Resuming, ScriptThatIsGone_IsToldAndTheRunGoesOn) {
   media.program("A", RequestsReboot("immediate")).program("B").install();
   rig.machine().files().remove(Script(rig));
   rig.restart();
@@ -118,10 +115,9 @@ constexpr Obstacle Obstacles[] = {
     {"registry.setValue", "Products\\Rebooted", "Could not write to registry key: HKLM\\Software\\Tarvel\\Installat"},
 };
 
-TEST(Resume, ObstacleBeforeTheRestart_IsToldAndTheMachineRestartsAllTheSame) {
+TEST_F(Resuming, ObstacleBeforeTheRestart_IsToldAndTheMachineRestartsAllTheSame) {
   for (const Obstacle& row : Obstacles) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.program("A", RequestsReboot("immediate")).write();
     faults::Platform faulty(rig.machine());
     faulty.faults().fail(row.operation, row.target, platform::status::AccessDenied);
@@ -132,19 +128,15 @@ TEST(Resume, ObstacleBeforeTheRestart_IsToldAndTheMachineRestartsAllTheSame) {
   }
 }
 
-TEST(Resume, EnvironmentWithoutProfile_IsToldInABoxWithItsRemedy) {
-  Rig rig;
+TEST_F(Resuming, EnvironmentWithoutProfile_IsToldInABoxWithItsRemedy) {
   rig.machine().machine().variables["UserProfile"] = "";
   rig.press({platform::WindowEvent::Continue});
   rig.answer("QX Installation Assistant Error", platform::BoxAnswer::Ok, "start it by hand with the same arguments");
-  Media media(rig);
   media.program("A", RequestsReboot("immediate")).install("");
   EXPECT_TRUE(rig.machine().restartRequested());
 }
 
-TEST(Resume, RestartThatDoesNotHappen_IsMadeGoodByTheNextStart) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Resuming, RestartThatDoesNotHappen_IsMadeGoodByTheNextStart) {
   media.program("A", RequestsReboot("immediate")).program("B").write();
   faults::Platform faulty(rig.machine());
   faulty.faults().fail("power.exitWindows", "", platform::status::AccessDenied);
@@ -155,18 +147,14 @@ TEST(Resume, RestartThatDoesNotHappen_IsMadeGoodByTheNextStart) {
   EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
 }
 
-TEST(Resume, ScriptThatAPowerCutLeftBehind_StartsNoFurtherRun) {
-  Rig rig;
+TEST_F(Resuming, ScriptThatAPowerCutLeftBehind_StartsNoFurtherRun) {
   rig.file(Script(rig), "left behind");
-  Media media(rig);
   media.program("A").install();
   EXPECT_FALSE(rig.exists(Script(rig)));
   EXPECT_FALSE(Logged(rig, "DestroyAutoRun"));
 }
 
-TEST(Resume, DeferredRequest_RestartsOnceAfterTheLastComponent) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Resuming, DeferredRequest_RestartsOnceAfterTheLastComponent) {
   media.program("A", RequestsReboot("deferred")).program("B").write();
   EXPECT_EQ(RunToEnd(rig, Media::arguments("/s")), 0);
   EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
@@ -174,27 +162,21 @@ TEST(Resume, DeferredRequest_RestartsOnceAfterTheLastComponent) {
   EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "-1");
 }
 
-TEST(Resume, ImmediateRestart_FulfilsADeferredRequestBeforeIt) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Resuming, ImmediateRestart_FulfilsADeferredRequestBeforeIt) {
   media.program("A", RequestsReboot("deferred")).program("B", RequestsReboot("immediate")).program("C").write();
   EXPECT_EQ(RunToEnd(rig, Media::arguments("/s")), 0);
   EXPECT_EQ(RanComponents(rig), (Names{"A", "B", "C"}));
   EXPECT_EQ(rig.effects("exit windows").size(), 1U);
 }
 
-TEST(Resume, FailureBeforeTheRestart_IsStillTheResultAfterIt) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Resuming, FailureBeforeTheRestart_IsStillTheResultAfterIt) {
   media.program("A", Reports("A", "Fail")).program("B", RequestsReboot("immediate")).program("C").write();
   EXPECT_EQ(RunToEnd(rig, Media::arguments("/s")), 1);
   EXPECT_EQ(RanComponents(rig), (Names{"A", "B", "C"}));
   EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Installation of A failed.");
 }
 
-TEST(Resume, InteractiveRun_ShowsItsWindowAndGoesOnUnasked) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Resuming, InteractiveRun_ShowsItsWindowAndGoesOnUnasked) {
   media.program("A", RequestsReboot("immediate")).program("B");
   rig.press({platform::WindowEvent::Continue});
   EXPECT_EQ(media.install(""), 0);
@@ -205,9 +187,7 @@ TEST(Resume, InteractiveRun_ShowsItsWindowAndGoesOnUnasked) {
   EXPECT_EQ(rig.machine().screen().shown(platform::Control::LongMessage).back(), "All completed successfully");
 }
 
-TEST(Resume, MediaMovedToAnotherDrive_IsFoundAgain) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Resuming, MediaMovedToAnotherDrive_IsFoundAgain) {
   media.product["PackageRoot"] = "CDROM(\\Packages)";
   rig.file("C:\\disc\\Packages\\A\\A.exe", "");
   rig.file("C:\\disc\\Packages\\B\\B.exe", "");

@@ -6,10 +6,11 @@
 
 namespace {
 
+using Start = Installing;
+
 constexpr const char* Title = "QX Installation Assistant";
 
-TEST(Start, SecondCopy_BringsTheFirstForwardAndLeavesNoTrace) {
-  Rig rig;
+TEST_F(Start, SecondCopy_BringsTheFirstForwardAndLeavesNoTrace) {
   rig.machine().machine().setAnotherCopyRuns(true);
   rig.machine().screen().addWindow("QXMainWindow", Title);
   EXPECT_EQ(rig.run("/s /is=C:\\Media\\app.ini"), 3);
@@ -18,30 +19,26 @@ TEST(Start, SecondCopy_BringsTheFirstForwardAndLeavesNoTrace) {
   EXPECT_EQ(rig.effects(), forward);
 }
 
-TEST(Start, SecondCopyOfASilentFirst_EndsWithoutItsWindow) {
-  Rig rig;
+TEST_F(Start, SecondCopyOfASilentFirst_EndsWithoutItsWindow) {
   rig.machine().machine().setAnotherCopyRuns(true);
   EXPECT_EQ(rig.run("/s"), 3);
   EXPECT_TRUE(rig.effects().empty());
 }
 
-TEST(Start, LocalInstance_RunsBesideTheCopyThatStartedIt) {
-  Rig rig;
+TEST_F(Start, LocalInstance_RunsBesideTheCopyThatStartedIt) {
   rig.machine().machine().setAnotherCopyRuns(true);
   rig.set(ProductsRecord, "QXIALocalInstall", "True");
-  Media media(rig);
   EXPECT_EQ(media.program("Tools").install(), 0);
   EXPECT_TRUE(Logged(rig, "Starting Local instance of QXIA"));
   EXPECT_FALSE(rig.hasValue(ProductsRecord, "QXIALocalInstall"));
 }
 
-TEST(Start, FreshRun_WipesTheEarlierRecordButTheRequestToSkipPreInstall) {
+TEST_F(Start, FreshRun_WipesTheEarlierRecordButTheRequestToSkipPreInstall) {
   for (const char* spelling : {"SkipPreInstall", "skippreinstall", "SKIPPREINSTALL"}) {
-    Rig rig;
+    fresh();
     rig.set(ProductRecord, "Older value", "1");
     rig.set(ProductRecord, spelling, "anything");
     rig.set(ComponentRecord("Removed component"), "SequenceNumber", "100");
-    Media media(rig);
     EXPECT_EQ(media.program("Tools").install(), 0) << spelling;
     EXPECT_EQ(rig.value(ProductRecord, "SkipPreInstall"), "True") << spelling;
     EXPECT_FALSE(rig.hasValue(ProductRecord, "Older value")) << spelling;
@@ -51,47 +48,39 @@ TEST(Start, FreshRun_WipesTheEarlierRecordButTheRequestToSkipPreInstall) {
   }
 }
 
-TEST(Start, FreshRunWithoutTheRequest_DoesNotInventIt) {
-  Rig rig;
+TEST_F(Start, FreshRunWithoutTheRequest_DoesNotInventIt) {
   rig.set(ProductRecord, "Older value", "1");
-  Media media(rig);
   media.program("Tools").install();
   EXPECT_FALSE(rig.hasValue(ProductRecord, "SkipPreInstall"));
   EXPECT_FALSE(rig.hasValue(ProductRecord, "Older value"));
 }
 
-TEST(Start, RebootedNotSpelledTrue_IsAFreshRun) {
+TEST_F(Start, RebootedNotSpelledTrue_IsAFreshRun) {
   for (const char* value : {"true", "TRUE", "True ", "1", ""}) {
-    Rig rig;
+    fresh();
     rig.set(ProductsRecord, "Rebooted", value);
     rig.set(ProductRecord, "LastSequence", "100");
     rig.set(ProductRecord, "Older value", "1");
-    Media media(rig);
     EXPECT_EQ(media.program("Tools").install(), 0);
     EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"}) << "'" << value << "'";
     EXPECT_FALSE(rig.hasValue(ProductRecord, "Older value")) << "'" << value << "'";
   }
 }
 
-TEST(Start, SilentRun_ShowsATrayIconAndNoWindow) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Start, SilentRun_ShowsATrayIconAndNoWindow) {
   EXPECT_EQ(media.program("Tools").install(), 0);
   EXPECT_EQ(rig.effects("tray icon"),
             (std::vector<std::string>{"tray icon \"QX Installation Assistant is running\"", "tray icon removed"}));
   EXPECT_TRUE(rig.effects("window").empty());
 }
 
-TEST(Start, SilentRunWithoutNotificationArea_GoesOn) {
-  Rig rig;
+TEST_F(Start, SilentRunWithoutNotificationArea_GoesOn) {
   rig.machine().screen().setTray(false);
-  Media media(rig);
   EXPECT_EQ(media.program("Tools").install(), 0);
   EXPECT_EQ(RanComponents(rig).size(), 1U);
 }
 
-TEST(Start, SilentUninstall_TellsTheProductWithoutABlankAndLooksAtNothingElse) {
-  Rig rig;
+TEST_F(Start, SilentUninstall_TellsTheProductWithoutABlankAndLooksAtNothingElse) {
   rig.set(ProductsRecord, "Rebooted", "True");
   rig.set(ProductRecord, "Version", "2.1.0");
   rig.set(std::string(ProductsRecord) + "\\Office", "Version", "1.0");
@@ -104,9 +93,7 @@ TEST(Start, SilentUninstall_TellsTheProductWithoutABlankAndLooksAtNothingElse) {
   EXPECT_EQ(rig.uninstallLog("Office").find("ini file"), std::string::npos);
 }
 
-TEST(Start, NoArguments_TakesTheIniBesideTheProgramAndLeavesTheSwitchValuesAlone) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Start, NoArguments_TakesTheIniBesideTheProgramAndLeavesTheSwitchValuesAlone) {
   media.program("Tools").write();
   rig.file("C:\\QX\\QX Installation Assistant.ini", rig.text("C:\\Media\\app.ini"));
   rig.file("C:\\QX\\product.ini", rig.text("C:\\Media\\product.ini"));
@@ -136,9 +123,9 @@ constexpr BadIdentity BadIdentities[] = {
     {"a question mark in the name", "[Product]\nName=Why?\n", "holds a character that no folder name may hold"},
 };
 
-TEST(Start, ApplicationIniWithoutUsableName_SaysSoAndFails) {
+TEST_F(Start, ApplicationIniWithoutUsableName_SaysSoAndFails) {
   for (const BadIdentity& row : BadIdentities) {
-    Rig rig;
+    fresh();
     rig.file("C:\\Media\\app.ini", row.ini);
     EXPECT_EQ(rig.run("/s /is=C:\\Media\\app.ini"), 1) << row.what;
     const std::string log = rig.text("C:\\QX\\QX Installation Assistant.html");
@@ -149,8 +136,7 @@ TEST(Start, ApplicationIniWithoutUsableName_SaysSoAndFails) {
   }
 }
 
-TEST(Start, InteractiveRunWithoutName_ShowsTheMessage) {
-  Rig rig;
+TEST_F(Start, InteractiveRunWithoutName_ShowsTheMessage) {
   rig.file("C:\\Media\\app.ini", "[Product]\nVersion=1\n");
   rig.answer("", platform::BoxAnswer::Ok, "The application ini names no product.");
   EXPECT_EQ(rig.run("/is=C:\\Media\\app.ini"), 1);

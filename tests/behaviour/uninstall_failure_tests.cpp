@@ -9,6 +9,7 @@
 
 namespace {
 
+using Uninstalling = Installing;
 using Names = std::vector<std::string>;
 
 struct Ending {
@@ -21,10 +22,9 @@ constexpr Ending Endings[] = {{0, false, true},     {3010, false, true}, {3011, 
                               {3010, true, false},  {1, false, false},   {1603, true, false}, {1605, false, false},
                               {1641, false, false}, {-1, false, false}};
 
-TEST(Uninstall, ExitCodeOfMsiexecAndWhatItLeaves_Decide) {
+TEST_F(Uninstalling, ExitCodeOfMsiexecAndWhatItLeaves_Decide) {
   for (const Ending& row : Endings) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.package("Core", "1.2").install();
     simulated::Outcome outcome{.exitCode = row.exitCode};
     if (!row.leavesPackage) outcome.removes = {CodeOf("Core")};
@@ -39,9 +39,7 @@ TEST(Uninstall, ExitCodeOfMsiexecAndWhatItLeaves_Decide) {
   }
 }
 
-TEST(Uninstall, WhatFailed_StaysRecordedAndASecondUninstallFinishes) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Uninstalling, WhatFailed_StaysRecordedAndASecondUninstallFinishes) {
   media.package("Core", "1.2").program("Tools", {}, RemovesWith("C:\\Tools\\tools.exe"));
   media.program("More", {}, RemovesWith("C:\\Tools\\more.exe")).package("Last", "1.0").install();
   Remover(rig, "C:\\Tools\\tools.exe", {.exitCode = 7});
@@ -64,9 +62,7 @@ TEST(Uninstall, WhatFailed_StaysRecordedAndASecondUninstallFinishes) {
   EXPECT_FALSE(rig.hasKey(ProductRecord));
 }
 
-TEST(Uninstall, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Uninstalling, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
   rig.file("C:\\Media\\Manuals\\one.txt", "one");
   media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").package("Core", "1.0").install();
   faults::Platform faulty(rig.machine());
@@ -79,9 +75,7 @@ TEST(Uninstall, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
   EXPECT_FALSE(rig.exists("C:\\Copies\\Manuals"));
 }
 
-TEST(Uninstall, RecordThatCannotBeDeleted_IsNoSuccess) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Uninstalling, RecordThatCannotBeDeleted_IsNoSuccess) {
   media.package("Core", "1.2").install();
   faults::Platform faulty(rig.machine());
   faulty.faults().fail("registry.deleteKey", "Office Suite", platform::status::AccessDenied);
@@ -92,9 +86,7 @@ TEST(Uninstall, RecordThatCannotBeDeleted_IsNoSuccess) {
   EXPECT_FALSE(rig.hasKey(ProductRecord));
 }
 
-TEST(Uninstall, RunThatWaitsForALogon_GoesOnNoMore) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Uninstalling, RunThatWaitsForALogon_GoesOnNoMore) {
   media.package("Core", "1.2").program("Tools", RequestsReboot("immediate")).program("More");
   rig.tolerateUnused();
   media.install();
@@ -183,10 +175,9 @@ constexpr BadName BadNames[] = {
     {"a pattern", "/s /x Office*", "Office* cannot be the name of a product", false},
 };
 
-TEST(Uninstall, NameOfNoProduct_IsToldAndNothingIsTouched) {
+TEST_F(Uninstalling, NameOfNoProduct_IsToldAndNothingIsTouched) {
   for (const BadName& row : BadNames) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.package("Core", "1.2").install();
     const Names before = rig.registryLines(ProductRecord);
     if (row.ownLog) rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
@@ -200,18 +191,16 @@ TEST(Uninstall, NameOfNoProduct_IsToldAndNothingIsTouched) {
   }
 }
 
-TEST(Uninstall, SlashInAName_EndsIt) {
+TEST_F(Uninstalling, SlashInAName_EndsIt) {
   for (const char* arguments : {"/s /X Office Suite/other", "/s /x   Office Suite  ", "/s /x office suite"}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.package("Core", "1.2").install();
     EXPECT_EQ(Uninstall(rig, arguments), 0) << arguments;
     EXPECT_FALSE(rig.hasKey(ProductRecord)) << arguments;
   }
 }
 
-TEST(Uninstall, RecordWithoutComponents_IsError6095AndStays) {
-  Rig rig;
+TEST_F(Uninstalling, RecordWithoutComponents_IsError6095AndStays) {
   rig.set(ProductRecord, "SkipPreInstall", "True");
   EXPECT_EQ(Uninstall(rig), 1);
   EXPECT_TRUE(UninstallLogged(
@@ -219,9 +208,7 @@ TEST(Uninstall, RecordWithoutComponents_IsError6095AndStays) {
   EXPECT_EQ(rig.value(ProductRecord, "SkipPreInstall"), "True");
 }
 
-TEST(Uninstall, PackageThatIsGoneAlready_IsPassedOver) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Uninstalling, PackageThatIsGoneAlready_IsPassedOver) {
   media.package("Core", "1.2").install();
   rig.machine().installer().remove(CodeOf("Core"));
   EXPECT_EQ(Uninstall(rig), 0);
@@ -230,9 +217,7 @@ TEST(Uninstall, PackageThatIsGoneAlready_IsPassedOver) {
   EXPECT_FALSE(rig.hasKey(ProductRecord));
 }
 
-TEST(Uninstall, ListOfPackagesThatBreaksOff_KeepsTheRecord) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Uninstalling, ListOfPackagesThatBreaksOff_KeepsTheRecord) {
   media.package("Core", "1.2").install();
   faults::Platform faulty(rig.machine());
   faulty.faults().fail("installer.enumerateProduct", "", 1610);
@@ -244,11 +229,10 @@ TEST(Uninstall, ListOfPackagesThatBreaksOff_KeepsTheRecord) {
   EXPECT_TRUE(InstalledPackages(rig).empty());
 }
 
-TEST(Uninstall, RemovalProgramThatIsGone_IsToldAndTheRestGoes) {
+TEST_F(Uninstalling, RemovalProgramThatIsGone_IsToldAndTheRestGoes) {
   for (const char* command : {"C:\\My Tools\\remove.exe /q", "\"C:\\My Tools\\remove.exe\" /q", "C:\\gone.vbs",
                               "Z:\\remove.exe", "\\\\server\\share\\remove.exe"}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.package("Core", "1.2").program("Tools", {}, RemovesWith(command)).install();
     const std::size_t before = rig.ran().size();
     EXPECT_EQ(Uninstall(rig), 1) << command;
@@ -276,10 +260,9 @@ constexpr Target Targets[] = {
     {"C:\\Copies", "Others", "Folder C:\\Copies\\Others does not exist - skipping delete..."},
 };
 
-TEST(Uninstall, FolderThatNobodyNamedInFull_IsNotDeleted) {
+TEST_F(Uninstalling, FolderThatNobodyNamedInFull_IsNotDeleted) {
   for (const Target& row : Targets) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     rig.file("C:\\Media\\Manuals\\one.txt", "one");
     media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").install();
     rig.set(ComponentRecord("Manuals"), "CopyOpTarget", row.target);

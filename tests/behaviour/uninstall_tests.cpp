@@ -10,6 +10,8 @@
 
 namespace {
 
+using Uninstalling = Installing;
+using Sharing = Installing;
 using Names = std::vector<std::string>;
 
 constexpr const char* Place = "c:\\program files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite";
@@ -31,11 +33,9 @@ void InstallOneOfEachKind(Rig& rig, Media& media) {
   ASSERT_EQ(media.install("/s /v"), 0);
 }
 
-TEST(Uninstall, ProductOfEveryKind_GoesInReverseOrderAndNothingElseWithIt) {
-  Rig rig;
+TEST_F(Uninstalling, ProductOfEveryKind_GoesInReverseOrderAndNothingElseWithIt) {
   rig.machine().addDrive({.letter = 'E'});
   rig.file("C:\\Copies\\mine.txt", "mine");
-  Media media(rig);
   InstallOneOfEachKind(rig, media);
   ASSERT_TRUE(rig.exists("E:\\Charts\\one.txt"));
   Remover(rig, "C:\\Tools\\remove.exe");
@@ -60,11 +60,9 @@ TEST(Uninstall, ProductOfEveryKind_GoesInReverseOrderAndNothingElseWithIt) {
   EXPECT_EQ(rig.value(InstallationRecord, "Install Type"), "STUNINST");
 }
 
-TEST(Uninstall, Log_TellsTheWalkAndKeepsItsOwnPlace) {
-  Rig rig;
+TEST_F(Uninstalling, Log_TellsTheWalkAndKeepsItsOwnPlace) {
   rig.machine().addDrive({.letter = 'E'});
   rig.tolerateUnused();
-  Media media(rig);
   InstallOneOfEachKind(rig, media);
   for (const char* file : {"C:\\Tools\\remove.exe", "C:\\Program Tools\\remove.bat", "C:\\Tools\\remove.vbs"}) {
     Remover(rig, file);
@@ -102,9 +100,7 @@ TEST(Uninstall, Log_TellsTheWalkAndKeepsItsOwnPlace) {
   EXPECT_TRUE(rig.exists(std::string(Place) + "\\Uninstall QXIA Archive Logs"));
 }
 
-TEST(Uninstall, Interactive_WarnsWaitsForContinueAndTellsTheEnd) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Uninstalling, Interactive_WarnsWaitsForContinueAndTellsTheEnd) {
   media.package("Core", "1.2").install();
   rig.press({platform::WindowEvent::Continue, platform::WindowEvent::Continue});
   EXPECT_EQ(Uninstall(rig, "/x Office Suite"), 0);
@@ -142,12 +138,12 @@ void InstallSharing(Rig& rig, const Version& row) {
   EXPECT_EQ(media.install(), 0) << row.product;
 }
 
-TEST(Sharing, InEveryOrder_AComponentGoesExactlyWithItsLastUser) {
+TEST_F(Sharing, InEveryOrder_AComponentGoesExactlyWithItsLastUser) {
   std::vector<int> installOrder{0, 1, 2};
   do {
     std::vector<int> uninstallOrder{0, 1, 2};
     do {
-      Rig rig;
+      fresh();
       rig.tolerateUnused();
       Names products;
       for (const int i : installOrder) {
@@ -172,11 +168,9 @@ TEST(Sharing, InEveryOrder_AComponentGoesExactlyWithItsLastUser) {
   } while (std::next_permutation(installOrder.begin(), installOrder.end()));
 }
 
-TEST(Sharing, EveryKindOfComponent_IsKeptForAnotherProduct) {
-  Rig rig;
+TEST_F(Sharing, EveryKindOfComponent_IsKeptForAnotherProduct) {
   rig.tolerateUnused();
   rig.machine().addDrive({.letter = 'E'});
-  Media media(rig);
   InstallOneOfEachKind(rig, media);
   for (const char* name : {"Core", "Tools", "Batch", "Script", "Manuals", "Charts"}) AlsoUsedBy(rig, "Other", name);
   const std::size_t before = rig.ran().size();
@@ -189,18 +183,14 @@ TEST(Sharing, EveryKindOfComponent_IsKeptForAnotherProduct) {
   EXPECT_EQ(RowsOf(rig.uninstallLog("Office Suite"), WarningMark).size(), 6U);
 }
 
-TEST(Sharing, NameInOtherLetters_IsAnotherComponent) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Sharing, NameInOtherLetters_IsAnotherComponent) {
   media.package("Core", "1.2").install();
   AlsoUsedBy(rig, "Other", "core");
   EXPECT_EQ(Uninstall(rig), 0);
   EXPECT_TRUE(InstalledPackages(rig).empty());
 }
 
-TEST(Sharing, Product_ThatKeepsItsRecordStillCounts) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Sharing, Product_ThatKeepsItsRecordStillCounts) {
   media.package("Core", "1.2").program("Tools", {}, RemovesWith("C:\\Tools\\remove.exe")).install();
   AlsoUsedBy(rig, "Other", "Core");
   Remover(rig, "C:\\Tools\\remove.exe", {.exitCode = 1});
@@ -274,10 +264,9 @@ constexpr Removal RemovalCommands[] = {
     {"C:\\My Tools\\setup.exe", "<ERROR>", "C:\\My Tools\\setup.exe "},
 };
 
-TEST(Uninstall, RecordedCommand_IsBuiltFromProgramAndArguments) {
+TEST_F(Uninstalling, RecordedCommand_IsBuiltFromProgramAndArguments) {
   for (const Removal& row : RemovalCommands) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.program("Tools").install();
     rig.set(ComponentRecord("Tools"), "ProductCode", row.productCode);
     rig.set(ComponentRecord("Tools"), "UninstallCommandLine", row.commandLine);
@@ -293,9 +282,7 @@ TEST(Uninstall, RecordedCommand_IsBuiltFromProgramAndArguments) {
   }
 }
 
-TEST(Uninstall, ComponentWithoutCommand_IsRecordedAsFailedAndHoldsNothingBack) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Uninstalling, ComponentWithoutCommand_IsRecordedAsFailedAndHoldsNothingBack) {
   media.program("Mute").program("Tools", {}, RemovesWith("C:\\Tools\\remove.exe")).program("Other").install();
   Remover(rig, "C:\\Tools\\remove.exe", {.exitCode = 5});
   EXPECT_EQ(Uninstall(rig), 1);

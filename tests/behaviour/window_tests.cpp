@@ -8,6 +8,9 @@
 
 namespace {
 
+using Closing = Installing;
+using End = Installing;
+using PasswordWindow = Installing;
 using platform::BoxAnswer;
 using platform::Control;
 using platform::WindowEvent;
@@ -27,9 +30,7 @@ std::string LastShown(Rig& rig, Control control) {
   return rig.machine().screen().shown(control).back();
 }
 
-TEST(Closing, RefusedQuestion_LetsTheRunGoOn) {
-  Rig rig;
-  Media media(rig);
+TEST_F(Closing, RefusedQuestion_LetsTheRunGoOn) {
   media.program("One", ClosedMeanwhile(rig)).program("Two");
   rig.answer(Title, BoxAnswer::No, "is still at work");
   rig.press({WindowEvent::Continue, WindowEvent::Continue});
@@ -51,11 +52,10 @@ constexpr Stop Stops[] = {
     {"a component that asks for a restart at the end", "commit", 1},
 };
 
-TEST(Closing, ConfirmedQuestion_EndsAfterTheRunningComponent) {
+TEST_F(Closing, ConfirmedQuestion_EndsAfterTheRunningComponent) {
   for (const Stop& row : Stops) {
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
-    Media media(rig);
     media.program("One", ClosedMeanwhile(rig, RequestsReboot(row.request))).program("Two");
     rig.answer(Title, BoxAnswer::Yes, "is still at work");
     rig.press({WindowEvent::Continue});
@@ -71,10 +71,8 @@ TEST(Closing, ConfirmedQuestion_EndsAfterTheRunningComponent) {
   }
 }
 
-TEST(Closing, AgainAfterTheAnswer_AsksNoMore) {
-  Rig rig;
+TEST_F(Closing, AgainAfterTheAnswer_AsksNoMore) {
   rig.tolerateUnused();
-  Media media(rig);
   media.program("One", {.milliseconds = 2000, .also = [&] {
                           for (const int pump : {1, 3, 5}) rig.machine().screen().pressAtPump(pump, WindowEvent::Close);
                         }});
@@ -84,10 +82,8 @@ TEST(Closing, AgainAfterTheAnswer_AsksNoMore) {
   EXPECT_EQ(rig.effects("box").size(), 1U);
 }
 
-TEST(Closing, DuringThePreInstallActions_EndsBeforeContinue) {
-  Rig rig;
+TEST_F(Closing, DuringThePreInstallActions_EndsBeforeContinue) {
   rig.tolerateUnused();
-  Media media(rig);
   media.productIni += "[PreInstallActions]\nCheck\n[Check_Office Suite]\nInstall=check.exe\nCommandLine=N/A\n";
   rig.file("C:\\Media\\check.exe", "");
   rig.program("check.exe", ClosedMeanwhile(rig));
@@ -97,10 +93,8 @@ TEST(Closing, DuringThePreInstallActions_EndsBeforeContinue) {
   EXPECT_TRUE(rig.effects("person: continue").empty());
 }
 
-TEST(Closing, DuringAnUninstall_KeepsTheRecordForAnotherTry) {
-  Rig rig;
+TEST_F(Closing, DuringAnUninstall_KeepsTheRecordForAnotherTry) {
   rig.tolerateUnused();
-  Media media(rig);
   const char* lines = "UninstallCommandLine=C:\\Tools\\remove.exe\n";
   media.program("One", {}, lines).program("Two", {}, lines);
   EXPECT_EQ(media.install(), 0);
@@ -115,13 +109,12 @@ TEST(Closing, DuringAnUninstall_KeepsTheRecordForAnotherTry) {
   EXPECT_TRUE(rig.hasKey(ComponentRecord("One")));
 }
 
-TEST(End, FirstButton_OpensTheLog) {
+TEST_F(End, FirstButton_OpensTheLog) {
   const std::string log =
       "c:\\program files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite\\QX Installation "
       "Assistant.html";
   for (const bool browser : {true, false}) {
-    Rig rig;
-    Media media(rig);
+    fresh();
     media.program("One");
     rig.machine().screen().setBrowser(browser);
     if (!browser) rig.answer(Title, BoxAnswer::Ok, log);
@@ -132,9 +125,7 @@ TEST(End, FirstButton_OpensTheLog) {
   }
 }
 
-TEST(End, Failures_AreAlsoWhereTheyCanBeScrolled) {
-  Rig rig;
-  Media media(rig);
+TEST_F(End, Failures_AreAlsoWhereTheyCanBeScrolled) {
   std::string reasons;
   for (int i = 0; i < 12; ++i) {
     const std::string name = "Part" + std::to_string(i);
@@ -182,12 +173,11 @@ void AskingProduct(Media& media) {
   media.program("One", RequestsReboot("immediate"));
 }
 
-TEST(PasswordWindow, EachSystem_IsAskedInItsWordsAndLogsOnByItself) {
+TEST_F(PasswordWindow, EachSystem_IsAskedInItsWordsAndLogsOnByItself) {
   for (const System& row : Systems) {
-    Rig rig;
+    fresh();
     rig.machine().setSystem(row.name);
     rig.machine().setUser("Operator", "SITE");
-    Media media(rig);
     AskingProduct(media);
     rig.machine().screen().type({"secret", "Secret"});
     rig.answer(Title, BoxAnswer::Ok, "The two passwords do not match, please try again");
@@ -210,13 +200,12 @@ TEST(PasswordWindow, EachSystem_IsAskedInItsWordsAndLogsOnByItself) {
   }
 }
 
-TEST(PasswordWindow, Cancelled_EndsTheRunAndWritesNothing) {
+TEST_F(PasswordWindow, Cancelled_EndsTheRunAndWritesNothing) {
   for (const char* switches : {"/s", ""}) {
-    Rig rig;
+    fresh();
     rig.tolerateUnused();
     rig.set(Winlogon, "AutoAdminLogon", "1");
     rig.set(Winlogon, "DefaultPassword", "site");
-    Media media(rig);
     AskingProduct(media);
     rig.machine().screen().type({.password = "", .confirmation = "", .cancel = true});
     EXPECT_EQ(media.install(switches), 2) << switches;
@@ -227,7 +216,7 @@ TEST(PasswordWindow, Cancelled_EndsTheRunAndWritesNothing) {
   }
 }
 
-TEST(PasswordWindow, LaterDiscAndResumedRun_AreNotAsked) {
+TEST_F(PasswordWindow, LaterDiscAndResumedRun_AreNotAsked) {
   Rig later;
   Media disc(later);
   disc.product["PreviousVolumeName"] = "DISC0";
@@ -235,8 +224,6 @@ TEST(PasswordWindow, LaterDiscAndResumedRun_AreNotAsked) {
   disc.install();
   EXPECT_TRUE(later.effects("password window").empty());
 
-  Rig rig;
-  Media media(rig);
   AskingProduct(media);
   rig.machine().screen().type({"secret", "secret"});
   media.install();
@@ -248,10 +235,8 @@ TEST(PasswordWindow, LaterDiscAndResumedRun_AreNotAsked) {
   EXPECT_EQ(rig.effects("password window accepted").size(), 1U);
 }
 
-TEST(PasswordWindow, EnvironmentWithoutUser_IsTold) {
-  Rig rig;
+TEST_F(PasswordWindow, EnvironmentWithoutUser_IsTold) {
   rig.machine().setUser("", "");
-  Media media(rig);
   AskingProduct(media);
   rig.machine().screen().type({"secret", "secret"});
   media.install();
@@ -260,9 +245,7 @@ TEST(PasswordWindow, EnvironmentWithoutUser_IsTold) {
   EXPECT_EQ(RanComponents(rig), Names{"One"});
 }
 
-TEST(PasswordWindow, RegistryThatRefuses_IsToldAndTheRunGoesOn) {
-  Rig rig;
-  Media media(rig);
+TEST_F(PasswordWindow, RegistryThatRefuses_IsToldAndTheRunGoesOn) {
   AskingProduct(media);
   media.write();
   rig.machine().screen().type({"secret", "secret"});

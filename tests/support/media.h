@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,6 +51,23 @@ class Media {
  private:
   Rig& rig_;
   std::string actions_;
+};
+
+/// Tests of whole runs: a workstation and a product for it.
+class Installing : public testing::Test {
+ private:
+  std::optional<Rig> rig_ = std::optional<Rig>(std::in_place);
+  std::optional<Media> media_ = std::optional<Media>(std::in_place, *rig_);
+
+ protected:
+  /// Another workstation and another product, for the next row of a table.
+  void fresh() {
+    rig_.emplace();
+    media_.emplace(rig);
+  }
+
+  Rig& rig = *rig_;
+  Media& media = *media_;
 };
 
 /// Product code of the package that Media makes for this component.
