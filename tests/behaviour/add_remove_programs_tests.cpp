@@ -143,43 +143,4 @@ TEST_F(AddRemovePrograms, SchedulerThatIsNotThere_LeavesTheCopyAndIsTold) {
   EXPECT_TRUE(rig.exists(LocalProgram));
 }
 
-/// Everything that a machine holds: its registry, and its files with their sizes.
-Names WholeMachine(Rig& rig, const std::string& folder = "C:") {
-  Names lines = folder == "C:" ? rig.registryLines("Software") : Names();
-  std::vector<platform::FolderEntry> entries;
-  rig.machine().files().list(folder, entries);
-  for (const platform::FolderEntry& entry : entries) {
-    const std::string path = folder + "\\" + entry.name;
-    lines.push_back(path);
-    if (!entry.isFolder()) continue;
-    const Names below = WholeMachine(rig, path);
-    lines.insert(lines.end(), below.begin(), below.end());
-  }
-  return lines;
-}
-
-/// What is documented to stay: logs, the local copy until the scheduler deletes it, and the run's own values.
-bool Stays(const std::string& line) {
-  for (const char* beginning : {"C:\\Program Files\\Tarvel", "Software\\Tarvel\\Installation\\",
-                                "Software\\Microsoft\\Windows\\CurrentVersion\\Run\\"}) {
-    if (line.rfind(beginning, 0) == 0) return line.find("Products\\Office Suite") == std::string::npos;
-  }
-  return false;
-}
-
-TEST_F(AddRemovePrograms, InstallAndUninstall_LeaveOnlyWhatIsDocumented) {
-  rig.file(Program, "the program");
-  rig.file("C:\\Media\\Core of Office Suite\\Core of Office Suite.msi", "package");
-  media.productIni = "[Product]\nName=Office Suite\nCanUninstall=true\n[General]\nVersion=2.1.0\n";
-  media.package("Core of Office Suite", "1.2").write();
-  rig.program("AT ", simulated::Match::Prefix);
-  const Names before = WholeMachine(rig);
-  EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
-  EXPECT_EQ(Uninstall(rig), 0);
-  Names left;
-  for (const std::string& line : WholeMachine(rig))
-    if (!Stays(line)) left.push_back(line);
-  EXPECT_EQ(left, before);
-}
-
 }  // namespace

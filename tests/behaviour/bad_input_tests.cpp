@@ -1,7 +1,6 @@
 // Whole silent runs over ini files that cannot be used and a registry that takes no more: each ends as it must, says
 // why, and leaves a whole log.
 
-#include "platform/faults/platform.h"
 #include "tests/support/media.h"
 #include "tests/support/procedures.h"
 
@@ -92,9 +91,8 @@ TEST_F(BadInput, TextsTooLongToBeReadBack_AreRefusedWithTheirKey) {
 TEST_F(BadInput, RegistryThatTakesNoMore_FailsTheRunAtTheValue) {
   rig.tolerateUnused();
   media.program("Tools").write();
-  faults::Platform faulty(rig.machine());
-  faulty.faults().fail("registry.setValue", "SequenceNumber", platform::status::DiskFull);
-  EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 1);
+  EXPECT_EQ(rig.runFailing("registry.setValue", "SequenceNumber", platform::status::DiskFull, Media::arguments("/s")),
+            1);
   EXPECT_TRUE(rig.ran().empty());
   EXPECT_TRUE(Logged(rig,
                      "Could not write to registry key: HKLM\\Software\\Tarvel\\Installation\\Products\\Office "

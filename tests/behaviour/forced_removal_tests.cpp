@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "platform/faults/platform.h"
 #include "tests/support/media.h"
 
 namespace {
@@ -197,9 +196,9 @@ TEST(ForcedDelete, FileInUse_IsToldAndTheNextLineIsStillDone) {
   run.install();
   run.rig.file("C:\\Old\\busy.dll", "old");
   run.rig.file("C:\\Old\\free.dll", "old");
-  faults::Platform faulty(run.rig.machine());
-  faulty.faults().fail("files.deleteFile", "busy.dll", platform::status::SharingViolation);
-  EXPECT_EQ(run.rig.run(Media::arguments("/s"), faulty), 0);
+  EXPECT_EQ(
+      run.rig.runFailing("files.deleteFile", "busy.dll", platform::status::SharingViolation, Media::arguments("/s")),
+      0);
   EXPECT_TRUE(run.rig.exists("C:\\Old\\busy.dll"));
   EXPECT_FALSE(run.rig.exists("C:\\Old\\free.dll"));
   EXPECT_TRUE(Logged(run.rig, "Source: ForceDelete Error No = 32"));

@@ -151,13 +151,6 @@ TEST_F(IniTest, File_ThatCannotBeRead_IsToldWithTheReason) {
   }
 }
 
-TEST_F(IniTest, ChangedFile_IsSeenAtTheNextLook) {
-  put("[P]\r\nName=Foo\r\n");
-  EXPECT_EQ(read("P", "Name"), "Foo");
-  put("[P]\r\nName=Bar\r\n");
-  EXPECT_EQ(read("P", "Name"), "Bar");
-}
-
 TEST_F(IniTest, Sizes_BeyondTheUsual_AreReadUpToTheCountOfLines) {
   const std::string megabyte(1024 * 1024, 'x');
   put("[P]\r\nName=" + megabyte + "\r\nB=2\r\n");

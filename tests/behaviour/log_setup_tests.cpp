@@ -1,7 +1,6 @@
 // Where a run's log lies, what becomes of the log before it, and runs whose log cannot be kept where it should be.
 
 #include "base/log_setup.h"
-#include "platform/faults/platform.h"
 #include "tests/support/media.h"
 #include "tests/support/procedures.h"
 
@@ -148,9 +147,8 @@ TEST_F(LogOfARun, FolderThatCannotBeMade_DoesNotHoldTheInstallationBack) {
 TEST_F(LogOfARun, MediumBecomesReadOnly_IsToldInTheEventLogAndTheRunGoesOn) {
   media.program("Tools");
   media.write();
-  faults::Platform faulty(rig.machine());
-  faulty.faults().fail("files.openForAppending", ".html", platform::status::AccessDenied);
-  EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0);
+  EXPECT_EQ(rig.runFailing("files.openForAppending", ".html", platform::status::AccessDenied, Media::arguments("/s")),
+            0);
   EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"});
   EXPECT_EQ(rig.effects("box"), std::vector<std::string>());
   const std::vector<std::string> records = rig.effects("event log");

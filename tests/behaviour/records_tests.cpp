@@ -359,18 +359,4 @@ TEST_F(Records, ComponentOfAnEarlierRun_IsRecordedAfresh) {
   EXPECT_EQ(rig.machine().registry().keys("HKLM\\" + ComponentRecord("Tools")), std::vector<std::string>());
 }
 
-TEST_F(Records, Component_WithoutItsIni_EndsTheRunWithItsName) {
-  media.program("Tools");
-  rig.machine().files().remove(ToolsIni);
-  EXPECT_EQ(initialise(), 1);
-  const std::string reason = "Initilisation of Tools failed as the product ini file could not be found";
-  EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), reason);
-  const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
-  ASSERT_EQ(errors.size(), 2U);
-  EXPECT_EQ(errors[0].description,
-            "File C:\\Media\\Tools\\Tools.ini could not be found<BR>Source: modQXInstallationMain.StoreComponentData "
-            "Error No = 6081");
-  EXPECT_EQ(errors[1].description, reason);
-}
-
 }  // namespace

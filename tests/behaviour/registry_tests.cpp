@@ -133,13 +133,6 @@ TEST_F(RegistryTest, Write_OfABlankValue_KeepsItEmptyOrRemovesIt) {
   EXPECT_TRUE(rig.hasValue(Deep, "Name")) << "an empty value creates its key like any other";
 }
 
-TEST_F(RegistryTest, Write_UnderAMissingKey_CreatesEveryLevel) {
-  EXPECT_EQ(modRegistry::RegWrite(run, Deep, "Name", "value"), 1);
-  EXPECT_EQ(rig.value(Deep, "Name"), "value");
-  modRegistry::WriteNumber(run, std::string(Deep) + "\\Four", "Number", 7);
-  EXPECT_EQ(rig.value(std::string(Deep) + "\\Four", "Number"), "7");
-}
-
 TEST_F(RegistryTest, Write_UnderAMissingKeyOfTheUser_CreatesItForTheMachine) {
   EXPECT_EQ(modRegistry::RegWrite(run, Deep, "Name", "value", RegistryRoot::CurrentUser), 0);
   EXPECT_TRUE(rig.hasKey(Deep));

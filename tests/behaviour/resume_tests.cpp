@@ -119,9 +119,7 @@ TEST_F(Resuming, ObstacleBeforeTheRestart_IsToldAndTheMachineRestartsAllTheSame)
   for (const Obstacle& row : Obstacles) {
     fresh();
     media.program("A", RequestsReboot("immediate")).write();
-    faults::Platform faulty(rig.machine());
-    faulty.faults().fail(row.operation, row.target, platform::status::AccessDenied);
-    EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0) << row.told;
+    EXPECT_EQ(rig.runFailing(row.operation, row.target, platform::status::AccessDenied, Media::arguments("/s")), 0);
     EXPECT_TRUE(rig.machine().restartRequested()) << row.told;
     EXPECT_EQ(RanComponents(rig), Names{"A"}) << row.told;
     EXPECT_TRUE(Logged(rig, row.told));
@@ -138,9 +136,7 @@ TEST_F(Resuming, EnvironmentWithoutProfile_IsToldInABoxWithItsRemedy) {
 
 TEST_F(Resuming, RestartThatDoesNotHappen_IsMadeGoodByTheNextStart) {
   media.program("A", RequestsReboot("immediate")).program("B").write();
-  faults::Platform faulty(rig.machine());
-  faulty.faults().fail("power.exitWindows", "", platform::status::AccessDenied);
-  EXPECT_EQ(rig.run(Media::arguments("/s"), faulty), 0);
+  EXPECT_EQ(rig.runFailing("power.exitWindows", "", platform::status::AccessDenied, Media::arguments("/s")), 0);
   EXPECT_FALSE(rig.machine().restartRequested());
   EXPECT_TRUE(rig.exists(Script(rig)));
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
@@ -209,18 +205,8 @@ TEST_F(Resuming, MediaMovedToAnotherDrive_IsFoundAgain) {
 
 // Power cuts.
 
-/// Everything that the run keeps under a key, one line a value.
-void Describe(Rig& rig, const std::string& key, Names& lines) {
-  const std::string full = "HKLM\\" + key;
-  for (const std::string& name : rig.machine().registry().values(full)) {
-    lines.push_back(key + "\\" + name + "=" + rig.value(key, name));
-  }
-  for (const std::string& below : rig.machine().registry().keys(full)) Describe(rig, key + "\\" + below, lines);
-}
-
 Names EndState(Rig& rig) {
-  Names lines;
-  Describe(rig, InstallationRecord, lines);
+  Names lines = rig.registryLines(InstallationRecord);
   for (const simulated::Product& product : rig.machine().installer().products()) {
     lines.push_back(product.name + " " + product.version);
   }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "platform/faults/platform.h"
 #include "tests/support/media.h"
 
 namespace {
@@ -65,10 +64,9 @@ TEST_F(Uninstalling, WhatFailed_StaysRecordedAndASecondUninstallFinishes) {
 TEST_F(Uninstalling, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
   rig.file("C:\\Media\\Manuals\\one.txt", "one");
   media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").package("Core", "1.0").install();
-  faults::Platform faulty(rig.machine());
-  faulty.faults().fail("files.deleteFile", "one.txt", platform::status::SharingViolation, 1);
   rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
-  EXPECT_EQ(rig.run("/s /x Office Suite", faulty), 1);
+  EXPECT_EQ(rig.runFailing("files.deleteFile", "one.txt", platform::status::SharingViolation, "/s /x Office Suite", 1),
+            1);
   EXPECT_TRUE(rig.exists("C:\\Copies\\Manuals\\one.txt"));
   EXPECT_TRUE(InstalledPackages(rig).empty());
   EXPECT_EQ(Uninstall(rig), 0);
@@ -77,10 +75,9 @@ TEST_F(Uninstalling, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
 
 TEST_F(Uninstalling, RecordThatCannotBeDeleted_IsNoSuccess) {
   media.package("Core", "1.2").install();
-  faults::Platform faulty(rig.machine());
-  faulty.faults().fail("registry.deleteKey", "Office Suite", platform::status::AccessDenied);
   rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
-  EXPECT_EQ(rig.run("/s /x Office Suite", faulty), 1);
+  EXPECT_EQ(rig.runFailing("registry.deleteKey", "Office Suite", platform::status::AccessDenied, "/s /x Office Suite"),
+            1);
   EXPECT_TRUE(UninstallLogged(rig, "Error deleting registry key HKLM\\" + std::string(ProductRecord)));
   EXPECT_EQ(Uninstall(rig), 0);
   EXPECT_FALSE(rig.hasKey(ProductRecord));
@@ -219,10 +216,8 @@ TEST_F(Uninstalling, PackageThatIsGoneAlready_IsPassedOver) {
 
 TEST_F(Uninstalling, ListOfPackagesThatBreaksOff_KeepsTheRecord) {
   media.package("Core", "1.2").install();
-  faults::Platform faulty(rig.machine());
-  faulty.faults().fail("installer.enumerateProduct", "", 1610);
   rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
-  EXPECT_EQ(rig.run("/s /x Office Suite", faulty), 1);
+  EXPECT_EQ(rig.runFailing("installer.enumerateProduct", "", 1610, "/s /x Office Suite"), 1);
   EXPECT_TRUE(UninstallLogged(rig, "The list of installed products broke off: "));
   EXPECT_EQ(InstalledPackages(rig), Names{"Core"});
   EXPECT_EQ(Uninstall(rig), 0);

@@ -87,6 +87,13 @@ int Rig::run(const std::string& arguments, platform::Platform& machine) {
   return RunProgram(machine);
 }
 
+int Rig::runFailing(const std::string& operation, const std::string& target, platform::Status status,
+                    const std::string& arguments, int times) {
+  faults::Platform faulty(*machine_);
+  faulty.faults().fail(operation, target, status, times);
+  return run(arguments, faulty);
+}
+
 int Rig::runCommand(const std::string& programPath, const std::string& commandLine) {
   machine_->machine().setProgram(programPath, "");
   machine_->machine().setCommandLine(commandLine);

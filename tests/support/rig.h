@@ -45,6 +45,9 @@ class Rig {
   /// Runs the whole program with these arguments on this machine, or on a decorator around it; its exit code.
   int run(const std::string& arguments);
   int run(const std::string& arguments, platform::Platform& machine);
+  /// Runs while such operations on what holds this text fail, as faults::Faults::fail says; its exit code.
+  int runFailing(const std::string& operation, const std::string& target, platform::Status status,
+                 const std::string& arguments, int times = 1000000);
   /// Runs the program at this path with a whole command line, as the system starts it from its list of programs.
   int runCommand(const std::string& programPath, const std::string& commandLine);
   /// Runs until the power goes before the n-th operation that changes something, and restarts the machine; false when
