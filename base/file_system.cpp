@@ -80,9 +80,10 @@ void clsFso::DeleteFileForced(const std::string& path) {
 void clsFso::CopyFileOver(const std::string& from, const std::string& to) {
   std::uint32_t attributes = 0;
   const bool replaces = machine_.files().attributes(to, attributes) == platform::status::Ok;
-  if (replaces && (attributes & platform::attribute::ReadOnly) != 0) {
-    machine_.files().setAttributes(to, platform::attribute::Normal);
-  }
+  // The system replaces none of these.
+  constexpr std::uint32_t guarded =
+      platform::attribute::ReadOnly | platform::attribute::Hidden | platform::attribute::System;
+  if (replaces && (attributes & guarded) != 0) machine_.files().setAttributes(to, platform::attribute::Normal);
   Require(machine_.files().copyFile(from, to), from + " to " + to, "clsFso.CopyFile");
   machine_.screen().pumpMessages();  // a folder of many files must not make the window look dead
 }

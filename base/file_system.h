@@ -29,7 +29,7 @@ class clsFso {
   /// Deletes a file, a read-only one as well. Raises the system's number when it cannot, or when there is none.
   void DeleteFileForced(const std::string& path);
 
-  /// Copies over any existing file, a read-only one as well. Raises the system's number.
+  /// Copies over any existing file, a read-only or hidden one as well. Raises the system's number.
   void CopyFileOver(const std::string& from, const std::string& to);
 
   /// Copies a folder with everything in it, over what is there. Raises the system's number, also when it is not there.

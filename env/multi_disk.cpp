@@ -20,33 +20,36 @@ constexpr const char* Source = "isMultiCD";
 /// What a key that is not there reads as.
 constexpr const char* Failed = "Failed";
 
-/// The run's log is not set up while a local copy is being started, so that this one tells of it.
-class StartupLog {
- public:
-  StartupLog(Run& run, const IniPaths& inis)
-      : files_(run.machine.files()), path_(LocalFolder(run) + "\\IAStartupLog.txt") {
-    files_.deleteFile(path_);
-    Write("Started Log");
-    Write("Product is on more than one cd");
-    Write("IA ini file:" + inis.application);
-    Write("Product ini file:" + inis.product);
-  }
+std::string StartupLog(Run& run) {
+  return LocalFolder(run) + "\\IAStartupLog.txt";
+}
 
-  /// A line that cannot be written holds nothing back.
-  void Write(const std::string& line) {
-    platform::FileHandle file;
-    if (files_.openForAppending(path_, file) != platform::status::Ok) return;
-    files_.write(file, line + LineBreak);
-    files_.close(file);
-  }
+/// The run's log is not set up while a local copy is being started, so that this one tells of it. A line that cannot be
+/// written holds nothing back.
+void TellStartup(Run& run, const std::string& line) {
+  platform::Files& files = run.machine.files();
+  platform::FileHandle file;
+  if (files.openForAppending(StartupLog(run), file) != platform::status::Ok) return;
+  files.write(file, line + LineBreak);
+  files.close(file);
+}
 
- private:
-  platform::Files& files_;
-  std::string path_;
-};
+void BeginStartupLog(Run& run, const IniPaths& inis) {
+  run.machine.files().deleteFile(StartupLog(run));
+  TellStartup(run, "Started Log");
+  TellStartup(run, "Product is on more than one cd");
+  TellStartup(run, "IA ini file:" + inis.application);
+  TellStartup(run, "Product ini file:" + inis.product);
+}
+
+void TellFailure(Run& run, const char* source, int number, const std::string& text) {
+  TellStartup(run, text);
+  run.log.Log(source, number, text, !run.silent, EntryType::Error);
+}
 
 void ForgetLocalInstance(Run& run, const std::string& told) {
   modRegistry::RemoveValue(run, ProductsKey, Value::QXIALocalInstall);
+  TellStartup(run, told);
   run.log.Log(Source, 0, told);
 }
 
@@ -80,16 +83,16 @@ void RecordLocalInstance(Run& run) {
 
 bool StartLocalCopy(Run& run, const IniPaths& inis) {
   CreateLocalFolder(run);
-  StartupLog log(run, inis);
+  BeginStartupLog(run, inis);
   RecordLocalInstance(run);
-  log.Write("Created local install reg key");
-  log.Write("Attempting to copy QXIA exe to program files\\qxia dir");
+  TellStartup(run, "Created local install reg key");
+  TellStartup(run, "Attempting to copy QXIA exe to program files\\qxia dir");
   CopyProgramToLocalFolder(run);
-  log.Write("Copy Successful");
-  log.Write("Attempting to launch local QXIA");
+  TellStartup(run, "Copy Successful");
+  TellStartup(run, "Attempting to launch local QXIA");
   const bool launched = LaunchLocalInstance(run, LocalFolder(run), run.programName, inis);
-  log.Write(launched ? "local launch successful" : run.log.LastErrDescription());
-  log.Write("Closing this instance of the QXIA");
+  if (launched) TellStartup(run, "local launch successful");
+  TellStartup(run, "Closing this instance of the QXIA");
   return launched;
 }
 
@@ -124,8 +127,7 @@ void isMultiCD(Run& run, const IniPaths& inis) {
   try {
     if (StartLocalCopy(run, inis)) throw ProgramEnd{0};
   } catch (const std::exception& failure) {
-    const std::string text = std::string("There was an error in the sub isMultiCD: ") + failure.what();
-    run.log.Log(Source, GeneralError, text, !run.silent, EntryType::Error);
+    TellFailure(run, Source, GeneralError, std::string("There was an error in the sub isMultiCD: ") + failure.what());
     ForgetLocalInstance(run, "isMultiCD: local Reg key deleted");
   }
   EndWithoutCopy(run);
@@ -144,10 +146,9 @@ bool LaunchLocalInstance(Run& run, const std::string& folder, const std::string&
     run.machine.processes().close(process.process);
     return true;
   }
+  TellFailure(run, "LaunchLocalInstance", static_cast<int>(started),
+              "create task error " + modErrorBase::SystemErrorText(started) + ": " + command);
   ForgetLocalInstance(run, "local Reg key deleted");
-  run.log.Log("LaunchLocalInstance", static_cast<int>(started),
-              "create task error " + modErrorBase::SystemErrorText(started) + ": " + command, !run.silent,
-              EntryType::Error);
   return false;
 }
 

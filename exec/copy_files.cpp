@@ -59,9 +59,15 @@ void SetPermissions(Run& run, const std::string& destination) {
                                                   {platform::Account::LocalSystem, platform::AccessRight::Full},
                                                   {platform::Account::Users, platform::AccessRight::ReadAndExecute}});
   if (set == platform::status::Ok || set == platform::status::CallNotImplemented) return;
-  run.log.Log("DoCopyOp", 0,
-              "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set), false,
-              EntryType::Warning);
+  throw Error(static_cast<int>(set),
+              "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set), Source);
+}
+
+/// True for a path whose text alone says whether it lies in another one.
+bool IsPlain(const std::string& path) {
+  const std::vector<std::string> names = Split(path, '\\');
+  return path.find('/') == std::string::npos && (path.find(':') != 1 || names.front().size() == 2) &&
+         std::none_of(names.begin(), names.end(), [](const std::string& name) { return name == "." || name == ".."; });
 }
 
 /// Clearing the versions at such a target would delete the source, and the copy would never come to an end.
@@ -74,12 +80,11 @@ void RequireOutsideSource(const CopySource& source, const std::string& destinati
 
 /// A target that could mean several folders, or that cannot be made, deletes nothing beside it.
 void RequireUsableTarget(const CopySource& source, const std::string& destination) {
-  const std::vector<std::string> names = Split(destination, '\\');
-  const bool leadsUp = std::any_of(names.begin(), names.end(), [](const std::string& name) { return name == ".."; });
-  if (!IsFullPath(destination) || leadsUp) {
-    throw Error(GeneralError,
-                "The copy's target " + destination + " is neither a full path without .. nor on a known share" + Remedy,
-                Source);
+  if (!IsFullPath(destination) || !IsPlain(destination)) {
+    throw Error(
+        GeneralError,
+        "The copy's target " + destination + " is neither a full path without / . .. nor on a known share" + Remedy,
+        Source);
   }
   if (destination.size() > clsFso::LongestPath) throw modErrorBase::MakeError(6021, {destination}, Source);
   RequireOutsideSource(source, destination);
@@ -87,6 +92,13 @@ void RequireUsableTarget(const CopySource& source, const std::string& destinatio
 
 /// The versions beside the target go. What is to be copied must not be among them.
 void ClearOldVersions(Run& run, const CopySource& source, const std::string& destination) {
+  if (!IsPlain(source.folder)) {
+    throw Error(GeneralError,
+                "The component's folder " + source.folder +
+                    " is to be written without / . .. where older versions beside a copy are deleted. Correct "
+                    "PackageRoot or Path.",
+                Source);
+  }
   const std::string parent = FolderPart(destination) + "\\";
   if (IsVersionFolderName(LowerCase(LastElement(destination))) && StartsWithIgnoringCase(source.folder, parent) &&
       IsVersionFolderName(LowerCase(Split(source.folder.substr(parent.size()), '\\').front()))) {
@@ -109,6 +121,7 @@ void CopyTo(Run& run, const CopySource& source, const std::string& destination, 
   if (clearsOldVersions) ClearOldVersions(run, source, destination);
   run.fso.CreateFolder(destination);
   MarkUnfinished(run, destination);
+  SetPermissions(run, destination);  // what is copied takes them over
   CopyFiles(run, source, destination);
   for (const std::string& name : source.subFolders) {
     run.fso.CopyFolderOver(Joined(source.folder, name), Joined(destination, name));

@@ -47,7 +47,8 @@ std::int16_t CopyAsInstallation(Run& run, CopyTargets& targets) {
 
 std::int16_t CopyAndInstallFromThere(Run& run, std::string& installPath, CopyTargets& targets) {
   UseDefaultTarget(run, targets, "CopyOpHold");
-  if (!DoCopyOp(run, targets)) return CopyResult::Failed;
+  // Without a target the file to run would be looked for in whatever folder is the current one.
+  if (!DoCopyOp(run, targets) || targets.first().empty()) return CopyResult::Failed;
   const std::string install = ComponentValue(run, Value::Install);
   const std::string copy = CopyDestination(run, targets.first(), targets.appendPath);
   installPath = IsFullPath(install) ? install : Joined(copy, install);

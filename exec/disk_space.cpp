@@ -1,6 +1,7 @@
 #include "exec/disk_space.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "base/error_handler.h"
@@ -59,7 +60,8 @@ void RequireRoom(Run& run, const ShareCost& cost) {
   const char drive = DriveOfShare(run, cost.share);
   const double available = AvailableBytes(run, drive);
   if (available > required) return;
-  run.log.Log(Source, 0, "Available space=" + NumberText(available) + ", required space=" + NumberText(required));
+  run.log.Log(Source, 0,
+              "Available space=" + NumberText(available) + ", required space=" + NumberText(std::floor(required)));
   throw modErrorBase::MakeError(6093, {std::string(1, drive) + ":"}, Source);
 }
 

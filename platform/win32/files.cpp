@@ -16,8 +16,8 @@ namespace status = platform::status;
 
 namespace {
 
-constexpr std::uint32_t KnownAttributes =
-    attribute::ReadOnly | attribute::Hidden | attribute::System | attribute::Folder | attribute::Archive;
+constexpr std::uint32_t Settable = attribute::ReadOnly | attribute::Hidden | attribute::System | attribute::Archive;
+constexpr std::uint32_t KnownAttributes = Settable | attribute::Folder | attribute::Link;
 constexpr DWORD ChunkBytes = 64 * 1024;
 
 HANDLE systemHandle(FileHandle file) {
@@ -90,7 +90,7 @@ Status Files::attributes(const std::string& path, std::uint32_t& attributes) {
 
 Status Files::setAttributes(const std::string& path, std::uint32_t attributes) {
   QuietErrors quiet;
-  DWORD settable = attributes & KnownAttributes & ~attribute::Folder;
+  DWORD settable = attributes & Settable;
   return result(SetFileAttributesA(path.c_str(), settable == 0 ? FILE_ATTRIBUTE_NORMAL : settable));
 }
 

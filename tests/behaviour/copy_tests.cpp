@@ -80,7 +80,8 @@ TEST(Copy, Permissions_AreThoseOfAProgramFolderWhereTheSystemHasThem) {
     Media media(rig);
     ToolsIn(rig, media, "Tools", "CopyOp=1\n");
     EXPECT_EQ(media.install(), 0) << system.name;
-    const Names nt = {"access C:\\QX\\Root\\Tools: Administrators=full LocalSystem=full Users=read"};
+    // Before the copy for what is copied, and behind it.
+    const Names nt(2, "access C:\\QX\\Root\\Tools: Administrators=full LocalSystem=full Users=read");
     EXPECT_EQ(rig.effects("access "), rig.machine().machine().isNt() ? nt : Names()) << system.name;
     EXPECT_FALSE(Logged(rig, "could not be set")) << system.name;
   }
@@ -214,9 +215,20 @@ const Obstacle Obstacles[] = {
      "Q:\\R\\T\\v1.2.0.15", "Drive Q: does not exist", false},
     {"a target that is no full path", "CopyOp=1\nPath=v1.2.0.15\nCopyOpTarget1=v1.2.0.15\n",
      [](Rig& rig, faults::Faults&) { rig.file("C:\\Media\\v1.2.0.15\\tools.exe", "program"); }, "v1.2.0.15",
-     "is neither a full path without .. nor on a known share", false},
+     "is neither a full path without / . .. nor on a known share", false},
+    {"a target without the backslash behind its drive", "CopyOp=1\nPath=v1.2.0.15\nCopyOpTarget1=C:v1.2.0.15\n",
+     [](Rig& rig, faults::Faults&) { rig.file("C:\\Media\\v1.2.0.15\\tools.exe", "program"); }, "C:v1.2.0.15",
+     "is neither a full path without / . ..", false},
+    {"a target with slashes", "CopyOp=1\nPath=v1.2.0.15\nCopyOpTarget1=C:/QX/v1.2.0.15\n",
+     [](Rig& rig, faults::Faults&) { rig.file("C:\\Media\\v1.2.0.15\\tools.exe", "program"); }, "C:/QX/v1.2.0.15",
+     "is neither a full path without / . ..", false},
+    {"a target that is the component's folder", "CopyOp=1\nCopyOpTarget1=C:\\Media\\.\\T\\v1.2.0.15\n",
+     [](Rig&, faults::Faults&) {}, "C:\\Media\\.\\T\\v1.2.0.15", "is neither a full path without / . ..", false},
+    {"permissions that are refused", "CopyOp=1\n",
+     [](Rig&, faults::Faults& faults) { faults.fail("files.setAccess", "", platform::status::AccessDenied); },
+     "C:\\QX\\Root\\T\\v1.2.0.15", "The permissions of C:\\QX\\Root\\T\\v1.2.0.15 could not be set", true},
     {"a target that leads to the component's folder", "CopyOp=1\nCopyOpTarget1=C:\\Media\\x\\..\\T\\v1.2.0.15\n",
-     [](Rig&, faults::Faults&) {}, "C:\\Media\\x\\..\\T\\v1.2.0.15", "is neither a full path without ..", false},
+     [](Rig&, faults::Faults&) {}, "C:\\Media\\x\\..\\T\\v1.2.0.15", "is neither a full path without / . ..", false},
     {"a target in the component's folder", "CopyOp=1\nCopyOpTarget1=C:\\Media\\T\\v1.2.0.15\\x\n",
      [](Rig&, faults::Faults&) {}, "C:\\Media\\T\\v1.2.0.15\\x", "lies in the component's own folder", false},
     {"a component's folder among the versions", "CopyOp=1\nPath=v1.2.0.15\nCopyOpTarget=C:\\QX\\Root\\T\n",
