@@ -9,6 +9,7 @@
 #include "base/registry.h"
 #include "base/text.h"
 #include "core/removal_task.h"
+#include "env/add_remove_programs.h"
 #include "env/auto_login.h"
 #include "env/local_copy.h"
 #include "env/reboot.h"
@@ -73,8 +74,8 @@ void ResetValues(Run& run, bool productKnown) {
   };
   for (const ResetValue& value : values) {
     if (value.key == RecordKey::Product && !productKnown) continue;
-    // A run that never knew its product says nothing about the one that is installed.
-    if (value.name == CurrentProductVersion && run.productName.empty()) continue;
+    // A run that failed to find a product says nothing about the one that is installed.
+    if (value.name == CurrentProductVersion && !productKnown && (run.failed || run.productName.empty())) continue;
     // The mark of a local instance counts by its existence: it is removed, not emptied.
     if (value.name == Value::QXIALocalInstall) {
       modRegistry::RemoveValue(run, KeyOf(run, value.key), value.name);
@@ -145,6 +146,7 @@ void Closedown(Run& run) {
   step([&] { return modRegistry::WriteOrTell(run, InstallationKey, Value::Reboot, "", Source); });
   if (logonRequested && !run.logonDeclined) step([&] { SwitchAutoLoginOff(run); });
   step([&] { RemoveLocalProgram(run); });
+  step([&] { ForgetCleanUp(run); });
   step([&] { run.machine.screen().removeTrayIcon(); });
   step([&] { CloseLog(run); });
   const int exitCode = ExitCodeOf(run);

@@ -63,7 +63,7 @@ void ViewLog(Run& run) {
 
 /// Leaving the window before the result was shown cancels the run.
 void LeaveWindow(Run& run) {
-  if (!ShowsResult(run)) EndAtRequest(run);
+  if (!ShowsResult(run)) run.uninstall ? EndUntouched(run) : EndAtRequest(run);
   Closedown(run);
 }
 

@@ -36,8 +36,12 @@ void LeaveOrEnd(Run& run) {
 }
 
 void EndAtRequest(Run& run) {
-  run.log.Log("frmMain", 0, "Run ended at user request", false, EntryType::Warning);
   SetProductResult(run, false, "User aborted run");
+  EndUntouched(run);
+}
+
+void EndUntouched(Run& run) {
+  run.log.Log("frmMain", 0, "Run ended at user request", false, EntryType::Warning);
   run.cancelled = true;
   Closedown(run);
 }
@@ -56,7 +60,8 @@ void ShowResult(Run& run) {
   } else {
     run.window.LongMessage(modLanguage::Text(run, FailureCaption(run)) + LineBreak + LineBreak + reasons);
     // Many reasons fit only where they can be scrolled.
-    run.window.Status(modLanguage::Text(run, Caption::FollowingErrors) + LineBreak + reasons);
+    const int heading = run.uninstall ? FailureCaption(run) : Caption::FollowingErrors;
+    run.window.Status(modLanguage::Text(run, heading) + LineBreak + reasons);
   }
   LeaveOrEnd(run);
 }

@@ -10,8 +10,11 @@
 /// whose Continue button, by now with another caption, ends it. About shows the log from here on.
 void LeaveOrEnd(Run& run);
 
-/// Ends the run because a person asked for it (throws ProgramEnd).
+/// Ends the run because a person asked for it, which is a failure of the product (throws ProgramEnd).
 [[noreturn]] void EndAtRequest(Run& run);
+
+/// The same for an uninstall that has not begun: the product stays installed, and its record does not change.
+[[noreturn]] void EndUntouched(Run& run);
 
 /// The same, when the window was closed while work ran and that is confirmed; to be called between two components.
 void EndIfWanted(Run& run);

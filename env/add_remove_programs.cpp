@@ -88,10 +88,15 @@ void CleanUpUninstallFiles(Run& run) {
     }
     run.log.Log(CleanUpSource, 0, "Removing Add/Remove Programs entry");
     DeleteKey(run, EntryKey(run));
-    modRegistry::RemoveValue(run, ProductsKey, Value::Uninstalled);
     // The entry is what starts the local copy.
     if (!needed && run.fso.FileExists(LocalProgram(run))) run.programToRemove = LocalProgram(run);
   });
+}
+
+void ForgetCleanUp(Run& run) {
+  if (run.uninstall && !run.failed && IsCleanUpUnfinished(run)) {
+    modRegistry::RemoveValue(run, ProductsKey, Value::Uninstalled);
+  }
 }
 
 bool IsCleanUpUnfinished(Run& run) {

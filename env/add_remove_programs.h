@@ -11,5 +11,8 @@ void SetLocalIAForUninstall(Run& run);
 /// failed.
 void CleanUpUninstallFiles(Run& run);
 
+/// Ends the mark of the removal, behind everything that belongs to it; nothing where the uninstall failed.
+void ForgetCleanUp(Run& run);
+
 /// True when the removal of the current product's records began and did not come to its end.
 bool IsCleanUpUnfinished(Run& run);

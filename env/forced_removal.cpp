@@ -35,8 +35,8 @@ void ForceUninstallOf(Run& run, const std::string& entry) {
     run.log.Log("Error", 0, "Error " + std::to_string(result) + " returned wilst running " + command, false,
                 EntryType::Warning);
   }
-  ListInstalledProducts(run);
-  if (FindInstalledProduct(run, code) != nullptr) {
+  const bool whole = ListInstalledProducts(run);
+  if (!whole || FindInstalledProduct(run, code) != nullptr) {
     LogFailure(run, UninstallSource, modErrorBase::MakeError(6092, {entry}, UninstallSource));
   }
 }

@@ -45,10 +45,24 @@ void DeleteCopiedFolder(Run& run, const std::string& folder) {
   }
 }
 
+/// One that cannot be deleted does not keep the others.
+RemovalEnd DeleteCopiedFolders(Run& run, const CopyTargets& targets) {
+  RemovalEnd end = RemovalEnd::Removed;
+  for (const std::string& target : targets.folders) {
+    try {
+      DeleteCopiedFolder(run, CopyDestination(run, target, targets.appendPath));
+    } catch (const Error& failure) {
+      LogFailure(run, Source, failure);
+      end = RemovalEnd::Failed;
+    }
+  }
+  return end;
+}
+
 RemovalEnd RemoveCopies(Run& run) {
-  AnnounceUninstall(run);
-  if (IsKeptForOthers(run, run.component.name, false)) return RemovalEnd::KeptForOthers;
   try {
+    AnnounceUninstall(run);
+    if (IsKeptForOthers(run, run.component.name, false)) return RemovalEnd::KeptForOthers;
     CopyTargets targets;
     ReadRegCopyOps(run, targets, run.component.key);
     UseDefaultTarget(run, targets, "CopyOpRoot");
@@ -57,10 +71,7 @@ RemovalEnd RemoveCopies(Run& run) {
                   false, EntryType::Warning);
       return RemovalEnd::Removed;
     }
-    for (const std::string& target : targets.folders) {
-      DeleteCopiedFolder(run, CopyDestination(run, target, targets.appendPath));
-    }
-    return RemovalEnd::Removed;
+    return DeleteCopiedFolders(run, targets);
   } catch (const Error& failure) {
     LogFailure(run, Source, failure);
     return RemovalEnd::Failed;

@@ -32,8 +32,9 @@ bool IsInstalled(Run& run, const std::string& productCode) {
 }
 
 bool PackageIsThere(Run& run, const std::string& component) {
+  const bool installed = IsInstalled(run, run.component.productCode);
   run.log.Log(Source, 0, "Checking component code " + run.component.productCode + " against installed components");
-  if (IsInstalled(run, run.component.productCode)) {
+  if (installed) {
     run.log.Log(Source, 0, "Component match found");
     return true;
   }
