@@ -108,6 +108,7 @@ void Files::fillIn(Place& place) {
   if (stat(place.host.c_str(), &facts) != 0) return;
   place.status = status::Ok;
   place.folder = S_ISDIR(facts.st_mode);
+  place.link = place.folder && std::filesystem::is_symlink(place.host);
   place.mode = facts.st_mode;
   place.size = place.folder ? 0 : static_cast<std::uint64_t>(facts.st_size);
 }

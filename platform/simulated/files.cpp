@@ -57,7 +57,7 @@ Status Files::freeSpace(char letter, std::uint64_t& bytes) {
 
 std::uint32_t Files::attributesOf(const Place& place) {
   std::uint32_t bits = place.drive->writable ? attribute::Normal : attribute::ReadOnly;
-  if (place.folder) return bits | attribute::Folder;
+  if (place.folder) return bits | attribute::Folder | (place.link ? attribute::Link : 0);
   if (!place.drive->writable) return bits;
   if ((place.mode & WritableMode) == 0) bits |= attribute::ReadOnly;
   if ((place.mode & ArchiveMode) != 0) bits |= attribute::Archive;
@@ -228,7 +228,8 @@ Status Files::deleteFolder(const std::string& path) {
   if (place.status != status::Ok) return place.status;
   if (!place.folder) return status::FolderNameInvalid;
   if (!place.drive->writable || place.host == place.drive->folder) return status::AccessDenied;
-  if (rmdir(place.host.c_str()) != 0) return status::FolderNotEmpty;
+  const int deleted = place.link ? unlink(place.host.c_str()) : rmdir(place.host.c_str());
+  if (deleted != 0) return status::FolderNotEmpty;
   journal_.record("folder delete " + fullPath(path));
   return status::Ok;
 }

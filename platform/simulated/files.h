@@ -86,6 +86,7 @@ class Files : public platform::Files {
     Drive* drive = nullptr;
     std::string host;
     bool folder = false;
+    bool link = false;  ///< a folder that stands for another one: a link of the host
     unsigned mode = 0;
     std::uint64_t size = 0;
   };

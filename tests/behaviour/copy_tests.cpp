@@ -1,6 +1,7 @@
 // Components that are delivered by copying: where to, over what, and what a copy that fails leaves behind.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -306,6 +307,17 @@ TEST(Copy, CutByAPowerLoss_IsWholeOrMarkedAtEveryOperation) {
     EXPECT_TRUE(IsWhole(rig, target)) << done;
   }
   EXPECT_GT(marked, 5);
+}
+
+TEST(Copy, LinkInAnOldVersion_GoesWithoutWhatItStandsFor) {
+  Rig rig;
+  OlderToolsOn(rig);
+  rig.file("C:\\Data\\kept.txt", "kept");
+  const std::filesystem::path drive = rig.machine().ownFolder('C');
+  std::filesystem::create_directory_symlink(drive / "Data", drive / "QX/Root/T/v1.1.0.0/link");
+  EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
+  EXPECT_FALSE(rig.exists("C:\\QX\\Root\\T\\v1.1.0.0"));
+  EXPECT_TRUE(rig.exists("C:\\Data\\kept.txt"));
 }
 
 TEST(Copy, WithoutTargetOrFiles_IsNoFailureButTold) {

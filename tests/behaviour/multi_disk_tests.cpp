@@ -165,6 +165,9 @@ TEST(MultiDisk, LocalCopyThatCannotBeStarted_LeavesNoMarkAndIsTold) {
       EXPECT_FALSE(rig.hasValue(ProductsRecord, "QXIALocalInstall")) << row.what;
       EXPECT_EQ(rig.effects("box ").size(), silent ? 0U : 1U) << row.what;
       EXPECT_TRUE(discs.ran().empty()) << row.what;
+      const std::string started = rig.text(StartupLog);
+      const bool hasFolder = row.failingOperation != std::string("files.createFolder");
+      EXPECT_EQ(started.find(row.told) < started.find("local Reg key deleted\r\n"), hasFolder) << started;
     }
   }
 }
@@ -212,9 +215,13 @@ TEST(MultiDisk, StartCutByAPowerLoss_StartsAtTheSecondTryAtTheLatest) {
   }
 }
 
-TEST(MultiDisk, TwoDiscs_AreOneProductNumberedOn) {
-  for (const char* label : {"DISC2", "disc2"}) {
+TEST(MultiDisk, TwoDiscs_AreOneProductNumberedOnEverySystem) {
+  const char* label = "disc2";
+  for (const simulated::System& system : simulated::Systems()) {
+    SCOPED_TRACE(system.name);
+    label = label[0] == 'd' ? "DISC2" : "disc2";
     Rig rig;
+    rig.machine().setSystem(system.name);
     Discs discs(rig);
     discs.writePair();
     rig.program("AT ", simulated::Match::Prefix);
@@ -230,7 +237,8 @@ TEST(MultiDisk, TwoDiscs_AreOneProductNumberedOn) {
     EXPECT_TRUE(Logged(rig, "This is part of a multi-disk installation. "));
     EXPECT_EQ(TimesLogged(rig, "Reboot status is "), 3);
     EXPECT_FALSE(rig.hasValue(ProductsRecord, "QXIALocalInstall"));
-    EXPECT_EQ(rig.ran().back(), std::string("AT 14:05 C:\\WINDOWS\\System32\\cmd.exe /c del \"") + LocalProgram + "\"");
+    const std::string root = rig.machine().machine().environment("SystemRoot");
+    EXPECT_EQ(rig.ran().back(), "AT 14:05 " + root + "\\System32\\cmd.exe /c del \"" + LocalProgram + "\"");
   }
 }
 
@@ -254,14 +262,21 @@ TEST(MultiDisk, Question_ComesAfterEveryFifthFailedCheck) {
   faults::Platform faulty(rig.machine());
   int checks = 0;
   std::vector<int> checksAtQuestion;
+  std::uint32_t prompted = 0;
+  std::vector<std::uint32_t> waited;  // milliseconds: less with each tick of the timer, and with each OK
   faulty.faults().watch([&](const std::string& operation, const std::string& target) {
     if (operation == "files.volumeLabel" && target == "D") ++checks;
   });
   auto& screen = rig.machine().screen();
   for (const bool last : {false, true}) {
-    screen.answer({Title, Prompt, BoxAnswer::Ok, [&] { checks = 0; }});
+    screen.answer({Title, Prompt, BoxAnswer::Ok, [&, last] {
+                     checks = 0;
+                     prompted = rig.machine().clock().ticks();
+                     for (int i = 0; last && i < 3; ++i) screen.pressInDiskWindow(platform::DiskEvent::Ok);
+                   }});
     screen.answer({Title, NotFound, BoxAnswer::Retry, [&, last] {
                      checksAtQuestion.push_back(checks);
+                     waited.push_back(rig.machine().clock().ticks() - prompted);
                      if (last) rig.insertDisc("DISC2");
                    }});
   }
@@ -269,6 +284,8 @@ TEST(MultiDisk, Question_ComesAfterEveryFifthFailedCheck) {
   rig.machine().machine().setProgram(LocalProgram, "");
   EXPECT_EQ(rig.run(rig.ran().back().substr(std::string(LocalProgram).size() + 3), faulty), 0);
   EXPECT_EQ(checksAtQuestion, (std::vector<int>{5, 5}));
+  ASSERT_EQ(waited.size(), 2U);
+  EXPECT_TRUE(waited[0] >= 1000 && waited[0] < 1150 && waited[1] < 400) << waited[0] << ", " << waited[1];
   EXPECT_EQ(discs.ran(), (Names{"One", "Two", "Three"}));
 }
 

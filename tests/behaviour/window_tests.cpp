@@ -108,6 +108,16 @@ TEST_F(Closing, DuringAnUninstall_KeepsTheRecordForAnotherTry) {
   EXPECT_TRUE(rig.hasKey(ComponentRecord("One")));
 }
 
+TEST_F(Closing, BeforeAnUninstall_LeavesTheProductsRecord) {
+  media.program("One", {}, "UninstallCommandLine=C:\\Tools\\remove.exe\n");
+  EXPECT_EQ(media.install(), 0);
+  const Names before = rig.registryLines(ProductRecord);
+  rig.answer("Confirm Uninstall", BoxAnswer::Yes);
+  rig.press({WindowEvent::Cancel});
+  EXPECT_EQ(rig.run("/x Office Suite"), 2);
+  EXPECT_EQ(rig.registryLines(ProductRecord), before);
+}
+
 TEST_F(End, FirstButton_OpensTheLog) {
   const std::string log =
       "c:\\program files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite\\QX Installation "

@@ -7,7 +7,7 @@ import unittest
 
 import support
 from person import Person
-from support import INI, WineTest, tool
+from support import INI, PRODUCTS, WineTest, tool
 
 PAGE = os.path.join(support.HERE, '..', '..', 'docs', 'preparing.md')
 LOCATIONS = 'Software\\Tarvel\\Installation\\Locations'
@@ -72,6 +72,14 @@ class Preparation(WineTest):
         self.assertEqual(self.run_program(), 0)
         self.assertLogged(self.log('Office Suite'), 'server.vbs" /role print returned error 9', 'ERROR')
         self.assertTrue(self.exists('C:\\manual.txt'))
+
+    def test_check_that_aborts_refuses_the_product(self):
+        self.example()
+        self.write('C:\\Media\\Checks\\server.vbs', 'CreateObject("WScript.Shell").RegWrite '
+                   '"HKLM\\%s\\Process Return", "Abort"\n' % PRODUCTS)
+        self.assertEqual(self.run_program(), 1)
+        self.assertEqual(self.record('Office Suite')['Abort Reason'], 'Pre-install checks failed')
+        self.assertFalse(self.exists('C:\\manual.txt'))
 
     def test_drive_that_is_too_small_fails_the_component_alone(self):
         self.example()
