@@ -3,6 +3,7 @@
 usage: bench.py KEEPER EMPTY-PROGRAM ...   (a program that never ends; programs that do nothing, to compare with: the
 first of them is built as the program is)
 """
+import functools
 import os
 import re
 import shutil
@@ -17,6 +18,7 @@ from sample_machine import LOG_FOLDER, PRODUCT, sample_machine
 
 PAUSE = 0.5  # seconds that the program waits after each child, as it must
 REPEATS = 15
+SETTLE = 0.3  # seconds in which what a program has begun in the system comes to its end
 
 
 def _seconds(row):
@@ -82,36 +84,48 @@ def start_first_copy(machine):
         time.sleep(0.1)
 
 
-def medians(machine, commands):
-    """Of each command (name -> words): median (seconds, kilobytes). They take turns: what else the computer does
-    meets all of them alike."""
-    found = {name: [] for name in commands}
+def medians(measures):
+    """Of each measure (name -> function): the median of each figure that it gives. They take turns: what else the
+    computer does meets all of them alike."""
+    found = {name: [] for name in measures}
     for turn in range(REPEATS + 1):
-        for name, words in commands.items():
-            figures = start(machine, *words)
+        for name, measure in measures.items():
+            time.sleep(SETTLE)
+            figures = measure()
             if turn:  # the first start of anything is a slow one
                 found[name].append(figures)
     return {name: [statistics.median(column) for column in zip(*rows)] for name, rows in found.items()}
 
 
+def start_without_ini(machine):
+    """(seconds to the first entry in the log, seconds to the end, peak kilobytes) of a run that finds no ini file."""
+    log = machine.host('C:\\QX Installation Assistant.html')
+    if os.path.exists(log):
+        os.remove(log)
+    began = time.time()
+    seconds, kilobytes = start(machine, 'C:\\' + PROGRAM, '/s', '/is=C:\\nowhere.ini')
+    return _seconds(read_log(log)[0]) - began, seconds, kilobytes
+
+
 def print_start_up(keeper, *empty):
+    names = {os.path.splitext(os.path.basename(file))[0]: os.path.basename(file) for file in empty}
     with Machine(os.path.join(OUT, 'bench', 'machine')) as machine:
         shutil.copy(os.path.join(OUT, 'win64', PROGRAM), machine.host('C:\\' + PROGRAM))
         for file in empty:
             shutil.copy(file, machine.host('C:\\' + os.path.basename(file)))
         machine.keep_awake(keeper)
-        commands = {os.path.basename(file): ['C:\\' + os.path.basename(file)] for file in empty}
-        program = ['C:\\' + PROGRAM, '/s', '/is=C:\\nowhere.ini']
-        figures = medians(machine, commands | {'the program, without an ini': program})
-        if not os.path.exists(machine.host('C:\\QX Installation Assistant.html')):
-            raise RuntimeError('the program wrote no log')
+        measures = {name: functools.partial(start, machine, 'C:\\' + file) for name, file in names.items()}
+        figures = medians(measures | {PROGRAM: functools.partial(start_without_ini, machine)})
+        ready, ended, kilobytes = figures.pop(PROGRAM)
+        figures['the program, to its first entry'] = ready, kilobytes
+        figures['the same, to its end'] = ended, kilobytes
         start_first_copy(machine)
-        second = medians(machine, commands | {'the program, a second copy': program})
-        figures['the program, a second copy'] = second['the program, a second copy']
-    print('\nStart to end, and peak memory (medians of %d; in times of the first, at most 1.5 without an ini)' % REPEATS)
+        second = functools.partial(start, machine, 'C:\\' + PROGRAM, '/s', '/is=C:\\nowhere.ini')
+        figures |= medians({'a second copy, to its end': second})
+    print('\nStart-up and peak memory (medians of %d; the first entry at most 1.5 times the first program)' % REPEATS)
     base_seconds, base_kilobytes = next(iter(figures.values()))
     for name, (seconds, kilobytes) in figures.items():
-        print('  %-28s %6.0f ms (%.2f)   %6.1f MB (%.2f)' % (
+        print('  %-32s %6.0f ms (%.2f)   %6.1f MB (%.2f)' % (
             name, seconds * 1000, seconds / base_seconds, kilobytes / 1024, kilobytes / base_kilobytes))
 
 
