@@ -13,6 +13,7 @@
 #include "env/drive_mapping.h"
 #include "env/multi_disk.h"
 #include "env/reboot.h"
+#include "env/shares.h"
 
 namespace {
 
@@ -57,6 +58,7 @@ void StartFromReboot(Run& run) {
   ShowRun(run);
   Guarded(run, Source, [&] { RestoreProduct(run); });
   Guarded(run, Source, [&] { FindProductIni(run); });
+  ValidateShares(run);
   CheckConfiguration(run);
   run.resumePending = true;
   run.initialised = true;

@@ -41,10 +41,12 @@ double RequiredBytes(Run& run, const ShareCost& cost) {
   return NumericValue(cost.cost) * Kilobyte;
 }
 
-/// The drive that holds the share; a share that is not known anywhere is looked for on the default drive.
+/// The drive that holds the share; a share that is not known anywhere is looked for on the default drive. What is on
+/// the network is on no drive.
 char DriveOfShare(Run& run, const std::string& share) {
   const std::string path = ResolveQXSharePath(run, share);
-  return Contains(path, ":") ? UpperCase(path).front() : DefaultDrive;
+  const bool unknown = path == share && !Contains(path, ":");
+  return path.empty() || unknown ? DefaultDrive : UpperCase(path).front();
 }
 
 /// A drive without a row in the drive table has no room.

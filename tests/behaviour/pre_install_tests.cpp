@@ -138,7 +138,7 @@ TEST_F(DiskSpace, Cost_IsComparedShareByShareWithinItsBounds) {
       {"0,Unknown=1000,",
        false,
        {"Cost check - share=Unknown cost=1000", "Available space=1024000, required space=1024000"}},
-      {"0,Far=1000,", false, {"Cost check - share=Far cost=1000", "Available space=1024000, required space=1024000"}},
+      {"0,Far=1000,", false, {"Cost check - share=Far cost=1000", "Available space=0, required space=1024000"}},
       {"0,Gone=0,", false, {"Cost check - share=Gone cost=0", "Available space=0, required space=0"}},
       {"0,\"Data=1\",Data=2=3,",
        true,
