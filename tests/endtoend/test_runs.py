@@ -117,7 +117,7 @@ class Restarts(WineTest):
         self.product('Small', {'Core': ('core.msi', 'no package', '')})
         self.machine.record_restarts(tool('wineboot'))
         self.write('C:\\msiexec-code.txt', str(code))
-        self.run_program()
+        self.assertEqual(self.run_program(), 0)
         rows = self.log('Small')
         self.assertLogged(rows, 'Rebooting to complete the installation', 'Action')
         self.assertLogged(rows, 'Reboot status is immediate')
