@@ -242,12 +242,19 @@ void WriteNumber(Run& run, const std::string& keyPath, const std::string& valueN
   RegWrite(run, keyPath, valueName, std::to_string(number), RegistryRoot::LocalMachine, ValueType::Number);
 }
 
+void WriteOrRaise(Run& run, const std::string& keyPath, const std::string& valueName, const std::string& text,
+                  const std::string& source, RegistryRoot root) {
+  if (RegWrite(run, keyPath, valueName, text, root) != 0) return;
+  const std::string shownRoot = root == RegistryRoot::LocalMachine ? ShownRoot : "HKCU\\";
+  throw modErrorBase::MakeError(6087, {shownRoot + keyPath, valueName}, source);
+}
+
 bool WriteOrTell(Run& run, const std::string& keyPath, const std::string& valueName, const std::string& text,
                  const std::string& source, RegistryRoot root) {
-  if (RegWrite(run, keyPath, valueName, text, root) != 0) return true;
-  const std::string shownRoot = root == RegistryRoot::LocalMachine ? ShownRoot : "HKCU\\";
-  LogFailure(run, source, modErrorBase::MakeError(6087, {shownRoot + keyPath, valueName}, source));
-  return false;
+  return Guarded(run, source, [&] {
+    WriteOrRaise(run, keyPath, valueName, text, source, root);
+    return true;
+  });
 }
 
 void DeleteIfThere(Run& run, const std::string& keyPath) {

@@ -63,7 +63,10 @@ double ReadNumber(Run& run, const std::string& keyPath, const std::string& value
 std::vector<std::string> SubKeys(Run& run, const std::string& keyPath);
 std::vector<std::string> ValueNames(Run& run, const std::string& keyPath);
 void WriteNumber(Run& run, const std::string& keyPath, const std::string& valueName, std::int32_t number);
-/// RegWrite of a text that a later step reads. A write that is refused is an error of `source` in the log (6087).
+/// RegWrite of a text that a later step reads. Raises 6087, with this source, when the write is refused.
+void WriteOrRaise(Run& run, const std::string& keyPath, const std::string& valueName, const std::string& text,
+                  const std::string& source, RegistryRoot root = RegistryRoot::LocalMachine);
+/// The same, but the refusal is logged and gives false.
 bool WriteOrTell(Run& run, const std::string& keyPath, const std::string& valueName, const std::string& text,
                  const std::string& source, RegistryRoot root = RegistryRoot::LocalMachine);
 /// Deletes a key with everything below it, if it is there. What could not be deleted is a warning in the log.

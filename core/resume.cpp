@@ -69,6 +69,6 @@ void StartFromReboot(Run& run) {
 void ForgetResume(Run& run) {
   if (modRegistry::ReadOrEmpty(run, ProductsKey, Value::Rebooted) != TrueOrFalse(true)) return;
   if (!EqualIgnoringCase(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Product), run.productName)) return;
-  modRegistry::RegWrite(run, ProductsKey, Value::Rebooted, "");
+  modRegistry::WriteOrTell(run, ProductsKey, Value::Rebooted, "", "ForgetResume");
   modAutoRun::DestroyAutoRun(run, run.silent);
 }

@@ -32,9 +32,7 @@ std::uint32_t PlatformIdentifier(Run& run) {
 }
 
 void Write(Run& run, const char* key, const LogonValue& value) {
-  if (modRegistry::RegWrite(run, key, value.name, value.text) == 0) {
-    throw modErrorBase::MakeError(6087, {std::string("HKLM\\") + key, value.name}, Source);
-  }
+  modRegistry::WriteOrRaise(run, key, value.name, value.text, Source);
 }
 
 }  // namespace

@@ -53,11 +53,6 @@ void ForgetLocalInstance(Run& run, const std::string& told) {
   run.log.Log(Source, 0, told);
 }
 
-void RecordLocalInstance(Run& run) {
-  if (modRegistry::RegWrite(run, ProductsKey, Value::QXIALocalInstall, "1") != 0) return;
-  throw modErrorBase::MakeError(6087, {std::string("HKLM\\") + ProductsKey, Value::QXIALocalInstall}, Source);
-}
-
 /// The entries made so far go to the default log. It lies on the disc as a rule, and nobody is asked about it.
 [[noreturn]] void EndWithoutCopy(Run& run) {
   run.log.SilentRun(true);
@@ -84,7 +79,7 @@ void RecordLocalInstance(Run& run) {
 bool StartLocalCopy(Run& run, const IniPaths& inis) {
   CreateLocalFolder(run);
   BeginStartupLog(run, inis);
-  RecordLocalInstance(run);
+  modRegistry::WriteOrRaise(run, ProductsKey, Value::QXIALocalInstall, "1", Source);
   TellStartup(run, "Created local install reg key");
   TellStartup(run, "Attempting to copy QXIA exe to program files\\qxia dir");
   CopyProgramToLocalFolder(run);
