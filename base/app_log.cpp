@@ -7,6 +7,7 @@
 #include "base/error_texts.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "platform/owned.h"
 
 namespace {
 
@@ -66,10 +67,6 @@ void clsAppLog::Start() {
   } catch (const Error& failure) {
     Log("clsAppLog.Start", failure);
   }
-}
-
-clsAppLog::~clsAppLog() {
-  if (file_.value != 0) machine_.files().close(file_);
 }
 
 std::string clsAppLog::DefaultLogFilename() const {
@@ -133,23 +130,22 @@ void clsAppLog::ReleaseEntries() {
 void clsAppLog::WriteLogEntry(const std::string& entry) {
   // The statement that failed is told by the number it has among the ten of this procedure.
   const auto require = [](platform::Status status, int statement) {
-    if (status == platform::status::Ok) return;
-    throw Error(static_cast<int>(status), modErrorBase::SystemErrorText(status),
+    if (status == platform::Status::Ok) return;
+    throw Error(Number(status), modErrorBase::SystemErrorText(status),
                 "clsAppLog.WriteLogEntry Line no: " + std::to_string(statement));
   };
-  if (file_.value == 0) {
-    if (Trim(logFilename_).empty()) logFilename_ = DefaultLogFilename();
-    require(machine_.files().openForAppending(logFilename_, file_), 6);
-  }
-  const platform::Status written = machine_.files().write(file_, entry + LineBreak);
-  const platform::Status closed = machine_.files().close(std::exchange(file_, {}));
+  if (Trim(logFilename_).empty()) logFilename_ = DefaultLogFilename();
+  platform::OwnedFile file(machine_.files());
+  require(machine_.files().openForAppending(logFilename_, file.receive()), 6);
+  const platform::Status written = machine_.files().write(*file, entry + LineBreak);
+  const platform::Status closed = file.close();
   require(written, 8);
   require(closed, 9);
 }
 
 void clsAppLog::Report(const std::string& source, int errNumber, const std::string& description,
                        const std::exception& failure) {
-  if (!silent_) machine_.screen().messageBox({.title = title_, .text = source});
+  if (!silent_) machine_.dialogs().messageBox({.title = title_, .text = source});
   const auto* error = dynamic_cast<const Error*>(&failure);
   const std::string records[] = {
       "Routine name passed in: " + source,
@@ -162,17 +158,17 @@ void clsAppLog::Report(const std::string& source, int errNumber, const std::stri
 }
 
 void clsAppLog::ShowBox(int errNumber, const std::string& description) {
-  machine_.screen().messageBox({.title = title_ + " Error",
-                                .text = std::string("A critical run-time error has occurred ") + LineBreak + LineBreak +
-                                        "Error #" + std::to_string(errNumber) + ": '" + description + "'",
-                                .icon = platform::BoxIcon::Critical});
+  machine_.dialogs().messageBox({.title = title_ + " Error",
+                                 .text = std::string("A critical run-time error has occurred ") + LineBreak +
+                                         LineBreak + "Error #" + std::to_string(errNumber) + ": '" + description + "'",
+                                 .icon = platform::BoxIcon::Critical});
 }
 
 bool clsAppLog::ArchiveLogFile(const std::string& archiveFolder) {
   bool copied = true;
   if (fso_.FileExists(logFilename_)) {
     copied = Attempt(&clsAppLog::CopyToArchive, archiveFolder);
-    machine_.screen().pumpMessages();
+    machine_.mainWindow().pumpMessages();
   }
   Attempt(&clsAppLog::TrimArchive, archiveFolder);
   return copied;
@@ -201,9 +197,8 @@ void clsAppLog::CopyToArchive(const std::string& archiveFolder) {
 void clsAppLog::TrimArchive(const std::string& archiveFolder) {
   std::vector<platform::FolderEntry> entries;
   const platform::Status listed = machine_.files().list(archiveFolder, entries);
-  if (listed != platform::status::Ok && !platform::isNotThere(listed)) {
-    throw Error(static_cast<int>(listed), modErrorBase::SystemErrorText(listed) + ": " + archiveFolder,
-                "ArchiveLogFile");
+  if (listed != platform::Status::Ok && !platform::IsNotThere(listed)) {
+    throw Error(Number(listed), modErrorBase::SystemErrorText(listed) + ": " + archiveFolder, "ArchiveLogFile");
   }
   std::uint64_t sum = 0;
   std::string first;

@@ -23,7 +23,6 @@ class clsAppLog {
  public:
   /// `folder` is the program's folder; the default log lies there under the program's title.
   clsAppLog(platform::Platform& machine, std::string title, std::string folder);
-  ~clsAppLog();
   clsAppLog(const clsAppLog&) = delete;
   clsAppLog& operator=(const clsAppLog&) = delete;
 
@@ -82,7 +81,6 @@ class clsAppLog {
   void TrimArchive(const std::string& archiveFolder);
 
   bool logToFile_ = true;
-  platform::FileHandle file_;
   int lastErrNumber_ = 0;
   std::string logFilename_;
   std::string lastErrDescription_;

@@ -73,15 +73,15 @@ struct SystemText {
 };
 
 constexpr SystemText systemTexts[] = {
-    {platform::status::FileNotFound, "File not found"},
-    {platform::status::PathNotFound, "Path not found"},
-    {platform::status::AccessDenied, "Permission denied"},
-    {platform::status::NotReady, "Disk not ready"},
-    {platform::status::SharingViolation, "The file is in use by another program"},
-    {platform::status::DiskFull, "Disk full"},
-    {platform::status::FolderNotEmpty, "The folder is not empty"},
-    {platform::status::PathTooLong, "The path is too long"},
-    {platform::status::FolderNameInvalid, "The folder name is invalid"},
+    {platform::Status::FileNotFound, "File not found"},
+    {platform::Status::PathNotFound, "Path not found"},
+    {platform::Status::AccessDenied, "Permission denied"},
+    {platform::Status::NotReady, "Disk not ready"},
+    {platform::Status::SharingViolation, "The file is in use by another program"},
+    {platform::Status::DiskFull, "Disk full"},
+    {platform::Status::FolderNotEmpty, "The folder is not empty"},
+    {platform::Status::PathTooLong, "The path is too long"},
+    {platform::Status::FolderNameInvalid, "The folder name is invalid"},
 };
 
 }  // namespace
@@ -108,7 +108,7 @@ std::string SystemErrorText(platform::Status status) {
   for (const SystemText& entry : systemTexts) {
     if (entry.status == status) return entry.text;
   }
-  return "System error " + std::to_string(status);
+  return "System error " + std::to_string(static_cast<std::uint32_t>(status));
 }
 
 }  // namespace modErrorBase

@@ -6,26 +6,25 @@
 #include "base/operating_systems.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "platform/owned.h"
 
 namespace {
 
 void Require(platform::Status status, const std::string& path, const char* source) {
-  if (status == platform::status::Ok) return;
-  throw Error(static_cast<int>(status), modErrorBase::SystemErrorText(status) + ": " + path, source);
+  if (status == platform::Status::Ok) return;
+  throw Error(Number(status), modErrorBase::SystemErrorText(status) + ": " + path, source);
 }
 
 }  // namespace
 
 bool clsFso::FileExists(const std::string& path) {
-  std::uint32_t attributes = 0;
-  return machine_.files().attributes(path, attributes) == platform::status::Ok &&
-         (attributes & platform::attribute::Folder) == 0;
+  platform::Attributes attributes;
+  return machine_.files().attributes(path, attributes) == platform::Status::Ok && !attributes.folder;
 }
 
 bool clsFso::FolderExists(const std::string& path) {
-  std::uint32_t attributes = 0;
-  return machine_.files().attributes(path, attributes) == platform::status::Ok &&
-         (attributes & platform::attribute::Folder) != 0;
+  platform::Attributes attributes;
+  return machine_.files().attributes(path, attributes) == platform::Status::Ok && attributes.folder;
 }
 
 bool clsFso::DriveExists(char letter) {
@@ -44,7 +43,7 @@ void clsFso::CreateFolder(const std::string& path) {
   }
   CreateFolder(FolderPart(folder));
   const platform::Status created = machine_.files().createFolder(folder);
-  if (created != platform::status::Ok && !FolderExists(folder)) {
+  if (created != platform::Status::Ok && !FolderExists(folder)) {
     throw modErrorBase::MakeError(6021, {folder}, "clsFso.CreateFolder");
   }
 }
@@ -60,7 +59,7 @@ std::vector<std::string> clsFso::ListFolders(const std::string& folder) {
 std::vector<std::string> clsFso::List(const std::string& folder, bool folders) {
   std::vector<platform::FolderEntry> entries;
   const platform::Status listed = machine_.files().list(folder, entries);
-  if (!platform::isNotThere(listed)) Require(listed, folder, "clsFso.List");
+  if (!platform::IsNotThere(listed)) Require(listed, folder, "clsFso.List");
   std::vector<std::string> names;
   for (const platform::FolderEntry& entry : entries) {
     if (entry.isFolder() == folders) names.push_back(entry.name);
@@ -69,23 +68,22 @@ std::vector<std::string> clsFso::List(const std::string& folder, bool folders) {
 }
 
 void clsFso::DeleteFileForced(const std::string& path) {
-  std::uint32_t attributes = 0;
+  platform::Attributes attributes;
   Require(machine_.files().attributes(path, attributes), path, "clsFso.DeleteFile");
-  if ((attributes & platform::attribute::ReadOnly) != 0) {
-    machine_.files().setAttributes(path, platform::attribute::Normal);
+  if (attributes.readOnly) {
+    machine_.files().setAttributes(path, {});
   }
   Require(machine_.files().deleteFile(path), path, "clsFso.DeleteFile");
 }
 
 void clsFso::CopyFileOver(const std::string& from, const std::string& to) {
-  std::uint32_t attributes = 0;
-  const bool replaces = machine_.files().attributes(to, attributes) == platform::status::Ok;
+  platform::Attributes attributes;
+  const bool replaces = machine_.files().attributes(to, attributes) == platform::Status::Ok;
   // The system replaces none of these.
-  constexpr std::uint32_t guarded =
-      platform::attribute::ReadOnly | platform::attribute::Hidden | platform::attribute::System;
-  if (replaces && (attributes & guarded) != 0) machine_.files().setAttributes(to, platform::attribute::Normal);
+  const bool isGuarded = attributes.readOnly || attributes.hidden || attributes.system;
+  if (replaces && isGuarded) machine_.files().setAttributes(to, {});
   Require(machine_.files().copyFile(from, to), from + " to " + to, "clsFso.CopyFile");
-  machine_.screen().pumpMessages();  // a folder of many files must not make the window look dead
+  machine_.mainWindow().pumpMessages();  // a folder of many files must not make the window look dead
 }
 
 void clsFso::CopyFolderOver(const std::string& from, const std::string& to) {
@@ -101,32 +99,32 @@ void clsFso::CopyFolderOver(const std::string& from, const std::string& to) {
 }
 
 void clsFso::DeleteFolderForced(const std::string& path, const std::string& lastFile) {
-  std::uint32_t attributes = 0;
+  platform::Attributes attributes;
   Require(machine_.files().attributes(path, attributes), path, "clsFso.DeleteFolder");
-  if ((attributes & platform::attribute::Link) == 0) {
+  if (!attributes.link) {
     for (const std::string& file : ListFiles(path)) {
       if (!EqualIgnoringCase(file, lastFile)) DeleteFileForced(Joined(path, file));
     }
     for (const std::string& folder : ListFolders(path)) DeleteFolderForced(Joined(path, folder));
     for (const std::string& file : ListFiles(path)) DeleteFileForced(Joined(path, file));
   }
-  if ((attributes & platform::attribute::ReadOnly) != 0) {
-    machine_.files().setAttributes(path, platform::attribute::Normal);
+  if (attributes.readOnly) {
+    machine_.files().setAttributes(path, {});
   }
   Require(machine_.files().deleteFolder(path), path, "clsFso.DeleteFolder");
 }
 
 void clsFso::WriteNewFile(const std::string& path, const std::string& bytes) {
-  platform::FileHandle file;
-  Require(machine_.files().openForWriting(path, file), path, "clsFso.WriteNewFile");
-  const platform::Status written = machine_.files().write(file, bytes);
-  const platform::Status closed = machine_.files().close(file);
+  platform::OwnedFile file(machine_.files());
+  Require(machine_.files().openForWriting(path, file.receive()), path, "clsFso.WriteNewFile");
+  const platform::Status written = machine_.files().write(*file, bytes);
+  const platform::Status closed = file.close();
   Require(written, path, "clsFso.WriteNewFile");
   Require(closed, path, "clsFso.WriteNewFile");
 }
 
 std::string clsFso::OperatingSystem() {
   platform::SystemVersion version;
-  if (machine_.machine().systemVersion(version) != platform::status::Ok) return "0";
+  if (machine_.machine().systemVersion(version) != platform::Status::Ok) return "0";
   return OperatingSystemName(version);
 }

@@ -131,7 +131,7 @@ IniLines OpenIniFile(Run& run, const std::string& iniFile) {
   };
   std::string bytes;
   const platform::Status read = run.machine.files().read(iniFile, bytes);
-  if (read != platform::status::Ok) throw failed(modErrorBase::SystemErrorText(read));
+  if (read != platform::Status::Ok) throw failed(modErrorBase::SystemErrorText(read));
   if (bytes.rfind("\xFF\xFE", 0) == 0 || bytes.rfind("\xFE\xFF", 0) == 0) {
     throw failed("The file is Unicode text. Save it as ANSI text");
   }

@@ -22,74 +22,75 @@ std::string NewestLines(const std::string& text) {
 }  // namespace
 
 void frmMain::Create(const std::string& caption) {
-  screen_.createMainWindow(caption);
+  machine_.mainWindow().create(caption);
 }
 
 void frmMain::Show() {
-  screen_.showMainWindow();
+  machine_.mainWindow().show();
   shown_ = true;
 }
 
 void frmMain::StatusLine(const std::string& text) {
   if (!shown_) return;
-  screen_.setText(Control::Action, text);
+  machine_.mainWindow().setText(Control::Action, text);
   Status(text);
 }
 
 void frmMain::Status(const std::string& text) {
   if (!shown_) return;
-  const std::string before = screen_.text(Control::Status);
+  const std::string before = machine_.mainWindow().text(Control::Status);
   const std::string all = NewestLines(before.empty() ? text : before + LineBreak + text);
-  screen_.setText(Control::Status, all);
-  const bool overflows = screen_.statusTextHeight(all) > screen_.statusAreaHeight();
+  machine_.mainWindow().setText(Control::Status, all);
+  const bool overflows = machine_.mainWindow().statusTextHeight(all) > machine_.mainWindow().statusAreaHeight();
   if (overflows != scrollBarShown_) {
     scrollBarShown_ = overflows;
-    screen_.showStatusScrollBar(overflows);
+    machine_.mainWindow().showStatusScrollBar(overflows);
   }
-  screen_.repaint();
+  machine_.mainWindow().repaint();
 }
 
 void frmMain::Component(const std::string& text) {
-  if (shown_) screen_.setText(Control::Component, text);
+  if (shown_) machine_.mainWindow().setText(Control::Component, text);
 }
 
 void frmMain::LongMessage(const std::string& text) {
-  if (shown_) screen_.setText(Control::LongMessage, text);
+  if (shown_) machine_.mainWindow().setText(Control::LongMessage, text);
 }
 
 void frmMain::ProgressBar(int percent) {
   if (!shown_) return;
   const int drawn = std::clamp(percent, 0, 100);
-  screen_.drawProgress(drawn, std::to_string(drawn) + "%");
+  machine_.mainWindow().drawProgress(drawn, std::to_string(drawn) + "%");
 }
 
 void frmMain::Caption(Control button, const std::string& text) {
-  screen_.setText(button, text);
+  machine_.mainWindow().setText(button, text);
 }
 
 void frmMain::EnableButtons(bool enabled) {
   if (!shown_) return;
   if (enabled) {
-    screen_.pumpMessages();
-    while (screen_.takeEvent()) {
+    machine_.mainWindow().pumpMessages();
+    while (machine_.mainWindow().takeEvent()) {
     }
   }
-  for (Control button : {Control::About, Control::Continue, Control::Cancel}) screen_.setEnabled(button, enabled);
-  screen_.setBusyCursor(!enabled);
+  for (Control button : {Control::About, Control::Continue, Control::Cancel})
+    machine_.mainWindow().setEnabled(button, enabled);
+  machine_.mainWindow().setBusyCursor(!enabled);
 }
 
 void frmMain::EnableEndButtons() {
   EnableButtons(true);
-  if (shown_) screen_.setEnabled(Control::Cancel, false);
+  if (shown_) machine_.mainWindow().setEnabled(Control::Cancel, false);
 }
 
 void frmMain::ComeToFront() {
-  if (shown_) screen_.focusWindow(screen_.mainWindow());
+  if (shown_) machine_.otherWindows().focus(machine_.mainWindow().handle());
 }
 
 void frmMain::Pump() {
-  screen_.pumpMessages();
-  while (const auto event = screen_.takeEvent()) {
+  machine_.mainWindow().pumpMessages();
+  while (const auto event = machine_.mainWindow().takeEvent()) {
     if (*event == platform::WindowEvent::Close) AskForEnd();
   }
 }
@@ -98,14 +99,14 @@ void frmMain::AskForEnd() {
   if (endWanted_) return;
   const std::string question = std::string(Title) + " is still at work." + LineBreak + LineBreak +
                                "Do you want it to end when the present component is done?";
-  endWanted_ = screen_.messageBox({.title = Title,
-                                   .text = question,
-                                   .icon = platform::BoxIcon::Question,
-                                   .buttons = platform::BoxButtons::YesNo,
-                                   .defaultAnswer = platform::BoxAnswer::No}) == platform::BoxAnswer::Yes;
+  endWanted_ = machine_.dialogs().messageBox({.title = Title,
+                                              .text = question,
+                                              .icon = platform::BoxIcon::Question,
+                                              .buttons = platform::BoxButtons::YesNo,
+                                              .defaultAnswer = platform::BoxAnswer::No}) == platform::BoxAnswer::Yes;
   if (endWanted_) LongMessage("The run ends as soon as the present component is done.");
 }
 
-void CentreForm(platform::Screen& screen) {
-  screen.centreMainWindow();
+void CentreForm(platform::MainWindow& window) {
+  window.centre();
 }

@@ -8,7 +8,7 @@
 
 class frmMain {
  public:
-  explicit frmMain(platform::Platform& machine) : screen_(machine.screen()) {}
+  explicit frmMain(platform::Platform& machine) : machine_(machine) {}
 
   /// Makes the window, hidden, and shows it later.
   void Create(const std::string& caption);
@@ -17,9 +17,9 @@ class frmMain {
 
   /// The line that tells what is being done; it is kept in the status text as well.
   void StatusLine(const std::string& text);
-  std::string StatusLine() { return screen_.text(platform::Control::Action); }
+  std::string StatusLine() { return machine_.mainWindow().text(platform::Control::Action); }
   /// Changes the line without keeping it in the status text: for the dots that show that work goes on.
-  void AnimateStatusLine(const std::string& text) { screen_.setText(platform::Control::Action, text); }
+  void AnimateStatusLine(const std::string& text) { machine_.mainWindow().setText(platform::Control::Action, text); }
   /// Adds lines to the status text; its scroll bar appears when they no longer fit.
   void Status(const std::string& text);
   void Component(const std::string& text);
@@ -29,7 +29,7 @@ class frmMain {
   void ProgressBar(int percent);
 
   void Caption(platform::Control button, const std::string& text);
-  std::string Caption(platform::Control button) { return screen_.text(button); }
+  std::string Caption(platform::Control button) { return machine_.mainWindow().text(button); }
   /// Disabled while work runs; the cursor tells that too. Enabled again, the buttons and the window answer afresh: what
   /// was done to them meanwhile counts no more.
   void EnableButtons(bool enabled);
@@ -47,11 +47,11 @@ class frmMain {
  private:
   void AskForEnd();
 
-  platform::Screen& screen_;
+  platform::Platform& machine_;
   bool shown_ = false;
   bool scrollBarShown_ = false;
   bool endWanted_ = false;
 };
 
 /// Places the window in the middle of the screen.
-void CentreForm(platform::Screen& screen);
+void CentreForm(platform::MainWindow& window);

@@ -6,6 +6,7 @@
 #include "base/error_texts.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "platform/owned.h"
 
 namespace modRegistry {
 namespace {
@@ -15,15 +16,15 @@ using platform::KeyHandle;
 using platform::Registry;
 using platform::Status;
 
-constexpr std::size_t TextCapacity = LongestText + 1;
-constexpr std::size_t NameCapacity = LongestName + 1;
+/// Bytes of a value that is read as a text, its terminating zero included, and as a number.
+constexpr std::size_t TextSize = LongestText + 1;
 constexpr std::size_t NumberSize = 4;
 
 /// Whatever the root, messages show this one.
 constexpr const char* ShownRoot = "HKLM\\";
 
 bool IsMissing(Status status) {
-  return status == platform::status::FileNotFound || status == platform::status::BadKey;
+  return status == Status::FileNotFound || status == Status::BadKey;
 }
 
 /// A key that is open for as long as its scope.
@@ -31,25 +32,28 @@ class OpenKey {
  public:
   /// Creates the key, or opens it when it is there.
   OpenKey(Run& run, const std::string& path)
-      : registry_(run.machine.registry()),
-        status_(registry_.createKey(RegistryRoot::LocalMachine, path, KeyAccess::Write, key_)) {}
+      : key_(run.machine.registry()),
+        status_(run.machine.registry().createKey(RegistryRoot::LocalMachine, path, KeyAccess::Write, key_.receive())) {}
   OpenKey(Run& run, RegistryRoot root, const std::string& path, KeyAccess access)
-      : registry_(run.machine.registry()), status_(registry_.openKey(root, path, access, key_)) {}
-  ~OpenKey() {
-    if (isOpen()) registry_.closeKey(key_);
-  }
-  OpenKey(const OpenKey&) = delete;
-  OpenKey& operator=(const OpenKey&) = delete;
+      : key_(run.machine.registry()), status_(run.machine.registry().openKey(root, path, access, key_.receive())) {}
 
-  bool isOpen() const { return status_ == platform::status::Ok; }
+  bool isOpen() const { return status_ == Status::Ok; }
   Status status() const { return status_; }
-  KeyHandle handle() const { return key_; }
+  KeyHandle handle() const { return *key_; }
 
  private:
-  Registry& registry_;
-  KeyHandle key_;
+  platform::OwnedKey key_;
   Status status_;
 };
+
+/// Reads a value of at most so many bytes. A longer one is MoreData and stays unread.
+Status QueryValue(Run& run, KeyHandle key, const std::string& name, std::size_t limit, ValueType& type,
+                  std::string& data) {
+  const Status read = run.machine.registry().queryValue(key, name, type, data);
+  if (read != Status::Ok || data.size() <= limit) return read;
+  data.clear();
+  return Status::MoreData;
+}
 
 /// A text as stored has its terminating zero, or, when another program left it out, has not.
 std::string WithoutTerminator(std::string data) {
@@ -90,16 +94,16 @@ std::int16_t WriteData(Run& run, RegistryRoot root, const std::string& keyPath, 
   const OpenKey key(run, root, keyPath, KeyAccess::SetValue);
   if (!key.isOpen()) return 0;
   // The size of a text leaves out its terminating zero; the system adds it where it stores one.
-  return run.machine.registry().setValue(key.handle(), valueName, type, data) == platform::status::Ok ? 1 : 0;
+  return run.machine.registry().setValue(key.handle(), valueName, type, data) == Status::Ok ? 1 : 0;
 }
 
 std::int16_t DeleteValue(Run& run, RegistryRoot root, const std::string& keyPath, const std::string& valueName) {
   const OpenKey key(run, root, keyPath, KeyAccess::SetValue);
   if (!key.isOpen()) return 0;
-  return run.machine.registry().deleteValue(key.handle(), valueName) == platform::status::Ok ? 1 : 0;
+  return run.machine.registry().deleteValue(key.handle(), valueName) == Status::Ok ? 1 : 0;
 }
 
-using Enumerate = Status (Registry::*)(KeyHandle, std::uint32_t, std::size_t, std::string&);
+using Enumerate = Status (Registry::*)(KeyHandle, std::uint32_t, std::string&);
 
 std::int16_t List(Run& run, const std::string& keyPath, std::vector<std::string>& names, RegistryRoot root,
                   Enumerate enumerate, const char* source) {
@@ -108,8 +112,8 @@ std::int16_t List(Run& run, const std::string& keyPath, std::vector<std::string>
   if (!key.isOpen()) throw modErrorBase::MakeError(6161, {ShownRoot + keyPath}, source);
   std::int16_t count = 0;
   std::string name;
-  while ((run.machine.registry().*enumerate)(key.handle(), static_cast<std::uint32_t>(count), NameCapacity, name) ==
-         platform::status::Ok) {
+  while ((run.machine.registry().*enumerate)(key.handle(), static_cast<std::uint32_t>(count), name) == Status::Ok &&
+         name.size() <= LongestName) {
     names.resize(static_cast<std::size_t>(count) + 1);
     names.back() = name;
     ++count;
@@ -150,8 +154,8 @@ std::string RegRead(Run& run, const std::string& keyPath, const std::string& val
   }
   ValueType type{};
   std::string data;
-  const Status read = run.machine.registry().queryValue(key.handle(), valueName, TextCapacity, type, data);
-  const std::string text = read == platform::status::Ok ? WithoutTerminator(data) : std::string();
+  const Status read = QueryValue(run, key.handle(), valueName, TextSize, type, data);
+  const std::string text = read == Status::Ok ? WithoutTerminator(data) : std::string();
   return text.size() > LongestText ? std::string() : text;  // one without a terminator fills the whole buffer
 }
 
@@ -176,7 +180,7 @@ std::int16_t RegDelete(Run& run, const std::string& keyPath, RegistryRoot root) 
   for (const std::string& name : keys) {
     if (!name.empty()) RegDelete(run, std::string(keyPath).append("\\").append(name), root);
   }
-  return static_cast<std::int16_t>(run.machine.registry().deleteKey(root, keyPath));
+  return static_cast<std::int16_t>(Number(run.machine.registry().deleteKey(root, keyPath)));
 }
 
 std::int16_t DWORDValueGet(Run& run, const std::string& keyPath, const std::string& valueName, std::int32_t& number,
@@ -190,13 +194,13 @@ std::int16_t DWORDValueGet(Run& run, const std::string& keyPath, const std::stri
     if (!key.isOpen()) throw modErrorBase::MakeError(6161, {shown}, "DWORDValueGet");
     ValueType type{};
     std::string data;
-    status = run.machine.registry().queryValue(key.handle(), valueName, NumberSize, type, data);
-    if (status != platform::status::Ok) {
+    status = QueryValue(run, key.handle(), valueName, NumberSize, type, data);
+    if (status != Status::Ok) {
       throw modErrorBase::MakeError(6160, {shown + "\\" + valueName}, "DWORDValueGet");
     }
     number = NumberOf(data);
   });
-  return static_cast<std::int16_t>(status);
+  return static_cast<std::int16_t>(Number(status));
 }
 
 bool RegKeyExists(Run& run, const std::string& keyPath, const std::string& valueName, RegistryRoot root,
@@ -207,12 +211,13 @@ bool RegKeyExists(Run& run, const std::string& keyPath, const std::string& value
   if (key.isOpen() && !valueName.empty()) {
     ValueType stored{};
     std::string data;
-    const std::size_t capacity = type == ValueType::Text ? TextCapacity : NumberSize;
-    status = run.machine.registry().queryValue(key.handle(), valueName, capacity, stored, data);
+    const std::size_t limit = type == ValueType::Text ? TextSize : NumberSize;
+    status = QueryValue(run, key.handle(), valueName, limit, stored, data);
     if (IsMissing(status)) return false;
   }
-  if (status == platform::status::Ok) return true;
-  throw Error(6162, "RegOpenKeyEx API Call failed, returning " + std::to_string(status), "modRegistry.RegKeyExists");
+  if (status == Status::Ok) return true;
+  throw Error(6162, "RegOpenKeyEx API Call failed, returning " + std::to_string(Number(status)),
+              "modRegistry.RegKeyExists");
 }
 
 std::string ReadOrEmpty(Run& run, const std::string& keyPath, const std::string& valueName) {
@@ -223,8 +228,7 @@ double ReadNumber(Run& run, const std::string& keyPath, const std::string& value
   const OpenKey key(run, RegistryRoot::LocalMachine, keyPath, KeyAccess::Read);
   ValueType type{};
   std::string data;
-  if (!key.isOpen() ||
-      run.machine.registry().queryValue(key.handle(), valueName, TextCapacity, type, data) != platform::status::Ok) {
+  if (!key.isOpen() || QueryValue(run, key.handle(), valueName, TextSize, type, data) != Status::Ok) {
     return 0;
   }
   return type == ValueType::Number ? NumberOf(data) : NumericValue(WithoutTerminator(data));

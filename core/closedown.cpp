@@ -31,7 +31,7 @@ void RemoveDriveMapping(Run& run) {
   if (run.mappedDrive.empty()) return;
   const std::string removing = "Removing drive mapping for " + run.mappedDrive;
   run.log.Log(Source, 0, removing);
-  if (GoShell(run, "net use " + run.mappedDrive + " /d", "", 30000, 0) == 0) {
+  if (GoShell(run, "net use " + run.mappedDrive + " /d", "", 30000, platform::ShowWindow::Hidden) == 0) {
     run.log.Log(Source, 0, "Drive mapping successfully removed");
   } else {
     run.log.Log(Source, GeneralError, removing + " failed - needs manual remove", !run.silent, EntryType::Warning);
@@ -94,9 +94,9 @@ void ResetStartForUser(Run& run) {
 
 void SwitchAutoLoginOff(Run& run) {
   if (DisableAutoLogin(run) || run.silent) return;
-  run.machine.screen().messageBox({.title = Title,
-                                   .text = "Could not disable autologon - please contact support",
-                                   .icon = platform::BoxIcon::Critical});
+  run.machine.dialogs().messageBox({.title = Title,
+                                    .text = "Could not disable autologon - please contact support",
+                                    .icon = platform::BoxIcon::Critical});
 }
 
 /// A local instance removes itself, unless it is needed for an uninstall; and an uninstall what nobody needs any more.
@@ -147,7 +147,7 @@ void Closedown(Run& run) {
   if (logonRequested && !run.logonDeclined) step([&] { SwitchAutoLoginOff(run); });
   step([&] { RemoveLocalProgram(run); });
   step([&] { ForgetCleanUp(run); });
-  step([&] { run.machine.screen().removeTrayIcon(); });
+  step([&] { run.machine.mainWindow().removeTrayIcon(); });
   step([&] { CloseLog(run); });
   const int exitCode = ExitCodeOf(run);
   if (closingRestart) Reboot(run, true, exitCode);

@@ -14,7 +14,7 @@ namespace {
 constexpr const char* Source = "GetCommandLine";
 
 bool ConfirmedByUser(Run& run) {
-  const platform::BoxAnswer answer = run.machine.screen().messageBox(
+  const platform::BoxAnswer answer = run.machine.dialogs().messageBox(
       {.title = "Confirm Uninstall",
        .text = "This will uninstall " + run.uninstallProduct + " and may stop your system working correctly." +
                LineBreak + "Are you sure you want to continue?",

@@ -8,9 +8,6 @@
 namespace {
 
 constexpr const char* Source = "ConfigChecks";
-constexpr std::size_t WindowsFolderCapacity = 255;
-constexpr std::size_t SystemFolderCapacity = 256;
-constexpr std::size_t ComputerNameCapacity = 256;
 
 /// A megabyte of the log is a thousand times 1024 bytes.
 constexpr double LoggedMegabyte = 1024000;
@@ -25,9 +22,9 @@ void Record(Run& run, const char* value, const std::string& text) {
 
 void RecordFolders(Run& run) {
   platform::Machine& machine = run.machine.machine();
-  Record(run, "Windows Directory", machine.windowsFolder(WindowsFolderCapacity));
-  Record(run, "Computer Name", machine.computerName(ComputerNameCapacity));
-  Record(run, "System Directory", machine.systemFolder(SystemFolderCapacity));
+  Record(run, "Windows Directory", machine.windowsFolder());
+  Record(run, "Computer Name", machine.computerName());
+  Record(run, "System Directory", machine.systemFolder());
   Record(run, "Installer Directory", run.programFolder);
 }
 
@@ -39,7 +36,7 @@ void RecordOperatingSystem(Run& run) {
 
 void AddToDriveTable(Run& run, char letter) {
   std::uint64_t bytes = 0;
-  if (run.machine.files().freeSpace(letter, bytes) != platform::status::Ok) return;
+  if (run.machine.files().freeSpace(letter, bytes) != platform::Status::Ok) return;
   run.driveTable.push_back({letter, static_cast<double>(bytes)});
   LogVerbose(run, std::string("Drive ") + letter + " has " + Thousands(static_cast<double>(bytes) / LoggedMegabyte) +
                       " Mb free.");

@@ -17,7 +17,7 @@ constexpr const char* DefaultProductIni = "product.ini";
 /// The file that the user chooses; "" when cancelled, and on a silent run, which asks nobody.
 std::string AskForIni(Run& run, const char* title) {
   if (run.silent) return std::string();
-  return run.machine.screen()
+  return run.machine.dialogs()
       .chooseFile({.title = title,
                    .folder = run.programFolder,
                    .extension = "ini",

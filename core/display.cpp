@@ -23,7 +23,7 @@ void ShowWindow(Run& run) {
   run.window.Caption(Control::About, "&About");
   run.window.Caption(Control::Continue, modLanguage::Text(run, Caption::Continue));
   run.window.Caption(Control::Cancel, modLanguage::Text(run, Caption::Cancel));
-  CentreForm(run.machine.screen());
+  CentreForm(run.machine.mainWindow());
   run.window.Show();
   run.window.ProgressBar(0);
   run.window.LongMessage(modLanguage::Text(run, Caption::Welcome));
@@ -32,8 +32,8 @@ void ShowWindow(Run& run) {
 
 void ShowTrayIcon(Run& run) {
   // A second copy that looks for the window would show it.
-  run.machine.screen().destroyMainWindow();
-  run.machine.screen().addTrayIcon(TrayTip(run));
+  run.machine.mainWindow().destroy();
+  run.machine.mainWindow().addTrayIcon(TrayTip(run));
 }
 
 void ShowAboutBox(Run& run) {
@@ -50,15 +50,15 @@ void ShowAboutBox(Run& run) {
   std::string text;
   for (const char* line : lines) text += std::string(line) + LineBreak;
   text += "The log of this run is " + run.log.LogFilename();
-  run.machine.screen().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
+  run.machine.dialogs().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
 }
 
 void ViewLog(Run& run) {
   const std::string log = run.log.LogFilename();
-  if (run.machine.screen().openDocument(log)) return;
-  run.machine.screen().messageBox({.title = Title,
-                                   .text = "No program on this machine shows the log. It is the file " + log,
-                                   .icon = platform::BoxIcon::Information});
+  if (run.machine.dialogs().openDocument(log)) return;
+  run.machine.dialogs().messageBox({.title = Title,
+                                    .text = "No program on this machine shows the log. It is the file " + log,
+                                    .icon = platform::BoxIcon::Information});
 }
 
 /// Leaving the window before the result was shown cancels the run.
@@ -86,7 +86,7 @@ void ShowWork(Run& run) {
 
 void ServeWindow(Run& run) {
   for (;;) {
-    switch (run.machine.screen().waitForEvent()) {
+    switch (run.machine.mainWindow().waitForEvent()) {
       case platform::WindowEvent::About:
         ShowsResult(run) ? ViewLog(run) : ShowAboutBox(run);
         break;

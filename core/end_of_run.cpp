@@ -23,7 +23,7 @@ int FailureCaption(const Run& run) {
 }  // namespace
 
 void EndInstall(Run& run) {
-  Guarded(run, "EndInstall", [&] { run.machine.screen().removeTrayIcon(); });
+  Guarded(run, "EndInstall", [&] { run.machine.mainWindow().removeTrayIcon(); });
   Closedown(run);
 }
 

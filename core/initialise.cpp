@@ -84,9 +84,9 @@ void CarryOutPreInstall(Run& run, const std::string& productIni) {
   run.log.Log(Source, 0, "Process halted after Pre-Install Actions failed.");
   SetProductResult(run, false, "Pre-install checks failed");
   if (!run.silent) {
-    run.machine.screen().messageBox({.title = Title,
-                                     .text = "This installation cannot continue as pre-install checks failed",
-                                     .icon = platform::BoxIcon::Critical});
+    run.machine.dialogs().messageBox({.title = Title,
+                                      .text = "This installation cannot continue as pre-install checks failed",
+                                      .icon = platform::BoxIcon::Critical});
   }
   Closedown(run);
 }

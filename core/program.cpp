@@ -11,7 +11,7 @@ int RunProgram(platform::Platform& machine) {
     Main(run);
     ServeWindow(run);
   } catch (const ProgramEnd& end) {
-    machine.screen().destroyMainWindow();
+    machine.mainWindow().destroy();
     return end.exitCode;
   }
 }

@@ -23,6 +23,6 @@ void ScheduleRemoval(Run& run, const std::string& file) {
   const std::string command =
       RemovalCommand(run.machine.clock().now(), run.machine.machine().environment("SystemRoot"), file);
   run.log.Log(source, 0, "Task Scheduler command: " + command);
-  const std::int32_t result = GoShell(run, command, "", 5000, 0);
+  const std::int32_t result = GoShell(run, command, "", 5000, platform::ShowWindow::Hidden);
   run.log.Log(source, 0, "Task Scheduler command returned " + std::to_string(result));
 }

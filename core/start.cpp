@@ -29,7 +29,6 @@ namespace {
 
 constexpr const char* Source = "Main";
 constexpr int AnotherCopyRuns = 3;
-constexpr int ClassNameCapacity = 256;
 
 bool LocalInstanceIsRecorded(Run& run) {
   return modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall);
@@ -147,16 +146,16 @@ void Start(Run& run) {
 }
 
 void BringOtherCopyForward(Run& run) {
-  platform::Screen& screen = run.machine.screen();
-  const platform::WindowHandle own = screen.mainWindow();
-  const std::string caption = screen.caption(own);
+  platform::OtherWindows& windows = run.machine.otherWindows();
+  const platform::WindowHandle own = run.machine.mainWindow().handle();
+  const std::string caption = windows.caption(own);
   // Without its caption, this copy's own window is not the one that is found.
-  screen.setCaption(own, "");
-  const platform::WindowHandle other = screen.findWindow(WindowClass(run, own), caption);
-  screen.setCaption(own, caption);
-  if (other.value == 0) return;
-  screen.restoreWindow(other);
-  screen.focusWindow(other);
+  windows.setCaption(own, "");
+  const platform::WindowHandle other = windows.find(WindowClass(run, own), caption);
+  windows.setCaption(own, caption);
+  if (other == platform::WindowHandle{}) return;
+  windows.restore(other);
+  windows.focus(other);
 }
 
 }  // namespace
@@ -177,15 +176,15 @@ void PreventDuplicate(Run& run) {
     if (!run.machine.machine().anotherCopyRuns()) return;
     BringOtherCopyForward(run);
   } catch (const Error& failure) {
-    run.machine.screen().messageBox({.title = "Prevent Duplicate",
-                                     .text = "Error: " + std::to_string(failure.number()) + LineBreak + LineBreak +
-                                             "Description: " + failure.text(),
-                                     .icon = platform::BoxIcon::Exclamation});
+    run.machine.dialogs().messageBox({.title = "Prevent Duplicate",
+                                      .text = "Error: " + std::to_string(failure.number()) + LineBreak + LineBreak +
+                                              "Description: " + failure.text(),
+                                      .icon = platform::BoxIcon::Exclamation});
     return;
   }
   throw ProgramEnd{AnotherCopyRuns};
 }
 
 std::string WindowClass(Run& run, platform::WindowHandle window) {
-  return run.machine.screen().className(window, ClassNameCapacity);
+  return run.machine.otherWindows().className(window);
 }

@@ -130,7 +130,7 @@ std::string ProductIniVersion(Run& run) {
 
 bool UserAcceptsVersion(Run& run) {
   if (run.silent) return false;
-  const platform::BoxAnswer answer = run.machine.screen().messageBox(
+  const platform::BoxAnswer answer = run.machine.dialogs().messageBox(
       {.title = "Product Version",
        .text =
            std::string("The product version does not match with the version specified in the QX Installer ini file.") +

@@ -24,7 +24,7 @@ struct LogonValue {
 
 std::uint32_t PlatformIdentifier(Run& run) {
   platform::SystemVersion version;
-  const bool known = run.machine.machine().systemVersion(version) == platform::status::Ok;
+  const bool known = run.machine.machine().systemVersion(version) == platform::Status::Ok;
   if (!known || (version.platformId != Windows95Family && version.platformId != NTFamily)) {
     throw modErrorBase::MakeError(6096, {}, Source);
   }

@@ -47,19 +47,19 @@ class DiskWait {
         volume_(volumeName),
         prompt_("Insert the disk labelled " + volumeName + " and click OK to continue"),
         timer_(run.machine.clock()) {
-    run.machine.screen().openDiskWindow({.title = Title,
-                                         .prompt = prompt_,
-                                         .okCaption = modLanguage::Text(run, modLanguage::Caption::OK),
-                                         .cancelCaption = modLanguage::Text(run, modLanguage::Caption::Cancel)});
+    run.machine.dialogs().openDiskWindow({.title = Title,
+                                          .prompt = prompt_,
+                                          .okCaption = modLanguage::Text(run, modLanguage::Caption::OK),
+                                          .cancelCaption = modLanguage::Text(run, modLanguage::Caption::Cancel)});
   }
-  ~DiskWait() { run_.machine.screen().closeDiskWindow(); }
+  ~DiskWait() { run_.machine.dialogs().closeDiskWindow(); }
   DiskWait(const DiskWait&) = delete;
   DiskWait& operator=(const DiskWait&) = delete;
 
   char Wait() {
     while (letter_ == 0) {
       if (attempts_ == 0) {
-        run_.machine.screen().messageBox({.title = Title, .text = prompt_, .icon = platform::BoxIcon::Information});
+        run_.machine.dialogs().messageBox({.title = Title, .text = prompt_, .icon = platform::BoxIcon::Information});
       }
       Check();
       Rest();
@@ -82,12 +82,12 @@ class DiskWait {
   void AskForRetry() {
     timer_.Disable();
     const platform::BoxAnswer answer =
-        run_.machine.screen().messageBox({.title = Title,
-                                          .text = "Error - cannot find the disk named " + volume_ + LineBreak +
-                                                  "Insert the disk and click retry to try again",
-                                          .icon = platform::BoxIcon::Exclamation,
-                                          .buttons = platform::BoxButtons::RetryCancel,
-                                          .defaultAnswer = platform::BoxAnswer::Retry});
+        run_.machine.dialogs().messageBox({.title = Title,
+                                           .text = "Error - cannot find the disk named " + volume_ + LineBreak +
+                                                   "Insert the disk and click retry to try again",
+                                           .icon = platform::BoxIcon::Exclamation,
+                                           .buttons = platform::BoxButtons::RetryCancel,
+                                           .defaultAnswer = platform::BoxAnswer::Retry});
     if (answer != platform::BoxAnswer::Retry) Cancelled(run_);
     attempts_ = 0;
   }
@@ -106,7 +106,7 @@ class DiskWait {
   }
 
   void Serve() {
-    const auto event = run_.machine.screen().takeDiskEvent();
+    const auto event = run_.machine.dialogs().takeDiskEvent();
     if (event == platform::DiskEvent::Cancel) Cancelled(run_);
     if (event == platform::DiskEvent::Ok) Check();
   }
@@ -126,7 +126,7 @@ char FindVolume(Run& run, const std::string& volumeName) {
   for (const platform::Drive& drive : files.drives()) {
     std::string label;
     const platform::Status read = files.volumeLabel(drive.letter, label);
-    if (read == platform::status::Ok && EqualIgnoringCase(label, volumeName)) return drive.letter;
+    if (read == platform::Status::Ok && EqualIgnoringCase(label, volumeName)) return drive.letter;
   }
   return 0;
 }

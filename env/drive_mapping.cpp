@@ -51,7 +51,8 @@ void MapDrive(Run& run, const std::string& drive) {
   run.log.Log(Source, 0, "Mapping drive " + drive + "to " + share);
   const std::string command = "net use " + drive + " " + share + " /user:" + domain + "\\" + user + " " +
                               (password.empty() ? "\"\"" : password) + " /persistent:no";
-  if (GoShell(run, command, "", 30000, 0) != 0) throw Error(GeneralError, "Drive mapping shell failed", Source);
+  if (GoShell(run, command, "", 30000, platform::ShowWindow::Hidden) != 0)
+    throw Error(GeneralError, "Drive mapping shell failed", Source);
   run.log.Log(Source, 0, "Drive mapped successfully");
   run.mappedDrive = drive;
 }

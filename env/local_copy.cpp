@@ -10,13 +10,11 @@
 
 namespace {
 
-constexpr std::size_t WindowsFolderCapacity = 255;
-
 /// Systems before Windows 2000 have the folder, but not the variable.
 std::string ProgramFiles(Run& run) {
   platform::Machine& machine = run.machine.machine();
   const std::string folder = machine.environment("ProgramFiles");
-  return folder.empty() ? machine.windowsFolder(WindowsFolderCapacity).substr(0, 1) + ":\\Program Files" : folder;
+  return folder.empty() ? machine.windowsFolder().substr(0, 1) + ":\\Program Files" : folder;
 }
 
 }  // namespace
@@ -51,5 +49,5 @@ void CopyProgramToLocalFolder(Run& run) {
   if (EqualIgnoringCase(program, LocalProgram(run))) return;
   run.fso.CopyFileOver(program, LocalProgram(run));
   // What comes from a disc is read-only, and could not be deleted again.
-  run.machine.files().setAttributes(LocalProgram(run), platform::attribute::Normal);
+  run.machine.files().setAttributes(LocalProgram(run), {});
 }

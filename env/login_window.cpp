@@ -70,7 +70,7 @@ void UsePassword(Run& run, const std::string& system, const std::string& passwor
 /// What OK does; false leaves the window open for another attempt.
 bool Accept(Run& run, const std::string& system, const std::string& password, const std::string& confirmation) {
   if (Trim(password) != Trim(confirmation)) {
-    run.machine.screen().messageBox({.title = Title, .text = "The two passwords do not match, please try again"});
+    run.machine.dialogs().messageBox({.title = Title, .text = "The two passwords do not match, please try again"});
     return false;
   }
   Guarded(run, ErrorSource, [&] { UsePassword(run, system, password); });
@@ -86,15 +86,15 @@ bool IsWanted(Run& run) {
 
 bool Show(Run& run) {
   const std::string system = LowerCase(run.fso.OperatingSystem());
-  return run.machine.screen().askPassword({.title = Title,
-                                           .message = Prompt(run, system),
-                                           .passwordLabel = "&Password:",
-                                           .confirmationLabel = "Con&firm password:",
-                                           .okCaption = modLanguage::Text(run, modLanguage::Caption::OK),
-                                           .cancelCaption = modLanguage::Text(run, modLanguage::Caption::Cancel)},
-                                          [&](const std::string& password, const std::string& confirmation) {
-                                            return Accept(run, system, password, confirmation);
-                                          });
+  return run.machine.dialogs().askPassword({.title = Title,
+                                            .message = Prompt(run, system),
+                                            .passwordLabel = "&Password:",
+                                            .confirmationLabel = "Con&firm password:",
+                                            .okCaption = modLanguage::Text(run, modLanguage::Caption::OK),
+                                            .cancelCaption = modLanguage::Text(run, modLanguage::Caption::Cancel)},
+                                           [&](const std::string& password, const std::string& confirmation) {
+                                             return Accept(run, system, password, confirmation);
+                                           });
 }
 
 }  // namespace frmLogin

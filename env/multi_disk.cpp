@@ -11,6 +11,7 @@
 #include "base/text.h"
 #include "env/change_disk.h"
 #include "env/local_copy.h"
+#include "platform/owned.h"
 
 namespace modCDFunctions {
 namespace {
@@ -28,10 +29,9 @@ std::string StartupLog(Run& run) {
 /// written holds nothing back.
 void TellStartup(Run& run, const std::string& line) {
   platform::Files& files = run.machine.files();
-  platform::FileHandle file;
-  if (files.openForAppending(StartupLog(run), file) != platform::status::Ok) return;
-  files.write(file, line + LineBreak);
-  files.close(file);
+  platform::OwnedFile file(files);
+  if (files.openForAppending(StartupLog(run), file.receive()) != platform::Status::Ok) return;
+  files.write(*file, line + LineBreak);
 }
 
 void BeginStartupLog(Run& run, const IniPaths& inis) {
@@ -66,7 +66,7 @@ void ForgetLocalInstance(Run& run, const std::string& told) {
       "A previous instance of the Installation Assistant has failed to end correctly, the program cannot continue";
   run.log.Log(Source, GeneralError, text, false, EntryType::Error);
   if (!run.silent) {
-    run.machine.screen().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Critical});
+    run.machine.dialogs().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Critical});
   }
   const std::string key = ProductKey(product);
   if (modRegistry::RegKeyExists(run, key, Value::QXIALocalInstall)) {
@@ -133,15 +133,14 @@ bool LaunchLocalInstance(Run& run, const std::string& folder, const std::string&
   if (!inis.product.empty()) command += " /ia=" + inis.product;
   if (run.silent) command += " /s";
   if (run.verbose) command += " /v";
-  platform::StartedProcess process;
+  platform::OwnedProcess process(run.machine.processes());
   // Started in its own folder, it does not hold on to the disc.
-  const platform::Status started = run.machine.processes().start(command, folder, 1, process);
-  if (started == platform::status::Ok) {
-    run.machine.processes().close(process.thread);
-    run.machine.processes().close(process.process);
+  const platform::Status started =
+      run.machine.processes().start(command, folder, platform::ShowWindow::Normal, process.receive());
+  if (started == platform::Status::Ok) {
     return true;
   }
-  TellFailure(run, "LaunchLocalInstance", static_cast<int>(started),
+  TellFailure(run, "LaunchLocalInstance", Number(started),
               "create task error " + modErrorBase::SystemErrorText(started) + ": " + command);
   ForgetLocalInstance(run, "local Reg key deleted");
   return false;

@@ -8,9 +8,6 @@
 
 namespace {
 
-/// Restart, and do not ask the programs that run.
-constexpr std::uint32_t RestartByForce = 6;
-
 /// The argument of oShell.Run: a quoted program path and its arguments inside a script's string literal.
 std::string CommandLiteral(const Run& run, const std::string& arguments) {
   // An argument text of one character gets no blank in front of it: an odd rule, kept on purpose.
@@ -41,13 +38,13 @@ void Reboot(Run& run, bool final, int exitCode) {
     if (!final) modRegistry::WriteOrTell(run, ProductsKey, Value::Product, run.productName, source);
     run.log.Log(source, 0, "Re-booting now");
     run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::Rebooting));
-    run.machine.screen().setBusyCursor(true);
+    run.machine.mainWindow().setBusyCursor(true);
     modRegistry::WriteOrTell(run, InstallationKey, Value::Reboot, "", source);
     if (!final) modRegistry::WriteOrTell(run, ProductsKey, Value::Rebooted, TrueOrFalse(true), source);
     AdjustToken(run);
-    run.machine.screen().setBusyCursor(false);
-    run.machine.power().exitWindows(RestartByForce, 0);
-    run.machine.screen().pumpMessages();
+    run.machine.mainWindow().setBusyCursor(false);
+    run.machine.power().restartByForce();
+    run.machine.mainWindow().pumpMessages();
   });
   throw ProgramEnd{exitCode};
 }

@@ -58,7 +58,7 @@ void ShowFor(Run& run, const std::string& text, std::uint32_t milliseconds) {
   platform::Clock& clock = run.machine.clock();
   const std::uint32_t start = clock.ticks();
   while (clock.ticks() - start < milliseconds) {
-    run.machine.screen().pumpMessages();
+    run.machine.mainWindow().pumpMessages();
     clock.sleep(10);
   }
 }
@@ -79,7 +79,8 @@ void MakeSystemShare(Run& run, const Share& share) {
   std::string command = "net share " + Quoted(share.name) + "=" + Quoted(share.folder);
   // Only this system gives nobody but the administrators access to a new share.
   if (LowerCase(run.fso.OperatingSystem()) == "windows 2003") command += " /grant:everyone,full";
-  if (GoShell(run, command, "", 5000, 0) != 0) throw Error(GeneralError, "Share creation shell failed", Source);
+  if (GoShell(run, command, "", 5000, platform::ShowWindow::Hidden) != 0)
+    throw Error(GeneralError, "Share creation shell failed", Source);
 }
 
 void RecordShare(Run& run, const Share& share) {
@@ -126,8 +127,8 @@ void ValidateShares(Run& run) {
   Guarded(run, "ValidateShares", [&] {
     std::string bytes;
     const platform::Status read = run.machine.files().read(file, bytes);
-    if (read != platform::status::Ok) {
-      throw Error(static_cast<int>(read), modErrorBase::SystemErrorText(read) + ": " + file, "ValidateShares");
+    if (read != platform::Status::Ok) {
+      throw Error(Number(read), modErrorBase::SystemErrorText(read) + ": " + file, "ValidateShares");
     }
     int number = 0;
     for (const std::string& line : Split(Replace(bytes, "\r", ""), '\n')) {

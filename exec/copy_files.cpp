@@ -45,9 +45,9 @@ void CopyFiles(Run& run, const CopySource& source, const std::string& destinatio
     if (run.verbose) run.log.Log("DoCopyop", 0, "Copying file " + from + " to " + to);
     run.fso.CopyFileOver(from, to);
     // Nothing stays read-only that came from a CD.
-    const platform::Status freed = run.machine.files().setAttributes(to, platform::attribute::Normal);
-    if (freed == platform::status::Ok) continue;
-    throw Error(static_cast<int>(freed), modErrorBase::SystemErrorText(freed) + ": " + to, Source);
+    const platform::Status freed = run.machine.files().setAttributes(to, {});
+    if (freed == platform::Status::Ok) continue;
+    throw Error(Number(freed), modErrorBase::SystemErrorText(freed) + ": " + to, Source);
   }
 }
 
@@ -58,8 +58,8 @@ void SetPermissions(Run& run, const std::string& destination) {
       run.machine.files().setAccess(destination, {{platform::Account::Administrators, platform::AccessRight::Full},
                                                   {platform::Account::LocalSystem, platform::AccessRight::Full},
                                                   {platform::Account::Users, platform::AccessRight::ReadAndExecute}});
-  if (set == platform::status::Ok || set == platform::status::CallNotImplemented) return;
-  throw Error(static_cast<int>(set),
+  if (set == platform::Status::Ok || set == platform::Status::CallNotImplemented) return;
+  throw Error(Number(set),
               "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set), Source);
 }
 
@@ -172,10 +172,10 @@ bool DoCopyOp(Run& run, const CopyTargets& targets) {
 }
 
 void DeleteCopy(Run& run, const std::string& folder) {
-  std::uint32_t attributes = 0;
+  platform::Attributes attributes;
   run.machine.files().attributes(folder, attributes);
   try {
-    if ((attributes & platform::attribute::Link) == 0) MarkUnfinished(run, folder);
+    if (!attributes.link) MarkUnfinished(run, folder);
   } catch (const Error&) {
     // A full disk takes the empty file, which is enough. Where that is refused, so is the deletion.
   }

@@ -5,37 +5,16 @@
 #include "base/error_handler.h"
 #include "base/error_texts.h"
 #include "base/records.h"
+#include "platform/owned.h"
 
 namespace {
 
-using platform::InstallerHandle;
 using platform::Status;
 using platform::WindowsInstaller;
 
-constexpr std::size_t RecordCapacity = 100;
-constexpr std::size_t InformationCapacity = 128;
-
-/// Where changes of an opened package would go; none is ever made.
-constexpr const char* PersistFile = "c:\\0.tmp";
-constexpr const char* PropertyQuery =
-    "Select * From Property Where Property = 'ProductName' Or Property = 'ProductVersion' Or Property = 'ProductCode'";
-
-/// A database, view or record that is closed when its scope ends.
-class OpenHandle {
- public:
-  explicit OpenHandle(WindowsInstaller& installer) : installer_(installer) {}
-  ~OpenHandle() {
-    if (handle_.value != 0) installer_.close(handle_);
-  }
-  OpenHandle(const OpenHandle&) = delete;
-  OpenHandle& operator=(const OpenHandle&) = delete;
-
-  InstallerHandle& get() { return handle_; }
-
- private:
-  WindowsInstaller& installer_;
-  InstallerHandle handle_;
-};
+/// Characters that are read of a package's and of an installed product's property.
+constexpr std::size_t LongestPackageText = 99;
+constexpr std::size_t LongestProductText = 127;
 
 struct PackageData {
   std::string name;
@@ -49,18 +28,17 @@ std::string* Field(PackageData& data, const std::string& property) {
   return property == "ProductCode" ? &data.code : nullptr;
 }
 
-void ReadRecords(Run& run, InstallerHandle view, PackageData& data) {
-  WindowsInstaller& installer = run.machine.installer();
-  for (;;) {
-    OpenHandle record(installer);
-    if (installer.fetch(view, record.get()) != platform::status::Ok) return;
-    std::string property;
-    installer.recordText(record.get(), 1, RecordCapacity, property);
-    std::string* field = Field(data, property);
+void ReadProperties(Run& run, platform::ViewHandle view, PackageData& data) {
+  platform::PackageProperty property;
+  while (run.machine.installer().nextProperty(view, property) == Status::Ok) {
+    std::string* field = Field(data, property.name);
     if (field == nullptr) continue;
-    if (installer.recordText(record.get(), 2, RecordCapacity, *field) == platform::status::Ok) continue;
-    run.log.Log("GetMsiData", 0, property + " of the package could not be read; it may be longer than 99 characters",
-                false, EntryType::Warning);
+    const bool isReadable = property.valueRead == Status::Ok && property.value.size() <= LongestPackageText;
+    *field = isReadable ? property.value : std::string();
+    if (isReadable) continue;
+    run.log.Log("GetMsiData", 0,
+                property.name + " of the package could not be read; it may be longer than 99 characters", false,
+                EntryType::Warning);
   }
 }
 
@@ -71,20 +49,21 @@ PackageData ReadPackage(Run& run, const std::string& package) {
   WindowsInstaller& installer = run.machine.installer();
   require(run.fso.FileExists(package), 6140);
   run.log.Log("modMSI.GetMSIData", 0, "Reading " + package);
-  OpenHandle database(installer);
-  require(installer.openDatabase(package, PersistFile, database.get()) == platform::status::Ok, 6141);
-  OpenHandle view(installer);
-  require(installer.openView(database.get(), PropertyQuery, view.get()) == platform::status::Ok, 6142);
-  require(installer.executeView(view.get()) == platform::status::Ok, 6143);
+  platform::OwnedPackage opened(installer);
+  require(installer.openPackage(package, opened.receive()) == Status::Ok, 6141);
+  platform::OwnedView view(installer);
+  require(installer.openProperties(*opened, view.receive()) == Status::Ok, 6142);
+  require(installer.executeView(*view) == Status::Ok, 6143);
   PackageData data;
-  ReadRecords(run, view.get(), data);
+  ReadProperties(run, *view, data);
   return data;
 }
 
-std::string Information(Run& run, const std::string& code, const char* property, const char* label) {
+std::string Information(Run& run, const std::string& code, platform::ProductProperty property, const char* label) {
   std::string value;
-  const Status read = run.machine.installer().productInformation(code, property, InformationCapacity, value);
-  if (read != platform::status::Ok) {
+  const Status read = run.machine.installer().productInformation(code, property, value);
+  if (read != Status::Ok || value.size() > LongestProductText) {
+    value.clear();
     run.log.Log("modMSI.ListInstalledProducts", 6147, modErrorBase::GetErrorText(6147, {label, code}), false,
                 EntryType::Error);
   }
@@ -119,14 +98,15 @@ bool ListInstalledProducts(Run& run) {
     run.installedProducts.assign(1, {});
     std::uint32_t count = 0;
     std::string code;
-    Status status = platform::status::Ok;
-    while ((status = run.machine.installer().enumerateProduct(count, code)) == platform::status::Ok) {
+    Status status = Status::Ok;
+    while ((status = run.machine.installer().enumerateProduct(count, code)) == Status::Ok) {
       run.installedProducts.resize(++count);
-      run.installedProducts.back() = {code, Information(run, code, "InstalledProductName", "Installed Product Name"),
-                                      Information(run, code, "VersionString", "Installed Product Version")};
+      run.installedProducts.back() = {
+          code, Information(run, code, platform::ProductProperty::Name, "Installed Product Name"),
+          Information(run, code, platform::ProductProperty::Version, "Installed Product Version")};
     }
     run.log.Log("modMSI.ListInstalledProducts", 0, "There are " + std::to_string(count) + " installed products");
-    if (status == platform::status::NoMoreItems || status == platform::status::LibraryNotFound) return true;
+    if (status == Status::NoMoreItems || status == Status::LibraryNotFound) return true;
     run.log.Log("modMSI.ListInstalledProducts", 0,
                 "The list of installed products broke off: " + modErrorBase::SystemErrorText(status), false,
                 EntryType::Warning);

@@ -19,7 +19,6 @@ namespace {
 
 constexpr std::uint32_t MinuteMilliseconds = 60000;
 constexpr int DefaultLoops = 5;
-constexpr std::size_t ComputerNameCapacity = 30;
 
 /// What to do about a package, given what is installed.
 enum class PackagePlan { Install, Skip, UninstallOlderFirst };
@@ -70,7 +69,7 @@ int WaitLimit(Run& run) {
 
 void TellUserToWait(Run& run) {
   run.log.Log("OneMSIExec", 0, "MSIExec is still running inform the user via a msgbox");
-  run.machine.screen().messageBox(
+  run.machine.dialogs().messageBox(
       {.title = "Process In Use",
        .text = std::string("The Process 'MSIEXEC' is currently running - The installation has been paused!") +
                LineBreak + "Please ensure no other applications are using msiExec and press OK",
@@ -140,12 +139,11 @@ bool OneMSIExec(Run& run) {
 bool CheckProcesses(Run& run) {
   constexpr const char* source = "CheckProcesses";
   return Guarded(run, source, [&] {
-    const std::string moniker = "winmgmts:{impersonationLevel=impersonate,(RemoteShutdown)}//" +
-                                run.machine.machine().computerName(ComputerNameCapacity);
     std::vector<std::string> names;
-    const platform::Status asked = run.machine.processes().queryNames(moniker, "select * from Win32_Process", names);
-    if (asked != platform::status::Ok) {
-      throw Error(static_cast<int>(asked), "The list of processes could not be read through " + moniker, source);
+    std::string askedThrough;
+    const platform::Status asked = run.machine.processes().runningNames(names, askedThrough);
+    if (asked != platform::Status::Ok) {
+      throw Error(Number(asked), "The list of processes could not be read through " + askedThrough, source);
     }
     const auto running = std::count_if(names.begin(), names.end(),
                                        [](const std::string& name) { return LowerCase(name) == "msiexec.exe"; });

@@ -7,6 +7,7 @@
 #include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
+#include "platform/owned.h"
 
 namespace {
 
@@ -42,14 +43,15 @@ class StatusDots {
 }  // namespace
 
 std::int32_t GoShell(Run& run, const std::string& commandLine, const std::string& workingFolder,
-                     [[maybe_unused]] std::int32_t timeout, std::int16_t showWindow, std::int32_t loggedFlags) {
+                     [[maybe_unused]] std::int32_t timeout, platform::ShowWindow showWindow, std::int32_t loggedFlags) {
   if (run.verbose) run.log.Log("GoShell", 0, "Running " + commandLine);
-  platform::StartedProcess process;
+  platform::OwnedProcess process(run.machine.processes());
   const platform::Status started =
-      run.machine.processes().start(commandLine, workingFolder, static_cast<std::uint16_t>(showWindow), process);
+      run.machine.processes().start(commandLine, workingFolder, showWindow, process.receive());
   std::int32_t result = -1;
-  if (started == platform::status::Ok) {
-    result = WaitForTermination(run, process);
+  if (started == platform::Status::Ok) {
+    result = WaitForTermination(run, *process);
+    process.close();
     run.machine.clock().sleep(RestMilliseconds);
   } else {
     // The text says "False" for the inheritance of handles although the call passes true.
@@ -63,7 +65,7 @@ std::int32_t GoShell(Run& run, const std::string& commandLine, const std::string
   return result;
 }
 
-std::int32_t WaitForTermination(Run& run, platform::StartedProcess process) {
+std::int32_t WaitForTermination(Run& run, const platform::StartedProcess& process) {
   platform::Processes& processes = run.machine.processes();
   StatusDots dots(run.window);
   // A program that is slow to show its first window keeps this one alive as well.
@@ -71,7 +73,6 @@ std::int32_t WaitForTermination(Run& run, platform::StartedProcess process) {
     dots.Poll();
     run.window.Pump();
   }
-  processes.close(process.thread);
   platform::WaitResult waited = platform::WaitResult::TimedOut;
   while (waited == platform::WaitResult::TimedOut) {
     waited = processes.wait(process, PollMilliseconds);
@@ -81,7 +82,6 @@ std::int32_t WaitForTermination(Run& run, platform::StartedProcess process) {
   std::int32_t exitCode = -1;
   processes.exitCode(process, exitCode);
   if (run.verbose) run.log.Log("WaitForTermination", 0, "Component has finished");
-  processes.close(process.process);
   return exitCode;
 }
 

@@ -9,12 +9,13 @@
 
 /// Starts a command line in a folder, waits for its end without limit while the windows stay alive, and returns its
 /// exit code, or -1 when it could not be started (the log says so). `timeout` is accepted and not used; `showWindow` is
-/// handed to the program (0 hidden, 1 normal); `loggedFlags` appear in the failure's log text only.
+/// handed to the program; `loggedFlags` appear in the failure's log text only.
 std::int32_t GoShell(Run& run, const std::string& commandLine, const std::string& workingFolder,
-                     std::int32_t timeout = 5000, std::int16_t showWindow = 1, std::int32_t loggedFlags = 128);
+                     std::int32_t timeout = 5000, platform::ShowWindow showWindow = platform::ShowWindow::Normal,
+                     std::int32_t loggedFlags = 128);
 
-/// The wait behind GoShell: returns the exit code and closes both handles.
-std::int32_t WaitForTermination(Run& run, platform::StartedProcess process);
+/// The wait behind GoShell: returns the exit code.
+std::int32_t WaitForTermination(Run& run, const platform::StartedProcess& process);
 
 namespace modMain {
 

@@ -17,28 +17,32 @@ struct Drive {
   DriveType type = DriveType::Unknown;
 };
 
-namespace attribute {
-inline constexpr std::uint32_t Normal = 0;
-inline constexpr std::uint32_t ReadOnly = 0x01;
-inline constexpr std::uint32_t Hidden = 0x02;
-inline constexpr std::uint32_t System = 0x04;
-inline constexpr std::uint32_t Folder = 0x10;
-inline constexpr std::uint32_t Archive = 0x20;
-inline constexpr std::uint32_t Link = 0x400;  ///< a folder that stands for another one (a reparse point)
-}  // namespace attribute
+/// Attributes of a file or folder; none of them is a normal file.
+struct Attributes {
+  bool readOnly = false;
+  bool hidden = false;
+  bool system = false;
+  bool archive = false;
+  bool folder = false;
+  bool link = false;  ///< a folder that stands for another one (a reparse point)
+
+  bool operator==(const Attributes&) const = default;
+};
 
 /// One entry of a folder; "." and ".." are never listed.
 struct FolderEntry {
   std::string name;
-  std::uint32_t attributes = attribute::Normal;
+  Attributes attributes;
   std::uint64_t size = 0;  ///< bytes; 0 for a folder
 
-  bool isFolder() const { return (attributes & attribute::Folder) != 0; }
+  bool isFolder() const { return attributes.folder; }
 };
 
 /// An open file; 0 is none.
 struct FileHandle {
   std::uintptr_t value = 0;
+
+  bool operator==(const FileHandle&) const = default;
 };
 
 /// Accounts that every machine knows, whatever its language calls them.
@@ -51,32 +55,43 @@ struct AccessGrant {
 };
 
 /// Paths are Windows paths in the machine's ANSI code page; a relative one starts at the current folder. Names ignore
-/// letter case. Every method that returns a status tells "not there" (FileNotFound, PathNotFound: see isNotThere) from
+/// letter case. Every method that returns a status tells "not there" (FileNotFound, PathNotFound: see IsNotThere) from
 /// failures; DiskFull, AccessDenied (read-only file or medium), NotReady (no disc), SharingViolation are the others
 /// met.
-class Files {
+class FileReader {
  public:
-  virtual ~Files() = default;
+  virtual ~FileReader() = default;
 
   /// All drives in the order of their letters.
   virtual std::vector<Drive> drives() = 0;
   /// The label of the volume in the drive; NotReady or PathNotFound when there is none.
   virtual Status volumeLabel(char letter, std::string& label) = 0;
-  /// Bytes that the caller may still write to the drive.
+  /// Bytes that the caller may still write to the drive; 0 after a failure.
   virtual Status freeSpace(char letter, std::uint64_t& bytes) = 0;
 
-  virtual Status attributes(const std::string& path, std::uint32_t& attributes) = 0;
-  virtual Status setAttributes(const std::string& path, std::uint32_t attributes) = 0;
-  /// The entries of a folder, sorted by name without regard to letter case.
+  /// Leaves `attributes` as they were after a failure.
+  virtual Status attributes(const std::string& path, Attributes& attributes) = 0;
+  /// The entries of a folder, sorted by name without regard to letter case. None after a failure at its start; those
+  /// that were read when the folder broke off.
   virtual Status list(const std::string& folder, std::vector<FolderEntry>& entries) = 0;
-
+  /// The whole content of a file; empty after a failure.
   virtual Status read(const std::string& path, std::string& bytes) = 0;
+};
+
+class Files : public FileReader {
+ public:
+  /// Sets all attributes that can be set; whether it is a folder or a link is none of them.
+  virtual Status setAttributes(const std::string& path, const Attributes& attributes) = 0;
+
   /// Opens for writing behind the last byte, creating the file when it is not there. Other programs may read it.
+  /// `file` is none after a failure.
   virtual Status openForAppending(const std::string& path, FileHandle& file) = 0;
-  /// Opens for writing from the start, creating the file or emptying the one that is there.
+  /// Opens for writing from the start, creating the file or emptying the one that is there. `file` is none after a
+  /// failure.
   virtual Status openForWriting(const std::string& path, FileHandle& file) = 0;
   /// Writes all bytes or fails.
   virtual Status write(FileHandle file, const std::string& bytes) = 0;
+  /// Closes the file whatever it returns; a failure tells that what was written may be lost.
   virtual Status close(FileHandle file) = 0;
 
   /// Copies one file with its attributes; an existing file is replaced, unless it is read-only (AccessDenied).

@@ -1,7 +1,6 @@
 // Port: what this computer is, and how the program was started on it (source: kernel32's system information functions).
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -23,10 +22,12 @@ class Machine {
 
   virtual Status systemVersion(SystemVersion& version) = 0;
 
-  /// The folder without trailing backslash; "" when it does not fit `capacity` characters.
-  virtual std::string windowsFolder(std::size_t capacity) = 0;
-  virtual std::string systemFolder(std::size_t capacity) = 0;
-  virtual std::string computerName(std::size_t capacity) = 0;
+  /// The system's own folders, without trailing backslash; "" when the system does not tell, and for a path that is
+  /// too long: of 255 characters and more for the Windows folder, of 256 and more for the system folder.
+  virtual std::string windowsFolder() = 0;
+  virtual std::string systemFolder() = 0;
+  /// "" when the system does not tell, and for a name of 256 characters and more.
+  virtual std::string computerName() = 0;
 
   /// The value of an environment variable; "" when it is not set.
   virtual std::string environment(const std::string& name) = 0;

@@ -1,7 +1,6 @@
 // Port: the registry (source: the ANSI registry functions of advapi32).
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -9,14 +8,14 @@
 
 namespace platform {
 
-enum class RegistryRoot : std::uint32_t { CurrentUser = 0x80000001, LocalMachine = 0x80000002 };
+enum class RegistryRoot { CurrentUser, LocalMachine };
 
-/// Access rights of an open key, as bits of the system.
-enum class KeyAccess : std::uint32_t {
-  SetValue = 0x0002,
-  Write = 0x20006,
-  Read = 0x20019,
-  Plain = 0x2000000,  ///< whatever the caller may have (the plain open)
+/// What an open key may be used for. Each adapter knows the system's rights behind these.
+enum class KeyAccess {
+  SetValue,  ///< set and delete values, nothing else
+  Write,     ///< SetValue, and create sub-keys
+  Read,      ///< query values, enumerate sub-keys and values
+  Plain,     ///< whatever the caller may have (the plain open)
 };
 
 /// Types of a value, as the system numbers them. Other numbers occur on real machines and are passed through.
@@ -25,23 +24,38 @@ enum class ValueType : std::uint32_t { Text = 1, ExpandableText = 2, Binary = 3,
 /// An open key; 0 is none. The number means something to the adapter only.
 struct KeyHandle {
   std::uintptr_t value = 0;
+
+  bool operator==(const KeyHandle&) const = default;
 };
 
-/// Every method returns the system's status number. A missing key or value is FileNotFound, a malformed path BadKey.
-/// Key paths have no leading and no trailing backslash; "" names the root itself. Names ignore letter case.
-class Registry {
+/// Every method returns the system's status. A missing key or value is FileNotFound, a malformed path BadKey; a key
+/// that was opened without the right for an operation AccessDenied. Key paths have no leading and no trailing
+/// backslash; "" names the root itself. Names ignore letter case.
+class RegistryReader {
  public:
-  virtual ~Registry() = default;
+  virtual ~RegistryReader() = default;
 
+  /// `key` is none after a failure.
   virtual Status openKey(RegistryRoot root, const std::string& path, KeyAccess access, KeyHandle& key) = 0;
 
-  /// Creates the key with all missing levels (non-volatile), or opens it when it is there.
-  virtual Status createKey(RegistryRoot root, const std::string& path, KeyAccess access, KeyHandle& key) = 0;
+  /// `data` gets all bytes as stored, a text's terminating zero included when it has one; it is empty after a failure.
+  virtual Status queryValue(KeyHandle key, const std::string& name, ValueType& type, std::string& data) = 0;
 
-  /// Reads a value into a buffer of `capacity` bytes: `data` gets the bytes as stored, a text's terminating zero
-  /// included when it has one. MoreData when they do not fit; `data` is empty then, as after any failure.
-  virtual Status queryValue(KeyHandle key, const std::string& name, std::size_t capacity, ValueType& type,
-                            std::string& data) = 0;
+  /// The index-th sub-key's name, whole. NoMoreItems behind the last; `name` is empty then, as after any failure.
+  virtual Status enumerateKey(KeyHandle key, std::uint32_t index, std::string& name) = 0;
+
+  /// The index-th value's name; as enumerateKey. No order is promised.
+  virtual Status enumerateValue(KeyHandle key, std::uint32_t index, std::string& name) = 0;
+
+  /// None is ignored.
+  virtual void closeKey(KeyHandle key) = 0;
+};
+
+class Registry : public RegistryReader {
+ public:
+  /// Creates the key with all missing levels (non-volatile), or opens it when it is there. `key` is none after a
+  /// failure.
+  virtual Status createKey(RegistryRoot root, const std::string& path, KeyAccess access, KeyHandle& key) = 0;
 
   /// Writes `data` as it stands. The byte behind a text is zero in memory, so that the system stores a text given
   /// without its terminator in terminated form.
@@ -51,14 +65,6 @@ class Registry {
 
   /// Deletes one key; a key with sub-keys is refused with AccessDenied (as the NT family does).
   virtual Status deleteKey(RegistryRoot root, const std::string& path) = 0;
-
-  /// The index-th sub-key's name, for a buffer of `capacity` characters. NoMoreItems behind the last.
-  virtual Status enumerateKey(KeyHandle key, std::uint32_t index, std::size_t capacity, std::string& name) = 0;
-
-  /// The index-th value's name. No order is promised. NoMoreItems behind the last.
-  virtual Status enumerateValue(KeyHandle key, std::uint32_t index, std::size_t capacity, std::string& name) = 0;
-
-  virtual void closeKey(KeyHandle key) = 0;
 };
 
 }  // namespace platform

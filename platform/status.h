@@ -1,43 +1,48 @@
-// The machine's status numbers, as the port methods return them (source: the system's winerror list).
+// How an operation of the machine ended (source: the system's winerror list).
 #pragma once
 
 #include <cstdint>
 
 namespace platform {
 
-using Status = std::uint32_t;
-
-namespace status {
-inline constexpr Status Ok = 0;
-inline constexpr Status FileNotFound = 2;
-inline constexpr Status PathNotFound = 3;
-inline constexpr Status AccessDenied = 5;
-inline constexpr Status InvalidHandle = 6;
-inline constexpr Status NotReady = 21;
-inline constexpr Status SharingViolation = 32;
-inline constexpr Status FileExists = 80;
-inline constexpr Status InvalidParameter = 87;
-inline constexpr Status DiskFull = 112;
-inline constexpr Status CallNotImplemented = 120;
-inline constexpr Status FolderNotEmpty = 145;
-inline constexpr Status AlreadyExists = 183;
-inline constexpr Status BadProgramFormat = 193;
-inline constexpr Status PathTooLong = 206;
-inline constexpr Status MoreData = 234;
-inline constexpr Status NoMoreItems = 259;
-inline constexpr Status FolderNameInvalid = 267;
-inline constexpr Status BadKey = 1010;
-inline constexpr Status LibraryNotFound = 1157;
-inline constexpr Status UnknownProduct = 1605;
-inline constexpr Status UnknownProperty = 1608;
-inline constexpr Status PackageOpenFailed = 1619;
-inline constexpr Status BadQuerySyntax = 1615;
-}  // namespace status
+/// The numbers that the ports name. Others occur on real machines and are passed through as they come, those of the
+/// component object model (0x8...) among them. A status is no exit code and no number of an error: `Number` makes one.
+enum class Status : std::uint32_t {
+  Ok = 0,
+  FileNotFound = 2,
+  PathNotFound = 3,
+  AccessDenied = 5,
+  InvalidHandle = 6,
+  NotReady = 21,
+  SharingViolation = 32,
+  FileExists = 80,
+  InvalidParameter = 87,
+  DiskFull = 112,
+  CallNotImplemented = 120,
+  FolderNotEmpty = 145,
+  AlreadyExists = 183,
+  BadProgramFormat = 193,
+  PathTooLong = 206,
+  MoreData = 234,
+  NoMoreItems = 259,
+  FolderNameInvalid = 267,
+  BadKey = 1010,
+  LibraryNotFound = 1157,
+  UnknownProduct = 1605,
+  UnknownProperty = 1608,
+  BadQuerySyntax = 1615,
+  PackageOpenFailed = 1619,
+};
 
 /// True for the two numbers by which the machine says that a file, folder, key or drive is not there.
 /// Every other number but Ok means that the operation failed.
-constexpr bool isNotThere(Status s) {
-  return s == status::FileNotFound || s == status::PathNotFound;
+constexpr bool IsNotThere(Status status) {
+  return status == Status::FileNotFound || status == Status::PathNotFound;
+}
+
+/// The system's number, for messages and for callers that hand it on. Numbers above 0x7fffffff become negative.
+constexpr std::int32_t Number(Status status) {
+  return static_cast<std::int32_t>(status);
 }
 
 }  // namespace platform

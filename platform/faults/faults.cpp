@@ -5,7 +5,6 @@
 namespace faults {
 
 using platform::Status;
-namespace status = platform::status;
 
 void Faults::fail(const std::string& operation, const std::string& targetPart, Status status, int times) {
   rules_.push_back({operation, targetPart, status, times});
@@ -17,7 +16,7 @@ Status Faults::match(const std::string& operation, const std::string& target) {
     --rule.times;
     return rule.status;
   }
-  return status::Ok;
+  return Status::Ok;
 }
 
 void Faults::requirePower() {
@@ -28,7 +27,7 @@ Status Faults::change(const char* operation, const std::string& target) {
   if (cutsNext()) on_ = false;
   requirePower();
   if (watcher_) watcher_(operation, target);
-  if (!on_) return status::NotReady;
+  if (!on_) return Status::NotReady;
   history_.push_back(std::string(operation) + " " + target);
   const auto failing = failing_.find(operations());
   return failing == failing_.end() ? match(operation, target) : failing->second;
@@ -37,7 +36,7 @@ Status Faults::change(const char* operation, const std::string& target) {
 Status Faults::read(const char* operation, const std::string& target) {
   requirePower();
   if (watcher_) watcher_(operation, target);
-  return on_ ? match(operation, target) : status::NotReady;
+  return on_ ? match(operation, target) : Status::NotReady;
 }
 
 }  // namespace faults

@@ -273,8 +273,8 @@ void Loader::answer(const Section& section) {
           {"disc", [&](const std::string& v) {
              const std::vector<std::string> disc = ParseParts(v, '|', 3, "D|LABEL|host folder");
              const char letter = ParseLetter(disc[0]);
-             script.before = [this_ = &workstation_, letter, label = disc[1], folder = hostPath(disc[2])] {
-               this_->files().insertDisc(letter, folder, label);
+             script.before = [&machine = workstation_, letter, label = disc[1], folder = hostPath(disc[2])] {
+               machine.files().insertDisc(letter, folder, label);
              };
            }}});
   workstation_.screen().answer(script);

@@ -11,12 +11,11 @@
 namespace simulated {
 
 using platform::Status;
-namespace status = platform::status;
 
 namespace {
 
 constexpr std::size_t LongestPath = 259;
-constexpr Status InvalidName = 123;
+constexpr Status InvalidName{123};
 
 char UpperLetter(char letter) {
   return static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
@@ -106,7 +105,7 @@ std::string Files::fullPath(const std::string& path) const {
 void Files::fillIn(Place& place) {
   struct stat facts {};
   if (stat(place.host.c_str(), &facts) != 0) return;
-  place.status = status::Ok;
+  place.status = Status::Ok;
   place.folder = S_ISDIR(facts.st_mode);
   place.link = place.folder && std::filesystem::is_symlink(place.host);
   place.mode = facts.st_mode;
@@ -120,7 +119,7 @@ Files::Place Files::locate(const std::string& path) {
   place.drive = drive(full[0]);
   if (place.drive == nullptr) return place;
   if (!place.drive->ready) {
-    place.status = status::NotReady;
+    place.status = Status::NotReady;
     return place;
   }
   if (full.find_first_of("<>\"|?*", 2) != std::string::npos || full.find(':', 2) != std::string::npos) {
@@ -133,9 +132,9 @@ Files::Place Files::locate(const std::string& path) {
   if (folder.empty()) return place;
   place.host = name.empty() ? folder : folder + "/" + name;
   fillIn(place);
-  if (place.status == status::Ok) return place;
+  if (place.status == Status::Ok) return place;
   const std::string found = FindHostEntry(folder, name);
-  place.status = status::FileNotFound;
+  place.status = Status::FileNotFound;
   if (found.empty()) return place;
   place.host = folder + "/" + found;
   fillIn(place);
@@ -159,10 +158,10 @@ void Files::put(const std::string& path, const std::string& bytes) {
   const std::string full = fullPath(path);
   makeFolder(full.substr(0, full.rfind('\\')));
   const Place place = locate(full);
-  if (place.status != status::Ok && place.status != status::FileNotFound)
+  if (place.status != Status::Ok && place.status != Status::FileNotFound)
     Refuse("file '" + path + "' cannot be written: its drive is missing, not ready, or the name is not valid");
   WriteHostFile(place.host, bytes);
-  if (place.status == status::FileNotFound) mark(place.host, platform::attribute::Archive);
+  if (place.status == Status::FileNotFound) mark(place.host, {.archive = true});
   place.drive->free -= std::min(place.drive->free, bytes.size() - std::min<std::uint64_t>(place.size, bytes.size()));
   journal_.record("file put " + full);
 }
@@ -181,22 +180,22 @@ void Files::makeFolder(const std::string& path) {
 
 std::optional<std::string> Files::content(const std::string& path) {
   std::string bytes;
-  if (read(path, bytes) != status::Ok) return std::nullopt;
+  if (read(path, bytes) != Status::Ok) return std::nullopt;
   return bytes;
 }
 
 bool Files::exists(const std::string& path) {
-  return locate(path).status == status::Ok;
+  return locate(path).status == Status::Ok;
 }
 
 bool Files::isFolder(const std::string& path) {
   const Place place = locate(path);
-  return place.status == status::Ok && place.folder;
+  return place.status == Status::Ok && place.folder;
 }
 
 void Files::remove(const std::string& path) {
   const Place place = locate(path);
-  if (place.status != status::Ok) return;
+  if (place.status != Status::Ok) return;
   std::filesystem::remove_all(place.host);
   place.drive->free += place.size;
   journal_.record("file removed " + fullPath(path));

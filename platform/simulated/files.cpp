@@ -12,11 +12,10 @@
 
 namespace simulated {
 
+using platform::Attributes;
 using platform::FileHandle;
 using platform::FolderEntry;
 using platform::Status;
-namespace status = platform::status;
-namespace attribute = platform::attribute;
 
 namespace {
 
@@ -24,6 +23,12 @@ constexpr unsigned WritableMode = S_IWUSR;
 constexpr unsigned ArchiveMode = S_IXUSR;
 constexpr unsigned SystemMode = S_IXGRP;
 constexpr unsigned HiddenMode = S_IXOTH;
+
+/// How effects tell attributes: by the system's bits.
+unsigned ShownNumber(const Attributes& attributes) {
+  return (attributes.readOnly ? 0x01U : 0U) | (attributes.hidden ? 0x02U : 0U) | (attributes.system ? 0x04U : 0U) |
+         (attributes.folder ? 0x10U : 0U) | (attributes.archive ? 0x20U : 0U) | (attributes.link ? 0x400U : 0U);
+}
 
 }  // namespace
 
@@ -40,64 +45,66 @@ std::vector<platform::Drive> Files::drives() {
 Status Files::volumeLabel(char letter, std::string& label) {
   label.clear();
   const Drive* found = drive(letter);
-  if (found == nullptr) return status::PathNotFound;
-  if (!found->ready) return status::NotReady;
+  if (found == nullptr) return Status::PathNotFound;
+  if (!found->ready) return Status::NotReady;
   label = found->label;
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Files::freeSpace(char letter, std::uint64_t& bytes) {
   bytes = 0;
   const Drive* found = drive(letter);
-  if (found == nullptr) return status::PathNotFound;
-  if (!found->ready) return status::NotReady;
+  if (found == nullptr) return Status::PathNotFound;
+  if (!found->ready) return Status::NotReady;
   bytes = found->writable ? found->free : 0;
-  return status::Ok;
+  return Status::Ok;
 }
 
-std::uint32_t Files::attributesOf(const Place& place) {
-  std::uint32_t bits = place.drive->writable ? attribute::Normal : attribute::ReadOnly;
-  if (place.folder) return bits | attribute::Folder | (place.link ? attribute::Link : 0);
-  if (!place.drive->writable) return bits;
-  if ((place.mode & WritableMode) == 0) bits |= attribute::ReadOnly;
-  if ((place.mode & ArchiveMode) != 0) bits |= attribute::Archive;
-  if ((place.mode & SystemMode) != 0) bits |= attribute::System;
-  if ((place.mode & HiddenMode) != 0) bits |= attribute::Hidden;
-  return bits;
+Attributes Files::attributesOf(const Place& place) {
+  Attributes found;
+  found.readOnly = !place.drive->writable;
+  found.folder = place.folder;
+  found.link = place.folder && place.link;
+  if (place.folder || !place.drive->writable) return found;
+  found.readOnly = (place.mode & WritableMode) == 0;
+  found.archive = (place.mode & ArchiveMode) != 0;
+  found.system = (place.mode & SystemMode) != 0;
+  found.hidden = (place.mode & HiddenMode) != 0;
+  return found;
 }
 
-void Files::mark(const std::string& host, std::uint32_t attributes) {
+void Files::mark(const std::string& host, const Attributes& attributes) {
   unsigned mode = S_IRUSR | S_IRGRP | S_IROTH;
-  if ((attributes & attribute::ReadOnly) == 0) mode |= WritableMode;
-  if ((attributes & attribute::Archive) != 0) mode |= ArchiveMode;
-  if ((attributes & attribute::System) != 0) mode |= SystemMode;
-  if ((attributes & attribute::Hidden) != 0) mode |= HiddenMode;
+  if (!attributes.readOnly) mode |= WritableMode;
+  if (attributes.archive) mode |= ArchiveMode;
+  if (attributes.system) mode |= SystemMode;
+  if (attributes.hidden) mode |= HiddenMode;
   if (chmod(host.c_str(), mode) != 0) Refuse(host + ": the host refuses its attributes");
 }
 
-Status Files::attributes(const std::string& path, std::uint32_t& attributes) {
+Status Files::attributes(const std::string& path, Attributes& attributes) {
   const Place place = locate(path);
-  attributes = place.status == status::Ok ? attributesOf(place) : attribute::Normal;
+  if (place.status == Status::Ok) attributes = attributesOf(place);
   return place.status;
 }
 
-Status Files::setAttributes(const std::string& path, std::uint32_t attributes) {
+Status Files::setAttributes(const std::string& path, const Attributes& attributes) {
   const Place place = locate(path);
-  if (place.status != status::Ok) return place.status;
-  if (!place.drive->writable) return status::AccessDenied;
+  if (place.status != Status::Ok) return place.status;
+  if (!place.drive->writable) return Status::AccessDenied;
   if (!place.folder) mark(place.host, attributes);
-  journal_.record("file attributes " + fullPath(path) + " = " + std::to_string(attributes));
-  return status::Ok;
+  journal_.record("file attributes " + fullPath(path) + " = " + std::to_string(ShownNumber(attributes)));
+  return Status::Ok;
 }
 
 Status Files::list(const std::string& folder, std::vector<FolderEntry>& entries) {
   entries.clear();
   const Place place = locate(folder);
-  if (place.status == status::FileNotFound || (place.status == status::Ok && !place.folder))
-    return status::PathNotFound;
-  if (place.status != status::Ok) return place.status;
+  if (place.status == Status::FileNotFound || (place.status == Status::Ok && !place.folder))
+    return Status::PathNotFound;
+  if (place.status != Status::Ok) return place.status;
   const std::unique_ptr<DIR, int (*)(DIR*)> names(opendir(place.host.c_str()), closedir);
-  if (!names) return status::AccessDenied;
+  if (!names) return Status::AccessDenied;
   while (const dirent* entry = readdir(names.get())) {
     const std::string name = entry->d_name;
     if (name == "." || name == "..") continue;
@@ -109,18 +116,18 @@ Status Files::list(const std::string& folder, std::vector<FolderEntry>& entries)
   }
   std::sort(entries.begin(), entries.end(),
             [](const FolderEntry& a, const FolderEntry& b) { return CompareText(a.name, b.name) < 0; });
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Files::read(const std::string& path, std::string& bytes) {
   bytes.clear();
   const Place place = locate(path);
-  if (place.status != status::Ok) return place.status;
-  if (place.folder) return status::AccessDenied;
+  if (place.status != Status::Ok) return place.status;
+  if (place.folder) return Status::AccessDenied;
   for (auto& [handle, file] : open_)
     if (file.host == place.host) std::fflush(file.stream);
   bytes = ReadHostFile(place.host);
-  return status::Ok;
+  return Status::Ok;
 }
 
 bool Files::isOpen(const std::string& host) const {
@@ -129,25 +136,25 @@ bool Files::isOpen(const std::string& host) const {
 
 /// Whether a file may be written to, replaced or deleted; Ok also where it is not there yet.
 Status Files::mayReplace(const Place& place) const {
-  if (place.status == status::FileNotFound) return place.drive->writable ? status::Ok : status::AccessDenied;
-  if (place.status != status::Ok) return place.status;
-  if ((attributesOf(place) & (attribute::ReadOnly | attribute::Folder)) != 0) return status::AccessDenied;
-  return isOpen(place.host) ? status::SharingViolation : status::Ok;
+  if (place.status == Status::FileNotFound) return place.drive->writable ? Status::Ok : Status::AccessDenied;
+  if (place.status != Status::Ok) return place.status;
+  if (place.folder || attributesOf(place).readOnly) return Status::AccessDenied;
+  return isOpen(place.host) ? Status::SharingViolation : Status::Ok;
 }
 
 Status Files::open(const std::string& path, bool append, FileHandle& file) {
   file = {};
   const Place place = locate(path);
-  if (const Status s = mayReplace(place); s != status::Ok) return s;
-  const bool isNew = place.status == status::FileNotFound;
+  if (const Status s = mayReplace(place); s != Status::Ok) return s;
+  const bool isNew = place.status == Status::FileNotFound;
   std::FILE* stream = std::fopen(place.host.c_str(), append ? "ab" : "wb");
-  if (stream == nullptr) return status::AccessDenied;
+  if (stream == nullptr) return Status::AccessDenied;
   if (!append) place.drive->free += place.size;
   file.value = nextHandle_++;
   open_[file.value] = {stream, place.drive, place.host, fullPath(path), append, 0};
-  if (isNew) mark(place.host, attribute::Archive);
+  if (isNew) mark(place.host, {.archive = true});
   if (isNew || !append) journal_.record(std::string(isNew ? "file create " : "file empty ") + fullPath(path));
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Files::openForAppending(const std::string& path, FileHandle& file) {
@@ -160,14 +167,14 @@ Status Files::openForWriting(const std::string& path, FileHandle& file) {
 
 Status Files::write(FileHandle file, const std::string& bytes) {
   const auto found = open_.find(file.value);
-  if (found == open_.end()) return status::InvalidHandle;
+  if (found == open_.end()) return Status::InvalidHandle;
   OpenFile& open = found->second;
-  if (bytes.size() > open.drive->free) return status::DiskFull;
+  if (bytes.size() > open.drive->free) return Status::DiskFull;
   const bool written = std::fwrite(bytes.data(), 1, bytes.size(), open.stream) == bytes.size();
-  if (std::fflush(open.stream) != 0 || !written) return status::DiskFull;
+  if (std::fflush(open.stream) != 0 || !written) return Status::DiskFull;
   open.drive->free -= bytes.size();
   open.written += bytes.size();
-  return status::Ok;
+  return Status::Ok;
 }
 
 void Files::finish(OpenFile& file) {
@@ -178,10 +185,10 @@ void Files::finish(OpenFile& file) {
 
 Status Files::close(FileHandle file) {
   const auto found = open_.find(file.value);
-  if (found == open_.end()) return status::InvalidHandle;
+  if (found == open_.end()) return Status::InvalidHandle;
   finish(found->second);
   open_.erase(found);
-  return status::Ok;
+  return Status::Ok;
 }
 
 void Files::closeAll() {
@@ -191,60 +198,62 @@ void Files::closeAll() {
 
 Status Files::copyFile(const std::string& from, const std::string& to) {
   const Place source = locate(from);
-  if (source.status != status::Ok) return source.status;
-  if (source.folder) return status::AccessDenied;
+  if (source.status != Status::Ok) return source.status;
+  if (source.folder) return Status::AccessDenied;
   const Place target = locate(to);
-  if (const Status s = mayReplace(target); s != status::Ok) return s;
-  if (source.host == target.host) return status::SharingViolation;
-  if (source.size > target.drive->free + target.size) return status::DiskFull;
+  if (const Status s = mayReplace(target); s != Status::Ok) return s;
+  if (source.host == target.host) return Status::SharingViolation;
+  if (source.size > target.drive->free + target.size) return Status::DiskFull;
   WriteHostFile(target.host, ReadHostFile(source.host));
-  mark(target.host, attributesOf(source) | attribute::Archive);
+  Attributes copied = attributesOf(source);
+  copied.archive = true;
+  mark(target.host, copied);
   target.drive->free = target.drive->free + target.size - source.size;
   journal_.record("file copy " + fullPath(from) + " -> " + fullPath(to));
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Files::deleteFile(const std::string& path) {
   const Place place = locate(path);
-  if (place.status != status::Ok) return place.status;
-  if (const Status s = mayReplace(place); s != status::Ok) return s;
+  if (place.status != Status::Ok) return place.status;
+  if (const Status s = mayReplace(place); s != Status::Ok) return s;
   unlink(place.host.c_str());
   place.drive->free += place.size;
   journal_.record("file delete " + fullPath(path));
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Files::createFolder(const std::string& path) {
   const Place place = locate(path);
-  if (place.status == status::Ok) return status::AlreadyExists;
-  if (place.status != status::FileNotFound) return place.status;
-  if (!place.drive->writable || mkdir(place.host.c_str(), 0777) != 0) return status::AccessDenied;
+  if (place.status == Status::Ok) return Status::AlreadyExists;
+  if (place.status != Status::FileNotFound) return place.status;
+  if (!place.drive->writable || mkdir(place.host.c_str(), 0777) != 0) return Status::AccessDenied;
   journal_.record("folder create " + fullPath(path));
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Files::deleteFolder(const std::string& path) {
   const Place place = locate(path);
-  if (place.status != status::Ok) return place.status;
-  if (!place.folder) return status::FolderNameInvalid;
-  if (!place.drive->writable || place.host == place.drive->folder) return status::AccessDenied;
+  if (place.status != Status::Ok) return place.status;
+  if (!place.folder) return Status::FolderNameInvalid;
+  if (!place.drive->writable || place.host == place.drive->folder) return Status::AccessDenied;
   const int deleted = place.link ? unlink(place.host.c_str()) : rmdir(place.host.c_str());
-  if (deleted != 0) return status::FolderNotEmpty;
+  if (deleted != 0) return Status::FolderNotEmpty;
   journal_.record("folder delete " + fullPath(path));
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Files::setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) {
-  static constexpr const char* Accounts[] = {"Administrators", "LocalSystem", "Users"};
+  static constexpr const char* accounts[] = {"Administrators", "LocalSystem", "Users"};
   const Place place = locate(path);
-  if (place.status != status::Ok) return place.status;
-  if (!accessControl_ || place.drive->type != platform::DriveType::Fixed) return status::CallNotImplemented;
+  if (place.status != Status::Ok) return place.status;
+  if (!accessControl_ || place.drive->type != platform::DriveType::Fixed) return Status::CallNotImplemented;
   std::string line = "access " + fullPath(path) + ":";
   for (const platform::AccessGrant& grant : grants)
-    line += std::string(" ") + Accounts[static_cast<int>(grant.account)] +
+    line += std::string(" ") + accounts[static_cast<int>(grant.account)] +
             (grant.right == platform::AccessRight::Full ? "=full" : "=read");
   journal_.record(line);
-  return status::Ok;
+  return Status::Ok;
 }
 
 }  // namespace simulated

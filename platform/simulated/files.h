@@ -35,8 +35,8 @@ class Files : public platform::Files {
   std::vector<platform::Drive> drives() override;
   platform::Status volumeLabel(char letter, std::string& label) override;
   platform::Status freeSpace(char letter, std::uint64_t& bytes) override;
-  platform::Status attributes(const std::string& path, std::uint32_t& attributes) override;
-  platform::Status setAttributes(const std::string& path, std::uint32_t attributes) override;
+  platform::Status attributes(const std::string& path, platform::Attributes& attributes) override;
+  platform::Status setAttributes(const std::string& path, const platform::Attributes& attributes) override;
   platform::Status list(const std::string& folder, std::vector<platform::FolderEntry>& entries) override;
   platform::Status read(const std::string& path, std::string& bytes) override;
   platform::Status openForAppending(const std::string& path, platform::FileHandle& file) override;
@@ -82,7 +82,7 @@ class Files : public platform::Files {
  private:
   /// What a path stands for. Status: Ok it is there, FileNotFound only its last name is missing, or another failure.
   struct Place {
-    platform::Status status = platform::status::PathNotFound;
+    platform::Status status = platform::Status::PathNotFound;
     Drive* drive = nullptr;
     std::string host;
     bool folder = false;
@@ -103,12 +103,12 @@ class Files : public platform::Files {
   Place locate(const std::string& path);
   std::string hostFolder(const Drive& drive, const std::string& full);
   static void fillIn(Place& place);
-  static std::uint32_t attributesOf(const Place& place);
+  static platform::Attributes attributesOf(const Place& place);
   bool isOpen(const std::string& host) const;
   platform::Status mayReplace(const Place& place) const;
   platform::Status open(const std::string& path, bool append, platform::FileHandle& file);
   void finish(OpenFile& file);
-  static void mark(const std::string& host, std::uint32_t attributes);
+  static void mark(const std::string& host, const platform::Attributes& attributes);
 
   Journal& journal_;
   std::map<char, Drive> drives_;

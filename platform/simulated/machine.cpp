@@ -5,35 +5,38 @@
 namespace simulated {
 
 using platform::Status;
-namespace status = platform::status;
 
 namespace {
 
-constexpr std::uint32_t RestartFlag = 2;
-constexpr Status PrivilegeNotHeld = 1314;
+constexpr Status PrivilegeNotHeld{1314};
+
+// Buffers of the real machine, in characters, the terminating zero included: what does not fit is not told.
+constexpr std::size_t WindowsFolderSize = 255;
+constexpr std::size_t SystemFolderSize = 256;
+constexpr std::size_t ComputerNameSize = 256;
 
 /// The Windows 95 family repeats its version in the upper half of the build number.
 constexpr std::uint32_t Build9x(std::uint32_t major, std::uint32_t minor, std::uint32_t build) {
   return major << 24 | minor << 16 | build;
 }
 
-std::string Fitting(const std::string& text, std::size_t capacity) {
-  return text.size() < capacity ? text : "";
+std::string Fitting(const std::string& text, std::size_t size) {
+  return text.size() < size ? text : "";
 }
 
 }  // namespace
 
 const std::vector<System>& Systems() {
-  static constexpr const char* Documents = "C:\\Documents and Settings";
+  static constexpr const char* documents = "C:\\Documents and Settings";
   static const std::vector<System> systems = {
       {"Windows 95", {1, 4, 0, Build9x(4, 0, 950)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
       {"Windows 98", {1, 4, 10, Build9x(4, 10, 1998)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
       {"Windows ME", {1, 4, 90, Build9x(4, 90, 3000)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
       {"Windows NT 3.51", {2, 3, 51, 1057}, "C:\\WINNT35", "C:\\WINNT35\\System32", ""},
       {"Windows NT 4.0", {2, 4, 0, 1381}, "C:\\WINNT", "C:\\WINNT\\System32", "C:\\WINNT\\Profiles"},
-      {"Windows 2000", {2, 5, 0, 2195}, "C:\\WINNT", "C:\\WINNT\\system32", Documents},
-      {"Windows XP", {2, 5, 1, 2600}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", Documents},
-      {"Windows 2003", {2, 5, 2, 3790}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", Documents},
+      {"Windows 2000", {2, 5, 0, 2195}, "C:\\WINNT", "C:\\WINNT\\system32", documents},
+      {"Windows XP", {2, 5, 1, 2600}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", documents},
+      {"Windows 2003", {2, 5, 2, 3790}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", documents},
   };
   return systems;
 }
@@ -49,21 +52,21 @@ const System& FindSystem(const std::string& name) {
 
 Status Machine::systemVersion(platform::SystemVersion& version) {
   version = {};
-  if (versionGiven_ && !version_) return status::InvalidParameter;
+  if (versionGiven_ && !version_) return Status::InvalidParameter;
   version = versionGiven_ ? *version_ : system_->version;
-  return status::Ok;
+  return Status::Ok;
 }
 
-std::string Machine::windowsFolder(std::size_t capacity) {
-  return Fitting(system_->windowsFolder, capacity);
+std::string Machine::windowsFolder() {
+  return Fitting(system_->windowsFolder, WindowsFolderSize);
 }
 
-std::string Machine::systemFolder(std::size_t capacity) {
-  return Fitting(system_->systemFolder, capacity);
+std::string Machine::systemFolder() {
+  return Fitting(system_->systemFolder, SystemFolderSize);
 }
 
-std::string Machine::computerName(std::size_t capacity) {
-  return Fitting(computer, capacity);
+std::string Machine::computerName() {
+  return Fitting(computer, ComputerNameSize);
 }
 
 std::string Machine::profileFolder() const {
@@ -107,14 +110,14 @@ bool EventLog::reportError(const std::string& source, const std::string& text) {
 
 Status Power::enableShutdownPrivilege() {
   privileged_ = machine_.isNt();
-  return privileged_ ? status::Ok : status::CallNotImplemented;
+  return privileged_ ? Status::Ok : Status::CallNotImplemented;
 }
 
-Status Power::exitWindows(std::uint32_t flags, std::uint32_t reason) {
+Status Power::restartByForce() {
   if (machine_.isNt() && !privileged_) return PrivilegeNotHeld;
-  restartRequested_ = (flags & RestartFlag) != 0;
-  journal_.record("exit windows, flags " + std::to_string(flags) + ", reason " + std::to_string(reason));
-  return status::Ok;
+  restartRequested_ = true;
+  journal_.record("exit windows, flags 6, reason 0");
+  return Status::Ok;
 }
 
 }  // namespace simulated

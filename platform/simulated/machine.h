@@ -29,9 +29,9 @@ const System& FindSystem(const std::string& name);
 class Machine : public platform::Machine {
  public:
   platform::Status systemVersion(platform::SystemVersion& version) override;
-  std::string windowsFolder(std::size_t capacity) override;
-  std::string systemFolder(std::size_t capacity) override;
-  std::string computerName(std::size_t capacity) override;
+  std::string windowsFolder() override;
+  std::string systemFolder() override;
+  std::string computerName() override;
   std::string environment(const std::string& name) override;
   std::string programPath() override { return programPath_; }
   std::string commandLine() override { return commandLine_; }
@@ -87,7 +87,7 @@ class Power : public platform::Power {
   Power(Machine& machine, Journal& journal) : machine_(machine), journal_(journal) {}
   platform::Status enableShutdownPrivilege() override;
   /// The NT family refuses without the privilege (1314, "a required privilege is not held").
-  platform::Status exitWindows(std::uint32_t flags, std::uint32_t reason) override;
+  platform::Status restartByForce() override;
 
   bool restartRequested() const { return restartRequested_; }
   void restart() { restartRequested_ = privileged_ = false; }

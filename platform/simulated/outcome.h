@@ -34,7 +34,7 @@ struct FileWrite {
 struct Outcome {
   std::int32_t exitCode = 0;
   std::uint32_t milliseconds = 1000;                    ///< how long the program runs
-  platform::Status cannotStart = platform::status::Ok;  ///< a status: the program does not even start
+  platform::Status cannotStart = platform::Status::Ok;  ///< a status: the program does not even start
 
   std::vector<RegistryWrite> registry = {};
   std::vector<std::string> deletedKeys = {};  ///< full paths; with all that is in them

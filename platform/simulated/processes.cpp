@@ -10,15 +10,17 @@ namespace simulated {
 using platform::StartedProcess;
 using platform::Status;
 using platform::WaitResult;
-namespace status = platform::status;
 
 namespace {
 
 constexpr std::int32_t StillActive = 259;
 constexpr std::uint32_t Forever = 0xffffffff;
-constexpr Status MonikerSyntax = 0x800401E4;
-constexpr Status QueryInvalid = 0x80041017;
-constexpr Status NoSuchComputer = 0x80041015;
+constexpr Status MonikerSyntax{0x800401E4};
+constexpr Status NoSuchComputer{0x80041015};
+
+/// Characters of a computer's name that the real machine asks for, and the moniker through which it asks.
+constexpr std::size_t LongestAskedName = 29;
+constexpr const char* Moniker = "winmgmts:{impersonationLevel=impersonate,(RemoteShutdown)}//";
 
 /// Files that the system opens with another program, but cannot start.
 constexpr const char* Documents[] = {".vbs", ".msi", ".js", ".txt", ".ini", ".reg"};
@@ -74,37 +76,38 @@ Status Processes::choose(const std::string& commandLine, Outcome& outcome) {
   const std::string program = programOf(commandLine);
   const Declared* declared = find(commandLine, program);
   const bool there = around_.files.exists(program) || around_.files.exists(program + ".exe");
-  if (declared != nullptr && declared->program.outcome.cannotStart != status::Ok)
+  if (declared != nullptr && declared->program.outcome.cannotStart != Status::Ok)
     return declared->program.outcome.cannotStart;
   if (there && std::any_of(std::begin(Documents), std::end(Documents),
                            [&](const char* extension) { return EndsWithText(program, extension); }))
-    return status::BadProgramFormat;
+    return Status::BadProgramFormat;
   if (declared != nullptr) {
     outcome = declared->program.outcome;
-    return HasFolder(program) && !there ? status::FileNotFound : status::Ok;
+    return HasFolder(program) && !there ? Status::FileNotFound : Status::Ok;
   }
   if (IsProgram(program, "msiexec")) {
     outcome = around_.installer.execute(commandLine);
-    return status::Ok;
+    return Status::Ok;
   }
   around_.journal.undeclared.push_back(commandLine);
-  return status::FileNotFound;
+  return Status::FileNotFound;
 }
 
-Status Processes::start(const std::string& commandLine, const std::string& workingFolder, std::uint16_t showWindow,
-                        StartedProcess& started) {
+Status Processes::start(const std::string& commandLine, const std::string& workingFolder,
+                        platform::ShowWindow showWindow, StartedProcess& started) {
   started = {};
-  const std::string shown = std::string(showWindow == 0 ? "run hidden " : "run ") + commandLine;
+  const std::string shown =
+      std::string(showWindow == platform::ShowWindow::Hidden ? "run hidden " : "run ") + commandLine;
   Outcome outcome;
-  Status result = status::FolderNameInvalid;
+  Status result = Status::FolderNameInvalid;
   if (workingFolder.empty() || around_.files.isFolder(workingFolder)) result = choose(commandLine, outcome);
-  if (result != status::Ok) {
-    around_.journal.record("cannot start (" + std::to_string(result) + ") " + commandLine);
+  if (result != Status::Ok) {
+    around_.journal.record("cannot start (" + std::to_string(Number(result)) + ") " + commandLine);
     return result;
   }
   around_.journal.record(shown);
   launch(commandLine, std::move(outcome), started);
-  return status::Ok;
+  return Status::Ok;
 }
 
 void Processes::launch(const std::string& commandLine, Outcome outcome, StartedProcess& started) {
@@ -162,14 +165,15 @@ WaitResult Processes::wait(const StartedProcess& started, std::uint32_t millisec
 
 Status Processes::exitCode(const StartedProcess& started, std::int32_t& exitCode) {
   const Process* process = behind(started.process);
-  if (process == nullptr) return status::InvalidHandle;
+  if (process == nullptr) return Status::InvalidHandle;
   exitCode = process->ended ? process->outcome.exitCode : StillActive;
-  return status::Ok;
+  return Status::Ok;
 }
 
-void Processes::close(std::uintptr_t& handle) {
-  handles_.erase(handle);
-  handle = 0;
+void Processes::close(StartedProcess& started) {
+  handles_.erase(started.process);
+  handles_.erase(started.thread);
+  started = {};
 }
 
 void Processes::addRunning(const RunningProgram& program) {
@@ -178,14 +182,13 @@ void Processes::addRunning(const RunningProgram& program) {
   running_.push_back(added);
 }
 
-Status Processes::queryNames(const std::string& moniker, const std::string& query, std::vector<std::string>& names) {
+Status Processes::runningNames(std::vector<std::string>& names, std::string& askedThrough) {
   names.clear();
-  if (!management_ || !StartsWithText(moniker, "winmgmts:")) return MonikerSyntax;
-  const std::size_t server = moniker.find("//");
-  const std::string computer = server == std::string::npos ? "." : moniker.substr(server + 2);
-  if (computer != "." && !SameText(computer.substr(0, computer.find('\\')), around_.machine.computer))
-    return NoSuchComputer;
-  if (!ContainsText(query, "from Win32_Process")) return QueryInvalid;
+  const std::string& computer = around_.machine.computer;
+  const bool isAskable = computer.size() <= LongestAskedName;
+  askedThrough = Moniker + (isAskable ? computer : "");
+  if (!management_) return MonikerSyntax;
+  if (!isAskable) return NoSuchComputer;
   names = {"System", "explorer.exe", FileName(around_.machine.programPath())};
   for (RunningProgram& program : running_) {
     if (around_.clock.elapsed() >= program.milliseconds || program.queries == 0) continue;
@@ -194,7 +197,7 @@ Status Processes::queryNames(const std::string& moniker, const std::string& quer
   }
   for (const Process& process : processes_)
     if (!process.ended) names.push_back(process.name);
-  return status::Ok;
+  return Status::Ok;
 }
 
 std::vector<std::string> Processes::unused() const {

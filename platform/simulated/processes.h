@@ -34,16 +34,15 @@ class Processes : public platform::Processes {
  public:
   explicit Processes(const Surroundings& around) : around_(around) {}
 
-  platform::Status start(const std::string& commandLine, const std::string& workingFolder, std::uint16_t showWindow,
-                         platform::StartedProcess& started) override;
+  platform::Status start(const std::string& commandLine, const std::string& workingFolder,
+                         platform::ShowWindow showWindow, platform::StartedProcess& started) override;
   platform::WaitResult waitForInputIdle(const platform::StartedProcess&, std::uint32_t) override {
     return platform::WaitResult::Signalled;
   }
   platform::WaitResult wait(const platform::StartedProcess& started, std::uint32_t milliseconds) override;
   platform::Status exitCode(const platform::StartedProcess& started, std::int32_t& exitCode) override;
-  void close(std::uintptr_t& handle) override;
-  platform::Status queryNames(const std::string& moniker, const std::string& query,
-                              std::vector<std::string>& names) override;
+  void close(platform::StartedProcess& started) override;
+  platform::Status runningNames(std::vector<std::string>& names, std::string& askedThrough) override;
 
   void declare(Program program) { programs_.push_back({std::move(program), 0}); }
   void addRunning(const RunningProgram& program);

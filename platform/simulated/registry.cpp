@@ -6,15 +6,10 @@ namespace simulated {
 
 using platform::KeyHandle;
 using platform::Status;
-namespace status = platform::status;
 
 namespace {
 
-constexpr std::uint32_t QueryRight = 0x0001;
-constexpr std::uint32_t SetRight = 0x0002;
-constexpr std::uint32_t EnumerateRight = 0x0008;
-constexpr std::uint32_t PlainAccess = 0x2000000;
-constexpr Status KeyDeleted = 1018;
+constexpr Status KeyDeleted{1018};
 constexpr std::size_t LongestKeyName = 255;
 
 std::string FullPath(platform::RegistryRoot root, const std::string& path) {
@@ -48,36 +43,29 @@ std::string Stored(std::uint32_t type, const std::string& data) {
   return isText && !data.empty() && data.back() != '\0' ? data + '\0' : data;
 }
 
-/// Gives out a name when it and its terminating zero fit.
-Status GiveName(const std::string& found, std::size_t capacity, std::string& name) {
-  if (found.size() + 1 > capacity) return status::MoreData;
-  name = found;
-  return status::Ok;
-}
-
 }  // namespace
 
 Status Registry::enter(std::shared_ptr<Key> key, const std::string& fullPath, platform::KeyAccess access,
                        KeyHandle& handle) {
   handle.value = nextHandle_++;
-  handles_[handle.value] = {std::move(key), fullPath, static_cast<std::uint32_t>(access)};
-  return status::Ok;
+  handles_[handle.value] = {std::move(key), fullPath, access};
+  return Status::Ok;
 }
 
 Status Registry::openKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                          KeyHandle& key) {
   key = {};
-  if (IsMalformed(path)) return status::BadKey;
+  if (IsMalformed(path)) return Status::BadKey;
   const std::string fullPath = FullPath(root, path);
   std::shared_ptr<Key> found = locate(fullPath);
-  if (!found) return status::FileNotFound;
+  if (!found) return Status::FileNotFound;
   return enter(std::move(found), fullPath, access, key);
 }
 
 Status Registry::createKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                            KeyHandle& key) {
   key = {};
-  if (IsMalformed(path)) return status::BadKey;
+  if (IsMalformed(path)) return Status::BadKey;
   const std::string fullPath = FullPath(root, path);
   bool made = false;
   std::shared_ptr<Key> found = make(fullPath, made);
@@ -88,25 +76,36 @@ Status Registry::createKey(platform::RegistryRoot root, const std::string& path,
   return enter(std::move(found), fullPath, access, key);
 }
 
-Status Registry::use(KeyHandle handle, std::uint32_t right, OpenKey*& open) {
-  const auto found = handles_.find(handle.value);
-  if (found == handles_.end()) return status::InvalidHandle;
-  open = &found->second;
-  if (open->key->deleted) return KeyDeleted;
-  return (open->access & (right | PlainAccess)) != 0 ? status::Ok : status::AccessDenied;
+bool Registry::grants(platform::KeyAccess access, Right right) {
+  switch (access) {
+    case platform::KeyAccess::SetValue:
+    case platform::KeyAccess::Write:
+      return right == Right::Set;
+    case platform::KeyAccess::Read:
+      return right != Right::Set;
+    case platform::KeyAccess::Plain:
+      break;
+  }
+  return true;
 }
 
-Status Registry::queryValue(KeyHandle key, const std::string& name, std::size_t capacity, platform::ValueType& type,
-                            std::string& data) {
+Status Registry::use(KeyHandle handle, Right right, OpenKey*& open) {
+  const auto found = handles_.find(handle.value);
+  if (found == handles_.end()) return Status::InvalidHandle;
+  open = &found->second;
+  if (open->key->deleted) return KeyDeleted;
+  return grants(open->access, right) ? Status::Ok : Status::AccessDenied;
+}
+
+Status Registry::queryValue(KeyHandle key, const std::string& name, platform::ValueType& type, std::string& data) {
   data.clear();
   OpenKey* open = nullptr;
-  if (const Status s = use(key, QueryRight, open); s != status::Ok) return s;
+  if (const Status s = use(key, Right::Query, open); s != Status::Ok) return s;
   const RegistryValue* value = valueOf(*open->key, name);
-  if (value == nullptr) return status::FileNotFound;
+  if (value == nullptr) return Status::FileNotFound;
   type = static_cast<platform::ValueType>(value->type);
-  if (value->data.size() > capacity) return status::MoreData;
   data = value->data;
-  return status::Ok;
+  return Status::Ok;
 }
 
 void Registry::store(Key& key, const std::string& fullPath, const RegistryValue& value) {
@@ -123,45 +122,47 @@ void Registry::store(Key& key, const std::string& fullPath, const RegistryValue&
 
 Status Registry::setValue(KeyHandle key, const std::string& name, platform::ValueType type, const std::string& data) {
   OpenKey* open = nullptr;
-  if (const Status s = use(key, SetRight, open); s != status::Ok) return s;
+  if (const Status s = use(key, Right::Set, open); s != Status::Ok) return s;
   const auto number = static_cast<std::uint32_t>(type);
   store(*open->key, open->fullPath, {name, number, Stored(number, data)});
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Registry::deleteValue(KeyHandle key, const std::string& name) {
   OpenKey* open = nullptr;
-  if (const Status s = use(key, SetRight, open); s != status::Ok) return s;
-  if (valueOf(*open->key, name) == nullptr) return status::FileNotFound;
+  if (const Status s = use(key, Right::Set, open); s != Status::Ok) return s;
+  if (valueOf(*open->key, name) == nullptr) return Status::FileNotFound;
   const std::string fullPath = open->fullPath;
   remove(fullPath, name);
-  return status::Ok;
+  return Status::Ok;
 }
 
 Status Registry::deleteKey(platform::RegistryRoot root, const std::string& path) {
-  if (IsMalformed(path)) return status::BadKey;
+  if (IsMalformed(path)) return Status::BadKey;
   const std::string fullPath = FullPath(root, path);
   const std::shared_ptr<Key> key = locate(fullPath);
-  if (!key) return status::FileNotFound;
-  if (path.empty() || !key->below.empty()) return status::AccessDenied;
+  if (!key) return Status::FileNotFound;
+  if (path.empty() || !key->below.empty()) return Status::AccessDenied;
   removeTree(fullPath);
-  return status::Ok;
+  return Status::Ok;
 }
 
-Status Registry::enumerateKey(KeyHandle key, std::uint32_t index, std::size_t capacity, std::string& name) {
+Status Registry::enumerateKey(KeyHandle key, std::uint32_t index, std::string& name) {
   name.clear();
   OpenKey* open = nullptr;
-  if (const Status s = use(key, EnumerateRight, open); s != status::Ok) return s;
-  if (index >= open->key->below.size()) return status::NoMoreItems;
-  return GiveName(open->key->below[index]->name, capacity, name);
+  if (const Status s = use(key, Right::Enumerate, open); s != Status::Ok) return s;
+  if (index >= open->key->below.size()) return Status::NoMoreItems;
+  name = open->key->below[index]->name;
+  return Status::Ok;
 }
 
-Status Registry::enumerateValue(KeyHandle key, std::uint32_t index, std::size_t capacity, std::string& name) {
+Status Registry::enumerateValue(KeyHandle key, std::uint32_t index, std::string& name) {
   name.clear();
   OpenKey* open = nullptr;
-  if (const Status s = use(key, QueryRight, open); s != status::Ok) return s;
-  if (index >= open->key->values.size()) return status::NoMoreItems;
-  return GiveName(open->key->values[index].name, capacity, name);
+  if (const Status s = use(key, Right::Query, open); s != Status::Ok) return s;
+  if (index >= open->key->values.size()) return Status::NoMoreItems;
+  name = open->key->values[index].name;
+  return Status::Ok;
 }
 
 void Registry::closeKey(KeyHandle key) {

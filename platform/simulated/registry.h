@@ -27,16 +27,14 @@ class Registry : public platform::Registry {
                            platform::KeyHandle& key) override;
   platform::Status createKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                              platform::KeyHandle& key) override;
-  platform::Status queryValue(platform::KeyHandle key, const std::string& name, std::size_t capacity,
-                              platform::ValueType& type, std::string& data) override;
+  platform::Status queryValue(platform::KeyHandle key, const std::string& name, platform::ValueType& type,
+                              std::string& data) override;
   platform::Status setValue(platform::KeyHandle key, const std::string& name, platform::ValueType type,
                             const std::string& data) override;
   platform::Status deleteValue(platform::KeyHandle key, const std::string& name) override;
   platform::Status deleteKey(platform::RegistryRoot root, const std::string& path) override;
-  platform::Status enumerateKey(platform::KeyHandle key, std::uint32_t index, std::size_t capacity,
-                                std::string& name) override;
-  platform::Status enumerateValue(platform::KeyHandle key, std::uint32_t index, std::size_t capacity,
-                                  std::string& name) override;
+  platform::Status enumerateKey(platform::KeyHandle key, std::uint32_t index, std::string& name) override;
+  platform::Status enumerateValue(platform::KeyHandle key, std::uint32_t index, std::string& name) override;
   void closeKey(platform::KeyHandle key) override;
 
   // What simulated programs and set-ups use. Keys are full paths that begin with HKEY_LOCAL_MACHINE or HKLM,
@@ -72,7 +70,7 @@ class Registry : public platform::Registry {
   struct OpenKey {
     std::shared_ptr<Key> key;
     std::string fullPath;
-    std::uint32_t access = 0;
+    platform::KeyAccess access = platform::KeyAccess::Plain;
   };
   using Position = std::vector<std::shared_ptr<Key>>::iterator;
 
@@ -83,7 +81,11 @@ class Registry : public platform::Registry {
   std::shared_ptr<Key> make(const std::string& fullPath, bool& made);
   void detach(const std::string& fullPath);
 
-  platform::Status use(platform::KeyHandle handle, std::uint32_t right, OpenKey*& open);
+  /// What an operation does with a key, and the key must have been opened for.
+  enum class Right { Query, Set, Enumerate };
+
+  static bool grants(platform::KeyAccess access, Right right);
+  platform::Status use(platform::KeyHandle handle, Right right, OpenKey*& open);
   platform::Status enter(std::shared_ptr<Key> key, const std::string& fullPath, platform::KeyAccess access,
                          platform::KeyHandle& handle);
   void store(Key& key, const std::string& fullPath, const RegistryValue& value);

@@ -18,6 +18,11 @@ constexpr const char* AnswerNames[] = {"ok", "cancel", "retry", "yes", "no"};
 constexpr const char* EventNames[] = {"about", "continue", "cancel", "close"};
 constexpr const char* DiskEventNames[] = {"ok", "cancel"};
 
+constexpr int LineHeight = 13;
+constexpr int StatusLines = 8;
+constexpr std::uintptr_t MainWindowNumber = 1;
+constexpr std::size_t LongestClassName = 255;
+
 template <typename Choice, std::size_t Count>
 Choice Find(const char* const (&names)[Count], const std::string& name, const char* what) {
   std::string all;
@@ -38,26 +43,26 @@ WindowEvent FindEvent(const std::string& name) {
   return Find<WindowEvent>(EventNames, name, "event");
 }
 
-void Screen::createMainWindow(const std::string& caption) {
-  windows_[MainWindow] = {"QXMainWindow", caption};
+void Screen::create(const std::string& caption) {
+  windows_[MainWindowNumber] = {"QXMainWindow", caption};
 }
 
-WindowHandle Screen::mainWindow() {
-  return {windows_.count(MainWindow) != 0 ? MainWindow : 0};
+WindowHandle Screen::handle() {
+  return {windows_.count(MainWindowNumber) != 0 ? MainWindowNumber : 0};
 }
 
 void Screen::showStatusScrollBar(bool shown) {
   journal_.record(shown ? "scroll bar shown" : "scroll bar hidden");
 }
 
-void Screen::showMainWindow() {
-  visible_ = windows_.count(MainWindow) != 0;
-  if (visible_) journal_.record("window shown \"" + windows_[MainWindow].caption + "\"");
+void Screen::show() {
+  visible_ = windows_.count(MainWindowNumber) != 0;
+  if (visible_) journal_.record("window shown \"" + windows_[MainWindowNumber].caption + "\"");
 }
 
-void Screen::destroyMainWindow() {
-  if (visible_) journal_.record("window closed \"" + windows_[MainWindow].caption + "\"");
-  windows_.erase(MainWindow);
+void Screen::destroy() {
+  if (visible_) journal_.record("window closed \"" + windows_[MainWindowNumber].caption + "\"");
+  windows_.erase(MainWindowNumber);
   visible_ = false;
 }
 
@@ -73,6 +78,10 @@ std::string Screen::text(Control control) {
 void Screen::drawProgress(int percent, const std::string& text) {
   percent_ = percent;
   setText(Control::Progress, text);
+}
+
+int Screen::statusAreaHeight() {
+  return StatusLines * LineHeight;
 }
 
 int Screen::statusTextHeight(const std::string& text) {
@@ -196,10 +205,9 @@ void Screen::removeTrayIcon() {
   journal_.record("tray icon removed");
 }
 
-std::string Screen::className(WindowHandle window, int capacity) {
+std::string Screen::className(WindowHandle window) {
   const auto found = windows_.find(window.value);
-  if (found == windows_.end() || capacity < 1) return "";
-  return found->second.className.substr(0, static_cast<std::size_t>(capacity) - 1);
+  return found == windows_.end() ? "" : found->second.className.substr(0, LongestClassName);
 }
 
 std::string Screen::caption(WindowHandle window) {
@@ -212,17 +220,17 @@ void Screen::setCaption(WindowHandle window, const std::string& caption) {
   if (found != windows_.end()) found->second.caption = caption;
 }
 
-WindowHandle Screen::findWindow(const std::string& className, const std::string& caption) {
+WindowHandle Screen::find(const std::string& className, const std::string& caption) {
   for (const auto& [handle, window] : windows_)
     if (SameText(window.className, className) && SameText(window.caption, caption)) return {handle};
   return {};
 }
 
-void Screen::restoreWindow(WindowHandle window) {
+void Screen::restore(WindowHandle window) {
   if (windows_.count(window.value) != 0) journal_.record("window restored \"" + caption(window) + "\"");
 }
 
-void Screen::focusWindow(WindowHandle window) {
+void Screen::focus(WindowHandle window) {
   if (windows_.count(window.value) != 0) journal_.record("window focused \"" + caption(window) + "\"");
 }
 
@@ -252,7 +260,7 @@ bool Screen::enabled(Control control) const {
 }
 
 void Screen::clear() {
-  windows_.erase(MainWindow);
+  windows_.erase(MainWindowNumber);
   visible_ = busyCursor_ = false;
   texts_.clear();
   enabled_.clear();

@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/screen.h"
+#include "platform/dialogs.h"
+#include "platform/main_window.h"
+#include "platform/other_windows.h"
 #include "platform/simulated/journal.h"
 
 namespace simulated {
@@ -33,27 +35,32 @@ struct FileScript {
   std::string path;
 };
 
-class Screen : public platform::Screen {
+/// The windows of one machine, behind all three ports that show or find one.
+class Screen : public platform::MainWindow, public platform::Dialogs, public platform::OtherWindows {
  public:
   explicit Screen(Journal& journal) : journal_(journal) {}
 
-  void createMainWindow(const std::string& caption) override;
-  platform::WindowHandle mainWindow() override;
-  void centreMainWindow() override {}
-  void showMainWindow() override;
-  bool mainWindowVisible() override { return visible_; }
-  void destroyMainWindow() override;
+  void create(const std::string& caption) override;
+  platform::WindowHandle handle() override;
+  void centre() override {}
+  void show() override;
+  bool visible() override { return visible_; }
+  void destroy() override;
   void setText(platform::Control control, const std::string& text) override;
   std::string text(platform::Control control) override;
   void setEnabled(platform::Control control, bool enabled) override { enabled_[control] = enabled; }
   void drawProgress(int percent, const std::string& text) override;
   void repaint() override {}
-  int statusAreaHeight() override { return StatusLines * LineHeight; }
+  int statusAreaHeight() override;
   int statusTextHeight(const std::string& text) override;
   void showStatusScrollBar(bool shown) override;
   void pumpMessages() override;
   std::optional<platform::WindowEvent> takeEvent() override;
   platform::WindowEvent waitForEvent() override;
+  void setBusyCursor(bool busy) override { busyCursor_ = busy; }
+  bool addTrayIcon(const std::string& tip) override;
+  void removeTrayIcon() override;
+
   platform::BoxAnswer messageBox(const platform::MessageBoxRequest& request) override;
   std::optional<std::string> chooseFile(const platform::OpenFileRequest& request) override;
   bool askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) override;
@@ -61,15 +68,13 @@ class Screen : public platform::Screen {
   std::optional<platform::DiskEvent> takeDiskEvent() override;
   void closeDiskWindow() override;
   bool openDocument(const std::string& path) override;
-  void setBusyCursor(bool busy) override { busyCursor_ = busy; }
-  bool addTrayIcon(const std::string& tip) override;
-  void removeTrayIcon() override;
-  std::string className(platform::WindowHandle window, int capacity) override;
+
+  std::string className(platform::WindowHandle window) override;
   std::string caption(platform::WindowHandle window) override;
   void setCaption(platform::WindowHandle window, const std::string& caption) override;
-  platform::WindowHandle findWindow(const std::string& className, const std::string& caption) override;
-  void restoreWindow(platform::WindowHandle window) override;
-  void focusWindow(platform::WindowHandle window) override;
+  platform::WindowHandle find(const std::string& className, const std::string& caption) override;
+  void restore(platform::WindowHandle window) override;
+  void focus(platform::WindowHandle window) override;
 
   // Scripts, each used once, in their order. What was never used is reported by unused().
 
@@ -103,9 +108,6 @@ class Screen : public platform::Screen {
   void clear();
 
  private:
-  static constexpr int LineHeight = 13;
-  static constexpr int StatusLines = 8;
-  static constexpr std::uintptr_t MainWindow = 1;
   struct Window {
     std::string className;
     std::string caption;
@@ -113,7 +115,7 @@ class Screen : public platform::Screen {
 
   Journal& journal_;
   std::map<std::uintptr_t, Window> windows_;
-  std::uintptr_t nextWindow_ = MainWindow + 1;
+  std::uintptr_t nextWindow_ = 2;  ///< 1 is the main window
   bool visible_ = false;
   std::map<platform::Control, std::string> texts_;
   std::map<platform::Control, std::vector<std::string>> shown_;

@@ -7,35 +7,27 @@
 
 namespace simulated {
 
-using platform::InstallerHandle;
+using platform::PackageHandle;
+using platform::PackageProperty;
 using platform::Status;
-namespace status = platform::status;
+using platform::ViewHandle;
 
 namespace {
 
 /// What opening a package that is not there comes to: "the system cannot open the device or file".
-constexpr Status OpenFailed = 110;
+constexpr Status OpenFailed{110};
 
-Status Fitted(const std::string& text, std::size_t capacity, std::string& value) {
-  value.clear();
-  if (text.size() + 1 > capacity) return status::MoreData;
-  value = text;
-  return status::Ok;
-}
-
-/// The texts in single quotes.
-std::vector<std::string> QuotedTexts(const std::string& query) {
-  const std::vector<std::string> parts = Split(query, '\'');
-  std::vector<std::string> texts;
-  for (std::size_t i = 1; i < parts.size(); i += 2) texts.push_back(parts[i]);
-  return texts;
-}
-
-/// Queries of the form: select COLUMNS from Property [where Property = 'A' or ...].
-bool IsPropertyQuery(const std::string& query) {
-  const std::string plain = Lower(query);
-  const bool selects = StartsWithText(Trim(plain), "select ");
-  return selects && (ContainsText(plain, " from property") || ContainsText(plain, " from `property`"));
+/// The rows of the Property table that the view of a package shows, as far as the package has them.
+std::vector<PackageProperty> ShownProperties(const Package& package) {
+  std::vector<std::pair<std::string, std::string>> all = {
+      {"ProductCode", package.code}, {"ProductName", package.name}, {"ProductVersion", package.version}};
+  all.insert(all.end(), package.properties.begin(), package.properties.end());
+  std::vector<PackageProperty> shown;
+  for (const auto& [name, value] : all) {
+    const bool isAsked = name == "ProductCode" || name == "ProductName" || name == "ProductVersion";
+    if (isAsked && !value.empty()) shown.push_back({name, value});
+  }
+  return shown;
 }
 
 }  // namespace
@@ -46,7 +38,8 @@ WindowsInstaller::WindowsInstaller(Registry& registry, Files& files, Journal& jo
 }
 
 void WindowsInstaller::reload() {
-  handles_.clear();
+  openPackages_.clear();
+  views_.clear();
   products_.clear();
   for (const std::string& code : registry_.keys(ProductsKey)) {
     const std::string key = std::string(ProductsKey) + "\\" + code;
@@ -89,28 +82,20 @@ void WindowsInstaller::remove(const std::string& code) {
 
 Status WindowsInstaller::enumerateProduct(std::uint32_t index, std::string& productCode) {
   productCode.clear();
-  if (!installed_) return status::LibraryNotFound;
-  if (index >= products_.size()) return status::NoMoreItems;
+  if (!installed_) return Status::LibraryNotFound;
+  if (index >= products_.size()) return Status::NoMoreItems;
   productCode = products_[index].code;
-  return status::Ok;
+  return Status::Ok;
 }
 
-Status WindowsInstaller::productInformation(const std::string& productCode, const std::string& property,
-                                            std::size_t capacity, std::string& value) {
+Status WindowsInstaller::productInformation(const std::string& productCode, platform::ProductProperty property,
+                                            std::string& value) {
   value.clear();
-  if (!installed_) return status::LibraryNotFound;
+  if (!installed_) return Status::LibraryNotFound;
   const auto product = find(productCode);
-  if (product == products_.end()) return status::UnknownProduct;
-  if (property == "InstalledProductName") return Fitted(product->name, capacity, value);
-  if (property == "VersionString") return Fitted(product->version, capacity, value);
-  const std::string key = std::string(ProductsKey) + "\\" + product->code;
-  if (registry_.find(key, property) == nullptr) return status::UnknownProperty;
-  return Fitted(registry_.text(key, property), capacity, value);
-}
-
-InstallerHandle WindowsInstaller::give(Handle handle) {
-  handles_[nextHandle_] = std::move(handle);
-  return {nextHandle_++};
+  if (product == products_.end()) return Status::UnknownProduct;
+  value = property == platform::ProductProperty::Name ? product->name : product->version;
+  return Status::Ok;
 }
 
 WindowsInstaller::Declared* WindowsInstaller::findPackage(const std::string& path) {
@@ -120,82 +105,56 @@ WindowsInstaller::Declared* WindowsInstaller::findPackage(const std::string& pat
   return nullptr;
 }
 
-Status WindowsInstaller::openDatabase(const std::string& package, const std::string&, InstallerHandle& database) {
-  database = {};
-  if (!installed_) return status::LibraryNotFound;
-  if (!files_.exists(package)) return OpenFailed;
-  Declared* declared = findPackage(package);
-  if (declared == nullptr) return status::PackageOpenFailed;
+Status WindowsInstaller::openPackage(const std::string& path, PackageHandle& package) {
+  package = {};
+  if (!installed_) return Status::LibraryNotFound;
+  if (!files_.exists(path)) return OpenFailed;
+  Declared* declared = findPackage(path);
+  if (declared == nullptr) return Status::PackageOpenFailed;
   declared->used = true;
-  Handle handle;
-  handle.package = static_cast<std::size_t>(declared - packages_.data());
-  database = give(std::move(handle));
-  return status::Ok;
+  package.value = nextHandle_++;
+  openPackages_[package.value] = static_cast<std::size_t>(declared - packages_.data());
+  return Status::Ok;
 }
 
-std::vector<WindowsInstaller::Row> WindowsInstaller::select(const Package& package, const std::string& query) const {
-  std::vector<std::pair<std::string, std::string>> all = {
-      {"ProductCode", package.code}, {"ProductName", package.name}, {"ProductVersion", package.version}};
-  all.insert(all.end(), package.properties.begin(), package.properties.end());
-  const std::vector<std::string> wanted = QuotedTexts(query);
-  const bool valueOnly = StartsWithText(Trim(query), "select value");
-  std::vector<Row> rows;
-  for (const auto& [name, value] : all) {
-    const bool asked = wanted.empty() || std::find(wanted.begin(), wanted.end(), name) != wanted.end();
-    if (!asked || value.empty()) continue;
-    rows.push_back(valueOnly ? Row{value} : Row{name, value});
-  }
-  return rows;
-}
-
-Status WindowsInstaller::openView(InstallerHandle database, const std::string& query, InstallerHandle& view) {
+Status WindowsInstaller::openProperties(PackageHandle package, ViewHandle& view) {
   view = {};
-  if (!installed_) return status::LibraryNotFound;
-  const auto found = handles_.find(database.value);
-  if (found == handles_.end()) return status::InvalidHandle;
-  if (!IsPropertyQuery(query)) return status::BadQuerySyntax;
-  Handle handle;
-  handle.package = found->second.package;
-  handle.rows = select(packages_[handle.package].package, query);
-  view = give(std::move(handle));
-  return status::Ok;
+  if (!installed_) return Status::LibraryNotFound;
+  const auto found = openPackages_.find(package.value);
+  if (found == openPackages_.end()) return Status::InvalidHandle;
+  view.value = nextHandle_++;
+  views_[view.value].properties = ShownProperties(packages_[found->second].package);
+  return Status::Ok;
 }
 
-Status WindowsInstaller::executeView(InstallerHandle view) {
-  if (!installed_) return status::LibraryNotFound;
-  const auto found = handles_.find(view.value);
-  if (found == handles_.end()) return status::InvalidHandle;
+Status WindowsInstaller::executeView(ViewHandle view) {
+  if (!installed_) return Status::LibraryNotFound;
+  const auto found = views_.find(view.value);
+  if (found == views_.end()) return Status::InvalidHandle;
   found->second.executed = true;
   found->second.next = 0;
-  return status::Ok;
+  return Status::Ok;
 }
 
-Status WindowsInstaller::fetch(InstallerHandle view, InstallerHandle& record) {
-  record = {};
-  if (!installed_) return status::LibraryNotFound;
-  const auto found = handles_.find(view.value);
-  if (found == handles_.end()) return status::InvalidHandle;
-  Handle& open = found->second;
-  if (!open.executed || open.next >= open.rows.size()) return status::NoMoreItems;
-  Handle handle;
-  handle.rows = {open.rows[open.next++]};
-  record = give(std::move(handle));
-  return status::Ok;
+Status WindowsInstaller::nextProperty(ViewHandle view, PackageProperty& property) {
+  property = {};
+  if (!installed_) return Status::LibraryNotFound;
+  const auto found = views_.find(view.value);
+  if (found == views_.end()) return Status::InvalidHandle;
+  View& open = found->second;
+  if (!open.executed || open.next >= open.properties.size()) return Status::NoMoreItems;
+  property = open.properties[open.next++];
+  return Status::Ok;
 }
 
-Status WindowsInstaller::recordText(InstallerHandle record, std::uint32_t field, std::size_t capacity,
-                                    std::string& value) {
-  value.clear();
-  if (!installed_) return status::LibraryNotFound;
-  const auto found = handles_.find(record.value);
-  if (found == handles_.end() || found->second.rows.empty()) return status::InvalidHandle;
-  const Row& row = found->second.rows[0];
-  return Fitted(field >= 1 && field <= row.size() ? row[field - 1] : "", capacity, value);
+Status WindowsInstaller::closeView(ViewHandle view) {
+  if (!installed_) return Status::LibraryNotFound;
+  return views_.erase(view.value) == 0 ? Status::InvalidHandle : Status::Ok;
 }
 
-Status WindowsInstaller::close(InstallerHandle handle) {
-  if (!installed_) return status::LibraryNotFound;
-  return handles_.erase(handle.value) == 0 ? status::InvalidHandle : status::Ok;
+Status WindowsInstaller::closePackage(PackageHandle package) {
+  if (!installed_) return Status::LibraryNotFound;
+  return openPackages_.erase(package.value) == 0 ? Status::InvalidHandle : Status::Ok;
 }
 
 }  // namespace simulated

@@ -21,17 +21,14 @@ class WindowsInstaller : public platform::WindowsInstaller {
   WindowsInstaller(Registry& registry, Files& files, Journal& journal);
 
   platform::Status enumerateProduct(std::uint32_t index, std::string& productCode) override;
-  platform::Status productInformation(const std::string& productCode, const std::string& property, std::size_t capacity,
+  platform::Status productInformation(const std::string& productCode, platform::ProductProperty property,
                                       std::string& value) override;
-  platform::Status openDatabase(const std::string& package, const std::string& persist,
-                                platform::InstallerHandle& database) override;
-  platform::Status openView(platform::InstallerHandle database, const std::string& query,
-                            platform::InstallerHandle& view) override;
-  platform::Status executeView(platform::InstallerHandle view) override;
-  platform::Status fetch(platform::InstallerHandle view, platform::InstallerHandle& record) override;
-  platform::Status recordText(platform::InstallerHandle record, std::uint32_t field, std::size_t capacity,
-                              std::string& value) override;
-  platform::Status close(platform::InstallerHandle handle) override;
+  platform::Status openPackage(const std::string& path, platform::PackageHandle& package) override;
+  platform::Status openProperties(platform::PackageHandle package, platform::ViewHandle& view) override;
+  platform::Status executeView(platform::ViewHandle view) override;
+  platform::Status nextProperty(platform::ViewHandle view, platform::PackageProperty& property) override;
+  platform::Status closeView(platform::ViewHandle view) override;
+  platform::Status closePackage(platform::PackageHandle package) override;
 
   void declare(Package package);
   void install(const Product& product);
@@ -44,19 +41,17 @@ class WindowsInstaller : public platform::WindowsInstaller {
   Outcome execute(const std::string& commandLine);
   /// Packages that were neither read nor executed.
   std::vector<std::string> unused() const;
-  std::size_t openHandles() const { return handles_.size(); }
+  std::size_t openHandles() const { return openPackages_.size() + views_.size(); }
   /// Reads the product list from the registry again and drops open handles.
   void reload();
 
  private:
-  using Row = std::vector<std::string>;
   struct Declared {
     Package package;
     bool used = false;
   };
-  struct Handle {
-    std::size_t package = 0;
-    std::vector<Row> rows;  ///< of a view; a record has one
+  struct View {
+    std::vector<platform::PackageProperty> properties;
     std::size_t next = 0;
     bool executed = false;
   };
@@ -70,8 +65,6 @@ class WindowsInstaller : public platform::WindowsInstaller {
   Outcome installPackage(const Request& request);
   Outcome removeProduct(const Request& request);
   Outcome repairProduct(const Request& request);
-  std::vector<Row> select(const Package& package, const std::string& query) const;
-  platform::InstallerHandle give(Handle handle);
 
   Registry& registry_;
   Files& files_;
@@ -79,7 +72,8 @@ class WindowsInstaller : public platform::WindowsInstaller {
   bool installed_ = true;
   std::vector<Product> products_;
   std::vector<Declared> packages_;
-  std::map<std::uint32_t, Handle> handles_;
+  std::map<std::uint32_t, std::size_t> openPackages_;  ///< to the index of the package
+  std::map<std::uint32_t, View> views_;
   std::uint32_t nextHandle_ = 1;
 };
 

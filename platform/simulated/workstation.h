@@ -32,7 +32,11 @@ class Workstation : public platform::Platform {
   Files& files() override { return files_; }
   Machine& machine() override { return machine_; }
   Clock& clock() override { return clock_; }
-  Screen& screen() override { return screen_; }
+  Screen& mainWindow() override { return screen_; }
+  Screen& dialogs() override { return screen_; }
+  Screen& otherWindows() override { return screen_; }
+  /// The three above at once, with what a person does and sees.
+  Screen& screen() { return screen_; }
   EventLog& eventLog() override { return eventLog_; }
   Power& power() override { return power_; }
 

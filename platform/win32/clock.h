@@ -9,10 +9,10 @@ namespace win32 {
 
 class SystemLibrary;
 
-class Clock : public platform::Clock {
+class ClockAdapter final : public platform::Clock {
  public:
-  Clock();
-  ~Clock() override;
+  ClockAdapter();
+  ~ClockAdapter() override;
 
   platform::LocalTime now() override;
   std::uint32_t ticks() override;

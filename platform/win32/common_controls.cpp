@@ -1,14 +1,12 @@
 #include "platform/win32/common_controls.h"
 
-#include "platform/win32/windows_api.h"
-
 namespace win32 {
 
 namespace {
 
 // From Windows XP on, the program's manifest chooses the version of the library, and it does so only for the bare name.
 // The system itself then says where that name leads; before XP nothing does, and nothing is loaded.
-bool manifestsCount() {
+bool ManifestsCount() {
   DWORD version = GetVersion();
   int major = LOBYTE(LOWORD(version));
   int minor = HIBYTE(LOWORD(version));
@@ -17,12 +15,12 @@ bool manifestsCount() {
 
 }  // namespace
 
-void loadCommonControls() {
-  if (!manifestsCount()) return;
-  HMODULE library = LoadLibraryA("comctl32.dll");  // stays for the life of the program
-  if (library == nullptr) return;
+CommonControls::CommonControls() {
+  if (!ManifestsCount()) return;
+  library_.reset(LoadLibraryA("comctl32.dll"));
+  if (!library_) return;
   auto initialise =
-      reinterpret_cast<void(WINAPI*)()>(reinterpret_cast<void*>(GetProcAddress(library, "InitCommonControls")));
+      reinterpret_cast<void(WINAPI*)()>(reinterpret_cast<void*>(GetProcAddress(library_.get(), "InitCommonControls")));
   if (initialise != nullptr) initialise();
 }
 

@@ -16,10 +16,10 @@ class TemplateWriter {
     word(LOWORD(value));
     word(HIWORD(value));
   }
-  void text(const wchar_t* text) {
+  void text(const wchar_t* characters) {
     do {
-      word(static_cast<WORD>(*text));
-    } while (*text++ != L'\0');
+      word(static_cast<WORD>(*characters));
+    } while (*characters++ != L'\0');
   }
   void alignToDoubleWord() {
     if (words_.size() % 2 != 0) word(0);
@@ -30,7 +30,7 @@ class TemplateWriter {
   std::vector<WORD> words_;
 };
 
-void writeHeader(TemplateWriter& out, const DialogLayout& layout) {
+void WriteHeader(TemplateWriter& out, const DialogLayout& layout) {
   out.doubleWord(layout.style | DS_SETFONT);
   out.doubleWord(0);
   out.word(static_cast<WORD>(layout.items.size()));
@@ -44,7 +44,7 @@ void writeHeader(TemplateWriter& out, const DialogLayout& layout) {
   out.text(FontName);
 }
 
-void writeItem(TemplateWriter& out, const DialogItem& item) {
+void WriteItem(TemplateWriter& out, const DialogItem& item) {
   out.alignToDoubleWord();
   out.doubleWord(item.style | WS_CHILD | WS_VISIBLE);
   out.doubleWord(item.extendedStyle);
@@ -57,10 +57,10 @@ void writeItem(TemplateWriter& out, const DialogItem& item) {
 
 }  // namespace
 
-std::vector<WORD> dialogTemplate(const DialogLayout& layout) {
+std::vector<WORD> DialogTemplate(const DialogLayout& layout) {
   TemplateWriter out;
-  writeHeader(out, layout);
-  for (const DialogItem& item : layout.items) writeItem(out, item);
+  WriteHeader(out, layout);
+  for (const DialogItem& item : layout.items) WriteItem(out, item);
   return out.take();
 }
 

@@ -26,6 +26,6 @@ struct DialogLayout {
 };
 
 /// The table as the system takes it (CreateDialogIndirectParamA).
-std::vector<WORD> dialogTemplate(const DialogLayout& layout);
+std::vector<WORD> DialogTemplate(const DialogLayout& layout);
 
 }  // namespace win32

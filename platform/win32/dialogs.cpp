@@ -1,9 +1,9 @@
 #include "platform/win32/dialogs.h"
 
 #include "platform/win32/system_library.h"
-#include "platform/win32/windows_api.h"
 
 #include <commdlg.h>
+#include <shellapi.h>
 
 namespace win32 {
 
@@ -15,7 +15,7 @@ using platform::OpenFileRequest;
 
 namespace {
 
-UINT iconFlag(BoxIcon icon) {
+UINT IconFlag(BoxIcon icon) {
   switch (icon) {
     case BoxIcon::Critical:
       return MB_ICONHAND;
@@ -31,7 +31,7 @@ UINT iconFlag(BoxIcon icon) {
   return 0;
 }
 
-UINT buttonFlags(BoxButtons buttons, BoxAnswer preferred) {
+UINT ButtonFlags(BoxButtons buttons, BoxAnswer preferred) {
   switch (buttons) {
     case BoxButtons::YesNo:
       return MB_YESNO | (preferred == BoxAnswer::No ? MB_DEFBUTTON2 : MB_DEFBUTTON1);
@@ -44,7 +44,7 @@ UINT buttonFlags(BoxButtons buttons, BoxAnswer preferred) {
 }
 
 /// The answer that asks for nothing: of a box that could not be shown.
-BoxAnswer quietAnswer(BoxButtons buttons) {
+BoxAnswer QuietAnswer(BoxButtons buttons) {
   switch (buttons) {
     case BoxButtons::YesNo:
       return BoxAnswer::No;
@@ -57,17 +57,17 @@ BoxAnswer quietAnswer(BoxButtons buttons) {
 }
 
 /// Puts the current folder back at its end.
-class CurrentFolder {
+class FolderKeeper {
  public:
-  CurrentFolder() {
+  FolderKeeper() {
     DWORD length = GetCurrentDirectoryA(sizeof path_, path_);
     if (length >= sizeof path_) path_[0] = '\0';
   }
-  ~CurrentFolder() {
+  ~FolderKeeper() {
     if (path_[0] != '\0') SetCurrentDirectoryA(path_);
   }
-  CurrentFolder(const CurrentFolder&) = delete;
-  CurrentFolder& operator=(const CurrentFolder&) = delete;
+  FolderKeeper(const FolderKeeper&) = delete;
+  FolderKeeper& operator=(const FolderKeeper&) = delete;
 
  private:
   char path_[MAX_PATH] = "";
@@ -75,10 +75,17 @@ class CurrentFolder {
 
 }  // namespace
 
-BoxAnswer showMessageBox(HWND owner, const MessageBoxRequest& request) {
-  UINT modality = owner == nullptr ? MB_TASKMODAL : MB_APPLMODAL;
-  UINT flags = iconFlag(request.icon) | buttonFlags(request.buttons, request.defaultAnswer) | modality;
-  switch (MessageBoxA(owner, request.text.c_str(), request.title.c_str(), flags | MB_SETFOREGROUND)) {
+HWND DialogsAdapter::parent() {
+  if (passwordWindow_.window() != nullptr) return passwordWindow_.window();
+  if (diskWindow_.window() != nullptr) return diskWindow_.window();
+  return mainWindow_.visible() ? mainWindow_.window() : nullptr;
+}
+
+BoxAnswer DialogsAdapter::messageBox(const MessageBoxRequest& request) {
+  HWND over = parent();
+  UINT modality = over == nullptr ? MB_TASKMODAL : MB_APPLMODAL;
+  UINT flags = IconFlag(request.icon) | ButtonFlags(request.buttons, request.defaultAnswer) | modality;
+  switch (MessageBoxA(over, request.text.c_str(), request.title.c_str(), flags | MB_SETFOREGROUND)) {
     case IDOK:
       return BoxAnswer::Ok;
     case IDCANCEL:
@@ -90,17 +97,17 @@ BoxAnswer showMessageBox(HWND owner, const MessageBoxRequest& request) {
     case IDNO:
       return BoxAnswer::No;
     default:
-      return quietAnswer(request.buttons);
+      return QuietAnswer(request.buttons);
   }
 }
 
-std::optional<std::string> chooseFile(HWND owner, const OpenFileRequest& request) {
-  CurrentFolder restored;  // the dialog changes it, whatever its flags ask for
+std::optional<std::string> DialogsAdapter::chooseFile(const OpenFileRequest& request) {
+  FolderKeeper kept;  // the dialog changes it, whatever its flags ask for
   char path[1024] = "";
   std::string filter = request.filterName + '\0' + request.filterPattern + '\0';
   OPENFILENAMEA dialog = {};
   dialog.lStructSize = OPENFILENAME_SIZE_VERSION_400A;
-  dialog.hwndOwner = owner;
+  dialog.hwndOwner = parent();
   dialog.lpstrFilter = filter.c_str();
   dialog.nFilterIndex = 1;
   dialog.lpstrFile = path;
@@ -109,10 +116,37 @@ std::optional<std::string> chooseFile(HWND owner, const OpenFileRequest& request
   dialog.lpstrTitle = request.title.c_str();
   dialog.lpstrDefExt = request.extension.empty() ? nullptr : request.extension.c_str();
   dialog.Flags = OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY;
-  const SystemLibrary dialogs("comdlg32.dll");
-  auto* const ask = dialogs.find<decltype(GetOpenFileNameA)>("GetOpenFileNameA");
+  const SystemLibrary library("comdlg32.dll");
+  auto* const ask = library.find<decltype(GetOpenFileNameA)>("GetOpenFileNameA");
   if (ask == nullptr || !ask(&dialog)) return std::nullopt;
   return std::string(path);
+}
+
+bool DialogsAdapter::askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) {
+  return passwordWindow_.show(parent(), request, accept);
+}
+
+void DialogsAdapter::openDiskWindow(const platform::DiskRequest& request) {
+  diskWindow_.open(parent(), request);
+}
+
+std::optional<platform::DiskEvent> DialogsAdapter::takeDiskEvent() {
+  return diskWindow_.takeEvent();
+}
+
+void DialogsAdapter::closeDiskWindow() {
+  diskWindow_.close();
+}
+
+// NT 3.51 has the function as well, but not every early system has the library.
+bool DialogsAdapter::openDocument(const std::string& path) {
+  constexpr INT_PTR lastError = 32;
+  static_assert(sizeof(HINSTANCE) == sizeof(INT_PTR));
+  SystemLibrary shell("shell32.dll");
+  auto* execute = shell.find<decltype(ShellExecuteA)>("ShellExecuteA");
+  if (execute == nullptr) return false;
+  HINSTANCE outcome = execute(parent(), "open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+  return reinterpret_cast<INT_PTR>(outcome) > lastError;
 }
 
 }  // namespace win32

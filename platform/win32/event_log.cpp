@@ -1,16 +1,14 @@
 #include "platform/win32/event_log.h"
 
-#include "platform/win32/windows_api.h"
+#include "platform/win32/owner.h"
 
 namespace win32 {
 
-bool EventLog::reportError(const std::string& source, const std::string& text) {
-  HANDLE log = RegisterEventSourceA(nullptr, source.c_str());
-  if (log == nullptr) return false;
+bool EventLogAdapter::reportError(const std::string& source, const std::string& text) {
+  OwnedEventSource log(RegisterEventSourceA(nullptr, source.c_str()));
+  if (!log) return false;
   const char* lines[] = {text.c_str()};
-  BOOL reported = ReportEventA(log, EVENTLOG_ERROR_TYPE, 0, 0, nullptr, 1, 0, lines, nullptr);
-  DeregisterEventSource(log);
-  return reported != FALSE;
+  return ReportEventA(log.get(), EVENTLOG_ERROR_TYPE, 0, 0, nullptr, 1, 0, lines, nullptr) != FALSE;
 }
 
 }  // namespace win32

@@ -5,7 +5,7 @@
 
 namespace win32 {
 
-class EventLog : public platform::EventLog {
+class EventLogAdapter final : public platform::EventLog {
  public:
   bool reportError(const std::string& source, const std::string& text) override;
 };

@@ -4,180 +4,190 @@
 #include <cstring>
 
 #include "platform/win32/access.h"
+#include "platform/win32/last_status.h"
+#include "platform/win32/owner.h"
 #include "platform/win32/quiet_errors.h"
 
 namespace win32 {
 
+using platform::Attributes;
 using platform::FileHandle;
 using platform::FolderEntry;
 using platform::Status;
-namespace attribute = platform::attribute;
-namespace status = platform::status;
 
 namespace {
 
-constexpr std::uint32_t Settable = attribute::ReadOnly | attribute::Hidden | attribute::System | attribute::Archive;
-constexpr std::uint32_t KnownAttributes = Settable | attribute::Folder | attribute::Link;
 constexpr DWORD ChunkBytes = 64 * 1024;
 
-HANDLE systemHandle(FileHandle file) {
+HANDLE SystemHandle(FileHandle file) {
   return reinterpret_cast<HANDLE>(file.value);
 }
 
-Status result(BOOL succeeded) {
-  return succeeded ? status::Ok : GetLastError();
+Attributes PortAttributes(DWORD bits) {
+  return {.readOnly = (bits & FILE_ATTRIBUTE_READONLY) != 0,
+          .hidden = (bits & FILE_ATTRIBUTE_HIDDEN) != 0,
+          .system = (bits & FILE_ATTRIBUTE_SYSTEM) != 0,
+          .archive = (bits & FILE_ATTRIBUTE_ARCHIVE) != 0,
+          .folder = (bits & FILE_ATTRIBUTE_DIRECTORY) != 0,
+          .link = (bits & FILE_ATTRIBUTE_REPARSE_POINT) != 0};
 }
 
-Status open(const std::string& path, DWORD access, DWORD share, DWORD creation, HANDLE& file) {
-  file = CreateFileA(path.c_str(), access, share, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
-  return file == INVALID_HANDLE_VALUE ? GetLastError() : status::Ok;
+DWORD SettableBits(const Attributes& wanted) {
+  const DWORD bits = (wanted.readOnly ? FILE_ATTRIBUTE_READONLY : 0) | (wanted.hidden ? FILE_ATTRIBUTE_HIDDEN : 0) |
+                     (wanted.system ? FILE_ATTRIBUTE_SYSTEM : 0) | (wanted.archive ? FILE_ATTRIBUTE_ARCHIVE : 0);
+  return bits == 0 ? FILE_ATTRIBUTE_NORMAL : bits;
+}
+
+Status OpenAs(const std::string& path, DWORD access, DWORD share, DWORD creation, OwnedHandle& file) {
+  file.reset(
+      NullIfInvalid(CreateFileA(path.c_str(), access, share, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr)));
+  return file ? Status::Ok : LastStatus();
 }
 
 // Some file systems and servers let an administrator override the attribute; the port promises a refusal.
-bool isReadOnly(const std::string& path) {
-  DWORD attributes = GetFileAttributesA(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+bool IsReadOnly(const std::string& path) {
+  DWORD bits = GetFileAttributesA(path.c_str());
+  return bits != INVALID_FILE_ATTRIBUTES && (bits & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
-Status openForOutput(const std::string& path, FileHandle& file) {
-  file.value = 0;
-  if (isReadOnly(path)) return status::AccessDenied;
-  HANDLE opened = nullptr;
-  Status outcome = open(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS, opened);
-  if (outcome == status::Ok) file.value = reinterpret_cast<std::uintptr_t>(opened);
+Status OpenForOutput(const std::string& path, FileHandle& file) {
+  file = {};
+  if (IsReadOnly(path)) return Status::AccessDenied;
+  OwnedHandle opened;
+  Status outcome = OpenAs(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS, opened);
+  file.value = reinterpret_cast<std::uintptr_t>(opened.release());
   return outcome;
 }
 
-Status readAll(HANDLE file, std::string& bytes) {
+Status ReadAll(HANDLE file, std::string& bytes) {
   DWORD got = 0;
   do {
     std::size_t before = bytes.size();
     bytes.resize(before + ChunkBytes);
-    if (!ReadFile(file, bytes.data() + before, ChunkBytes, &got, nullptr)) return GetLastError();
+    if (!ReadFile(file, bytes.data() + before, ChunkBytes, &got, nullptr)) return LastStatus();
     bytes.resize(before + got);
   } while (got != 0);
-  return status::Ok;
+  return Status::Ok;
 }
 
-std::string pattern(const std::string& folder) {
+std::string SearchPattern(const std::string& folder) {
   bool joined = folder.empty() || folder.back() == '\\';
   return folder + (joined ? "*" : "\\*");
 }
 
-bool isDots(const char* name) {
+bool IsDots(const char* name) {
   return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
 }
 
-FolderEntry entryOf(const WIN32_FIND_DATAA& found) {
-  FolderEntry entry{found.cFileName, static_cast<std::uint32_t>(found.dwFileAttributes) & KnownAttributes, 0};
+FolderEntry EntryOf(const WIN32_FIND_DATAA& found) {
+  FolderEntry entry{found.cFileName, PortAttributes(found.dwFileAttributes), 0};
   if (!entry.isFolder()) entry.size = std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
   return entry;
 }
 
-bool comesBefore(const FolderEntry& a, const FolderEntry& b) {
+bool ComesBefore(const FolderEntry& a, const FolderEntry& b) {
   return _stricmp(a.name.c_str(), b.name.c_str()) < 0;
+}
+
+/// Why a search in the folder found nothing at all: it does, too, in the root of an empty drive.
+Status WhyNothingFound(const std::string& folder) {
+  Status failure = LastStatus();
+  DWORD bits = GetFileAttributesA(folder.c_str());
+  bool there = bits != INVALID_FILE_ATTRIBUTES && (bits & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return there && failure == Status::FileNotFound ? Status::Ok : failure;
 }
 
 }  // namespace
 
-Status Files::attributes(const std::string& path, std::uint32_t& attributes) {
+Status FilesAdapter::attributes(const std::string& path, Attributes& found) {
   QuietErrors quiet;
-  DWORD found = GetFileAttributesA(path.c_str());
-  if (found == INVALID_FILE_ATTRIBUTES) return GetLastError();
-  attributes = found & KnownAttributes;
-  return status::Ok;
+  DWORD bits = GetFileAttributesA(path.c_str());
+  if (bits == INVALID_FILE_ATTRIBUTES) return LastStatus();
+  found = PortAttributes(bits);
+  return Status::Ok;
 }
 
-Status Files::setAttributes(const std::string& path, std::uint32_t attributes) {
+Status FilesAdapter::setAttributes(const std::string& path, const Attributes& wanted) {
   QuietErrors quiet;
-  DWORD settable = attributes & Settable;
-  return result(SetFileAttributesA(path.c_str(), settable == 0 ? FILE_ATTRIBUTE_NORMAL : settable));
+  return StatusOf(SetFileAttributesA(path.c_str(), SettableBits(wanted)));
 }
 
-Status Files::list(const std::string& folder, std::vector<FolderEntry>& entries) {
+Status FilesAdapter::list(const std::string& folder, std::vector<FolderEntry>& entries) {
   QuietErrors quiet;
   entries.clear();
   WIN32_FIND_DATAA found;
-  HANDLE search = FindFirstFileA(pattern(folder).c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) {
-    Status failure = GetLastError();
-    DWORD attributes = GetFileAttributesA(folder.c_str());
-    bool there = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return there && failure == status::FileNotFound ? status::Ok : failure;  // the root of an empty drive
-  }
+  OwnedSearch search(NullIfInvalid(FindFirstFileA(SearchPattern(folder).c_str(), &found)));
+  if (!search) return WhyNothingFound(folder);
   do {
-    if (!isDots(found.cFileName)) entries.push_back(entryOf(found));
-  } while (FindNextFileA(search, &found));
-  Status last = GetLastError();
-  FindClose(search);
-  std::sort(entries.begin(), entries.end(), comesBefore);
-  return last == ERROR_NO_MORE_FILES ? status::Ok : last;
+    if (!IsDots(found.cFileName)) entries.push_back(EntryOf(found));
+  } while (FindNextFileA(search.get(), &found));
+  Status last = LastStatus();
+  std::sort(entries.begin(), entries.end(), ComesBefore);
+  return last == static_cast<Status>(ERROR_NO_MORE_FILES) ? Status::Ok : last;
 }
 
-Status Files::read(const std::string& path, std::string& bytes) {
+Status FilesAdapter::read(const std::string& path, std::string& bytes) {
   QuietErrors quiet;
   bytes.clear();
-  HANDLE file = nullptr;
-  Status outcome = open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING, file);
-  if (outcome != status::Ok) return outcome;
-  outcome = readAll(file, bytes);
-  CloseHandle(file);
-  if (outcome != status::Ok) bytes.clear();
+  OwnedHandle file;
+  Status outcome = OpenAs(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING, file);
+  if (outcome == Status::Ok) outcome = ReadAll(file.get(), bytes);
+  if (outcome != Status::Ok) bytes.clear();
   return outcome;
 }
 
-Status Files::openForAppending(const std::string& path, FileHandle& file) {
+Status FilesAdapter::openForAppending(const std::string& path, FileHandle& file) {
   QuietErrors quiet;
-  Status outcome = openForOutput(path, file);
-  if (outcome == status::Ok) SetFilePointer(systemHandle(file), 0, nullptr, FILE_END);
+  Status outcome = OpenForOutput(path, file);
+  if (outcome == Status::Ok) SetFilePointer(SystemHandle(file), 0, nullptr, FILE_END);
   return outcome;
 }
 
 // Emptied after opening: creating anew would be refused for a hidden file.
-Status Files::openForWriting(const std::string& path, FileHandle& file) {
+Status FilesAdapter::openForWriting(const std::string& path, FileHandle& file) {
   QuietErrors quiet;
-  Status outcome = openForOutput(path, file);
-  if (outcome == status::Ok) SetEndOfFile(systemHandle(file));
+  Status outcome = OpenForOutput(path, file);
+  if (outcome == Status::Ok) SetEndOfFile(SystemHandle(file));
   return outcome;
 }
 
-Status Files::write(FileHandle file, const std::string& bytes) {
+Status FilesAdapter::write(FileHandle file, const std::string& bytes) {
   QuietErrors quiet;
   DWORD written = 0;
-  if (!WriteFile(systemHandle(file), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) {
-    return GetLastError();
+  if (!WriteFile(SystemHandle(file), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) {
+    return LastStatus();
   }
-  return written == bytes.size() ? status::Ok : status::DiskFull;
+  return written == bytes.size() ? Status::Ok : Status::DiskFull;
 }
 
-Status Files::close(FileHandle file) {
-  return result(CloseHandle(systemHandle(file)));
+Status FilesAdapter::close(FileHandle file) {
+  return StatusOf(CloseHandle(SystemHandle(file)));
 }
 
-Status Files::copyFile(const std::string& from, const std::string& to) {
+Status FilesAdapter::copyFile(const std::string& from, const std::string& to) {
   QuietErrors quiet;
-  if (isReadOnly(to)) return status::AccessDenied;
-  return result(CopyFileA(from.c_str(), to.c_str(), FALSE));
+  if (IsReadOnly(to)) return Status::AccessDenied;
+  return StatusOf(CopyFileA(from.c_str(), to.c_str(), FALSE));
 }
 
-Status Files::deleteFile(const std::string& path) {
+Status FilesAdapter::deleteFile(const std::string& path) {
   QuietErrors quiet;
-  return isReadOnly(path) ? status::AccessDenied : result(DeleteFileA(path.c_str()));
+  return IsReadOnly(path) ? Status::AccessDenied : StatusOf(DeleteFileA(path.c_str()));
 }
 
-Status Files::createFolder(const std::string& path) {
+Status FilesAdapter::createFolder(const std::string& path) {
   QuietErrors quiet;
-  return result(CreateDirectoryA(path.c_str(), nullptr));
+  return StatusOf(CreateDirectoryA(path.c_str(), nullptr));
 }
 
-Status Files::deleteFolder(const std::string& path) {
+Status FilesAdapter::deleteFolder(const std::string& path) {
   QuietErrors quiet;
-  return result(RemoveDirectoryA(path.c_str()));
+  return StatusOf(RemoveDirectoryA(path.c_str()));
 }
 
-Status Files::setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) {
+Status FilesAdapter::setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) {
   QuietErrors quiet;
-  return replaceAccess(path, grants);
+  return ReplaceAccess(path, grants);
 }
 
 }  // namespace win32

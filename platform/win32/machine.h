@@ -2,29 +2,27 @@
 #pragma once
 
 #include "platform/machine.h"
+#include "platform/win32/owner.h"
 
 namespace win32 {
 
-class Machine : public platform::Machine {
- public:
-  Machine() = default;
-  ~Machine() override;
-  Machine(const Machine&) = delete;
-  Machine& operator=(const Machine&) = delete;
+/// The computer's name, asked for with room for so many characters, the terminating zero included; "" when it does not
+/// fit.
+std::string ComputerName(DWORD size);
 
+class MachineAdapter final : public platform::Machine {
+ public:
   platform::Status systemVersion(platform::SystemVersion& version) override;
-  std::string windowsFolder(std::size_t capacity) override;
-  std::string systemFolder(std::size_t capacity) override;
-  std::string computerName(std::size_t capacity) override;
+  std::string windowsFolder() override;
+  std::string systemFolder() override;
+  std::string computerName() override;
   std::string environment(const std::string& name) override;
   std::string programPath() override;
   std::string commandLine() override;
   bool anotherCopyRuns() override;
 
  private:
-  void releasePlace();
-
-  void* place_ = nullptr;  ///< the named object that stands for the running program
+  OwnedHandle place_;  ///< the named object that stands for the running program
 };
 
 }  // namespace win32

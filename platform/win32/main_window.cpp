@@ -2,211 +2,206 @@
 
 #include <algorithm>
 
-#include "platform/win32/common_controls.h"
-#include "platform/win32/dialog_template.h"
+#include "platform/win32/main_window_layout.h"
 #include "platform/win32/progress_bar.h"
 #include "platform/win32/resource_ids.h"
+#include "platform/win32/system_window.h"
 
 namespace win32 {
 
 using platform::Control;
 using platform::WindowEvent;
+using platform::WindowHandle;
 
 namespace {
 
-// A second copy finds the window by this name and the caption.
-constexpr char ClassName[] = "QXInstallationAssistantMain";
-constexpr wchar_t WideClassName[] = L"QXInstallationAssistantMain";
-
-// Continue and Cancel carry the numbers that the Enter and Escape keys stand for in a dialog.
-enum Id : WORD {
-  cmdContinue = IDOK,
-  cmdCancel = IDCANCEL,
-  cmdAbout = 100,
-  Image1,
-  lblLongMessage,
-  fraBuild,
-  lblAction,
-  lblComponent,
-  picProgress,
-  lblStatus,
-  txtStatus,
-  picHidden,
-  fraDivider
-};
-
-constexpr DWORD Label = SS_LEFT | SS_NOPREFIX;
-constexpr DWORD LineLabel = SS_LEFTNOWORDWRAP | SS_NOPREFIX;
-constexpr DWORD StatusStyle = ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_VSCROLL | WS_TABSTOP;
-
-// In tab order: id, class, style, extended style, x, y, width, height, text. A reader for the blind takes the label
-// before the status text as its name; the other controls are named by their own texts.
-constexpr DialogItem Items[] = {
-    {Image1, L"STATIC", SS_ICON, 0, 7, 7, 20, 20},
-    {lblLongMessage, L"STATIC", Label, 0, 38, 7, 255, 57},
-    {fraBuild, L"BUTTON", BS_GROUPBOX, 0, 7, 66, 286, 61, L"Progress"},
-    {lblAction, L"STATIC", LineLabel, 0, 14, 77, 272, 9},
-    {lblComponent, L"STATIC", LineLabel, 0, 14, 88, 272, 17},
-    {picProgress, ProgressBarClass, 0, WS_EX_CLIENTEDGE, 14, 107, 272, 14},
-    {lblStatus, L"STATIC", SS_LEFT, 0, 7, 132, 286, 9, L"&Status:"},
-    {txtStatus, L"EDIT", StatusStyle, WS_EX_CLIENTEDGE, 7, 142, 286, 78},
-    {picHidden, L"STATIC", Label, 0, 0, 0, 0, 0},
-    {fraDivider, L"STATIC", SS_ETCHEDHORZ, 0, 7, 227, 286, 1},
-    {cmdAbout, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 7, 233, 58, 14},
-    {cmdContinue, L"BUTTON", BS_DEFPUSHBUTTON | WS_TABSTOP, 0, 173, 233, 58, 14},
-    {cmdCancel, L"BUTTON", BS_PUSHBUTTON | WS_TABSTOP, 0, 235, 233, 58, 14},
-};
-constexpr DialogLayout Layout = {WideClassName, WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX, 300, 254, Items};
-
-Id idOf(Control control) {
-  switch (control) {
-    case Control::Status:
-      return txtStatus;
-    case Control::Action:
-      return lblAction;
-    case Control::Component:
-      return lblComponent;
-    case Control::LongMessage:
-      return lblLongMessage;
-    case Control::Progress:
-      return picProgress;
-    case Control::About:
-      return cmdAbout;
-    case Control::Continue:
-      return cmdContinue;
-    case Control::Cancel:
-      break;
-  }
-  return cmdCancel;
-}
-
-HICON programIcon(HINSTANCE instance) {
+HICON ProgramIcon(HINSTANCE instance) {
   return LoadIconA(instance, MAKEINTRESOURCEA(PROGRAM_ICON));
 }
 
-void registerMainWindow(HINSTANCE instance, WNDPROC procedure) {
+void RegisterMainWindow(HINSTANCE instance, WNDPROC procedure) {
   WNDCLASSA description = {};
   description.lpfnWndProc = procedure;
   description.cbWndExtra = DLGWINDOWEXTRA;
   description.hInstance = instance;
-  description.hIcon = programIcon(instance);
+  description.hIcon = ProgramIcon(instance);
   description.hCursor = LoadCursor(nullptr, IDC_ARROW);
   description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-  description.lpszClassName = ClassName;
+  description.lpszClassName = MainWindowClass;
   RegisterClassA(&description);
+}
+
+/// The area in which the status control sets its text.
+RECT StatusArea(HWND status) {
+  RECT area = {};
+  SendMessageA(status, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
+  return area;
 }
 
 }  // namespace
 
-void MainWindow::create(const std::string& caption) {
+void MainWindowAdapter::create(const std::string& caption) {
   caption_ = caption;
   if (window_ != nullptr) SetWindowTextA(window_, caption.c_str());
 }
 
-HWND MainWindow::handle() {
+WindowHandle MainWindowAdapter::handle() {
+  return PortWindow(window());
+}
+
+HWND MainWindowAdapter::window() {
   if (window_ == nullptr && caption_.has_value()) make();
   return window_;
 }
 
-void MainWindow::make() {
-  loadCommonControls();
-  registerProgressBar(instance_);
-  registerMainWindow(instance_, procedure);
-  std::vector<WORD> description = dialogTemplate(Layout);
+void MainWindowAdapter::make() {
+  commonControls_.emplace();
+  RegisterProgressBar(instance_);
+  RegisterMainWindow(instance_, procedure);
+  std::vector<WORD> description = DialogTemplate(MainWindowLayout);
   window_ =
       CreateDialogIndirectParamA(instance_, reinterpret_cast<DLGTEMPLATE*>(description.data()), nullptr, nullptr, 0);
   if (window_ == nullptr) return;
   SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  HWND image = GetDlgItem(window_, Image1);
-  SendMessageA(image, STM_SETICON, reinterpret_cast<WPARAM>(programIcon(instance_)), 0);
+  HWND image = GetDlgItem(window_, ProgramImage);
+  SendMessageA(image, STM_SETICON, reinterpret_cast<WPARAM>(ProgramIcon(instance_)), 0);
   SetWindowTextA(image, caption_->c_str());  // its name for a reader for the blind
   showStatusScrollBar(false);
   SetWindowTextA(window_, caption_->c_str());
 }
 
-void MainWindow::destroy() {
+void MainWindowAdapter::destroy() {
   caption_.reset();
   if (window_ != nullptr) DestroyWindow(window_);
   window_ = nullptr;
 }
 
-void MainWindow::show() {
-  ShowWindow(handle(), SW_SHOW);
+bool MainWindowAdapter::visible() {
+  return window_ != nullptr && IsWindowVisible(window_);
+}
+
+void MainWindowAdapter::show() {
+  ShowWindow(window(), SW_SHOW);
   bringToFront();
   UpdateWindow(window_);
 }
 
-void MainWindow::bringToFront() {
-  SetForegroundWindow(handle());
-  SetFocus(control(Control::Continue));
+void MainWindowAdapter::bringToFront() {
+  SetForegroundWindow(window());
+  SetFocus(part(Control::Continue));
 }
 
-void MainWindow::centre() {
+void MainWindowAdapter::centre() {
   RECT frame;
-  if (!GetWindowRect(handle(), &frame)) return;
+  if (!GetWindowRect(window(), &frame)) return;
   int x = (GetSystemMetrics(SM_CXSCREEN) - (frame.right - frame.left)) / 2;
   int y = (GetSystemMetrics(SM_CYSCREEN) - (frame.bottom - frame.top)) / 2;
   SetWindowPos(window_, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-HWND MainWindow::control(Control control) {
-  return handle() == nullptr ? nullptr : GetDlgItem(window_, idOf(control));
+HWND MainWindowAdapter::part(Control control) {
+  return window() == nullptr ? nullptr : GetDlgItem(window_, PartOf(control));
 }
 
-void MainWindow::setText(Control control, const std::string& text) {
-  HWND target = this->control(control);
-  SetWindowTextA(target, text.c_str());
+void MainWindowAdapter::setText(Control control, const std::string& words) {
+  HWND target = part(control);
+  SetWindowTextA(target, words.c_str());
   if (control != Control::Status) return;
-  SendMessageA(target, EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
+  SendMessageA(target, EM_SETSEL, words.size(), static_cast<LPARAM>(words.size()));
   scrollToNewestLine();
 }
 
-void MainWindow::scrollToNewestLine() {
-  SendMessageA(control(Control::Status), EM_SCROLLCARET, 0, 0);
+std::string MainWindowAdapter::text(Control control) {
+  return TextOf(part(control));
+}
+
+void MainWindowAdapter::scrollToNewestLine() {
+  SendMessageA(part(Control::Status), EM_SCROLLCARET, 0, 0);
 }
 
 // A scroll bar takes room from the text, whose lines then break elsewhere.
-void MainWindow::showStatusScrollBar(bool shown) {
-  ShowScrollBar(control(Control::Status), SB_VERT, shown);
+void MainWindowAdapter::showStatusScrollBar(bool shown) {
+  ShowScrollBar(part(Control::Status), SB_VERT, shown);
   scrollToNewestLine();
 }
 
-void MainWindow::setEnabled(Control control, bool enabled) {
-  HWND target = this->control(control);
-  HWND status = this->control(Control::Status);
+void MainWindowAdapter::setEnabled(Control control, bool enabled) {
+  HWND target = part(control);
+  HWND status = part(Control::Status);
   if (!enabled && GetFocus() == target) SetFocus(status);  // a disabled control would swallow all keys
   EnableWindow(target, enabled);
   if (enabled && control == Control::Continue && GetFocus() == status) SetFocus(target);
 }
 
-void MainWindow::setBusyCursor(bool busy) {
+void MainWindowAdapter::drawProgress(int percent, const std::string& words) {
+  SetProgress(part(Control::Progress), percent, words);
+}
+
+void MainWindowAdapter::repaint() {
+  if (!visible()) return;  // the system would take none for the whole desktop
+  RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+void MainWindowAdapter::setBusyCursor(bool busy) {
   busy_ = busy;
   SetCursor(LoadCursor(nullptr, busy ? IDC_WAIT : IDC_ARROW));
 }
 
-int MainWindow::statusTextHeight(const std::string& text) {
-  HWND hidden = handle() == nullptr ? nullptr : GetDlgItem(window_, picHidden);
-  if (hidden == nullptr) return 0;
-  RECT area = statusArea(control(Control::Status));
-  HDC surface = GetDC(hidden);
-  HGDIOBJ before = SelectObject(surface, reinterpret_cast<HFONT>(SendMessageA(hidden, WM_GETFONT, 0, 0)));
-  RECT needed = {0, 0, area.right - area.left, 0};
-  int height = DrawTextA(surface, text.c_str(), static_cast<int>(text.size()), &needed,
-                         DT_CALCRECT | DT_EDITCONTROL | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
-  SelectObject(surface, before);
-  ReleaseDC(hidden, surface);
-  return height;
+bool MainWindowAdapter::addTrayIcon(const std::string& tip) {
+  return trayIcon_.add(tip);
 }
 
-std::optional<WindowEvent> MainWindow::takeEvent() {
+void MainWindowAdapter::removeTrayIcon() {
+  trayIcon_.remove();
+}
+
+int MainWindowAdapter::statusAreaHeight() {
+  RECT area = StatusArea(part(Control::Status));
+  return area.bottom - area.top;
+}
+
+int MainWindowAdapter::statusTextHeight(const std::string& words) {
+  HWND measure = window() == nullptr ? nullptr : GetDlgItem(window_, StatusMeasure);
+  if (measure == nullptr) return 0;
+  RECT area = StatusArea(part(Control::Status));
+  WindowSurface surface(measure);
+  FontOfWindow font(surface.get(), measure);
+  RECT needed = {0, 0, area.right - area.left, 0};
+  return DrawTextA(surface.get(), words.c_str(), static_cast<int>(words.size()), &needed,
+                   DT_CALCRECT | DT_EDITCONTROL | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
+}
+
+void MainWindowAdapter::pumpMessages() {
+  MSG message;
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) dispatch(message);
+}
+
+std::optional<WindowEvent> MainWindowAdapter::takeEvent() {
   if (events_.empty()) return std::nullopt;
   WindowEvent event = events_.front();
   events_.pop_front();
   return event;
 }
 
+// Without a window, nobody is there to use it.
+WindowEvent MainWindowAdapter::waitForEvent() {
+  while (window() != nullptr) {
+    if (std::optional<WindowEvent> event = takeEvent()) return *event;
+    MSG message;
+    if (GetMessageA(&message, nullptr, 0, 0) <= 0) break;
+    dispatch(message);
+  }
+  return WindowEvent::Close;
+}
+
+void MainWindowAdapter::dispatch(MSG& message) {
+  if (diskWindow_.translate(message) || translate(message)) return;
+  TranslateMessage(&message);
+  DispatchMessageA(&message);
+}
+
 // A status text that has the focus would answer Escape by closing the window.
-bool MainWindow::translate(MSG& message) {
+bool MainWindowAdapter::translate(MSG& message) {
   if (window_ == nullptr) return false;
   bool ours = message.hwnd == window_ || IsChild(window_, message.hwnd);
   if (ours && message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) {
@@ -217,24 +212,24 @@ bool MainWindow::translate(MSG& message) {
 }
 
 // At the end of a run there is nothing to cancel; the key closes the window then. While work runs it does nothing.
-void MainWindow::escape() {
-  if (IsWindowEnabled(control(Control::Cancel))) {
+void MainWindowAdapter::escape() {
+  if (IsWindowEnabled(part(Control::Cancel))) {
     queue(WindowEvent::Cancel);
-  } else if (IsWindowEnabled(control(Control::Continue))) {
+  } else if (IsWindowEnabled(part(Control::Continue))) {
     queue(WindowEvent::Close);
   }
 }
 
-LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
-  auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrA(window, GWLP_USERDATA));
-  if (self != nullptr && self->handle(message, first, second)) return message == WM_SETCURSOR ? TRUE : 0;
-  return DefDlgProcA(window, message, first, second);
+LRESULT CALLBACK MainWindowAdapter::procedure(HWND addressee, UINT message, WPARAM first, LPARAM second) {
+  auto* self = reinterpret_cast<MainWindowAdapter*>(GetWindowLongPtrA(addressee, GWLP_USERDATA));
+  if (self != nullptr && self->answer(message, first, second)) return message == WM_SETCURSOR ? TRUE : 0;
+  return DefDlgProcA(addressee, message, first, second);
 }
 
-bool MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
+bool MainWindowAdapter::answer(UINT message, WPARAM first, LPARAM second) {
   switch (message) {
     case WM_COMMAND:
-      if (HIWORD(first) == BN_CLICKED) command(LOWORD(first));
+      if (HIWORD(first) == BN_CLICKED) press(LOWORD(first));
       return true;
     case WM_CLOSE:
       queue(WindowEvent::Close);
@@ -253,22 +248,16 @@ bool MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
 }
 
 // The keyboard sends the numbers of disabled buttons too.
-void MainWindow::command(WORD id) {
-  if (!IsWindowEnabled(GetDlgItem(window_, id))) return;
-  if (id == cmdAbout) queue(WindowEvent::About);
-  if (id == cmdContinue) queue(WindowEvent::Continue);
-  if (id == cmdCancel) queue(WindowEvent::Cancel);
+void MainWindowAdapter::press(WORD button) {
+  if (!IsWindowEnabled(GetDlgItem(window_, button))) return;
+  if (button == AboutButton) queue(WindowEvent::About);
+  if (button == ContinueButton) queue(WindowEvent::Continue);
+  if (button == CancelButton) queue(WindowEvent::Cancel);
 }
 
 // Pressing the same thing again before it was looked at says nothing new.
-void MainWindow::queue(WindowEvent event) {
+void MainWindowAdapter::queue(WindowEvent event) {
   if (std::find(events_.begin(), events_.end(), event) == events_.end()) events_.push_back(event);
-}
-
-RECT statusArea(HWND status) {
-  RECT area = {};
-  SendMessageA(status, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&area));
-  return area;
 }
 
 }  // namespace win32

@@ -1,66 +1,84 @@
-// The main window: its controls, its layout, and what a person did with it.
+// The main window: its controls, and what a person did with it.
 #pragma once
 
 #include <deque>
 #include <optional>
 #include <string>
 
-#include "platform/screen.h"
-#include "platform/win32/windows_api.h"
+#include "platform/main_window.h"
+#include "platform/win32/common_controls.h"
+#include "platform/win32/disk_window.h"
+#include "platform/win32/tray_icon.h"
 
 namespace win32 {
 
 /// The system's window is made when it is first needed: a run that shows none need not pay for it.
-class MainWindow {
+class MainWindowAdapter final : public platform::MainWindow {
  public:
-  explicit MainWindow(HINSTANCE instance) : instance_(instance) {}
-  ~MainWindow() { destroy(); }
-  MainWindow(const MainWindow&) = delete;
-  MainWindow& operator=(const MainWindow&) = delete;
+  /// Messages go through the disk window first, which takes its own keys.
+  MainWindowAdapter(HINSTANCE instance, DiskWindow& diskWindow)
+      : instance_(instance), diskWindow_(diskWindow), trayIcon_(instance) {}
+  ~MainWindowAdapter() override { destroy(); }
+  MainWindowAdapter(const MainWindowAdapter&) = delete;
+  MainWindowAdapter& operator=(const MainWindowAdapter&) = delete;
 
-  /// From here on there is a window, hidden; again only changes its caption.
-  void create(const std::string& caption);
-  void destroy();
-  void show();
+  void create(const std::string& caption) override;
+  platform::WindowHandle handle() override;
+  void centre() override;
+  void show() override;
+  bool visible() override;
+  void destroy() override;
+
+  void setText(platform::Control control, const std::string& words) override;
+  std::string text(platform::Control control) override;
+  /// Keeps the focus on a control that can take it.
+  void setEnabled(platform::Control control, bool enabled) override;
+  void drawProgress(int percent, const std::string& words) override;
+  void repaint() override;
+
+  int statusAreaHeight() override;
+  int statusTextHeight(const std::string& words) override;
+  void showStatusScrollBar(bool shown) override;
+
+  void pumpMessages() override;
+  std::optional<platform::WindowEvent> takeEvent() override;
+  platform::WindowEvent waitForEvent() override;
+
+  void setBusyCursor(bool busy) override;
+  bool addTrayIcon(const std::string& tip) override;
+  void removeTrayIcon() override;
+
+  // For the other adapters.
+
+  /// The system's window; null before `create` and after `destroy`.
+  HWND window();
   /// Makes it the active window, with the focus on Continue.
   void bringToFront();
-  void centre();
-
-  /// Null before `create` and after its end, as are its controls.
-  HWND handle();
-  HWND control(platform::Control control);
-  bool visible() const { return window_ != nullptr && IsWindowVisible(window_); }
-
-  void setText(platform::Control control, const std::string& text);
-  /// Keeps the focus on a control that can take it.
-  void setEnabled(platform::Control control, bool enabled);
-  void setBusyCursor(bool busy);
-  void showStatusScrollBar(bool shown);
-  /// Height of `text` as the status control would set it.
-  int statusTextHeight(const std::string& text);
-
-  /// The oldest thing that a person did and nobody took yet.
-  std::optional<platform::WindowEvent> takeEvent();
-  /// Handles keys that move around in the window; false for messages that go the common way.
-  bool translate(MSG& message);
 
  private:
+  static LRESULT CALLBACK procedure(HWND addressee, UINT message, WPARAM first, LPARAM second);
   void make();
-  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
-  bool handle(UINT message, WPARAM first, LPARAM second);
-  void escape();
+  /// A part of the window; null when there is no window.
+  HWND part(platform::Control control);
   void scrollToNewestLine();
-  void command(WORD id);
+
+  void dispatch(MSG& message);
+  /// Handles keys that move around in the window; false for messages that go the common way.
+  bool translate(MSG& message);
+  void escape();
+  /// True for a message that needs no further answer.
+  bool answer(UINT message, WPARAM first, LPARAM second);
+  void press(WORD button);
   void queue(platform::WindowEvent event);
 
   HINSTANCE instance_;
+  DiskWindow& diskWindow_;
+  std::optional<CommonControls> commonControls_;
+  TrayIcon trayIcon_;
   std::optional<std::string> caption_;
   HWND window_ = nullptr;
   bool busy_ = false;
   std::deque<platform::WindowEvent> events_;
 };
-
-/// Height of the area in which the status control sets its text.
-RECT statusArea(HWND status);
 
 }  // namespace win32

@@ -19,20 +19,20 @@ class AnsiName {
   char text_[MAX_PATH] = "";
 };
 
-HANDLE WINAPI createSemaphore(SECURITY_ATTRIBUTES* security, LONG initial, LONG maximum, const wchar_t* name) {
+HANDLE WINAPI AnsiCreateSemaphore(SECURITY_ATTRIBUTES* security, LONG initial, LONG maximum, const wchar_t* name) {
   return CreateSemaphoreA(security, initial, maximum, AnsiName(name).get());
 }
 
-HMODULE WINAPI getModuleHandle(const wchar_t* name) {
+HMODULE WINAPI AnsiGetModuleHandle(const wchar_t* name) {
   return GetModuleHandleA(AnsiName(name).get());
 }
 
-HMODULE WINAPI loadLibrary(const wchar_t* name) {
+HMODULE WINAPI AnsiLoadLibrary(const wchar_t* name) {
   return LoadLibraryA(AnsiName(name).get());
 }
 
 }  // namespace
 
-decltype(&CreateSemaphoreW) importedCreateSemaphore __asm__("__imp__CreateSemaphoreW@16") = createSemaphore;
-decltype(&GetModuleHandleW) importedGetModuleHandle __asm__("__imp__GetModuleHandleW@4") = getModuleHandle;
-decltype(&LoadLibraryW) importedLoadLibrary __asm__("__imp__LoadLibraryW@4") = loadLibrary;
+decltype(&CreateSemaphoreW) ImportedCreateSemaphore __asm__("__imp__CreateSemaphoreW@16") = AnsiCreateSemaphore;
+decltype(&GetModuleHandleW) ImportedGetModuleHandle __asm__("__imp__GetModuleHandleW@4") = AnsiGetModuleHandle;
+decltype(&LoadLibraryW) ImportedLoadLibrary __asm__("__imp__LoadLibraryW@4") = AnsiLoadLibrary;

@@ -5,10 +5,10 @@
 
 namespace win32 {
 
-class Power : public platform::Power {
+class PowerAdapter final : public platform::Power {
  public:
   platform::Status enableShutdownPrivilege() override;
-  platform::Status exitWindows(std::uint32_t flags, std::uint32_t reason) override;
+  platform::Status restartByForce() override;
 };
 
 }  // namespace win32

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/win32/system_window.h"
+
 namespace win32 {
 
 namespace {
@@ -14,25 +16,19 @@ struct Colours {
   int text;
 };
 
-std::string windowText(HWND window) {
-  char text[64] = "";
-  return std::string(text, GetWindowTextA(window, text, sizeof text));
-}
-
 // One part of the bar: background and text in one stroke, cut to the part, so that nothing flickers.
-void drawPart(HDC surface, const RECT& part, POINT textAt, const std::string& text, Colours colours) {
+void DrawPart(HDC surface, const RECT& part, POINT textAt, const std::string& text, Colours colours) {
   SetBkColor(surface, GetSysColor(colours.background));
   SetTextColor(surface, GetSysColor(colours.text));
   ExtTextOutA(surface, textAt.x, textAt.y, ETO_OPAQUE | ETO_CLIPPED, &part, text.c_str(),
               static_cast<UINT>(text.size()), nullptr);
 }
 
-void draw(HWND bar, HDC surface) {
-  HFONT font = reinterpret_cast<HFONT>(SendMessageA(GetParent(bar), WM_GETFONT, 0, 0));
-  HGDIOBJ before = font != nullptr ? SelectObject(surface, font) : nullptr;
+void Draw(HWND bar, HDC surface) {
+  FontOfWindow font(surface, GetParent(bar));
   RECT inner;
   GetClientRect(bar, &inner);
-  std::string text = windowText(bar);
+  std::string text = TextOf(bar);
   SIZE size = {};
   GetTextExtentPoint32A(surface, text.c_str(), static_cast<int>(text.size()), &size);
   POINT textAt = {(inner.right - size.cx) / 2, (inner.bottom - size.cy) / 2};
@@ -41,17 +37,15 @@ void draw(HWND bar, HDC surface) {
   filled.right = MulDiv(inner.right, static_cast<int>(GetWindowLongA(bar, PercentOffset)), 100);
   RECT rest = inner;
   rest.left = filled.right;
-  drawPart(surface, filled, textAt, text, {COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT});
-  drawPart(surface, rest, textAt, text, {COLOR_WINDOW, COLOR_WINDOWTEXT});
-  if (before != nullptr) SelectObject(surface, before);
+  DrawPart(surface, filled, textAt, text, {COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT});
+  DrawPart(surface, rest, textAt, text, {COLOR_WINDOW, COLOR_WINDOWTEXT});
 }
 
-LRESULT CALLBACK procedure(HWND bar, UINT message, WPARAM first, LPARAM second) {
+LRESULT CALLBACK ProgressProcedure(HWND bar, UINT message, WPARAM first, LPARAM second) {
   switch (message) {
     case WM_PAINT: {
-      PAINTSTRUCT paint;
-      draw(bar, BeginPaint(bar, &paint));
-      EndPaint(bar, &paint);
+      PaintSurface surface(bar);
+      Draw(bar, surface.get());
       return 0;
     }
     case WM_ERASEBKGND:
@@ -67,10 +61,10 @@ LRESULT CALLBACK procedure(HWND bar, UINT message, WPARAM first, LPARAM second) 
 
 }  // namespace
 
-void registerProgressBar(HINSTANCE instance) {
+void RegisterProgressBar(HINSTANCE instance) {
   WNDCLASSA description = {};
   description.style = CS_HREDRAW | CS_VREDRAW;
-  description.lpfnWndProc = procedure;
+  description.lpfnWndProc = ProgressProcedure;
   description.cbWndExtra = sizeof(LONG);
   description.hInstance = instance;
   description.hCursor = LoadCursor(nullptr, IDC_ARROW);
@@ -78,7 +72,7 @@ void registerProgressBar(HINSTANCE instance) {
   RegisterClassA(&description);
 }
 
-void setProgress(HWND bar, int percent, const std::string& text) {
+void SetProgress(HWND bar, int percent, const std::string& text) {
   SetWindowLongA(bar, PercentOffset, std::clamp(percent, 0, 100));
   SetWindowTextA(bar, text.c_str());
   UpdateWindow(bar);

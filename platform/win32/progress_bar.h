@@ -10,10 +10,10 @@ namespace win32 {
 inline constexpr wchar_t ProgressBarClass[] = L"QXInstallationAssistantProgress";
 
 /// Makes the class known to the system; again is harmless.
-void registerProgressBar(HINSTANCE instance);
+void RegisterProgressBar(HINSTANCE instance);
 
 /// Draws the bar at once, filled to `percent` (held within 0 to 100), with `text` centred in it. The text is its window
 /// text as well.
-void setProgress(HWND bar, int percent, const std::string& text);
+void SetProgress(HWND bar, int percent, const std::string& text);
 
 }  // namespace win32

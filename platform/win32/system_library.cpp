@@ -9,15 +9,11 @@ SystemLibrary::SystemLibrary(const char* fileName) {
   UINT length = GetSystemDirectoryA(folder, sizeof folder);
   if (length == 0 || length >= sizeof folder) return;
   std::string path = std::string(folder, length) + "\\" + fileName;
-  module_ = LoadLibraryA(path.c_str());
-}
-
-SystemLibrary::~SystemLibrary() {
-  if (module_ != nullptr) FreeLibrary(module_);
+  library_.reset(LoadLibraryA(path.c_str()));
 }
 
 FARPROC SystemLibrary::address(const char* name) const {
-  return module_ == nullptr ? nullptr : GetProcAddress(module_, name);
+  return library_ ? GetProcAddress(library_.get(), name) : nullptr;
 }
 
 }  // namespace win32

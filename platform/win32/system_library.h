@@ -2,7 +2,7 @@
 // program can take its place, and asked for its functions by name.
 #pragma once
 
-#include "platform/win32/windows_api.h"
+#include "platform/win32/owner.h"
 
 namespace win32 {
 
@@ -10,9 +10,6 @@ class SystemLibrary {
  public:
   /// `fileName` such as "msi.dll", looked for in the system folder only. One that is not there has no functions.
   explicit SystemLibrary(const char* fileName);
-  ~SystemLibrary();
-  SystemLibrary(const SystemLibrary&) = delete;
-  SystemLibrary& operator=(const SystemLibrary&) = delete;
 
   /// The function of that name and type; null when library or function is missing on this system.
   template <class Function>
@@ -23,7 +20,7 @@ class SystemLibrary {
  private:
   FARPROC address(const char* name) const;
 
-  HMODULE module_ = nullptr;
+  OwnedLibrary library_;
 };
 
 }  // namespace win32

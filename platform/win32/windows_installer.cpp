@@ -1,19 +1,22 @@
 #include "platform/win32/windows_installer.h"
 
+#include <algorithm>
+
 #include "platform/win32/system_library.h"
-#include "platform/win32/windows_api.h"
 
 #include <msi.h>
 #include <msiquery.h>
 
 namespace win32 {
 
-using platform::InstallerHandle;
+using platform::PackageHandle;
+using platform::PackageProperty;
+using platform::ProductProperty;
 using platform::Status;
-namespace status = platform::status;
+using platform::ViewHandle;
 
 /// The library's functions; null where it is missing.
-struct WindowsInstaller::Library {
+struct WindowsInstallerAdapter::Library {
   SystemLibrary msi{"msi.dll"};
   decltype(&MsiEnumProductsA) enumProducts = msi.find<decltype(MsiEnumProductsA)>("MsiEnumProductsA");
   decltype(&MsiGetProductInfoA) getProductInfo = msi.find<decltype(MsiGetProductInfoA)>("MsiGetProductInfoA");
@@ -27,77 +30,115 @@ struct WindowsInstaller::Library {
 
 namespace {
 
+/// Where changes of an opened package would go; none is ever made.
+constexpr const char* PersistFile = "c:\\0.tmp";
+constexpr const char* PropertyQuery =
+    "Select * From Property Where Property = 'ProductName' Or Property = 'ProductVersion' Or Property = 'ProductCode'";
+
+/// Nearly every property fits this; what does not is asked for again with more room.
+constexpr DWORD UsualTextSize = 128;
+
 template <class Function, class... Arguments>
-Status call(Function function, Arguments... arguments) {
-  return function == nullptr ? status::LibraryNotFound : function(arguments...);
+Status Call(Function function, Arguments... arguments) {
+  return function == nullptr ? Status::LibraryNotFound : static_cast<Status>(function(arguments...));
 }
 
-/// Opens something and passes its handle on; 0 after a failure.
-template <class Function, class... Arguments>
-Status open(InstallerHandle& handle, Function function, Arguments... arguments) {
+/// Opens something and passes its handle on; none after a failure.
+template <class Handle, class Function, class... Arguments>
+Status OpenBy(Handle& handle, Function function, Arguments... arguments) {
   MSIHANDLE opened = 0;
-  Status result = call(function, arguments..., &opened);
-  handle.value = result == status::Ok ? static_cast<std::uint32_t>(opened) : 0;
-  return result;
+  Status outcome = Call(function, arguments..., &opened);
+  handle.value = outcome == Status::Ok ? static_cast<std::uint32_t>(opened) : 0;
+  return outcome;
 }
 
-/// Reads a text into a buffer of `capacity` characters.
+/// A whole text; empty after a failure.
 template <class Function, class... Arguments>
-Status read(std::string& value, std::size_t capacity, Function function, Arguments... arguments) {
-  value.assign(capacity, '\0');
-  DWORD length = static_cast<DWORD>(capacity);
-  Status result = call(function, arguments..., value.data(), &length);
-  value.resize(result == status::Ok ? length : 0);
-  return result;
+Status ReadText(std::string& value, Function function, Arguments... arguments) {
+  Status outcome = Status::MoreData;
+  DWORD length = 0;
+  for (DWORD size = UsualTextSize; outcome == Status::MoreData; size = std::max(length + 1, size * 2)) {
+    value.assign(size, '\0');
+    length = size;
+    outcome = Call(function, arguments..., value.data(), &length);
+  }
+  value.resize(outcome == Status::Ok ? length : 0);
+  return outcome;
 }
+
+/// A record that was fetched: nobody outside sees it.
+struct RecordHandle {
+  std::uint32_t value = 0;
+};
+
+class OwnedRecord {
+ public:
+  explicit OwnedRecord(decltype(&MsiCloseHandle) closeHandle) : closeHandle_(closeHandle) {}
+  ~OwnedRecord() {
+    if (record_.value != 0) Call(closeHandle_, get());
+  }
+  OwnedRecord(const OwnedRecord&) = delete;
+  OwnedRecord& operator=(const OwnedRecord&) = delete;
+
+  RecordHandle& receive() { return record_; }
+  MSIHANDLE get() const { return static_cast<MSIHANDLE>(record_.value); }
+
+ private:
+  decltype(&MsiCloseHandle) closeHandle_;
+  RecordHandle record_;
+};
 
 }  // namespace
 
-WindowsInstaller::WindowsInstaller() = default;
-WindowsInstaller::~WindowsInstaller() = default;
+WindowsInstallerAdapter::WindowsInstallerAdapter() = default;
+WindowsInstallerAdapter::~WindowsInstallerAdapter() = default;
 
-WindowsInstaller::Library& WindowsInstaller::library() {
+WindowsInstallerAdapter::Library& WindowsInstallerAdapter::library() {
   if (library_ == nullptr) library_ = std::make_unique<Library>();
   return *library_;
 }
 
-Status WindowsInstaller::enumerateProduct(std::uint32_t index, std::string& productCode) {
+Status WindowsInstallerAdapter::enumerateProduct(std::uint32_t index, std::string& productCode) {
   char code[39] = "";
-  Status result = call(library().enumProducts, index, code);
-  productCode = result == status::Ok ? code : "";
-  return result;
+  Status outcome = Call(library().enumProducts, index, code);
+  productCode = outcome == Status::Ok ? code : "";
+  return outcome;
 }
 
-Status WindowsInstaller::productInformation(const std::string& productCode, const std::string& property,
-                                            std::size_t capacity, std::string& value) {
-  return read(value, capacity, library().getProductInfo, productCode.c_str(), property.c_str());
+Status WindowsInstallerAdapter::productInformation(const std::string& productCode, ProductProperty property,
+                                                   std::string& value) {
+  const char* name = property == ProductProperty::Name ? "InstalledProductName" : "VersionString";
+  return ReadText(value, library().getProductInfo, productCode.c_str(), name);
 }
 
-// Without a file for changes the database is opened for reading.
-Status WindowsInstaller::openDatabase(const std::string& package, const std::string& persist,
-                                      InstallerHandle& database) {
-  return open(database, library().openDatabase, package.c_str(), persist.empty() ? nullptr : persist.c_str());
+Status WindowsInstallerAdapter::openPackage(const std::string& path, PackageHandle& package) {
+  return OpenBy(package, library().openDatabase, path.c_str(), PersistFile);
 }
 
-Status WindowsInstaller::openView(InstallerHandle database, const std::string& query, InstallerHandle& view) {
-  return open(view, library().openView, static_cast<MSIHANDLE>(database.value), query.c_str());
+Status WindowsInstallerAdapter::openProperties(PackageHandle package, ViewHandle& view) {
+  return OpenBy(view, library().openView, static_cast<MSIHANDLE>(package.value), PropertyQuery);
 }
 
-Status WindowsInstaller::executeView(InstallerHandle view) {
-  return call(library().execute, static_cast<MSIHANDLE>(view.value), static_cast<MSIHANDLE>(0));
+Status WindowsInstallerAdapter::executeView(ViewHandle view) {
+  return Call(library().execute, static_cast<MSIHANDLE>(view.value), static_cast<MSIHANDLE>(0));
 }
 
-Status WindowsInstaller::fetch(InstallerHandle view, InstallerHandle& record) {
-  return open(record, library().fetch, static_cast<MSIHANDLE>(view.value));
+Status WindowsInstallerAdapter::nextProperty(ViewHandle view, PackageProperty& property) {
+  property = {};
+  OwnedRecord record(library().closeHandle);
+  Status fetched = OpenBy(record.receive(), library().fetch, static_cast<MSIHANDLE>(view.value));
+  if (fetched != Status::Ok) return fetched;
+  ReadText(property.name, library().getString, record.get(), 1U);
+  property.valueRead = ReadText(property.value, library().getString, record.get(), 2U);
+  return Status::Ok;
 }
 
-Status WindowsInstaller::recordText(InstallerHandle record, std::uint32_t field, std::size_t capacity,
-                                    std::string& value) {
-  return read(value, capacity, library().getString, static_cast<MSIHANDLE>(record.value), field);
+Status WindowsInstallerAdapter::closeView(ViewHandle view) {
+  return Call(library().closeHandle, static_cast<MSIHANDLE>(view.value));
 }
 
-Status WindowsInstaller::close(InstallerHandle handle) {
-  return call(library().closeHandle, static_cast<MSIHANDLE>(handle.value));
+Status WindowsInstallerAdapter::closePackage(PackageHandle package) {
+  return Call(library().closeHandle, static_cast<MSIHANDLE>(package.value));
 }
 
 }  // namespace win32

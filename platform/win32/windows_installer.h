@@ -7,23 +7,20 @@
 
 namespace win32 {
 
-class WindowsInstaller : public platform::WindowsInstaller {
+class WindowsInstallerAdapter final : public platform::WindowsInstaller {
  public:
-  WindowsInstaller();
-  ~WindowsInstaller() override;
+  WindowsInstallerAdapter();
+  ~WindowsInstallerAdapter() override;
 
   platform::Status enumerateProduct(std::uint32_t index, std::string& productCode) override;
-  platform::Status productInformation(const std::string& productCode, const std::string& property, std::size_t capacity,
+  platform::Status productInformation(const std::string& productCode, platform::ProductProperty property,
                                       std::string& value) override;
-  platform::Status openDatabase(const std::string& package, const std::string& persist,
-                                platform::InstallerHandle& database) override;
-  platform::Status openView(platform::InstallerHandle database, const std::string& query,
-                            platform::InstallerHandle& view) override;
-  platform::Status executeView(platform::InstallerHandle view) override;
-  platform::Status fetch(platform::InstallerHandle view, platform::InstallerHandle& record) override;
-  platform::Status recordText(platform::InstallerHandle record, std::uint32_t field, std::size_t capacity,
-                              std::string& value) override;
-  platform::Status close(platform::InstallerHandle handle) override;
+  platform::Status openPackage(const std::string& path, platform::PackageHandle& package) override;
+  platform::Status openProperties(platform::PackageHandle package, platform::ViewHandle& view) override;
+  platform::Status executeView(platform::ViewHandle view) override;
+  platform::Status nextProperty(platform::ViewHandle view, platform::PackageProperty& property) override;
+  platform::Status closeView(platform::ViewHandle view) override;
+  platform::Status closePackage(platform::PackageHandle package) override;
 
  private:
   struct Library;

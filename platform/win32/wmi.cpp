@@ -63,101 +63,101 @@ class ComponentModel {
   HRESULT result_;
 };
 
-std::wstring wide(const std::string& text) {
+std::wstring Wide(const std::string& text) {
   int size = static_cast<int>(text.size());
-  std::wstring result(text.size(), L'\0');
-  int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, result.data(), size);
-  result.resize(length);
-  return result;
+  std::wstring converted(text.size(), L'\0');
+  int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, converted.data(), size);
+  converted.resize(length);
+  return converted;
 }
 
-std::string narrow(BSTR text) {
+std::string Narrow(BSTR text) {
   int size = static_cast<int>(SysStringLen(text));
-  std::string result(static_cast<std::size_t>(size) * 2, '\0');  // no ANSI code page needs more than two bytes
-  int length = WideCharToMultiByte(CP_ACP, 0, text, size, result.data(), size * 2, nullptr, nullptr);
-  result.resize(length);
-  return result;
+  std::string converted(static_cast<std::size_t>(size) * 2, '\0');  // no ANSI code page needs more than two bytes
+  int length = WideCharToMultiByte(CP_ACP, 0, text, size, converted.data(), size * 2, nullptr, nullptr);
+  converted.resize(length);
+  return converted;
 }
 
 // Both kinds of call at once: the scripting objects of management answer either by one and refuse the other.
 constexpr WORD CallOrRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
-HRESULT invoke(IDispatch* object, DISPID member, DISPPARAMS parameters, Variant& result) {
-  return object->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, CallOrRead, &parameters, result.receive(), nullptr,
+HRESULT Invoke(IDispatch* object, DISPID member, DISPPARAMS parameters, Variant& answer) {
+  return object->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, CallOrRead, &parameters, answer.receive(), nullptr,
                         nullptr);
 }
 
-HRESULT invokeByName(IDispatch* object, const wchar_t* name, DISPPARAMS parameters, Variant& result) {
+HRESULT InvokeByName(IDispatch* object, const wchar_t* name, DISPPARAMS parameters, Variant& answer) {
   std::wstring writable = name;
   LPOLESTR names[] = {writable.data()};
   DISPID member = 0;
   HRESULT found = object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &member);
-  return FAILED(found) ? found : invoke(object, member, parameters, result);
+  return FAILED(found) ? found : Invoke(object, member, parameters, answer);
 }
 
-HRESULT bind(const std::string& moniker, Reference<IDispatch>& service) {
+HRESULT Bind(const std::string& moniker, Reference<IDispatch>& service) {
   Reference<IBindCtx> context;
   HRESULT result = CreateBindCtx(0, context.receive());
   if (FAILED(result)) return result;
   Reference<IMoniker> parsed;
   ULONG eaten = 0;
-  result = MkParseDisplayName(context.get(), wide(moniker).c_str(), &eaten, parsed.receive());
+  result = MkParseDisplayName(context.get(), Wide(moniker).c_str(), &eaten, parsed.receive());
   if (FAILED(result)) return result;
   return parsed->BindToObject(context.get(), nullptr, IID_IDispatch, reinterpret_cast<void**>(service.receive()));
 }
 
-HRESULT execute(IDispatch* service, const std::string& query, Variant& set) {
-  Variant argument(SysAllocString(wide(query).c_str()));
+HRESULT RunQuery(IDispatch* service, const std::string& query, Variant& set) {
+  Variant argument(SysAllocString(Wide(query).c_str()));
   DISPPARAMS parameters = {argument.receive(), nullptr, 1, 0};
-  HRESULT result = invokeByName(service, L"ExecQuery", parameters, set);
+  HRESULT result = InvokeByName(service, L"ExecQuery", parameters, set);
   if (FAILED(result)) return result;
   return set.object() == nullptr ? E_NOINTERFACE : S_OK;
 }
 
-HRESULT enumerate(IDispatch* set, Reference<IEnumVARIANT>& items) {
+HRESULT Enumerate(IDispatch* set, Reference<IEnumVARIANT>& items) {
   Variant enumerator;
-  HRESULT result = invoke(set, DISPID_NEWENUM, DISPPARAMS{}, enumerator);
+  HRESULT result = Invoke(set, DISPID_NEWENUM, DISPPARAMS{}, enumerator);
   if (FAILED(result)) return result;
   if (enumerator.unknown() == nullptr) return E_NOINTERFACE;
   return enumerator.unknown()->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(items.receive()));
 }
 
-HRESULT nextName(IEnumVARIANT* items, std::string& name) {
+HRESULT NextName(IEnumVARIANT* items, std::string& name) {
   Variant item;
   ULONG fetched = 0;
   HRESULT result = items->Next(1, item.receive(), &fetched);
   if (result != S_OK) return result;
   if (item.object() == nullptr) return E_NOINTERFACE;
   Variant value;
-  result = invokeByName(item.object(), L"Name", DISPPARAMS{}, value);
-  if (SUCCEEDED(result)) name = value.text() == nullptr ? "" : narrow(value.text());
+  result = InvokeByName(item.object(), L"Name", DISPPARAMS{}, value);
+  if (SUCCEEDED(result)) name = value.text() == nullptr ? "" : Narrow(value.text());
   return FAILED(result) ? result : S_OK;
 }
 
-HRESULT collect(const std::string& moniker, const std::string& query, std::vector<std::string>& names) {
+HRESULT CollectNames(const std::string& moniker, const std::string& query, std::vector<std::string>& names) {
   Reference<IDispatch> service;
-  HRESULT result = bind(moniker, service);
+  HRESULT result = Bind(moniker, service);
   Variant set;
-  if (SUCCEEDED(result)) result = execute(service.get(), query, set);
+  if (SUCCEEDED(result)) result = RunQuery(service.get(), query, set);
   Reference<IEnumVARIANT> items;
-  if (SUCCEEDED(result)) result = enumerate(set.object(), items);
+  if (SUCCEEDED(result)) result = Enumerate(set.object(), items);
   if (FAILED(result)) return result;
   std::string name;
-  while ((result = nextName(items.get(), name)) == S_OK) names.push_back(name);
+  while ((result = NextName(items.get(), name)) == S_OK) names.push_back(name);
   return FAILED(result) ? result : S_OK;  // S_FALSE: behind the last item
 }
 
 }  // namespace
 
-platform::Status queryManagementNames(const std::string& moniker, const std::string& query,
+platform::Status QueryManagementNames(const std::string& moniker, const std::string& query,
                                       std::vector<std::string>& names) {
   names.clear();
   ComponentModel model;
   std::vector<std::string> found;
-  HRESULT result = collect(moniker, query, found);
+  HRESULT result = CollectNames(moniker, query, found);
   if (FAILED(result)) return static_cast<platform::Status>(result);
   names = std::move(found);
-  return platform::status::Ok;
+  return platform::Status::Ok;
 }
 
 }  // namespace win32

@@ -10,7 +10,7 @@ namespace win32 {
 
 /// Binds to `moniker`, runs `query` and collects the "Name" of each item found. A failure yields the component object
 /// model's result and no names.
-platform::Status queryManagementNames(const std::string& moniker, const std::string& query,
+platform::Status QueryManagementNames(const std::string& moniker, const std::string& query,
                                       std::vector<std::string>& names);
 
 }  // namespace win32

@@ -1,29 +1,38 @@
 #include "platform/win32/workstation.h"
 
 #include "platform/win32/clock.h"
+#include "platform/win32/dialogs.h"
 #include "platform/win32/event_log.h"
 #include "platform/win32/files.h"
 #include "platform/win32/machine.h"
+#include "platform/win32/main_window.h"
+#include "platform/win32/other_windows.h"
 #include "platform/win32/power.h"
 #include "platform/win32/processes.h"
 #include "platform/win32/registry.h"
-#include "platform/win32/screen.h"
 #include "platform/win32/windows_installer.h"
 
 namespace win32 {
 
 struct Workstation::Parts {
-  explicit Parts(HINSTANCE instance) : screen(instance) {}
+  explicit Parts(HINSTANCE instance)
+      : diskWindow(instance),
+        mainWindow(instance, diskWindow),
+        dialogs(instance, mainWindow, diskWindow),
+        otherWindows(mainWindow) {}
 
-  Registry registry;
-  Processes processes;
-  WindowsInstaller installer;
-  Files files;
-  Machine machine;
-  Clock clock;
-  Screen screen;
-  EventLog eventLog;
-  Power power;
+  RegistryAdapter registry;
+  ProcessesAdapter processes;
+  WindowsInstallerAdapter installer;
+  FilesAdapter files;
+  MachineAdapter machine;
+  ClockAdapter clock;
+  DiskWindow diskWindow;
+  MainWindowAdapter mainWindow;
+  DialogsAdapter dialogs;
+  OtherWindowsAdapter otherWindows;
+  EventLogAdapter eventLog;
+  PowerAdapter power;
 };
 
 Workstation::Workstation(void* instance)
@@ -49,8 +58,14 @@ platform::Machine& Workstation::machine() {
 platform::Clock& Workstation::clock() {
   return parts_->clock;
 }
-platform::Screen& Workstation::screen() {
-  return parts_->screen;
+platform::MainWindow& Workstation::mainWindow() {
+  return parts_->mainWindow;
+}
+platform::Dialogs& Workstation::dialogs() {
+  return parts_->dialogs;
+}
+platform::OtherWindows& Workstation::otherWindows() {
+  return parts_->otherWindows;
 }
 platform::EventLog& Workstation::eventLog() {
   return parts_->eventLog;

@@ -19,7 +19,9 @@ class Workstation : public platform::Platform {
   platform::Files& files() override;
   platform::Machine& machine() override;
   platform::Clock& clock() override;
-  platform::Screen& screen() override;
+  platform::MainWindow& mainWindow() override;
+  platform::Dialogs& dialogs() override;
+  platform::OtherWindows& otherWindows() override;
   platform::EventLog& eventLog() override;
   platform::Power& power() override;
 

@@ -137,7 +137,7 @@ TEST_F(AddRemovePrograms, UninstallThatFailed_KeepsEntryRecordAndCopy) {
 
 TEST_F(AddRemovePrograms, SchedulerThatIsNotThere_LeavesTheCopyAndIsTold) {
   InstallRemovable(rig);
-  rig.program("AT ", simulated::Match::Prefix, {.cannotStart = platform::status::FileNotFound});
+  rig.program("AT ", simulated::Match::Prefix, {.cannotStart = platform::Status::FileNotFound});
   EXPECT_EQ(Uninstall(rig), 0);
   EXPECT_TRUE(UninstallLogged(rig, "Task Scheduler command returned -1"));
   EXPECT_TRUE(rig.exists(LocalProgram));

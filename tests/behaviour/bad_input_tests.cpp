@@ -91,7 +91,7 @@ TEST_F(BadInput, TextsTooLongToBeReadBack_AreRefusedWithTheirKey) {
 TEST_F(BadInput, RegistryThatTakesNoMore_FailsTheRunAtTheValue) {
   rig.tolerateUnused();
   media.program("Tools").write();
-  EXPECT_EQ(rig.runFailing("registry.setValue", "SequenceNumber", platform::status::DiskFull, Media::arguments("/s")),
+  EXPECT_EQ(rig.runFailing("registry.setValue", "SequenceNumber", platform::Status::DiskFull, Media::arguments("/s")),
             1);
   EXPECT_TRUE(rig.ran().empty());
   EXPECT_TRUE(Logged(rig,

@@ -78,7 +78,7 @@ TEST_F(Closedown, StepThatFails_DoesNotStopTheOthers) {
     if (row.name == std::string("LastSequence")) continue;
     media.program("Tools").write();
     const std::string refused = std::string(row.key) + "\\" + row.name;
-    EXPECT_EQ(rig.runFailing("registry.setValue", refused, platform::status::AccessDenied, Media::arguments("/s")), 0)
+    EXPECT_EQ(rig.runFailing("registry.setValue", refused, platform::Status::AccessDenied, Media::arguments("/s")), 0)
         << row.name;
     ExpectReset(rig, row.name);
     EXPECT_TRUE(Logged(rig, "QX Installer Run complete")) << row.name;

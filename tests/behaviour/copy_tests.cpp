@@ -21,7 +21,7 @@ void ToolsIn(Rig& rig, Media& media, const std::string& path, const std::string&
   media.component("Tools", "tools.exe", lines + "Path=" + path + "\n");
   for (const char* file : {"tools.exe", "read.me", "sub\\more\\deep.txt"})
     rig.file("C:\\Media\\" + path + "\\" + file, std::string("content of ") + file);
-  rig.machine().files().setAttributes("C:\\Media\\" + path + "\\read.me", platform::attribute::ReadOnly);
+  rig.machine().files().setAttributes("C:\\Media\\" + path + "\\read.me", {.readOnly = true});
   rig.program("tools.exe");
 }
 
@@ -66,9 +66,9 @@ TEST(Copy, CodeAndTargets_SayWhereToAndWhatRuns) {
     EXPECT_EQ(rig.effects("file copy C:\\Media").empty(), row.copies.empty()) << row.lines;
     for (const std::string& copy : row.copies) {
       EXPECT_TRUE(IsWhole(rig, copy)) << copy;
-      std::uint32_t attributes = 0;
-      rig.machine().files().attributes(copy + "\\read.me", attributes);
-      EXPECT_EQ(attributes, platform::attribute::Normal) << copy;
+      platform::Attributes attributes{.readOnly = true};
+      EXPECT_EQ(rig.machine().files().attributes(copy + "\\read.me", attributes), platform::Status::Ok) << copy;
+      EXPECT_EQ(attributes, platform::Attributes{}) << copy;
     }
   }
 }
@@ -137,7 +137,7 @@ TEST(Copy, VersionsBesideTheTarget_AreComparedAndCleared) {
     rig.tolerateUnused();
     for (const std::string& name : row.before) {
       rig.file("C:\\QX\\Root\\T\\" + name + "\\old.txt", "old");
-      rig.machine().files().setAttributes("C:\\QX\\Root\\T\\" + name + "\\old.txt", platform::attribute::ReadOnly);
+      rig.machine().files().setAttributes("C:\\QX\\Root\\T\\" + name + "\\old.txt", {.readOnly = true});
     }
     Media media(rig);
     ToolsIn(rig, media, row.path, row.lines);
@@ -204,7 +204,7 @@ const Obstacle Obstacles[] = {
      "C:\\QX\\Root\\v1.2.0.15", "D:\\v1.2.0.15\\sub", true},
     {"a source folder that vanishes", "CopyOp=1\n",
      [](Rig&, faults::Faults& faults) {
-       faults.fail("files.list", "C:\\Media\\T\\v1.2.0.15\\sub", platform::status::PathNotFound);
+       faults.fail("files.list", "C:\\Media\\T\\v1.2.0.15\\sub", platform::Status::PathNotFound);
      },
      "C:\\QX\\Root\\T\\v1.2.0.15", "C:\\Media\\T\\v1.2.0.15\\sub", true},
     {"a target that cannot be written", "CopyOp=1\nCopyOpTarget=D:\\R\n", [](Rig&, faults::Faults&) {},
@@ -226,7 +226,7 @@ const Obstacle Obstacles[] = {
     {"a target that is the component's folder", "CopyOp=1\nCopyOpTarget1=C:\\Media\\.\\T\\v1.2.0.15\n",
      [](Rig&, faults::Faults&) {}, "C:\\Media\\.\\T\\v1.2.0.15", "is neither a full path without / . ..", false},
     {"permissions that are refused", "CopyOp=1\n",
-     [](Rig&, faults::Faults& faults) { faults.fail("files.setAccess", "", platform::status::AccessDenied); },
+     [](Rig&, faults::Faults& faults) { faults.fail("files.setAccess", "", platform::Status::AccessDenied); },
      "C:\\QX\\Root\\T\\v1.2.0.15", "The permissions of C:\\QX\\Root\\T\\v1.2.0.15 could not be set", true},
     {"a target that leads to the component's folder", "CopyOp=1\nCopyOpTarget1=C:\\Media\\x\\..\\T\\v1.2.0.15\n",
      [](Rig&, faults::Faults&) {}, "C:\\Media\\x\\..\\T\\v1.2.0.15", "is neither a full path without / . ..", false},

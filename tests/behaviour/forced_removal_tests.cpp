@@ -177,7 +177,7 @@ TEST(ForcedDelete, Line_DeletesWhatItNamesInFull) {
     Forcing run;
     run.rig.file("C:\\Old\\deep\\file.txt", "old");
     run.rig.file("C:\\Old\\locked.dll", "old");
-    run.rig.machine().files().setAttributes("C:\\Old\\locked.dll", platform::attribute::ReadOnly);
+    run.rig.machine().files().setAttributes("C:\\Old\\locked.dll", {.readOnly = true});
     run.deletes = std::string("[ForceDelete]\n") + row.line + "\n";
     EXPECT_EQ(run.install("/s /v"), 0) << row.line;
     EXPECT_EQ(run.rig.exists("C:\\Old"), !row.gone) << row.line;
@@ -197,7 +197,7 @@ TEST(ForcedDelete, FileInUse_IsToldAndTheNextLineIsStillDone) {
   run.rig.file("C:\\Old\\busy.dll", "old");
   run.rig.file("C:\\Old\\free.dll", "old");
   EXPECT_EQ(
-      run.rig.runFailing("files.deleteFile", "busy.dll", platform::status::SharingViolation, Media::arguments("/s")),
+      run.rig.runFailing("files.deleteFile", "busy.dll", platform::Status::SharingViolation, Media::arguments("/s")),
       0);
   EXPECT_TRUE(run.rig.exists("C:\\Old\\busy.dll"));
   EXPECT_FALSE(run.rig.exists("C:\\Old\\free.dll"));

@@ -133,9 +133,9 @@ TEST_F(IniTest, File_ThatCannotBeRead_IsToldWithTheReason) {
     platform::Status status;
     const char* reason;
   } table[] = {
-      {platform::status::AccessDenied, "Permission denied"},
-      {platform::status::NotReady, "Disk not ready"},
-      {platform::status::FileNotFound, "File not found"},
+      {platform::Status::AccessDenied, "Permission denied"},
+      {platform::Status::NotReady, "Disk not ready"},
+      {platform::Status::FileNotFound, "File not found"},
   };
   put("[P]\r\nName=Foo\r\n");
   for (const auto& row : table) {

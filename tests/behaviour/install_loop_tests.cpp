@@ -106,7 +106,7 @@ const Trouble Troubles[] = {
     {"verdict Fail", [](Rig&, Media& media) { media.program("Bad", Reports("Bad", "Fail")); },
      "Installation of Bad failed.", "*** Install Failed ***<BR>"},
     {"program that does not start",
-     [](Rig&, Media& media) { media.program("Bad", {.cannotStart = platform::status::AccessDenied}); },
+     [](Rig&, Media& media) { media.program("Bad", {.cannotStart = platform::Status::AccessDenied}); },
      "Installation of Bad failed",
      "CreateProcess(vbNullString,C:\\Media\\Bad\\Bad.exe, udtSecAtt1, udtSecAtt2, "
      "False,128, 0&,C:\\Media\\Bad, udtStartInfo, udtProcInfo)"},

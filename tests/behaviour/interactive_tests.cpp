@@ -94,7 +94,7 @@ TEST_F(Interactive, LeftBeforeContinue_InstallsNothingAndTidiesUp) {
     EXPECT_TRUE(rig.ran().empty());
     EXPECT_TRUE(Logged(rig, "QX Installer Run complete"));
     EXPECT_EQ(rig.value(ProductRecord, "LastSequence"), "");
-    EXPECT_FALSE(rig.machine().screen().mainWindowVisible());
+    EXPECT_FALSE(rig.machine().screen().visible());
   }
 }
 

@@ -147,7 +147,7 @@ TEST_F(LogOfARun, FolderThatCannotBeMade_DoesNotHoldTheInstallationBack) {
 TEST_F(LogOfARun, MediumBecomesReadOnly_IsToldInTheEventLogAndTheRunGoesOn) {
   media.program("Tools");
   media.write();
-  EXPECT_EQ(rig.runFailing("files.openForAppending", ".html", platform::status::AccessDenied, Media::arguments("/s")),
+  EXPECT_EQ(rig.runFailing("files.openForAppending", ".html", platform::Status::AccessDenied, Media::arguments("/s")),
             0);
   EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"});
   EXPECT_EQ(rig.effects("box"), std::vector<std::string>());

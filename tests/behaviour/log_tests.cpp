@@ -106,7 +106,7 @@ TEST_F(LogTest, BlankFileName_MeansTheDefaultPlace) {
 
 TEST_F(LogTest, Start_DeletesTheDefaultLogAndHoldsEntriesUntilTheirFileIsKnown) {
   rig.file(LogFile, "of an earlier run");
-  rig.machine().files().setAttributes(LogFile, platform::attribute::ReadOnly);
+  rig.machine().files().setAttributes(LogFile, {.readOnly = true});
   log.Start();
   EXPECT_FALSE(rig.exists(LogFile));
   log.Log("X", 0, "first");
@@ -233,7 +233,7 @@ TEST_F(LogTest, Archive_AboveItsLimit_LosesItsFirstFileAndNoOther) {
     EXPECT_EQ(archived(), row.left) << row.sizes.size() << " files, the first of " << row.sizes[0] << " bytes";
   }
   archiveOf({6000000, 6000000, 12000000});
-  rig.machine().files().setAttributes("C:\\Logs\\Archive\\1.html", platform::attribute::ReadOnly);
+  rig.machine().files().setAttributes("C:\\Logs\\Archive\\1.html", {.readOnly = true});
   log.ArchiveLogFile(Archive);
   EXPECT_EQ(archived(), (std::vector<std::string>{"2.html", "3.html"})) << "a read-only file goes like any other";
 }
@@ -247,7 +247,7 @@ TEST_F(LogTest, Archive_CountsTheLogThatItJustGot) {
 
 TEST_F(LogTest, Archive_CopyFails_IsLoggedAndStillTrims) {
   faults::Platform faulty(rig.machine());
-  faulty.faults().fail("files.copyFile", "", platform::status::DiskFull);
+  faulty.faults().fail("files.copyFile", "", platform::Status::DiskFull);
   clsAppLog failing(faulty, "T", "C:\\QX");
   archiveOf({6000000, 6000000});
   failing.Log("X", 0, "to be archived");

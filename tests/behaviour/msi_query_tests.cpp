@@ -1,4 +1,5 @@
 // What Windows Installer is asked: the data of a package, and the products on the machine.
+#include <algorithm>
 
 #include "exec/msi_queries.h"
 #include "platform/faults/platform.h"
@@ -71,15 +72,15 @@ TEST_F(MsiQuery, PackageThatCannotBeRead_IsTheErrorOfItsStep) {
     const char* text;
     int number;
   } table[] = {
-      {"installer.openDatabase", "Could not open MSI database : ", 6141},
-      {"installer.openView", "Could not open MSI database view for ", 6142},
+      {"installer.openPackage", "Could not open MSI database : ", 6141},
+      {"installer.openProperties", "Could not open MSI database view for ", 6142},
       {"installer.executeView", "Could not execute view for ", 6143},
   };
   rig.package({Package, "Office", "1", Code});
   for (const auto& row : table) {
     SCOPED_TRACE(row.operation);
     faults::Platform faulty(rig.machine());
-    faulty.faults().fail(row.operation, "", platform::status::PackageOpenFailed);
+    faulty.faults().fail(row.operation, "", platform::Status::PackageOpenFailed);
     ::Run failing(faulty);
     emptyLog();
     expectNothing(query(failing, Package));
@@ -125,7 +126,7 @@ TEST_F(MsiQuery, ProductThatDoesNotTell_KeepsEmptyFieldsAndAnErrorEach) {
   rig.machine().installer().install({Code, "Office", "2.1.0.15"});
   rig.machine().installer().install({Other, "Tools", "1.0"});
   faults::Platform faulty(rig.machine());
-  faulty.faults().fail("installer.productInformation", Code, platform::status::UnknownProperty);
+  faulty.faults().fail("installer.productInformation", Code, platform::Status::UnknownProperty);
   ::Run failing(faulty);
   ListInstalledProducts(failing);
   ASSERT_EQ(failing.installedProducts.size(), 2U);
@@ -139,6 +140,39 @@ TEST_F(MsiQuery, ProductThatDoesNotTell_KeepsEmptyFieldsAndAnErrorEach) {
   EXPECT_EQ(
       errors[1].description.rfind(std::string("Error returning product Installed Product Version for ") + Code, 0), 0U);
   EXPECT_NE(errors[0].description.find("Error No = 6147"), std::string::npos);
+}
+
+TEST_F(MsiQuery, TextsThatAreTooLong_AreLeftEmptyAndTold) {
+  rig.package({Package, std::string(100, 'n'), "1", Code});
+  EXPECT_TRUE(query(run, Package));
+  EXPECT_EQ(name, "");
+  EXPECT_EQ(version + code, std::string("1") + Code);
+  const std::vector<LogRow> told = rows();
+  const auto warnings = std::count_if(told.begin(), told.end(), [](const LogRow& row) {
+    return row.description == "ProductName of the package could not be read; it may be longer than 99 characters";
+  });
+  EXPECT_EQ(warnings, 1);
+
+  rig.machine().installer().install({Other, std::string(128, 'n'), std::string(127, '1')});
+  ListInstalledProducts(run);
+  EXPECT_EQ(listed(), std::vector<std::string>{std::string(Other) + "||" + std::string(127, '1')});
+  const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
+  ASSERT_EQ(errors.size(), 1U);
+  EXPECT_EQ(errors[0].description.rfind(std::string("Error returning product Installed Product Name for ") + Other, 0),
+            0U);
+}
+
+TEST_F(MsiQuery, PropertyThatCannotBeRead_IsLeftEmptyAndTold) {
+  rig.package({Package, "Office", "2.1.0.15", Code});
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("installer.propertyValue", "ProductVersion", platform::Status::InvalidParameter);
+  ::Run failing(faulty);
+  EXPECT_TRUE(query(failing, Package));
+  EXPECT_EQ(name + version + code, std::string("Office") + Code);
+  const std::vector<LogRow> told = rows();
+  EXPECT_TRUE(std::any_of(told.begin(), told.end(), [](const LogRow& row) {
+    return row.description == "ProductVersion of the package could not be read; it may be longer than 99 characters";
+  }));
 }
 
 TEST_F(MsiQuery, MachineWithoutWindowsInstaller_HasNoProducts) {

@@ -109,9 +109,9 @@ TEST(MultiDisk, ProgramOnTheFirstDisc_StartsItsLocalCopyAndEnds) {
     EXPECT_EQ(discs.startFromDisc("/v /s"), 0) << system.name;
     EXPECT_EQ(rig.ran(), Names{std::string(LocalCommand) + " /s /v"}) << system.name;
     EXPECT_EQ(rig.value(ProductsRecord, "QXIALocalInstall"), "1") << system.name;
-    std::uint32_t attributes = 0;
-    EXPECT_EQ(rig.machine().files().attributes(LocalProgram, attributes), platform::status::Ok);
-    EXPECT_EQ(attributes & platform::attribute::ReadOnly, 0U) << "a read-only copy could not be deleted again";
+    platform::Attributes attributes;
+    EXPECT_EQ(rig.machine().files().attributes(LocalProgram, attributes), platform::Status::Ok);
+    EXPECT_FALSE(attributes.readOnly) << "a read-only copy could not be deleted again";
     EXPECT_EQ(rig.text(StartupLog),
               "Started Log\r\nProduct is on more than one cd\r\nIA ini file:D:\\QX Installation Assistant.ini\r\n"
               "Product ini file:D:\\product.ini\r\nCreated local install reg key\r\n"
@@ -142,7 +142,7 @@ struct Start {
 };
 
 const Start FailedStarts[] = {
-    {"the copy does not start", {.cannotStart = platform::status::AccessDenied}, "", "", "create task error "},
+    {"the copy does not start", {.cannotStart = platform::Status::AccessDenied}, "", "", "create task error "},
     {"the drive is full", {}, "files.copyFile", "Tarvel", "There was an error in the sub isMultiCD: "},
     {"no folder can be made", {}, "files.createFolder", "Tarvel", "There was an error in the sub isMultiCD: "},
     {"the registry refuses", {}, "registry.setValue", "QXIALocalInstall", "There was an error in the sub isMultiCD: "},
@@ -159,7 +159,7 @@ TEST(MultiDisk, LocalCopyThatCannotBeStarted_LeavesNoMarkAndIsTold) {
       if (!silent) rig.answer("QX Installation Assistant Error", BoxAnswer::Ok, row.told);
       faults::Platform faulty(rig.machine());
       if (*row.failingOperation != '\0')
-        faulty.faults().fail(row.failingOperation, row.failingTarget, platform::status::DiskFull);
+        faulty.faults().fail(row.failingOperation, row.failingTarget, platform::Status::DiskFull);
       rig.machine().machine().setProgram(DiscProgram, "");
       EXPECT_EQ(rig.run(silent ? "/s" : "", faulty), 1) << row.what;
       EXPECT_FALSE(rig.hasValue(ProductsRecord, "QXIALocalInstall")) << row.what;

@@ -51,7 +51,7 @@ const Action Actions[] = {
      {Check, Script, Component},
      "Executing \"C:\\Media\\Checks\\check.exe\" /all of it returned error 7",
      ""},
-    {"cannot start", {.cannotStart = platform::status::AccessDenied}, {Script, Component}, "returned error -1", ""},
+    {"cannot start", {.cannotStart = platform::Status::AccessDenied}, {Script, Component}, "returned error -1", ""},
     {"marks the product as failed",
      {.registry = {{std::string("HKLM\\") + ProductRecord, "Succeeded", "dword:00000000"},
                    {std::string("HKLM\\") + ProductRecord, "Abort Reason", "No server."}}},

@@ -141,15 +141,15 @@ TEST_F(RegistryTest, Write_UnderAMissingKeyOfTheUser_CreatesItForTheMachine) {
 
 TEST_F(RegistryTest, Write_ThatTheMachineRefuses_WritesNothingAndRaisesNothing) {
   rig.set(Key, "Name", "before");
-  faulty.faults().fail("registry.openKey", "Test", platform::status::AccessDenied);
+  faulty.faults().fail("registry.openKey", "Test", platform::Status::AccessDenied);
   EXPECT_EQ(modRegistry::RegWrite(failing, Key, "Name", "after"), 0);
   EXPECT_FALSE(faulty.faults().operations() > 0) << "a refused key is not created";
   EXPECT_EQ(modRegistry::RegWrite(failing, Key, "Name", "after"), 0);
   EXPECT_EQ(rig.value(Key, "Name"), "before");
   rig.set("Software\\Full", "Name", "before");
-  faulty.faults().fail("registry.setValue", "Full", platform::status::DiskFull);
+  faulty.faults().fail("registry.setValue", "Full", platform::Status::DiskFull);
   EXPECT_EQ(modRegistry::RegWrite(failing, "Software\\Full", "Name", "after"), 0);
-  faulty.faults().fail("registry.createKey", "Three", platform::status::AccessDenied);
+  faulty.faults().fail("registry.createKey", "Three", platform::Status::AccessDenied);
   EXPECT_EQ(modRegistry::RegWrite(failing, Deep, "Name", "after"), 0);
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 1U);
@@ -173,7 +173,7 @@ TEST_F(RegistryTest, Delete_OfAKey_TakesEverythingBelowAndNothingBeside) {
 
 TEST_F(RegistryTest, Delete_ThatIsRefused_IsAWarning) {
   rig.set("Software\\A\\B", "Name", "1");
-  faulty.faults().fail("registry.deleteKey", "", platform::status::AccessDenied);
+  faulty.faults().fail("registry.deleteKey", "", platform::Status::AccessDenied);
   modRegistry::DeleteIfThere(failing, "Software\\A");
   EXPECT_TRUE(rig.hasKey("Software\\A\\B"));
   const std::vector<LogRow> warnings = RowsOf(logText(), WarningMark);
@@ -222,7 +222,7 @@ TEST_F(RegistryTest, Existence_IsToldOrRaised) {
   }
   EXPECT_EQ(raised([&] { modRegistry::RegKeyExists(run, Key, "Long"); }),
             "6162 RegOpenKeyEx API Call failed, returning 234 (modRegistry.RegKeyExists)");
-  faulty.faults().fail("registry.openKey", "Test", platform::status::AccessDenied);
+  faulty.faults().fail("registry.openKey", "Test", platform::Status::AccessDenied);
   for (const char* value : {"", "Name"}) {
     EXPECT_EQ(raised([&] { modRegistry::RegKeyExists(failing, Key, value); }),
               "6162 RegOpenKeyEx API Call failed, returning 5 (modRegistry.RegKeyExists)");

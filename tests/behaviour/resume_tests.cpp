@@ -119,7 +119,7 @@ TEST_F(Resuming, ObstacleBeforeTheRestart_IsToldAndTheMachineRestartsAllTheSame)
   for (const Obstacle& row : Obstacles) {
     fresh();
     media.program("A", RequestsReboot("immediate")).write();
-    EXPECT_EQ(rig.runFailing(row.operation, row.target, platform::status::AccessDenied, Media::arguments("/s")), 0);
+    EXPECT_EQ(rig.runFailing(row.operation, row.target, platform::Status::AccessDenied, Media::arguments("/s")), 0);
     EXPECT_TRUE(rig.machine().restartRequested()) << row.told;
     EXPECT_EQ(RanComponents(rig), Names{"A"}) << row.told;
     EXPECT_TRUE(Logged(rig, row.told));
@@ -136,7 +136,7 @@ TEST_F(Resuming, EnvironmentWithoutProfile_IsToldInABoxWithItsRemedy) {
 
 TEST_F(Resuming, RestartThatDoesNotHappen_IsMadeGoodByTheNextStart) {
   media.program("A", RequestsReboot("immediate")).program("B").write();
-  EXPECT_EQ(rig.runFailing("power.exitWindows", "", platform::status::AccessDenied, Media::arguments("/s")), 0);
+  EXPECT_EQ(rig.runFailing("power.exitWindows", "", platform::Status::AccessDenied, Media::arguments("/s")), 0);
   EXPECT_FALSE(rig.machine().restartRequested());
   EXPECT_TRUE(rig.exists(Script(rig)));
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);

@@ -115,7 +115,7 @@ TEST_F(Shares, OneThatFails_EndsTheCreationAndIsNoFailureOfTheProduct) {
     Media media(own);
     media.program("One").write();
     faults::Platform faulty(own.machine());
-    if (*row.failing != '\0') faulty.faults().fail(row.failing, "Bad", platform::status::AccessDenied);
+    if (*row.failing != '\0') faulty.faults().fail(row.failing, "Bad", platform::Status::AccessDenied);
     EXPECT_EQ(own.run(Media::arguments("/s"), faulty), 0) << row.told;
     EXPECT_TRUE(Logged(own, std::string(row.told) + "<BR>Source: CreateShares")) << row.told;
     EXPECT_EQ(own.value(Locations, "First"), "C:\\First") << row.told;

@@ -13,7 +13,7 @@
 
 namespace {
 
-namespace status = platform::status;
+using platform::Status;
 using simulated::Workstation;
 
 constexpr const char* Code = "{11111111-2222-3333-4444-555555555555}";
@@ -31,7 +31,8 @@ class SimulatedWorkstation : public testing::Test {
 
   std::int32_t start(const std::string& commandLine) {
     platform::StartedProcess started;
-    if (rig_.machine().processes().start(commandLine, "", 1, started) != status::Ok) return -1;
+    if (rig_.machine().processes().start(commandLine, "", platform::ShowWindow::Normal, started) != Status::Ok)
+      return -1;
     rig_.machine().processes().wait(started, 0xffffffff);
     std::int32_t code = 0;
     rig_.machine().processes().exitCode(started, code);
@@ -50,7 +51,7 @@ TEST_F(SimulatedWorkstation, State_NewWorkstationOverTheSameFolder_IsTheMachineA
     first.machine().computer = "OTHER";
     first.addDrive({'E', platform::DriveType::Fixed, "DATA", "", true, true, 5000});
     first.files().put("E:\\Data\\note.txt", "12345");
-    first.files().setAttributes("E:\\Data\\note.txt", platform::attribute::ReadOnly);
+    first.files().setAttributes("E:\\Data\\note.txt", {.readOnly = true});
     first.registry().putText("HKLM\\Software\\One", odd, "two\r\nlines");
     first.registry().put("HKLM\\Software\\One", {"Number", 4, std::string("\x2a\0\0\0", 4)});
     first.registry().putText("HKLM\\Software\\Gone", "x", "y");
@@ -66,9 +67,9 @@ TEST_F(SimulatedWorkstation, State_NewWorkstationOverTheSameFolder_IsTheMachineA
   EXPECT_FALSE(second.registry().hasKey("HKLM\\Software\\Gone"));
   ASSERT_EQ(second.installer().products().size(), 1u);
   EXPECT_EQ(second.installer().products()[0].version, "1.2");
-  EXPECT_EQ(second.files().deleteFile("e:\\data\\NOTE.TXT"), status::AccessDenied);
+  EXPECT_EQ(second.files().deleteFile("e:\\data\\NOTE.TXT"), Status::AccessDenied);
   std::uint64_t free = 0;
-  EXPECT_EQ(second.files().freeSpace('E', free), status::Ok);
+  EXPECT_EQ(second.files().freeSpace('E', free), Status::Ok);
   EXPECT_EQ(free, 4995u);
   EXPECT_EQ(second.clock().now().minute, 4);
 }
@@ -78,28 +79,28 @@ TEST_F(SimulatedWorkstation, Files_FullReadOnlyAndEmptyDrives_FailAsWindowsDoes)
   platform::FileHandle file;
   rig_.file("C:\\big.txt", std::string(1000, 'x'));
   rig_.machine().addDrive({'E', platform::DriveType::Fixed, "SMALL", "", true, true, 100});
-  EXPECT_EQ(files.copyFile("C:\\big.txt", "E:\\big.txt"), status::DiskFull);
-  ASSERT_EQ(files.openForWriting("E:\\small.txt", file), status::Ok);
-  EXPECT_EQ(files.write(file, std::string(101, 'x')), status::DiskFull);
-  EXPECT_EQ(files.write(file, std::string(100, 'x')), status::Ok);
+  EXPECT_EQ(files.copyFile("C:\\big.txt", "E:\\big.txt"), Status::DiskFull);
+  ASSERT_EQ(files.openForWriting("E:\\small.txt", file), Status::Ok);
+  EXPECT_EQ(files.write(file, std::string(101, 'x')), Status::DiskFull);
+  EXPECT_EQ(files.write(file, std::string(100, 'x')), Status::Ok);
   files.close(file);
 
   rig_.file("D:\\setup.ini", "[Product]");
-  EXPECT_EQ(files.openForWriting("D:\\new.txt", file), status::AccessDenied);
-  EXPECT_EQ(files.deleteFile("D:\\setup.ini"), status::AccessDenied);
-  ASSERT_EQ(files.copyFile("D:\\setup.ini", "C:\\setup.ini"), status::Ok);
-  EXPECT_EQ(files.deleteFile("C:\\setup.ini"), status::AccessDenied) << "a file from a disc stays read-only";
+  EXPECT_EQ(files.openForWriting("D:\\new.txt", file), Status::AccessDenied);
+  EXPECT_EQ(files.deleteFile("D:\\setup.ini"), Status::AccessDenied);
+  ASSERT_EQ(files.copyFile("D:\\setup.ini", "C:\\setup.ini"), Status::Ok);
+  EXPECT_EQ(files.deleteFile("C:\\setup.ini"), Status::AccessDenied) << "a file from a disc stays read-only";
 
   std::string bytes;
-  std::uint32_t bits = 0;
+  platform::Attributes attributes;
   rig_.machine().files().ejectDisc('D');
-  EXPECT_EQ(files.volumeLabel('D', bytes), status::NotReady);
-  EXPECT_EQ(files.read("D:\\setup.ini", bytes), status::NotReady);
-  EXPECT_EQ(files.attributes("D:\\", bits), status::NotReady);
+  EXPECT_EQ(files.volumeLabel('D', bytes), Status::NotReady);
+  EXPECT_EQ(files.read("D:\\setup.ini", bytes), Status::NotReady);
+  EXPECT_EQ(files.attributes("D:\\", attributes), Status::NotReady);
   rig_.insertDisc("DISC2");
-  EXPECT_EQ(files.volumeLabel('D', bytes), status::Ok);
+  EXPECT_EQ(files.volumeLabel('D', bytes), Status::Ok);
   EXPECT_EQ(bytes, "DISC2");
-  EXPECT_EQ(files.read("D:\\setup.ini", bytes), status::FileNotFound);
+  EXPECT_EQ(files.read("D:\\setup.ini", bytes), Status::FileNotFound);
 }
 
 TEST_F(SimulatedWorkstation, Msiexec_DeclaredPackages_FollowTheProductList) {
@@ -139,7 +140,8 @@ TEST_F(SimulatedWorkstation, LooseEnds_UndeclaredAndUnused_AreNamed) {
   machine.processes().declare({"never.exe"});
   machine.screen().answer({"Never asked", ""});
   platform::StartedProcess started;
-  EXPECT_EQ(machine.processes().start("surprise.exe /s", "", 1, started), status::FileNotFound);
+  EXPECT_EQ(machine.processes().start("surprise.exe /s", "", platform::ShowWindow::Normal, started),
+            Status::FileNotFound);
   platform::MessageBoxRequest box;
   box.title = "Unexpected";
   box.text = "Go on?";
@@ -204,15 +206,17 @@ press=continue
   Workstation& machine = rig_.machine();
   simulated::LoadMachine(file, machine);
   rig_.file("C:\\p.msi", "package");
-  EXPECT_EQ(machine.machine().computerName(30), "QUAY");
-  EXPECT_EQ(machine.machine().windowsFolder(255), "C:\\WINNT");
+  EXPECT_EQ(machine.machine().computerName(), "QUAY");
+  EXPECT_EQ(machine.machine().windowsFolder(), "C:\\WINNT");
   EXPECT_EQ(machine.machine().environment("site"), "North");
   EXPECT_EQ(rig_.value("Software\\Site", "Server"), "Alpha");
   EXPECT_EQ(rig_.value("Software\\Site", "Count"), "42");
   EXPECT_EQ(rig_.text("C:\\notes.txt"), "one\r\ntwo\r\n");
   std::vector<std::string> running[2];
   for (std::vector<std::string>& names : running) {
-    machine.processes().queryNames("winmgmts:", "select * from Win32_Process", names);
+    std::string askedThrough;
+    EXPECT_EQ(machine.processes().runningNames(names, askedThrough), Status::Ok);
+    EXPECT_EQ(askedThrough, "winmgmts:{impersonationLevel=impersonate,(RemoteShutdown)}//QUAY");
     machine.clock().sleep(5000);
   }
   EXPECT_EQ(running[0].size(), running[1].size() + 1) << "msiexec has ended";
@@ -223,6 +227,26 @@ press=continue
   EXPECT_TRUE(machine.installer().products().empty());
   EXPECT_EQ(start("msiexec /i C:\\p.msi"), 3010);
   EXPECT_EQ(machine.screen().waitForEvent(), platform::WindowEvent::Continue);
+}
+
+TEST_F(SimulatedWorkstation, Names_TooLongForTheRealMachine_AreNotTold) {
+  Workstation& machine = rig_.machine();
+  std::vector<std::string> names;
+  std::string askedThrough;
+  const std::string way = "winmgmts:{impersonationLevel=impersonate,(RemoteShutdown)}//";
+  machine.machine().computer = std::string(29, 'c');
+  EXPECT_EQ(machine.processes().runningNames(names, askedThrough), Status::Ok);
+  EXPECT_EQ(askedThrough, way + std::string(29, 'c'));
+  machine.machine().computer += 'c';
+  EXPECT_EQ(machine.processes().runningNames(names, askedThrough), Status{0x80041015});
+  EXPECT_TRUE(names.empty());
+  EXPECT_EQ(askedThrough, way);
+  machine.machine().computer = std::string(255, 'c');
+  EXPECT_EQ(machine.machine().computerName(), std::string(255, 'c'));
+  machine.machine().computer += 'c';
+  EXPECT_EQ(machine.machine().computerName(), "");
+  EXPECT_EQ(machine.otherWindows().className(machine.screen().addWindow(std::string(300, 'w'), "")),
+            std::string(255, 'w'));
 }
 
 TEST_F(SimulatedWorkstation, Declaration_WithAMistake_IsRefusedWithLineAndRemedy) {
@@ -273,21 +297,21 @@ TEST_F(SimulatedWorkstation, Faults_InjectedAndCut_LeaveTheStateOfThatMoment) {
   platform::KeyHandle key;
   ASSERT_EQ(
       faulty.registry().createKey(platform::RegistryRoot::LocalMachine, "Software\\F", platform::KeyAccess::Write, key),
-      status::Ok);
-  faulty.faults().fail("registry.setValue", "F\\Version", status::AccessDenied, 1);
+      Status::Ok);
+  faulty.faults().fail("registry.setValue", "F\\Version", Status::AccessDenied, 1);
   const auto set = [&](const char* name) {
     return faulty.registry().setValue(key, name, platform::ValueType::Text, "1");
   };
-  EXPECT_EQ(set("Version"), status::AccessDenied);
-  EXPECT_EQ(set("Version"), status::Ok);
-  EXPECT_EQ(set("Other"), status::Ok);
+  EXPECT_EQ(set("Version"), Status::AccessDenied);
+  EXPECT_EQ(set("Version"), Status::Ok);
+  EXPECT_EQ(set("Other"), Status::Ok);
   EXPECT_EQ(faulty.faults().operations(), 4);
 
   platform::FileHandle file;
-  ASSERT_EQ(faulty.files().openForAppending("C:\\log.txt", file), status::Ok);
+  ASSERT_EQ(faulty.files().openForAppending("C:\\log.txt", file), Status::Ok);
   faulty.faults().cutPowerBefore(6);
   EXPECT_THROW(faulty.files().write(file, "12345678"), faults::PowerLoss);
-  EXPECT_THROW(faulty.screen(), faults::PowerLoss) << "nothing works without power";
+  EXPECT_THROW(faulty.mainWindow(), faults::PowerLoss) << "nothing works without power";
   EXPECT_THROW(set("After"), faults::PowerLoss);
   rig_.restart();
   EXPECT_EQ(rig_.text("C:\\log.txt"), "1234") << "the write was torn";

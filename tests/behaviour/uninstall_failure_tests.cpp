@@ -65,7 +65,7 @@ TEST_F(Uninstalling, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
   rig.file("C:\\Media\\Manuals\\one.txt", "one");
   media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").package("Core", "1.0").install();
   rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
-  EXPECT_EQ(rig.runFailing("files.deleteFile", "one.txt", platform::status::SharingViolation, "/s /x Office Suite", 1),
+  EXPECT_EQ(rig.runFailing("files.deleteFile", "one.txt", platform::Status::SharingViolation, "/s /x Office Suite", 1),
             1);
   EXPECT_TRUE(rig.exists("C:\\Copies\\Manuals\\one.txt"));
   EXPECT_TRUE(InstalledPackages(rig).empty());
@@ -76,7 +76,7 @@ TEST_F(Uninstalling, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
 TEST_F(Uninstalling, RecordThatCannotBeDeleted_IsNoSuccess) {
   media.package("Core", "1.2").install();
   rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
-  EXPECT_EQ(rig.runFailing("registry.deleteKey", "Office Suite", platform::status::AccessDenied, "/s /x Office Suite"),
+  EXPECT_EQ(rig.runFailing("registry.deleteKey", "Office Suite", platform::Status::AccessDenied, "/s /x Office Suite"),
             1);
   EXPECT_TRUE(UninstallLogged(rig, "Error deleting registry key HKLM\\" + std::string(ProductRecord)));
   EXPECT_EQ(Uninstall(rig), 0);
@@ -217,7 +217,7 @@ TEST_F(Uninstalling, PackageThatIsGoneAlready_IsPassedOver) {
 TEST_F(Uninstalling, ListOfPackagesThatBreaksOff_KeepsTheRecord) {
   media.package("Core", "1.2").install();
   rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
-  EXPECT_EQ(rig.runFailing("installer.enumerateProduct", "", 1610, "/s /x Office Suite"), 1);
+  EXPECT_EQ(rig.runFailing("installer.enumerateProduct", "", platform::Status{1610}, "/s /x Office Suite"), 1);
   EXPECT_TRUE(UninstallLogged(rig, "The list of installed products broke off: "));
   EXPECT_EQ(InstalledPackages(rig), Names{"Core"});
   EXPECT_EQ(Uninstall(rig), 0);

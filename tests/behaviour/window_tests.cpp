@@ -256,7 +256,7 @@ TEST_F(PasswordWindow, RegistryThatRefuses_IsToldAndTheRunGoesOn) {
   AskingProduct(media);
   media.write();
   rig.machine().screen().type({"secret", "secret"});
-  rig.runFailing("registry.setValue", "Winlogon\\DefaultPassword", platform::status::AccessDenied,
+  rig.runFailing("registry.setValue", "Winlogon\\DefaultPassword", platform::Status::AccessDenied,
                  Media::arguments("/s"));
   EXPECT_TRUE(
       Logged(rig, std::string("Could not write to registry key: HKLM\\") + Winlogon + ", value:DefaultPassword"));

@@ -8,6 +8,7 @@
 
 #include "base/ini.h"
 #include "base/run.h"
+#include "platform/forwarding.h"
 #include "platform/simulated/workstation.h"
 #include "tests/bench/direct_files.h"
 #include "tests/support/temporary_folder.h"
@@ -15,22 +16,13 @@
 namespace {
 
 /// The simulated workstation, but on the host's own files.
-class View : public platform::Platform {
+class View : public platform::ForwardingPlatform {
  public:
-  explicit View(simulated::Workstation& machine) : machine_(machine) {}
+  explicit View(simulated::Workstation& machine) : ForwardingPlatform(machine) {}
 
-  platform::Registry& registry() override { return machine_.registry(); }
-  platform::Processes& processes() override { return machine_.processes(); }
-  platform::WindowsInstaller& installer() override { return machine_.installer(); }
   platform::Files& files() override { return files_; }
-  platform::Machine& machine() override { return machine_.machine(); }
-  platform::Clock& clock() override { return machine_.clock(); }
-  platform::Screen& screen() override { return machine_.screen(); }
-  platform::EventLog& eventLog() override { return machine_.eventLog(); }
-  platform::Power& power() override { return machine_.power(); }
 
  private:
-  simulated::Workstation& machine_;
   DirectFiles files_;
 };
 

@@ -6,7 +6,9 @@
 #include <memory>
 #include <string>
 
+#include "platform/owned.h"
 #include "platform/platform.h"
+#include "tests/support/printers.h"
 
 namespace contract {
 

@@ -4,20 +4,19 @@
 
 namespace contract {
 
+using platform::Attributes;
 using platform::FileHandle;
 using platform::FolderEntry;
 using platform::Status;
-namespace status = platform::status;
-namespace attribute = platform::attribute;
 
 class Files : public Test {};
 
 TEST_F(Files, Append_ToNewAndExistingFile_WritesBehindTheLastByte) {
   for (const char* text : {"one\r\n", "two\r\n"}) {
     FileHandle file;
-    ASSERT_EQ(files().openForAppending(path("log.html"), file), status::Ok);
-    EXPECT_EQ(files().write(file, text), status::Ok);
-    EXPECT_EQ(files().close(file), status::Ok);
+    ASSERT_EQ(files().openForAppending(path("log.html"), file), Status::Ok);
+    EXPECT_EQ(files().write(file, text), Status::Ok);
+    EXPECT_EQ(files().close(file), Status::Ok);
   }
   EXPECT_EQ(content("LOG.html"), "one\r\ntwo\r\n");
   write("log.html", "new");
@@ -26,81 +25,102 @@ TEST_F(Files, Append_ToNewAndExistingFile_WritesBehindTheLastByte) {
 
 TEST_F(Files, OpenFile_OthersMayReadOnly) {
   FileHandle file, second;
-  ASSERT_EQ(files().openForAppending(path("log.html"), file), status::Ok);
-  ASSERT_EQ(files().write(file, "text"), status::Ok);
+  ASSERT_EQ(files().openForAppending(path("log.html"), file), Status::Ok);
+  ASSERT_EQ(files().write(file, "text"), Status::Ok);
   EXPECT_EQ(content("log.html"), "text");
-  EXPECT_EQ(files().openForAppending(path("log.html"), second), status::SharingViolation);
-  EXPECT_EQ(files().openForWriting(path("log.html"), second), status::SharingViolation);
-  EXPECT_EQ(files().deleteFile(path("log.html")), status::SharingViolation);
-  EXPECT_EQ(files().close(file), status::Ok);
-  EXPECT_EQ(files().deleteFile(path("log.html")), status::Ok);
+  EXPECT_EQ(files().openForAppending(path("log.html"), second), Status::SharingViolation);
+  EXPECT_EQ(files().openForWriting(path("log.html"), second), Status::SharingViolation);
+  EXPECT_EQ(files().deleteFile(path("log.html")), Status::SharingViolation);
+  EXPECT_EQ(files().close(file), Status::Ok);
+  EXPECT_EQ(files().deleteFile(path("log.html")), Status::Ok);
 }
 
 TEST_F(Files, ReadOnlyFile_Deleted_RefusedUntilTheAttributeIsCleared) {
   write("fixed.txt", "old");
-  ASSERT_EQ(files().setAttributes(path("fixed.txt"), attribute::ReadOnly), status::Ok);
-  EXPECT_EQ(files().deleteFile(path("fixed.txt")), status::AccessDenied);
+  ASSERT_EQ(files().setAttributes(path("fixed.txt"), {.readOnly = true}), Status::Ok);
+  EXPECT_EQ(files().deleteFile(path("fixed.txt")), Status::AccessDenied);
   EXPECT_EQ(content("fixed.txt"), "old");
-  ASSERT_EQ(files().setAttributes(path("fixed.txt"), attribute::Normal), status::Ok);
-  EXPECT_EQ(files().deleteFile(path("fixed.txt")), status::Ok);
+  ASSERT_EQ(files().setAttributes(path("fixed.txt"), {}), Status::Ok);
+  EXPECT_EQ(files().deleteFile(path("fixed.txt")), Status::Ok);
 }
 
 TEST_F(Files, ReadOnlyFile_WrittenOrReplaced_IsRefused) {
   write("fixed.txt", "old");
   write("other.txt", "new");
-  ASSERT_EQ(files().setAttributes(path("fixed.txt"), attribute::ReadOnly), status::Ok);
+  ASSERT_EQ(files().setAttributes(path("fixed.txt"), {.readOnly = true}), Status::Ok);
   FileHandle file;
-  EXPECT_EQ(files().openForWriting(path("fixed.txt"), file), status::AccessDenied);
-  EXPECT_EQ(files().openForAppending(path("fixed.txt"), file), status::AccessDenied);
-  EXPECT_EQ(files().copyFile(path("other.txt"), path("fixed.txt")), status::AccessDenied);
+  EXPECT_EQ(files().openForWriting(path("fixed.txt"), file), Status::AccessDenied);
+  EXPECT_EQ(files().openForAppending(path("fixed.txt"), file), Status::AccessDenied);
+  EXPECT_EQ(files().copyFile(path("other.txt"), path("fixed.txt")), Status::AccessDenied);
   EXPECT_EQ(content("fixed.txt"), "old");
-  ASSERT_EQ(files().setAttributes(path("fixed.txt"), attribute::Normal), status::Ok);
-  EXPECT_EQ(files().copyFile(path("other.txt"), path("fixed.txt")), status::Ok);
+  ASSERT_EQ(files().setAttributes(path("fixed.txt"), {}), Status::Ok);
+  EXPECT_EQ(files().copyFile(path("other.txt"), path("fixed.txt")), Status::Ok);
   EXPECT_EQ(content("fixed.txt"), "new");
 }
 
 TEST_F(Files, CopyFile_CarriesBytesAndReadOnlyAttribute) {
   write("source.txt", std::string("a\0b", 3));
-  ASSERT_EQ(files().setAttributes(path("source.txt"), attribute::ReadOnly), status::Ok);
-  ASSERT_EQ(files().copyFile(path("source.txt"), path("target.txt")), status::Ok);
+  ASSERT_EQ(files().setAttributes(path("source.txt"), {.readOnly = true}), Status::Ok);
+  ASSERT_EQ(files().copyFile(path("source.txt"), path("target.txt")), Status::Ok);
   EXPECT_EQ(content("target.txt"), std::string("a\0b", 3));
-  std::uint32_t found = 0;
-  ASSERT_EQ(files().attributes(path("target.txt"), found), status::Ok);
-  EXPECT_NE(found & attribute::ReadOnly, 0u);
+  Attributes found;
+  ASSERT_EQ(files().attributes(path("target.txt"), found), Status::Ok);
+  EXPECT_EQ(found, (Attributes{.readOnly = true, .archive = true}));
+}
+
+TEST_F(Files, Attributes_EachThatCanBeSet_ReadsBackAlone) {
+  write("file.txt", "text");
+  const Attributes settable[] = {{.readOnly = true}, {.hidden = true}, {.system = true}, {}};
+  for (const Attributes& wanted : settable) {
+    ASSERT_EQ(files().setAttributes(path("file.txt"), wanted), Status::Ok);
+    Attributes found{.readOnly = true, .hidden = true};
+    ASSERT_EQ(files().attributes(path("file.txt"), found), Status::Ok);
+    found.archive = false;  // Wine reports it for every file
+    EXPECT_EQ(found, wanted);
+  }
+  Attributes folder;
+  ASSERT_EQ(files().attributes(ScratchFolder, folder), Status::Ok);
+  EXPECT_TRUE(folder.folder);
+  EXPECT_FALSE(folder.link);
+  Attributes untouched{.hidden = true};
+  EXPECT_EQ(files().attributes(path("none.txt"), untouched), Status::FileNotFound);
+  EXPECT_EQ(untouched, Attributes{.hidden = true});
 }
 
 TEST_F(Files, Failures_EachWithItsStatus) {
   write("file.txt", "text");
-  ASSERT_EQ(files().createFolder(path("folder")), status::Ok);
+  ASSERT_EQ(files().createFolder(path("folder")), Status::Ok);
   write("folder\\inner.txt", "text");
   std::string bytes;
-  std::uint32_t bits = 0;
+  Attributes attributes;
   FileHandle file;
   struct {
     const char* situation;
     Status found, expected;
   } const cases[] = {
-      {"read a missing file", files().read(path("none.txt"), bytes), status::FileNotFound},
-      {"read below a missing folder", files().read(path("none\\none.txt"), bytes), status::PathNotFound},
-      {"read a folder", files().read(path("folder"), bytes), status::AccessDenied},
-      {"attributes of a missing file", files().attributes(path("none.txt"), bits), status::FileNotFound},
-      {"attributes below a missing folder", files().attributes(path("none\\none.txt"), bits), status::PathNotFound},
-      {"set attributes of a missing file", files().setAttributes(path("none.txt"), 1), status::FileNotFound},
-      {"write below a missing folder", files().openForWriting(path("none\\none.txt"), file), status::PathNotFound},
-      {"write to a folder", files().openForWriting(path("folder"), file), status::AccessDenied},
-      {"copy a missing file", files().copyFile(path("none.txt"), path("new.txt")), status::FileNotFound},
-      {"copy to a missing folder", files().copyFile(path("file.txt"), path("none\\new.txt")), status::PathNotFound},
-      {"copy onto a folder", files().copyFile(path("file.txt"), path("folder")), status::AccessDenied},
-      {"copy onto itself", files().copyFile(path("file.txt"), path("FILE.txt")), status::SharingViolation},
-      {"delete a missing file", files().deleteFile(path("none.txt")), status::FileNotFound},
-      {"delete a file below a missing folder", files().deleteFile(path("none\\none.txt")), status::PathNotFound},
-      {"delete a folder as a file", files().deleteFile(path("folder")), status::AccessDenied},
-      {"create a folder that is there", files().createFolder(path("FOLDER")), status::AlreadyExists},
-      {"create a folder named as a file", files().createFolder(path("file.txt")), status::AlreadyExists},
-      {"create a folder below a missing one", files().createFolder(path("none\\new")), status::PathNotFound},
-      {"delete a folder that is not empty", files().deleteFolder(path("folder")), status::FolderNotEmpty},
-      {"delete a missing folder", files().deleteFolder(path("none")), status::FileNotFound},
-      {"delete a file as a folder", files().deleteFolder(path("file.txt")), status::FolderNameInvalid},
+      {"read a missing file", files().read(path("none.txt"), bytes), Status::FileNotFound},
+      {"read below a missing folder", files().read(path("none\\none.txt"), bytes), Status::PathNotFound},
+      {"read a folder", files().read(path("folder"), bytes), Status::AccessDenied},
+      {"attributes of a missing file", files().attributes(path("none.txt"), attributes), Status::FileNotFound},
+      {"attributes below a missing folder", files().attributes(path("none\\none.txt"), attributes),
+       Status::PathNotFound},
+      {"set attributes of a missing file", files().setAttributes(path("none.txt"), {.readOnly = true}),
+       Status::FileNotFound},
+      {"write below a missing folder", files().openForWriting(path("none\\none.txt"), file), Status::PathNotFound},
+      {"write to a folder", files().openForWriting(path("folder"), file), Status::AccessDenied},
+      {"copy a missing file", files().copyFile(path("none.txt"), path("new.txt")), Status::FileNotFound},
+      {"copy to a missing folder", files().copyFile(path("file.txt"), path("none\\new.txt")), Status::PathNotFound},
+      {"copy onto a folder", files().copyFile(path("file.txt"), path("folder")), Status::AccessDenied},
+      {"copy onto itself", files().copyFile(path("file.txt"), path("FILE.txt")), Status::SharingViolation},
+      {"delete a missing file", files().deleteFile(path("none.txt")), Status::FileNotFound},
+      {"delete a file below a missing folder", files().deleteFile(path("none\\none.txt")), Status::PathNotFound},
+      {"delete a folder as a file", files().deleteFile(path("folder")), Status::AccessDenied},
+      {"create a folder that is there", files().createFolder(path("FOLDER")), Status::AlreadyExists},
+      {"create a folder named as a file", files().createFolder(path("file.txt")), Status::AlreadyExists},
+      {"create a folder below a missing one", files().createFolder(path("none\\new")), Status::PathNotFound},
+      {"delete a folder that is not empty", files().deleteFolder(path("folder")), Status::FolderNotEmpty},
+      {"delete a missing folder", files().deleteFolder(path("none")), Status::FileNotFound},
+      {"delete a file as a folder", files().deleteFolder(path("file.txt")), Status::FolderNameInvalid},
   };
   for (const auto& c : cases) EXPECT_EQ(c.found, c.expected) << c.situation;
   EXPECT_EQ(content("file.txt"), "text");
@@ -108,11 +128,11 @@ TEST_F(Files, Failures_EachWithItsStatus) {
 }
 
 TEST_F(Files, List_NamesAndSizes_SortedWithoutLetterCase) {
-  ASSERT_EQ(files().createFolder(path("folder")), status::Ok);
+  ASSERT_EQ(files().createFolder(path("folder")), Status::Ok);
   write("Beta.txt", "12345");
   write("alpha.txt", "");
   std::vector<FolderEntry> entries;
-  ASSERT_EQ(files().list(ScratchFolder, entries), status::Ok);
+  ASSERT_EQ(files().list(ScratchFolder, entries), Status::Ok);
   ASSERT_EQ(entries.size(), 3u);
   EXPECT_EQ(entries[0].name, "alpha.txt");
   EXPECT_EQ(entries[1].name, "Beta.txt");
@@ -120,9 +140,9 @@ TEST_F(Files, List_NamesAndSizes_SortedWithoutLetterCase) {
   EXPECT_FALSE(entries[1].isFolder());
   EXPECT_EQ(entries[2].name, "folder");
   EXPECT_TRUE(entries[2].isFolder());
-  ASSERT_EQ(files().list(path("folder"), entries), status::Ok);
+  ASSERT_EQ(files().list(path("folder"), entries), Status::Ok);
   EXPECT_TRUE(entries.empty());
-  EXPECT_TRUE(platform::isNotThere(files().list(path("none"), entries)));
+  EXPECT_TRUE(platform::IsNotThere(files().list(path("none"), entries)));
 }
 
 TEST_F(Files, Drives_TheSystemDrive_IsFixedWithRoom) {
@@ -132,11 +152,11 @@ TEST_F(Files, Drives_TheSystemDrive_IsFixedWithRoom) {
   EXPECT_TRUE(found);
   std::string label;
   std::uint64_t bytes = 0;
-  EXPECT_EQ(files().volumeLabel('C', label), status::Ok);
-  EXPECT_EQ(files().freeSpace('C', bytes), status::Ok);
+  EXPECT_EQ(files().volumeLabel('C', label), Status::Ok);
+  EXPECT_EQ(files().freeSpace('C', bytes), Status::Ok);
   EXPECT_GT(bytes, 0u);
-  EXPECT_NE(files().volumeLabel('B', label), status::Ok) << "no such drive";
-  EXPECT_NE(files().freeSpace('B', bytes), status::Ok);
+  EXPECT_NE(files().volumeLabel('B', label), Status::Ok) << "no such drive";
+  EXPECT_NE(files().freeSpace('B', bytes), Status::Ok);
 }
 
 TEST_F(Files, SetAccess_GivenToAdministrators_StaysUsable) {
@@ -144,9 +164,9 @@ TEST_F(Files, SetAccess_GivenToAdministrators_StaysUsable) {
   const std::vector<platform::AccessGrant> grants = {{platform::Account::Administrators, platform::AccessRight::Full},
                                                      {platform::Account::LocalSystem, platform::AccessRight::Full},
                                                      {platform::Account::Users, platform::AccessRight::ReadAndExecute}};
-  EXPECT_EQ(files().setAccess(path("guarded.txt"), grants), status::Ok);
+  EXPECT_EQ(files().setAccess(path("guarded.txt"), grants), Status::Ok);
   EXPECT_EQ(content("guarded.txt"), "text");
-  EXPECT_NE(files().setAccess(path("none.txt"), grants), status::Ok);
+  EXPECT_NE(files().setAccess(path("none.txt"), grants), Status::Ok);
 }
 
 }  // namespace contract

@@ -4,66 +4,75 @@
 
 namespace contract {
 
-using platform::InstallerHandle;
-namespace status = platform::status;
+using platform::OwnedPackage;
+using platform::OwnedView;
+using platform::PackageProperty;
+using platform::ProductProperty;
+using platform::Status;
 
 class Installer : public Test {
  protected:
   platform::WindowsInstaller& installer() { return machine().installer(); }
-  /// Opens a database, its changes going to a file that nobody reads.
-  platform::Status open(const std::string& package, InstallerHandle& database) {
-    return installer().openDatabase(package, path("0.tmp"), database);
-  }
 };
 
-constexpr const char* ThreeProperties =
-    "Select * From Property Where Property = 'ProductName' Or Property = 'ProductVersion' Or Property = 'ProductCode'";
-
-TEST_F(Installer, OpenDatabase_MissingOrGarbage_Fails) {
+TEST_F(Installer, OpenPackage_MissingOrGarbage_Fails) {
   write("garbage.msi", "no package");
-  InstallerHandle database;
-  EXPECT_NE(open(path("none.msi"), database), status::Ok);
-  EXPECT_EQ(database.value, 0u);
-  EXPECT_NE(open(path("garbage.msi"), database), status::Ok);
-  EXPECT_EQ(database.value, 0u);
+  for (const char* name : {"none.msi", "garbage.msi"}) {
+    OwnedPackage package(installer());
+    EXPECT_NE(installer().openPackage(path(name), package.receive()), Status::Ok) << name;
+    EXPECT_FALSE(package.isOpen()) << name;
+  }
 }
 
-TEST_F(Installer, View_OfThePropertyTable_YieldsEachPropertyOnce) {
-  const std::string package = bench().package(ScratchFolder);
-  if (package.empty()) GTEST_SKIP() << "built without wixl: no real package to read";
-  InstallerHandle database, view, record;
-  ASSERT_EQ(open(package, database), status::Ok);
-  ASSERT_EQ(installer().openView(database, ThreeProperties, view), status::Ok);
-  ASSERT_EQ(installer().executeView(view), status::Ok);
+TEST_F(Installer, Properties_OfAPackage_YieldNameVersionAndCodeOnce) {
+  const std::string file = bench().package(ScratchFolder);
+  if (file.empty()) GTEST_SKIP() << "built without wixl: no real package to read";
+  OwnedPackage package(installer());
+  ASSERT_EQ(installer().openPackage(file, package.receive()), Status::Ok);
+  OwnedView view(installer());
+  ASSERT_EQ(installer().openProperties(*package, view.receive()), Status::Ok);
+  ASSERT_EQ(installer().executeView(*view), Status::Ok);
   std::map<std::string, std::string> found;
-  platform::Status fetched = installer().fetch(view, record);
-  for (; fetched == status::Ok; fetched = installer().fetch(view, record)) {
-    std::string name, value;
-    EXPECT_EQ(installer().recordText(record, 1, 100, name), status::Ok);
-    EXPECT_EQ(installer().recordText(record, 2, 100, value), status::Ok);
-    EXPECT_EQ(installer().recordText(record, 2, 3, value), status::MoreData) << name;
-    EXPECT_EQ(value, "");
-    EXPECT_EQ(installer().recordText(record, 2, 100, found[name]), status::Ok);
-    EXPECT_EQ(installer().close(record), status::Ok);
+  PackageProperty property;
+  Status next = installer().nextProperty(*view, property);
+  for (; next == Status::Ok; next = installer().nextProperty(*view, property)) {
+    EXPECT_EQ(property.valueRead, Status::Ok) << property.name;
+    EXPECT_TRUE(found.emplace(property.name, property.value).second) << property.name << " came twice";
   }
-  EXPECT_EQ(fetched, status::NoMoreItems);
+  EXPECT_EQ(next, Status::NoMoreItems);
+  EXPECT_EQ(property.name, "");
   const std::map<std::string, std::string> expected = {
       {"ProductName", PackageName}, {"ProductVersion", PackageVersion}, {"ProductCode", PackageCode}};
   EXPECT_EQ(found, expected);
-  EXPECT_EQ(installer().close(view), status::Ok);
-  EXPECT_EQ(installer().openView(database, "Fetch everything", view), status::BadQuerySyntax);
-  EXPECT_EQ(installer().close(database), status::Ok);
-  EXPECT_EQ(installer().close(database), status::InvalidHandle);
+}
+
+TEST_F(Installer, Handles_ClosedOrNone_AreInvalid) {
+  const std::string file = bench().package(ScratchFolder);
+  if (file.empty()) GTEST_SKIP() << "built without wixl: no real package to read";
+  OwnedPackage package(installer());
+  ASSERT_EQ(installer().openPackage(file, package.receive()), Status::Ok);
+  const platform::PackageHandle closed = *package;
+  EXPECT_EQ(package.close(), Status::Ok);
+  EXPECT_EQ(package.close(), Status::Ok) << "nothing is open any more";
+  EXPECT_EQ(installer().closePackage(closed), Status::InvalidHandle);
+  OwnedView view(installer());
+  EXPECT_EQ(installer().openProperties(closed, view.receive()), Status::InvalidHandle);
+  EXPECT_FALSE(view.isOpen());
+  EXPECT_EQ(installer().executeView({}), Status::InvalidHandle);
 }
 
 TEST_F(Installer, Products_UnknownOrBehindTheLast_SaysSo) {
-  std::string text = "left over";
-  EXPECT_EQ(installer().productInformation(PackageCode, "VersionString", 128, text), status::UnknownProduct);
-  EXPECT_EQ(text, "");
+  for (const ProductProperty property : {ProductProperty::Name, ProductProperty::Version}) {
+    std::string text = "left over";
+    EXPECT_EQ(installer().productInformation(PackageCode, property, text), Status::UnknownProduct);
+    EXPECT_EQ(text, "");
+  }
+  std::string code = "left over";
   std::uint32_t index = 0;
-  platform::Status found = installer().enumerateProduct(index, text);
-  for (; found == status::Ok; found = installer().enumerateProduct(++index, text)) EXPECT_EQ(text.size(), 38u) << text;
-  EXPECT_EQ(found, status::NoMoreItems);
+  Status found = installer().enumerateProduct(index, code);
+  for (; found == Status::Ok; found = installer().enumerateProduct(++index, code)) EXPECT_EQ(code.size(), 38u) << code;
+  EXPECT_EQ(found, Status::NoMoreItems);
+  EXPECT_EQ(code, "");
 }
 
 }  // namespace contract

@@ -2,43 +2,42 @@
 
 namespace contract {
 
-using platform::Control;
-using platform::WindowHandle;
-namespace status = platform::status;
+using platform::Status;
 
 class Machine : public Test {};
 
 TEST_F(Machine, SystemVersion_NamesOneOfTheTwoFamilies) {
   platform::SystemVersion version;
-  ASSERT_EQ(machine().machine().systemVersion(version), status::Ok);
+  ASSERT_EQ(machine().machine().systemVersion(version), Status::Ok);
   EXPECT_TRUE(version.platformId == 1 || version.platformId == 2) << version.platformId;
   EXPECT_GE(version.major, 3u);
   EXPECT_GT(version.build, 0u);
 }
 
-TEST_F(Machine, Folders_ExistWithoutTrailingBackslash_AndMustFit) {
+TEST_F(Machine, Folders_ExistWithoutTrailingBackslash) {
   platform::Machine& facts = machine().machine();
-  for (const std::string& folder : {facts.windowsFolder(255), facts.systemFolder(256)}) {
+  for (const std::string& folder : {facts.windowsFolder(), facts.systemFolder()}) {
     ASSERT_FALSE(folder.empty());
     EXPECT_NE(folder.back(), '\\');
-    std::uint32_t bits = 0;
-    EXPECT_EQ(files().attributes(folder, bits), status::Ok) << folder;
-    EXPECT_NE(bits & platform::attribute::Folder, 0u) << folder;
+    platform::Attributes attributes;
+    EXPECT_EQ(files().attributes(folder, attributes), Status::Ok) << folder;
+    EXPECT_TRUE(attributes.folder) << folder;
   }
-  const std::size_t length = facts.windowsFolder(255).size();
-  EXPECT_EQ(facts.windowsFolder(length), "");
-  EXPECT_EQ(facts.windowsFolder(length + 1), facts.windowsFolder(255));
-  EXPECT_EQ(facts.systemFolder(3), "");
-  EXPECT_FALSE(facts.computerName(30).empty());
-  EXPECT_EQ(facts.computerName(1), "");
+}
+
+TEST_F(Machine, ComputerName_IsThatOfTheEnvironment) {
+  platform::Machine& facts = machine().machine();
+  EXPECT_FALSE(facts.computerName().empty());
+  EXPECT_EQ(facts.computerName(), facts.environment("COMPUTERNAME"));
 }
 
 TEST_F(Machine, ProgramPath_IsAFullPathToAFile_AndBeginsTheCommandLine) {
   const std::string program = machine().machine().programPath();
   ASSERT_GT(program.size(), 3u);
   EXPECT_EQ(program.substr(1, 2), ":\\");
-  std::uint32_t bits = 0;
-  EXPECT_EQ(files().attributes(program, bits), status::Ok);
+  platform::Attributes attributes;
+  EXPECT_EQ(files().attributes(program, attributes), Status::Ok);
+  EXPECT_FALSE(attributes.folder);
   const std::string name = program.substr(program.rfind('\\') + 1);
   EXPECT_NE(machine().machine().commandLine().find(name.substr(0, name.rfind('.'))), std::string::npos);
 }
@@ -62,73 +61,10 @@ TEST_F(Machine, Clock_Sleeping_MovesTicksAndKeepsAValidDate) {
 
 TEST_F(Machine, EventLogAndPrivilege_OnTheNtFamily_AreThere) {
   platform::SystemVersion version;
-  ASSERT_EQ(machine().machine().systemVersion(version), status::Ok);
+  ASSERT_EQ(machine().machine().systemVersion(version), Status::Ok);
   const bool isNt = version.platformId == 2;
   EXPECT_EQ(machine().eventLog().reportError("QX Contract", "a record of the contract tests"), isNt);
-  EXPECT_EQ(machine().power().enableShutdownPrivilege() == status::Ok, isNt);
-}
-
-class Screen : public Test {
- protected:
-  platform::Screen& screen() { return machine().screen(); }
-};
-
-TEST_F(Screen, Texts_SetBeforeTheWindowIsShown_ReadBack) {
-  screen().createMainWindow("QX Contract");
-  const std::pair<Control, std::string> texts[] = {
-      {Control::Status, "Proceeding with next component\r\nChecking"},
-      {Control::Action, "Installing & checking"},
-      {Control::Component, "Runtime"},
-      {Control::LongMessage, "Initialisation complete\r\n\r\nClick 'Continue'"},
-      {Control::Continue, "&Continue"},
-      {Control::Cancel, ""}};
-  for (const auto& [control, text] : texts) screen().setText(control, text);
-  for (const auto& [control, text] : texts) EXPECT_EQ(screen().text(control), text);
-  screen().drawProgress(40, "40%");
-  EXPECT_EQ(screen().text(Control::Progress), "40%");
-  EXPECT_FALSE(screen().mainWindowVisible());
-  screen().pumpMessages();
-  screen().destroyMainWindow();
-  EXPECT_EQ(screen().mainWindow().value, 0u);
-}
-
-TEST_F(Screen, Window_ByClassAndCaption_IsFound) {
-  screen().createMainWindow("QX Contract One");
-  const WindowHandle window = screen().mainWindow();
-  ASSERT_NE(window.value, 0u);
-  EXPECT_EQ(screen().caption(window), "QX Contract One");
-  const std::string name = screen().className(window, 256);
-  ASSERT_GT(name.size(), 3u);
-  EXPECT_EQ(screen().className(window, 4), name.substr(0, 3));
-  screen().setCaption(window, "QX Contract Two");
-  EXPECT_EQ(screen().findWindow(name, "QX Contract One").value, 0u);
-  EXPECT_EQ(screen().findWindow(name, "QX Contract Two").value, window.value);
-  screen().destroyMainWindow();
-  EXPECT_EQ(screen().findWindow(name, "QX Contract Two").value, 0u);
-}
-
-TEST_F(Screen, StatusText_Growing_OutgrowsItsArea) {
-  screen().createMainWindow("QX Contract");
-  EXPECT_GT(screen().statusAreaHeight(), 0);
-  EXPECT_LT(screen().statusTextHeight("one line"), screen().statusAreaHeight());
-  std::string text;
-  for (int i = 0; i < 60; ++i) text += "line\r\n";
-  EXPECT_GT(screen().statusTextHeight(text), screen().statusAreaHeight());
-  screen().showStatusScrollBar(true);
-  screen().destroyMainWindow();
-}
-
-TEST_F(Screen, DiskWindow_WithoutAPerson_StaysOpenUntilItIsClosed) {
-  const platform::DiskRequest request = {"QX Contract Disk", "Insert the disk labelled DISC2", "&OK", "&Cancel"};
-  screen().createMainWindow("QX Contract");
-  for (int times = 0; times < 2; ++times) {
-    screen().openDiskWindow(request);
-    screen().pumpMessages();
-    EXPECT_EQ(screen().takeDiskEvent(), std::nullopt);
-    screen().closeDiskWindow();
-  }
-  EXPECT_EQ(screen().takeDiskEvent(), std::nullopt);
-  screen().destroyMainWindow();
+  EXPECT_EQ(machine().power().enableShutdownPrivilege() == Status::Ok, isNt);
 }
 
 }  // namespace contract

@@ -4,10 +4,11 @@
 
 namespace contract {
 
+using platform::OwnedProcess;
+using platform::ShowWindow;
 using platform::StartedProcess;
 using platform::Status;
 using platform::WaitResult;
-namespace status = platform::status;
 
 class Processes : public Test {
  protected:
@@ -15,15 +16,12 @@ class Processes : public Test {
 
   /// Starts, waits to the end, closes; the exit code.
   std::int32_t run(const std::string& commandLine, const std::string& folder) {
-    StartedProcess started;
-    EXPECT_EQ(processes().start(commandLine, folder, 0, started), status::Ok) << commandLine;
-    EXPECT_NE(processes().waitForInputIdle(started, 20000), WaitResult::TimedOut) << commandLine;
-    EXPECT_EQ(processes().wait(started, 20000), WaitResult::Signalled) << commandLine;
+    OwnedProcess started(processes());
+    EXPECT_EQ(processes().start(commandLine, folder, ShowWindow::Hidden, started.receive()), Status::Ok) << commandLine;
+    EXPECT_NE(processes().waitForInputIdle(*started, 20000), WaitResult::TimedOut) << commandLine;
+    EXPECT_EQ(processes().wait(*started, 20000), WaitResult::Signalled) << commandLine;
     std::int32_t code = 0;
-    EXPECT_EQ(processes().exitCode(started, code), status::Ok);
-    processes().close(started.process);
-    processes().close(started.thread);
-    EXPECT_EQ(started.process, 0u);
+    EXPECT_EQ(processes().exitCode(*started, code), Status::Ok);
     return code;
   }
 };
@@ -42,50 +40,56 @@ TEST_F(Processes, Start_WhatCannotRun_SaysWhy) {
     std::string commandLine, folder;
     Status expected;
   } const cases[] = {
-      {"no such program in a folder", path("missing.exe"), "", status::FileNotFound},
-      {"no such program on the search path", "qx-no-such-program /s", "", status::FileNotFound},
-      {"no such working folder", bench().command(1, 0), path("missing"), status::FolderNameInvalid},
-      {"a script", "\"" + path("script.vbs") + "\"", "", status::BadProgramFormat},
-      {"a text", "\"" + path("note.txt") + "\"", "", status::BadProgramFormat},
+      {"no such program in a folder", path("missing.exe"), "", Status::FileNotFound},
+      {"no such program on the search path", "qx-no-such-program /s", "", Status::FileNotFound},
+      {"no such working folder", bench().command(1, 0), path("missing"), Status::FolderNameInvalid},
+      {"a script", "\"" + path("script.vbs") + "\"", "", Status::BadProgramFormat},
+      {"a text", "\"" + path("note.txt") + "\"", "", Status::BadProgramFormat},
   };
   for (const auto& c : cases) {
-    StartedProcess started;
-    EXPECT_EQ(processes().start(c.commandLine, c.folder, 1, started), c.expected) << c.situation;
-    EXPECT_EQ(started.process, 0u) << c.situation;
+    StartedProcess started = {1, 1};
+    EXPECT_EQ(processes().start(c.commandLine, c.folder, ShowWindow::Normal, started), c.expected) << c.situation;
+    EXPECT_EQ(started, StartedProcess{}) << c.situation;
   }
 }
 
 TEST_F(Processes, Wait_ShorterThanTheProgram_TimesOutAndSignalsLater) {
-  StartedProcess started;
-  ASSERT_EQ(processes().start(bench().command(1500, 5), "", 0, started), status::Ok);
+  OwnedProcess started(processes());
+  ASSERT_EQ(processes().start(bench().command(1500, 5), "", ShowWindow::Hidden, started.receive()), Status::Ok);
   std::int32_t code = 0;
-  EXPECT_EQ(processes().wait(started, 100), WaitResult::TimedOut);
-  EXPECT_EQ(processes().exitCode(started, code), status::Ok);
+  EXPECT_EQ(processes().wait(*started, 100), WaitResult::TimedOut);
+  EXPECT_EQ(processes().exitCode(*started, code), Status::Ok);
   EXPECT_EQ(code, 259) << "still running";
-  EXPECT_EQ(processes().wait(started, 20000), WaitResult::Signalled);
-  EXPECT_EQ(processes().exitCode(started, code), status::Ok);
+  EXPECT_EQ(processes().wait(*started, 20000), WaitResult::Signalled);
+  EXPECT_EQ(processes().exitCode(*started, code), Status::Ok);
   EXPECT_EQ(code, 5);
-  processes().close(started.process);
-  processes().close(started.thread);
 }
 
-TEST_F(Processes, Close_OfNoHandle_IsIgnored) {
-  std::uintptr_t none = 0;
-  processes().close(none);
-  EXPECT_EQ(none, 0u);
-  EXPECT_EQ(processes().wait(StartedProcess{}, 1), WaitResult::Failed);
+TEST_F(Processes, Close_ClosesBothHandlesOnce_AndIgnoresNone) {
+  StartedProcess started;
+  ASSERT_EQ(processes().start(bench().command(1, 0), "", ShowWindow::Hidden, started), Status::Ok);
+  EXPECT_NE(started.process, 0u);
+  EXPECT_NE(started.thread, 0u);
+  EXPECT_EQ(processes().wait(started, 20000), WaitResult::Signalled);
+  for (int times = 0; times < 2; ++times) {
+    processes().close(started);
+    EXPECT_EQ(started, StartedProcess{});
+  }
+  EXPECT_EQ(processes().wait(started, 1), WaitResult::Failed);
+  std::int32_t code = 42;
+  EXPECT_NE(processes().exitCode(started, code), Status::Ok);
+  EXPECT_EQ(code, 42);
 }
 
-TEST_F(Processes, QueryNames_OnThisAndAnUnknownComputer_ListsOrFails) {
-  const std::string moniker = "winmgmts:{impersonationLevel=impersonate,(RemoteShutdown)}//";
-  const std::string query = "select * from Win32_Process";
+TEST_F(Processes, RunningNames_HoldThisProgramOnce_AndTellTheWay) {
   std::vector<std::string> names;
-  ASSERT_EQ(processes().queryNames(moniker + machine().machine().computerName(30), query, names), status::Ok);
+  std::string askedThrough;
+  ASSERT_EQ(processes().runningNames(names, askedThrough), Status::Ok);
   const std::string program = machine().machine().programPath();
   const std::string own = program.substr(program.rfind('\\') + 1);
   EXPECT_EQ(std::count(names.begin(), names.end(), own), 1);
-  EXPECT_NE(processes().queryNames(moniker + "QXNOSUCHCOMPUTER", query, names), status::Ok);
-  EXPECT_TRUE(names.empty());
+  EXPECT_EQ(askedThrough,
+            "winmgmts:{impersonationLevel=impersonate,(RemoteShutdown)}//" + machine().machine().computerName());
 }
 
 }  // namespace contract

@@ -53,10 +53,10 @@ class WindowsBench : public Bench {
 
  private:
   void put(const std::string& path, const std::string& bytes) {
-    platform::FileHandle file;
-    EXPECT_EQ(workstation_.files().openForWriting(path, file), platform::status::Ok) << path;
-    EXPECT_EQ(workstation_.files().write(file, bytes), platform::status::Ok) << path;
-    EXPECT_EQ(workstation_.files().close(file), platform::status::Ok) << path;
+    platform::OwnedFile file(workstation_.files());
+    EXPECT_EQ(workstation_.files().openForWriting(path, file.receive()), platform::Status::Ok) << path;
+    EXPECT_EQ(workstation_.files().write(*file, bytes), platform::Status::Ok) << path;
+    EXPECT_EQ(file.close(), platform::Status::Ok) << path;
   }
 
   win32::Workstation workstation_;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/simulated/workstation.h"
+#include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
 
 /// Owns a temporary folder and the workstation in it: Windows XP with a drive C, the program in C:\QX and a CD-ROM

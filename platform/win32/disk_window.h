@@ -3,34 +3,34 @@
 
 #include <optional>
 
-#include "platform/screen.h"
+#include "platform/dialogs.h"
 #include "platform/win32/windows_api.h"
 
 namespace win32 {
 
-class DiskDialog {
+class DiskWindow {
  public:
-  explicit DiskDialog(HINSTANCE instance) : instance_(instance) {}
-  ~DiskDialog() { close(); }
-  DiskDialog(const DiskDialog&) = delete;
-  DiskDialog& operator=(const DiskDialog&) = delete;
+  explicit DiskWindow(HINSTANCE instance) : instance_(instance) {}
+  ~DiskWindow() { close(); }
+  DiskWindow(const DiskWindow&) = delete;
+  DiskWindow& operator=(const DiskWindow&) = delete;
 
-  /// Opens it over `owner` (null for none), which takes nothing until it is closed.
-  void open(HWND owner, const platform::DiskRequest& request);
+  /// Opens it over `parent` (null for none), which takes nothing until it is closed.
+  void open(HWND parent, const platform::DiskRequest& request);
   void close();
   std::optional<platform::DiskEvent> takeEvent();
   /// True when the message was the window's, which has taken it: its keys.
   bool translate(MSG& message);
 
   /// Null while it is not open.
-  HWND handle() const { return window_; }
+  HWND window() const { return window_; }
 
  private:
-  static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
+  static INT_PTR CALLBACK procedure(HWND addressee, UINT message, WPARAM first, LPARAM second);
 
   HINSTANCE instance_;
   HWND window_ = nullptr;
-  HWND owner_ = nullptr;
+  HWND parent_ = nullptr;
   std::optional<platform::DiskEvent> event_;
 };
 

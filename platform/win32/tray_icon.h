@@ -7,12 +7,12 @@
 
 namespace win32 {
 
-class Tray {
+class TrayIcon {
  public:
-  explicit Tray(HINSTANCE instance) : instance_(instance) {}
-  ~Tray() { remove(); }
-  Tray(const Tray&) = delete;
-  Tray& operator=(const Tray&) = delete;
+  explicit TrayIcon(HINSTANCE instance) : instance_(instance) {}
+  ~TrayIcon() { remove(); }
+  TrayIcon(const TrayIcon&) = delete;
+  TrayIcon& operator=(const TrayIcon&) = delete;
 
   /// Adds the icon, or changes its tip when it is there. False when the machine has no notification area.
   bool add(const std::string& tip);
@@ -20,7 +20,7 @@ class Tray {
 
  private:
   HINSTANCE instance_;
-  HWND owner_ = nullptr;  ///< a window that is never shown: the system ties each icon to one
+  HWND anchor_ = nullptr;  ///< a window that is never shown: the system ties each icon to one
 };
 
 }  // namespace win32

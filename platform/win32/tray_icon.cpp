@@ -1,4 +1,4 @@
-#include "platform/win32/tray.h"
+#include "platform/win32/tray_icon.h"
 
 #include "platform/win32/resource_ids.h"
 #include "platform/win32/system_library.h"
@@ -11,21 +11,21 @@ namespace {
 
 constexpr UINT IconId = 1;
 
-NOTIFYICONDATAA describe(HWND owner) {
+NOTIFYICONDATAA Describe(HWND anchor) {
   bool longTips = LOBYTE(LOWORD(GetVersion())) >= 5;  // from Windows 2000 on; older shells know the first 64 bytes only
   NOTIFYICONDATAA icon = {};
   icon.cbSize = longTips ? NOTIFYICONDATAA_V2_SIZE : NOTIFYICONDATAA_V1_SIZE;
-  icon.hWnd = owner;
+  icon.hWnd = anchor;
   icon.uID = IconId;
   return icon;
 }
 
-std::size_t tipCapacity(const NOTIFYICONDATAA& icon) {
+std::size_t TipSize(const NOTIFYICONDATAA& icon) {
   return icon.cbSize == NOTIFYICONDATAA_V1_SIZE ? 64 : sizeof icon.szTip;
 }
 
 // Loading an icon in a given size came with Windows 95 and NT 4.0; before, the shell shrinks the large one.
-HICON programIcon(HINSTANCE instance) {
+HICON TrayImage(HINSTANCE instance) {
   SystemLibrary user("user32.dll");
   auto* loadImage = user.find<decltype(LoadImageA)>("LoadImageA");
   HICON icon = nullptr;
@@ -38,7 +38,7 @@ HICON programIcon(HINSTANCE instance) {
 }
 
 // NT 3.51 has a shell library without this function.
-BOOL notify(DWORD message, NOTIFYICONDATAA& icon) {
+BOOL NotifyShell(DWORD message, NOTIFYICONDATAA& icon) {
   SystemLibrary shell("shell32.dll");
   auto* notifyIcon = shell.find<decltype(Shell_NotifyIconA)>("Shell_NotifyIconA");
   return notifyIcon == nullptr ? FALSE : notifyIcon(message, &icon);
@@ -46,26 +46,26 @@ BOOL notify(DWORD message, NOTIFYICONDATAA& icon) {
 
 }  // namespace
 
-bool Tray::add(const std::string& tip) {
-  bool there = owner_ != nullptr;
+bool TrayIcon::add(const std::string& tip) {
+  bool there = anchor_ != nullptr;
   if (!there) {
-    owner_ = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance_, nullptr);
+    anchor_ = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, instance_, nullptr);
   }
-  NOTIFYICONDATAA icon = describe(owner_);
+  NOTIFYICONDATAA icon = Describe(anchor_);
   icon.uFlags = NIF_ICON | NIF_TIP;
-  icon.hIcon = programIcon(instance_);
-  tip.copy(icon.szTip, tipCapacity(icon) - 1);
-  if (notify(there ? NIM_MODIFY : NIM_ADD, icon)) return true;
+  icon.hIcon = TrayImage(instance_);
+  tip.copy(icon.szTip, TipSize(icon) - 1);
+  if (NotifyShell(there ? NIM_MODIFY : NIM_ADD, icon)) return true;
   if (!there) remove();
   return false;
 }
 
-void Tray::remove() {
-  if (owner_ == nullptr) return;
-  NOTIFYICONDATAA icon = describe(owner_);
-  notify(NIM_DELETE, icon);
-  DestroyWindow(owner_);
-  owner_ = nullptr;
+void TrayIcon::remove() {
+  if (anchor_ == nullptr) return;
+  NOTIFYICONDATAA icon = Describe(anchor_);
+  NotifyShell(NIM_DELETE, icon);
+  DestroyWindow(anchor_);
+  anchor_ = nullptr;
 }
 
 }  // namespace win32
