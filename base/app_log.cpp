@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "platform/owned.h"
 
+namespace assistant {
 namespace {
 
 /// From this sum of bytes on, an archive call deletes one file.
@@ -47,50 +48,57 @@ std::string ArchiveStamp(const platform::LocalTime& t) {
   return Padded(t.year % 100, 2) + Padded(t.month, 2) + Padded(t.day, 2) + Padded(t.hour, 2) + Padded(t.minute, 2);
 }
 
+/// A line break of either kind becomes <br>.
 std::string OnOneLine(const std::string& description) {
   if (description.find_first_of("\r\n") == std::string::npos) return description;
-  return Replace(Replace(Replace(description, "\r\n", "<br>"), "\n", "<br>"), "\r", "<br>");
+  std::string line;
+  for (std::size_t at = 0; at < description.size(); ++at) {
+    const bool pair = description[at] == '\r' && at + 1 < description.size() && description[at + 1] == '\n';
+    if (pair) continue;
+    const bool breaks = description[at] == '\r' || description[at] == '\n';
+    breaks ? line.append("<br>") : line.append(1, description[at]);
+  }
+  return line;
 }
 
 }  // namespace
 
 clsAppLog::clsAppLog(platform::Platform& machine, std::string title, std::string folder)
     : fso_(machine), machine_(machine), title_(std::move(title)), folder_(std::move(folder)) {
-  logFilename_ = DefaultLogFilename();
+  logFilename_ = defaultLogFilename();
 }
 
-void clsAppLog::Start() {
+void clsAppLog::start() {
   holding_ = true;
-  if (!fso_.FileExists(logFilename_)) return;
+  if (!fso_.fileExists(logFilename_)) return;
   try {
-    fso_.DeleteFileForced(logFilename_);
+    fso_.deleteFileForced(logFilename_);
   } catch (const Error& failure) {
-    Log("clsAppLog.Start", failure);
+    log("clsAppLog.Start", failure);  // the log itself has no procedure to guard it
   }
 }
 
-std::string clsAppLog::DefaultLogFilename() const {
+std::string clsAppLog::defaultLogFilename() const {
   return folder_ + "\\" + title_ + ".html";
 }
 
-void clsAppLog::Log(const std::string& source, int errNumber, const std::string& description, bool showMessage,
+void clsAppLog::log(const std::string& source, int errNumber, const std::string& description, Shown shown,
                     int entryType) {
   if (description.empty() && errNumber == 0) return;
   const int type = errNumber != 0 && entryType == EntryType::Action ? EntryType::Error : entryType;
-  const std::string line = Row(source, errNumber, description, type);
-  try {
-    Write(source, errNumber, description, line);
-    if (description == "Exit") Write(source, errNumber, description, " ");
-  } catch (const std::exception& failure) {
-    Report(source, errNumber, description, failure);
-    return;
+  Entry entry{source, errNumber, description, row(source, errNumber, description, type)};
+  if (!write(entry)) return;
+  if (description == "Exit") {
+    entry.line = " ";
+    if (!write(entry)) return;
   }
-  if (showMessage && errNumber != 0) ShowBox(errNumber, description);
+  const bool isShown = shown == Shown::Always || (shown == Shown::UnlessSilent && !silent_);
+  if (isShown && errNumber != 0) showBox(errNumber, description);
   lastErrNumber_ = errNumber;
   lastErrDescription_ = description;
 }
 
-std::string clsAppLog::Row(const std::string& source, int errNumber, const std::string& description, int type) {
+std::string clsAppLog::row(const std::string& source, int errNumber, const std::string& description, int type) {
   std::string row;
   row.reserve(description.size() + source.size() + MarkupSize);
   row.append("<TABLE cellpadding=\"0\" border=\"0\"><TR valign=\"top\"><TD width=\"150\">");
@@ -102,39 +110,40 @@ std::string clsAppLog::Row(const std::string& source, int errNumber, const std::
   return row.append("</TD></TR></TABLE>");
 }
 
-void clsAppLog::Log(const std::string& source, const Error& error, bool showMessage) {
-  Log(source.empty() ? error.source() : source, error.number(), error.text(), showMessage, EntryType::Action);
+void clsAppLog::log(const std::string& source, const Error& error, Shown shown) {
+  log(source.empty() ? error.source() : source, error.number(), error.text(), shown, EntryType::Action);
 }
 
-void clsAppLog::Write(const std::string& source, int errNumber, const std::string& description,
-                      const std::string& line) {
-  if (!logToFile_) return;
+/// Writes or holds the entry. False when it could not be written, which is reported: what the log cannot hold goes
+/// elsewhere.
+bool clsAppLog::write(const Entry& entry) {
+  if (!logToFile_) return true;
   if (holding_) {
-    held_.push_back({source, errNumber, description, line});
-  } else {
-    WriteLogEntry(line);
+    held_.push_back(entry);
+    return true;
+  }
+  try {
+    writeLogEntry(entry.line);
+    return true;
+  } catch (const std::exception& failure) {
+    report(entry, failure);
+    return false;
   }
 }
 
-void clsAppLog::ReleaseEntries() {
+void clsAppLog::releaseEntries() {
   holding_ = false;
-  for (const HeldEntry& entry : std::exchange(held_, {})) {
-    try {
-      WriteLogEntry(entry.line);
-    } catch (const std::exception& failure) {
-      Report(entry.source, entry.errNumber, entry.description, failure);
-    }
-  }
+  for (const Entry& entry : std::exchange(held_, {})) write(entry);
 }
 
-void clsAppLog::WriteLogEntry(const std::string& entry) {
+void clsAppLog::writeLogEntry(const std::string& entry) {
   // The statement that failed is told by the number it has among the ten of this procedure.
   const auto require = [](platform::Status status, int statement) {
     if (status == platform::Status::Ok) return;
-    throw Error(Number(status), modErrorBase::SystemErrorText(status),
+    throw Error(platform::Number(status), modErrorBase::SystemErrorText(status),
                 "clsAppLog.WriteLogEntry Line no: " + std::to_string(statement));
   };
-  if (Trim(logFilename_).empty()) logFilename_ = DefaultLogFilename();
+  if (logFilename_.find_first_not_of(' ') == std::string::npos) logFilename_ = defaultLogFilename();
   platform::OwnedFile file(machine_.files());
   require(machine_.files().openForAppending(logFilename_, file.receive()), 6);
   const platform::Status written = machine_.files().write(*file, entry + LineBreak);
@@ -143,62 +152,63 @@ void clsAppLog::WriteLogEntry(const std::string& entry) {
   require(closed, 9);
 }
 
-void clsAppLog::Report(const std::string& source, int errNumber, const std::string& description,
-                       const std::exception& failure) {
-  if (!silent_) machine_.dialogs().messageBox({.title = title_, .text = source});
+void clsAppLog::report(const Entry& entry, const std::exception& failure) {
+  if (!silent_) machine_.dialogs().messageBox({.title = title_, .text = entry.source});
   const auto* error = dynamic_cast<const Error*>(&failure);
   const std::string records[] = {
-      "Routine name passed in: " + source,
-      "Description passed in: " + description,
-      "Number passed in : " + std::to_string(errNumber),
+      "Routine name passed in: " + entry.source,
+      "Description passed in: " + entry.description,
+      "Number passed in : " + std::to_string(entry.errNumber),
       "Method Log of clsAppLog failed, Error No : " + std::to_string(error ? error->number() : GeneralError) +
           " Description : " + failure.what() + LineBreak + "Error Source = " + (error ? error->source() : ""),
   };
   for (const std::string& record : records) machine_.eventLog().reportError(title_, record.substr(0, LongestRecord));
 }
 
-void clsAppLog::ShowBox(int errNumber, const std::string& description) {
+void clsAppLog::showBox(int errNumber, const std::string& description) {
   machine_.dialogs().messageBox({.title = title_ + " Error",
                                  .text = std::string("A critical run-time error has occurred ") + LineBreak +
                                          LineBreak + "Error #" + std::to_string(errNumber) + ": '" + description + "'",
                                  .icon = platform::BoxIcon::Critical});
 }
 
-bool clsAppLog::ArchiveLogFile(const std::string& archiveFolder) {
+bool clsAppLog::archiveLogFile(const std::string& archiveFolder) {
   bool copied = true;
-  if (fso_.FileExists(logFilename_)) {
-    copied = Attempt(&clsAppLog::CopyToArchive, archiveFolder);
+  if (fso_.fileExists(logFilename_)) {
+    copied = attempt(&clsAppLog::copyToArchive, archiveFolder);
     machine_.mainWindow().pumpMessages();
   }
-  Attempt(&clsAppLog::TrimArchive, archiveFolder);
+  attempt(&clsAppLog::trimArchive, archiveFolder);
   return copied;
 }
 
-/// A failed step is logged and the next one runs, so that a failed copy still lets the folder be trimmed.
-bool clsAppLog::Attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder) {
+/// A failed step is logged here, where the log itself works, and the next one runs, so that a failed copy still lets
+/// the folder be trimmed.
+bool clsAppLog::attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder) {
   try {
     (this->*step)(archiveFolder);
     return true;
   } catch (const Error& failure) {
-    Log("ArchiveLogFile", failure);
+    log("ArchiveLogFile", failure);
     return false;
   }
 }
 
-void clsAppLog::CopyToArchive(const std::string& archiveFolder) {
-  fso_.CreateFolder(archiveFolder);
+void clsAppLog::copyToArchive(const std::string& archiveFolder) {
+  fso_.createFolder(archiveFolder);
   const std::string name = archiveFolder + "\\" + title_ + ArchiveStamp(machine_.clock().now());
   std::string archived = name + ".html";
   // No further letters: a third archive within one minute replaces the second.
-  if (fso_.FileExists(archived)) archived = name + "a.html";
-  fso_.CopyFileOver(logFilename_, archived);
+  if (fso_.fileExists(archived)) archived = name + "a.html";
+  fso_.copyFileOver(logFilename_, archived);
 }
 
-void clsAppLog::TrimArchive(const std::string& archiveFolder) {
+void clsAppLog::trimArchive(const std::string& archiveFolder) {
   std::vector<platform::FolderEntry> entries;
   const platform::Status listed = machine_.files().list(archiveFolder, entries);
   if (listed != platform::Status::Ok && !platform::IsNotThere(listed)) {
-    throw Error(Number(listed), modErrorBase::SystemErrorText(listed) + ": " + archiveFolder, "ArchiveLogFile");
+    throw Error(platform::Number(listed), modErrorBase::SystemErrorText(listed) + ": " + archiveFolder,
+                "ArchiveLogFile");
   }
   std::uint64_t sum = 0;
   std::string first;
@@ -207,5 +217,7 @@ void clsAppLog::TrimArchive(const std::string& archiveFolder) {
     if (first.empty()) first = entry.name;
     sum += entry.size;
   }
-  if (sum >= ArchiveLimit) fso_.DeleteFileForced(archiveFolder + "\\" + first);
+  if (sum >= ArchiveLimit) fso_.deleteFileForced(archiveFolder + "\\" + first);
 }
+
+}  // namespace assistant

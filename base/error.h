@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+namespace assistant {
+
 /// Number of errors that name none of their own.
 inline constexpr int GeneralError = 2000;
 
@@ -25,8 +27,4 @@ class Error : public std::exception {
   std::string source_;
 };
 
-/// Thrown by what ends the program wherever it stands (closedown, a restart, a refused second copy). No error handler
-/// catches it; the entry point turns it into the process's exit code. Not an std::exception on purpose.
-struct ProgramEnd {
-  int exitCode;
-};
+}  // namespace assistant

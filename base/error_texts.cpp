@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace modErrorBase {
+namespace assistant::modErrorBase {
 namespace {
 
 struct ErrorText {
@@ -13,7 +13,7 @@ struct ErrorText {
 
 // In blocks of twenty by topic. Misspellings, the blank text end of 6144 and the missing "%" in it are what logs have
 // always said; support staff search for them.
-constexpr ErrorText errorTexts[] = {
+constexpr ErrorText ErrorTexts[] = {
     // log file
     {6000, "Error writing to log file %"},
     // file-system helper
@@ -72,7 +72,7 @@ struct SystemText {
   const char* text;
 };
 
-constexpr SystemText systemTexts[] = {
+constexpr SystemText SystemTexts[] = {
     {platform::Status::FileNotFound, "File not found"},
     {platform::Status::PathNotFound, "Path not found"},
     {platform::Status::AccessDenied, "Permission denied"},
@@ -87,9 +87,9 @@ constexpr SystemText systemTexts[] = {
 }  // namespace
 
 std::string GetErrorText(int number, const std::vector<std::string>& values) {
-  const auto* entry = std::find_if(std::begin(errorTexts), std::end(errorTexts),
+  const auto* entry = std::find_if(std::begin(ErrorTexts), std::end(ErrorTexts),
                                    [number](const ErrorText& candidate) { return candidate.number == number; });
-  if (entry == std::end(errorTexts)) return std::string();
+  if (entry == std::end(ErrorTexts)) return std::string();
   std::string text = entry->text;
   for (const std::string& value : values) text = ReplaceFirst(text, value);
   return text;
@@ -105,10 +105,10 @@ Error MakeError(int number, const std::vector<std::string>& values, const std::s
 }
 
 std::string SystemErrorText(platform::Status status) {
-  for (const SystemText& entry : systemTexts) {
+  for (const SystemText& entry : SystemTexts) {
     if (entry.status == status) return entry.text;
   }
   return "System error " + std::to_string(static_cast<std::uint32_t>(status));
 }
 
-}  // namespace modErrorBase
+}  // namespace assistant::modErrorBase

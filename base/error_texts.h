@@ -7,7 +7,7 @@
 #include "base/error.h"
 #include "platform/status.h"
 
-namespace modErrorBase {
+namespace assistant::modErrorBase {
 
 /// The text of an error number with its "%" marks filled in order; "" for a number without a text. A "%" inside an
 /// inserted value is itself filled by a later value, since each step searches the whole text again.
@@ -22,4 +22,4 @@ Error MakeError(int number, const std::vector<std::string>& values, const std::s
 /// What a system status number means, in words.
 std::string SystemErrorText(platform::Status status);
 
-}  // namespace modErrorBase
+}  // namespace assistant::modErrorBase

@@ -8,55 +8,56 @@
 #include "base/text.h"
 #include "platform/owned.h"
 
+namespace assistant {
 namespace {
 
 void Require(platform::Status status, const std::string& path, const char* source) {
   if (status == platform::Status::Ok) return;
-  throw Error(Number(status), modErrorBase::SystemErrorText(status) + ": " + path, source);
+  throw Error(platform::Number(status), modErrorBase::SystemErrorText(status) + ": " + path, source);
 }
 
 }  // namespace
 
-bool clsFso::FileExists(const std::string& path) {
+bool clsFso::fileExists(const std::string& path) {
   platform::Attributes attributes;
   return machine_.files().attributes(path, attributes) == platform::Status::Ok && !attributes.folder;
 }
 
-bool clsFso::FolderExists(const std::string& path) {
+bool clsFso::folderExists(const std::string& path) {
   platform::Attributes attributes;
   return machine_.files().attributes(path, attributes) == platform::Status::Ok && attributes.folder;
 }
 
-bool clsFso::DriveExists(char letter) {
+bool clsFso::driveExists(char letter) {
   const std::string wanted = UpperCase(std::string(1, letter));
   const auto drives = machine_.files().drives();
   return std::any_of(drives.begin(), drives.end(),
                      [&](const platform::Drive& drive) { return drive.letter == wanted.front(); });
 }
 
-void clsFso::CreateFolder(const std::string& path) {
+void clsFso::createFolder(const std::string& path) {
   const std::string folder = Normalised(path);
   if (folder.size() > LongestPath) throw modErrorBase::MakeError(6021, {folder}, "clsFso.CreateFolder");
-  if (folder.empty() || FolderExists(folder)) return;
+  if (folder.empty() || folderExists(folder)) return;
   if (folder.size() == 2 && folder[1] == ':') {
     throw modErrorBase::MakeError(6020, {folder}, "clsFso.CreateFolder");
   }
-  CreateFolder(FolderPart(folder));
+  createFolder(FolderPart(folder));
   const platform::Status created = machine_.files().createFolder(folder);
-  if (created != platform::Status::Ok && !FolderExists(folder)) {
+  if (created != platform::Status::Ok && !folderExists(folder)) {
     throw modErrorBase::MakeError(6021, {folder}, "clsFso.CreateFolder");
   }
 }
 
-std::vector<std::string> clsFso::ListFiles(const std::string& folder) {
-  return List(folder, false);
+std::vector<std::string> clsFso::listFiles(const std::string& folder) {
+  return list(folder, false);
 }
 
-std::vector<std::string> clsFso::ListFolders(const std::string& folder) {
-  return List(folder, true);
+std::vector<std::string> clsFso::listFolders(const std::string& folder) {
+  return list(folder, true);
 }
 
-std::vector<std::string> clsFso::List(const std::string& folder, bool folders) {
+std::vector<std::string> clsFso::list(const std::string& folder, bool folders) {
   std::vector<platform::FolderEntry> entries;
   const platform::Status listed = machine_.files().list(folder, entries);
   if (!platform::IsNotThere(listed)) Require(listed, folder, "clsFso.List");
@@ -67,54 +68,50 @@ std::vector<std::string> clsFso::List(const std::string& folder, bool folders) {
   return names;
 }
 
-void clsFso::DeleteFileForced(const std::string& path) {
+void clsFso::deleteFileForced(const std::string& path) {
   platform::Attributes attributes;
   Require(machine_.files().attributes(path, attributes), path, "clsFso.DeleteFile");
-  if (attributes.readOnly) {
-    machine_.files().setAttributes(path, {});
-  }
+  if (attributes.readOnly) machine_.files().setAttributes(path, {});
   Require(machine_.files().deleteFile(path), path, "clsFso.DeleteFile");
 }
 
-void clsFso::CopyFileOver(const std::string& from, const std::string& to) {
+void clsFso::copyFileOver(const std::string& from, const std::string& to) {
   platform::Attributes attributes;
   const bool replaces = machine_.files().attributes(to, attributes) == platform::Status::Ok;
   // The system replaces none of these.
-  const bool isGuarded = attributes.readOnly || attributes.hidden || attributes.system;
-  if (replaces && isGuarded) machine_.files().setAttributes(to, {});
+  const bool guarded = attributes.readOnly || attributes.hidden || attributes.system;
+  if (replaces && guarded) machine_.files().setAttributes(to, {});
   Require(machine_.files().copyFile(from, to), from + " to " + to, "clsFso.CopyFile");
   machine_.mainWindow().pumpMessages();  // a folder of many files must not make the window look dead
 }
 
-void clsFso::CopyFolderOver(const std::string& from, const std::string& to) {
-  CreateFolder(to);
+void clsFso::copyFolderOver(const std::string& from, const std::string& to) {
+  createFolder(to);
   // A folder that is not there any more is a disc that was pulled out, not an empty folder.
   std::vector<platform::FolderEntry> entries;
   Require(machine_.files().list(from, entries), from, "clsFso.CopyFolder");
   for (const platform::FolderEntry& entry : entries) {
     const std::string source = Joined(from, entry.name);
     const std::string target = Joined(to, entry.name);
-    entry.isFolder() ? CopyFolderOver(source, target) : CopyFileOver(source, target);
+    entry.isFolder() ? copyFolderOver(source, target) : copyFileOver(source, target);
   }
 }
 
-void clsFso::DeleteFolderForced(const std::string& path, const std::string& lastFile) {
+void clsFso::deleteFolderForced(const std::string& path, const std::string& lastFile) {
   platform::Attributes attributes;
   Require(machine_.files().attributes(path, attributes), path, "clsFso.DeleteFolder");
   if (!attributes.link) {
-    for (const std::string& file : ListFiles(path)) {
-      if (!EqualIgnoringCase(file, lastFile)) DeleteFileForced(Joined(path, file));
+    for (const std::string& file : listFiles(path)) {
+      if (!EqualIgnoringCase(file, lastFile)) deleteFileForced(Joined(path, file));
     }
-    for (const std::string& folder : ListFolders(path)) DeleteFolderForced(Joined(path, folder));
-    for (const std::string& file : ListFiles(path)) DeleteFileForced(Joined(path, file));
+    for (const std::string& folder : listFolders(path)) deleteFolderForced(Joined(path, folder));
+    for (const std::string& file : listFiles(path)) deleteFileForced(Joined(path, file));
   }
-  if (attributes.readOnly) {
-    machine_.files().setAttributes(path, {});
-  }
+  if (attributes.readOnly) machine_.files().setAttributes(path, {});
   Require(machine_.files().deleteFolder(path), path, "clsFso.DeleteFolder");
 }
 
-void clsFso::WriteNewFile(const std::string& path, const std::string& bytes) {
+void clsFso::writeNewFile(const std::string& path, const std::string& bytes) {
   platform::OwnedFile file(machine_.files());
   Require(machine_.files().openForWriting(path, file.receive()), path, "clsFso.WriteNewFile");
   const platform::Status written = machine_.files().write(*file, bytes);
@@ -123,8 +120,10 @@ void clsFso::WriteNewFile(const std::string& path, const std::string& bytes) {
   Require(closed, path, "clsFso.WriteNewFile");
 }
 
-std::string clsFso::OperatingSystem() {
+std::string clsFso::operatingSystem() {
   platform::SystemVersion version;
   if (machine_.machine().systemVersion(version) != platform::Status::Ok) return "0";
   return OperatingSystemName(version);
 }
+
+}  // namespace assistant

@@ -6,48 +6,52 @@
 
 #include "platform/platform.h"
 
+namespace assistant {
+
 class clsFso {
  public:
   explicit clsFso(platform::Platform& machine) : machine_(machine) {}
 
   /// False also for a path that names a folder, or that cannot be looked at.
-  bool FileExists(const std::string& path);
-  bool FolderExists(const std::string& path);
-  bool DriveExists(char letter);
+  bool fileExists(const std::string& path);
+  bool folderExists(const std::string& path);
+  bool driveExists(char letter);
 
   /// Characters of a path that the system's ANSI functions take.
   static constexpr std::size_t LongestPath = 259;
 
   /// Creates the folder with all missing parents; one that is there already is fine. Raises 6020 (no such drive) or
   /// 6021 (the folder that could not be made).
-  void CreateFolder(const std::string& path);
+  void createFolder(const std::string& path);
 
   /// Names of the files (or folders) of a folder, sorted by name; none when the folder is not there.
-  std::vector<std::string> ListFiles(const std::string& folder);
-  std::vector<std::string> ListFolders(const std::string& folder);
+  std::vector<std::string> listFiles(const std::string& folder);
+  std::vector<std::string> listFolders(const std::string& folder);
 
   /// Deletes a file, a read-only one as well. Raises the system's number when it cannot, or when there is none.
-  void DeleteFileForced(const std::string& path);
+  void deleteFileForced(const std::string& path);
 
   /// Copies over any existing file, a read-only or hidden one as well. Raises the system's number.
-  void CopyFileOver(const std::string& from, const std::string& to);
+  void copyFileOver(const std::string& from, const std::string& to);
 
   /// Copies a folder with everything in it, over what is there. Raises the system's number, also when it is not there.
-  void CopyFolderOver(const std::string& from, const std::string& to);
+  void copyFolderOver(const std::string& from, const std::string& to);
 
   /// Deletes a folder with everything in it, read-only files as well, and the file `lastFile` behind all others; of a
   /// link to another folder only the link. Raises the system's number.
-  void DeleteFolderForced(const std::string& path, const std::string& lastFile = "");
+  void deleteFolderForced(const std::string& path, const std::string& lastFile = "");
 
   /// Writes a file anew, over one of that name. Raises the system's number.
-  void WriteNewFile(const std::string& path, const std::string& bytes);
+  void writeNewFile(const std::string& path, const std::string& bytes);
 
   /// Name of the machine's operating system, such as "Windows XP"; "0" when the system does not tell (6023 is raised
   /// for nobody: a condition reports it).
-  std::string OperatingSystem();
+  std::string operatingSystem();
 
  private:
-  std::vector<std::string> List(const std::string& folder, bool folders);
+  std::vector<std::string> list(const std::string& folder, bool folders);
 
   platform::Platform& machine_;
 };
+
+}  // namespace assistant

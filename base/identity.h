@@ -1,8 +1,17 @@
 // Who the program is, wherever it has to say so.
 #pragma once
 
+#include <string>
+
+namespace assistant {
+
 inline constexpr const char* Title = "QX Installation Assistant";
 
-/// Registry key of the run values; the products and their components are kept below it (records.h).
-inline constexpr const char* InstallationKey = "Software\\Tarvel\\Installation";
-inline constexpr const char* ProductsKey = "Software\\Tarvel\\Installation\\Products";
+/// The running program's own file.
+struct ProgramFile {
+  std::string path;
+  std::string folder;  ///< without trailing backslash
+  std::string name;    ///< file name without ".exe"
+};
+
+}  // namespace assistant

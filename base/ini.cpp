@@ -4,11 +4,11 @@
 #include <limits>
 #include <utility>
 
-#include "base/error_handler.h"
 #include "base/error_texts.h"
+#include "base/procedure.h"
 #include "base/text.h"
 
-namespace modINI {
+namespace assistant::modINI {
 namespace {
 
 constexpr int OverflowError = 6;
@@ -24,7 +24,7 @@ bool IsHeader(std::string_view line) {
 /// never be read. Media rely on both.
 bool IsDropped(std::string_view line) {
   if (line.empty() || line.front() == ';') return true;
-  return (line.front() == 'r' || line.front() == 'R') && StartsWithIgnoringCase(line, "rem");
+  return (line.front() == 'r' || line.front() == 'R') && EqualIgnoringCase(line.substr(0, 3), "rem");
 }
 
 void RequireName(const std::string& name, int errorNumber) {
@@ -37,24 +37,38 @@ struct OpenSection {
   std::size_t header;
 };
 
-OpenSection Open(Run& run, const std::string& section, const std::string& iniFile) {
-  OpenSection opened{OpenIniFile(run, iniFile), 0};
+OpenSection Open(const IniFile& ini, const std::string& section) {
+  OpenSection opened{OpenIniFile(ini), 0};
   if (!FindLine(opened.lines, opened.header, "[" + section + "]", false)) {
-    throw modErrorBase::MakeError(6120, {section, iniFile}, "modINI");
+    throw modErrorBase::MakeError(6120, {section, ini.path}, "modINI");
   }
   return opened;
 }
 
-std::string ReadValue(Run& run, const std::string& section, const std::string& key, const std::string& iniFile) {
+std::string ReadValue(const IniFile& ini, const std::string& section, const std::string& key) {
   RequireName(section, 6123);
   RequireName(key, 6124);
-  OpenSection opened = Open(run, section, iniFile);
+  OpenSection opened = Open(ini, section);
   std::size_t index = opened.header;
   if (!FindLine(opened.lines, index, key + "=", true)) {
-    throw modErrorBase::MakeError(6121, {key, section, iniFile}, "modINI");
+    throw modErrorBase::MakeError(6121, {key, section, ini.path}, "modINI");
   }
   const std::string_view line = opened.lines.at(index);
   return Trim(line.substr(line.find('=') + 1));
+}
+
+/// The lines of a section up to the next one, as they stand; a failure is logged and gives none.
+std::vector<std::string> SectionLines(const IniFile& ini, const std::string& section) {
+  const Procedure here(ini.log, "modINI.GetIniKeys");
+  return here.guard([&] {
+    RequireName(section, 6123);
+    const OpenSection opened = Open(ini, section);
+    std::vector<std::string> lines;
+    for (std::size_t i = opened.header + 1; i <= opened.lines.count() && !IsHeader(opened.lines.at(i)); ++i) {
+      lines.emplace_back(opened.lines.at(i));
+    }
+    return lines;
+  });
 }
 
 }  // namespace
@@ -68,12 +82,12 @@ IniLines::IniLines(std::string bytes) : bytes_(std::make_unique<const std::strin
     const char* const next = found == nullptr ? end : found;
     std::string_view line(at, static_cast<std::size_t>(next - at));
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-    Keep(line);
+    keep(line);
     at = next + 1;
   }
 }
 
-void IniLines::Keep(std::string_view line) {
+void IniLines::keep(std::string_view line) {
   // The count is 16 bits wide, and a line is counted before it is looked at.
   const bool header = IsHeader(line);
   if (lines_.size() + (header ? 2 : 1) > std::numeric_limits<std::int16_t>::max()) {
@@ -84,53 +98,60 @@ void IniLines::Keep(std::string_view line) {
   lines_.push_back(line);
 }
 
-std::string GetIniString(Run& run, const std::string& section, const std::string& key, const std::string& defaultValue,
-                         const std::string& iniFile, bool silent) {
+IniValue ReadIniValue(const IniFile& ini, const std::string& section, const std::string& key,
+                      const std::string& defaultValue, Missing missing) {
   try {
-    return ReadValue(run, section, key, iniFile);
+    return {ReadValue(ini, section, key)};
   } catch (const Error& failure) {
-    run.lastIniError = failure.number();
-    if (!silent) {
-      run.log.Log("modINI.GetIniString", 0,
-                  "Failed while trying to get value of key: " + key + " from section: " + section +
-                      " from ini file: " + iniFile,
-                  false, EntryType::Error);
-      run.log.Log("modINI.GetIniString", failure.number(), failure.text(), false, EntryType::Error);
+    // The default stands in, and the number is handed on as well.
+    if (missing == Missing::IsLogged) {
+      const Procedure here(ini.log, "modINI.GetIniString");
+      here.error("Failed while trying to get value of key: " + key + " from section: " + section +
+                 " from ini file: " + ini.path);
+      here.tell(failure);
     }
-    return defaultValue;
+    return {defaultValue, failure.number()};
   }
 }
 
-void GetIniKeys(Run& run, std::vector<std::string>& keys, const std::string& section, const std::string& iniFile,
-                bool keysOnly) {
-  keys.clear();
-  Guarded(run, "modINI.GetIniKeys", [&] {
-    RequireName(section, 6123);
-    const OpenSection opened = Open(run, section, iniFile);
-    for (std::size_t i = opened.header + 1; i <= opened.lines.count() && !IsHeader(opened.lines.at(i)); ++i) {
-      const std::string_view line = opened.lines.at(i);
-      const std::size_t equals = line.find('=');
-      if (keysOnly && equals != std::string_view::npos) keys.emplace_back(line.substr(0, equals));
-      if (!keysOnly && !Trim(line).empty()) keys.emplace_back(line);
-    }
-  });
+std::string GetIniString(const IniFile& ini, const std::string& section, const std::string& key,
+                         const std::string& defaultValue, Missing missing) {
+  return ReadIniValue(ini, section, key, defaultValue, missing).text;
 }
 
-bool IsValidIniSection(Run& run, const std::string& section, const std::string& iniFile) {
-  return Guarded(run, "modINI.IsValidIniSection", [&] {
+std::vector<std::string> GetIniKeys(const IniFile& ini, const std::string& section) {
+  std::vector<std::string> keys;
+  for (const std::string& line : SectionLines(ini, section)) {
+    const std::size_t equals = line.find('=');
+    if (equals != std::string::npos) keys.push_back(line.substr(0, equals));
+  }
+  return keys;
+}
+
+std::vector<std::string> GetIniLines(const IniFile& ini, const std::string& section) {
+  std::vector<std::string> lines;
+  for (const std::string& line : SectionLines(ini, section)) {
+    if (!Trim(line).empty()) lines.push_back(line);
+  }
+  return lines;
+}
+
+bool IsValidIniSection(const IniFile& ini, const std::string& section) {
+  const Procedure here(ini.log, "modINI.IsValidIniSection");
+  return here.guard([&] {
     RequireName(section, 6123);
-    IniLines lines = OpenIniFile(run, iniFile);
+    IniLines lines = OpenIniFile(ini);
     std::size_t index = 0;
     return FindLine(lines, index, "[" + section + "]", false);
   });
 }
 
-IniLines OpenIniFile(Run& run, const std::string& iniFile) {
-  const auto failed = [&iniFile](const std::string& reason) {
-    return Error(6122, modErrorBase::GetErrorText(6122, {iniFile}) + " : " + reason, "modINI.OpenIniFile");
+IniLines OpenIniFile(const IniFile& ini) {
+  const auto failed = [&ini](const std::string& reason) {
+    return Error(6122, modErrorBase::GetErrorText(6122, {ini.path}) + " : " + reason, "modINI.OpenIniFile");
   };
   std::string bytes;
-  const platform::Status read = run.machine.files().read(iniFile, bytes);
+  const platform::Status read = ini.files.read(ini.path, bytes);
   if (read != platform::Status::Ok) throw failed(modErrorBase::SystemErrorText(read));
   if (bytes.rfind("\xFF\xFE", 0) == 0 || bytes.rfind("\xFE\xFF", 0) == 0) {
     throw failed("The file is Unicode text. Save it as ANSI text");
@@ -138,7 +159,7 @@ IniLines OpenIniFile(Run& run, const std::string& iniFile) {
   try {
     return IniLines(std::move(bytes));
   } catch (const Error& overflow) {
-    throw failed(overflow.text());
+    throw failed(overflow.text());  // the file's name belongs to it
   }
 }
 
@@ -168,4 +189,4 @@ std::size_t LineCount(const IniLines& lines) {
   return lines.count();
 }
 
-}  // namespace modINI
+}  // namespace assistant::modINI

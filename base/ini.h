@@ -8,9 +8,20 @@
 #include <string_view>
 #include <vector>
 
-#include "base/run.h"
+#include "base/app_log.h"
+#include "platform/files.h"
 
-namespace modINI {
+namespace assistant::modINI {
+
+/// Whether a key that is not there is told in the log.
+enum class Missing { IsLogged, IsFine };
+
+/// One ini file, from which values are read.
+struct IniFile {
+  platform::FileReader& files;
+  clsAppLog& log;
+  std::string path;
+};
 
 /// The meaningful lines of one file, counted from 1, as they were read. One empty element stands before every section
 /// header.
@@ -24,28 +35,37 @@ class IniLines {
   void addEmpty() { lines_.emplace_back(); }
 
  private:
-  void Keep(std::string_view line);
+  void keep(std::string_view line);
 
   std::unique_ptr<const std::string> bytes_;  // on the heap, so that the views survive a move
   std::vector<std::string_view> lines_;
 };
 
-/// Value of a key, without the blanks around it; an empty value is "". On any failure (names with "[", "]" or "=", a
-/// file that cannot be read, no such section or key) the result is `defaultValue`, the number is kept in
-/// run.lastIniError, and unless `silent` two entries tell it in the log.
-std::string GetIniString(Run& run, const std::string& section, const std::string& key, const std::string& defaultValue,
-                         const std::string& iniFile, bool silent);
+/// A value, and the number of the failure for which the default stands in its place; 0 when it was read.
+struct IniValue {
+  std::string text;
+  int failure = 0;
+};
 
-/// Lists a section: the keys of its lines (`keysOnly`), or its lines as they stand. A failure is logged and leaves
-/// `keys` empty.
-void GetIniKeys(Run& run, std::vector<std::string>& keys, const std::string& section, const std::string& iniFile,
-                bool keysOnly);
+/// Value of a key, without the blanks around it; an empty value is "". On any failure (names with "[", "]" or "=", a
+/// file that cannot be read, no such section or key) it is `defaultValue`, and unless that is fine two entries tell it
+/// in the log.
+IniValue ReadIniValue(const IniFile& ini, const std::string& section, const std::string& key,
+                      const std::string& defaultValue, Missing missing);
+/// Its text, which is all that nearly every caller wants.
+std::string GetIniString(const IniFile& ini, const std::string& section, const std::string& key,
+                         const std::string& defaultValue, Missing missing = Missing::IsFine);
+
+/// The keys of a section's lines. A failure is logged and gives none.
+std::vector<std::string> GetIniKeys(const IniFile& ini, const std::string& section);
+/// The lines of a section as they stand, but those of blanks only. A failure is logged and gives none.
+std::vector<std::string> GetIniLines(const IniFile& ini, const std::string& section);
 
 /// True when the file has the section. A failure is logged; the result is false.
-bool IsValidIniSection(Run& run, const std::string& section, const std::string& iniFile);
+bool IsValidIniSection(const IniFile& ini, const std::string& section);
 
 /// Loads a file. Raises 6122 with the reason.
-IniLines OpenIniFile(Run& run, const std::string& iniFile);
+IniLines OpenIniFile(const IniFile& ini);
 
 /// Searches behind `index` for a line that begins with `text` (letter case ignored); with `stopAtSection` only up to
 /// the next section. `index` becomes the line found, or the last line examined that is not empty.
@@ -56,4 +76,4 @@ bool ValidStr(const std::string& name);
 
 std::size_t LineCount(const IniLines& lines);
 
-}  // namespace modINI
+}  // namespace assistant::modINI

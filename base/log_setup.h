@@ -1,12 +1,38 @@
 // Where a run's log, its Windows Installer logs and its archived logs lie.
 #pragma once
 
-#include "base/run.h"
+#include <string>
 
-/// Decides on the log folders of this run, makes them, archives the log that an earlier run left (a resumed run goes on
-/// in it) and releases the entries held so far into the run's own log. Never raises: when the folder cannot be made, a
-/// warning says so and the log goes to the default place.
-///
-/// Install runs read [Product] "LogFilePath" of the application ini; uninstall runs use the product named on the
-/// command line and a fixed place.
-void SetUpLog(Run& run);
+#include "base/identity.h"
+#include "base/ini.h"
+#include "base/services.h"
+
+namespace assistant {
+
+/// Folders beside a run's log.
+struct LogFolders {
+  std::string msiLogs;
+  std::string archive;
+};
+
+/// Where a run's log belongs and what its parts are called.
+struct LogPlace {
+  std::string folder;
+  std::string file;
+  std::string prefix;  ///< of the folders beside the log
+  std::string remedy;  ///< what to do when the folder cannot be made
+};
+
+/// The place that [Product] "LogFilePath" of the application ini gives the product's log.
+LogPlace InstallLogPlace(const modINI::IniFile& applicationIni, const std::string& product);
+/// The fixed place of an uninstall's log.
+LogPlace UninstallLogPlace(const std::string& product);
+
+/// Whether a run begins its log, or goes on in the one that it finds.
+enum class LogStart { Fresh, Continued };
+
+/// Makes the folder, archives the log that an earlier run left and releases the entries held so far into the run's own
+/// log. Never raises: when the folder cannot be made, a warning says so and the log stays in the default place.
+LogFolders SetUpLog(const Services& services, const ProgramFile& program, const LogPlace& place, LogStart start);
+
+}  // namespace assistant

@@ -5,6 +5,8 @@
 #include "base/identity.h"
 #include "base/text.h"
 
+namespace assistant {
+
 using platform::Control;
 
 namespace {
@@ -21,81 +23,80 @@ std::string NewestLines(const std::string& text) {
 
 }  // namespace
 
-void frmMain::Create(const std::string& caption) {
-  machine_.mainWindow().create(caption);
+void frmMain::create(const std::string& caption) {
+  window().create(caption);
 }
 
-void frmMain::Show() {
-  machine_.mainWindow().show();
+void frmMain::show() {
+  window().show();
   shown_ = true;
 }
 
-void frmMain::StatusLine(const std::string& text) {
+void frmMain::statusLine(const std::string& text) {
   if (!shown_) return;
-  machine_.mainWindow().setText(Control::Action, text);
-  Status(text);
+  window().setText(Control::Action, text);
+  status(text);
 }
 
-void frmMain::Status(const std::string& text) {
+void frmMain::status(const std::string& text) {
   if (!shown_) return;
-  const std::string before = machine_.mainWindow().text(Control::Status);
+  const std::string before = window().text(Control::Status);
   const std::string all = NewestLines(before.empty() ? text : before + LineBreak + text);
-  machine_.mainWindow().setText(Control::Status, all);
-  const bool overflows = machine_.mainWindow().statusTextHeight(all) > machine_.mainWindow().statusAreaHeight();
+  window().setText(Control::Status, all);
+  const bool overflows = window().statusTextHeight(all) > window().statusAreaHeight();
   if (overflows != scrollBarShown_) {
     scrollBarShown_ = overflows;
-    machine_.mainWindow().showStatusScrollBar(overflows);
+    window().showStatusScrollBar(overflows);
   }
-  machine_.mainWindow().repaint();
+  window().repaint();
 }
 
-void frmMain::Component(const std::string& text) {
-  if (shown_) machine_.mainWindow().setText(Control::Component, text);
+void frmMain::component(const std::string& text) {
+  if (shown_) window().setText(Control::Component, text);
 }
 
-void frmMain::LongMessage(const std::string& text) {
-  if (shown_) machine_.mainWindow().setText(Control::LongMessage, text);
+void frmMain::longMessage(const std::string& text) {
+  if (shown_) window().setText(Control::LongMessage, text);
 }
 
-void frmMain::ProgressBar(int percent) {
+void frmMain::progressBar(int percent) {
   if (!shown_) return;
   const int drawn = std::clamp(percent, 0, 100);
-  machine_.mainWindow().drawProgress(drawn, std::to_string(drawn) + "%");
+  window().drawProgress(drawn, std::to_string(drawn) + "%");
 }
 
-void frmMain::Caption(Control button, const std::string& text) {
-  machine_.mainWindow().setText(button, text);
+void frmMain::caption(Control button, const std::string& text) {
+  window().setText(button, text);
 }
 
-void frmMain::EnableButtons(bool enabled) {
+void frmMain::enableButtons(bool enabled) {
   if (!shown_) return;
   if (enabled) {
-    machine_.mainWindow().pumpMessages();
-    while (machine_.mainWindow().takeEvent()) {
+    window().pumpMessages();
+    while (window().takeEvent()) {
     }
   }
-  for (Control button : {Control::About, Control::Continue, Control::Cancel})
-    machine_.mainWindow().setEnabled(button, enabled);
-  machine_.mainWindow().setBusyCursor(!enabled);
+  for (Control button : {Control::About, Control::Continue, Control::Cancel}) window().setEnabled(button, enabled);
+  window().setBusyCursor(!enabled);
 }
 
-void frmMain::EnableEndButtons() {
-  EnableButtons(true);
-  if (shown_) machine_.mainWindow().setEnabled(Control::Cancel, false);
+void frmMain::enableEndButtons() {
+  enableButtons(true);
+  if (shown_) window().setEnabled(Control::Cancel, false);
 }
 
-void frmMain::ComeToFront() {
-  if (shown_) machine_.otherWindows().focus(machine_.mainWindow().handle());
+void frmMain::comeToFront() {
+  if (shown_) machine_.otherWindows().focus(window().handle());
 }
 
-void frmMain::Pump() {
-  machine_.mainWindow().pumpMessages();
-  while (const auto event = machine_.mainWindow().takeEvent()) {
-    if (*event == platform::WindowEvent::Close) AskForEnd();
+void frmMain::pump() {
+  window().pumpMessages();
+  while (const auto event = window().takeEvent()) {
+    if (*event == platform::WindowEvent::Close) askForEnd();
   }
 }
 
-void frmMain::AskForEnd() {
+void frmMain::askForEnd() {
   if (endWanted_) return;
   const std::string question = std::string(Title) + " is still at work." + LineBreak + LineBreak +
                                "Do you want it to end when the present component is done?";
@@ -104,9 +105,11 @@ void frmMain::AskForEnd() {
                                               .icon = platform::BoxIcon::Question,
                                               .buttons = platform::BoxButtons::YesNo,
                                               .defaultAnswer = platform::BoxAnswer::No}) == platform::BoxAnswer::Yes;
-  if (endWanted_) LongMessage("The run ends as soon as the present component is done.");
+  if (endWanted_) longMessage("The run ends as soon as the present component is done.");
 }
 
 void CentreForm(platform::MainWindow& window) {
   window.centre();
 }
+
+}  // namespace assistant

@@ -7,6 +7,7 @@
 
 #include "base/text.h"
 
+namespace assistant {
 namespace {
 
 /// The longest start of the text that is a decimal number: no hexadecimal, no "inf", unlike the library's conversion.
@@ -75,3 +76,5 @@ std::string Thousands(double value) {
   }
   return text;
 }
+
+}  // namespace assistant

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+namespace assistant {
+
 /// The number that the text begins with (blanks in front allowed, decimal point "."), or 0 when it begins with none.
 double NumericValue(const std::string& text);
 
@@ -26,3 +28,5 @@ std::string NumberText(double value);
 
 /// Pattern "#,###": rounded (halves up), thousands separated by commas, nothing at all for zero.
 std::string Thousands(double value);
+
+}  // namespace assistant

@@ -1,8 +1,9 @@
 #include "base/operating_systems.h"
 
+namespace assistant {
 namespace {
 
-constexpr OperatingSystem operatingSystems[] = {
+constexpr OperatingSystem OperatingSystems[] = {
     {1, 4, 0, "Windows 95", "win95", "Win95"},       {1, 4, 10, "Windows 98", "win98", "Win98"},
     {1, 4, 90, "Windows ME", "winme", "WinME"},      {2, 3, 51, "Windows NT 3.51", "winnt3", "WinNT3"},
     {2, 4, 0, "Windows NT 4.0", "winnt4", "WinNT4"}, {2, 5, 0, "Windows 2000", "win2k", "Win2K"},
@@ -12,17 +13,19 @@ constexpr OperatingSystem operatingSystems[] = {
 }  // namespace
 
 const OperatingSystem* FindOperatingSystem(const std::string& name) {
-  for (const OperatingSystem& system : operatingSystems) {
+  for (const OperatingSystem& system : OperatingSystems) {
     if (name == system.name) return &system;
   }
   return nullptr;
 }
 
 std::string OperatingSystemName(const platform::SystemVersion& version) {
-  for (const OperatingSystem& system : operatingSystems) {
+  for (const OperatingSystem& system : OperatingSystems) {
     if (system.platformId == version.platformId && system.major == version.major && system.minor == version.minor) {
       return system.name;
     }
   }
   return "Windows " + std::to_string(version.major) + "." + std::to_string(version.minor);
 }
+
+}  // namespace assistant

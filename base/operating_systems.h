@@ -6,6 +6,8 @@
 
 #include "platform/machine.h"
 
+namespace assistant {
+
 struct OperatingSystem {
   std::uint32_t platformId;  ///< 1 the Windows 95 family, 2 the NT family
   std::uint32_t major;
@@ -20,3 +22,5 @@ const OperatingSystem* FindOperatingSystem(const std::string& name);
 
 /// Name of the system; one that is not recognised is "Windows " + major + "." + minor.
 std::string OperatingSystemName(const platform::SystemVersion& version);
+
+}  // namespace assistant

@@ -5,6 +5,7 @@
 
 #include "base/text.h"
 
+namespace assistant {
 namespace {
 
 constexpr std::string_view NotInNames = "\\/:*?\"<>|";
@@ -73,3 +74,5 @@ std::string AsFileName(std::string text) {
 std::string CommandLineFile(const std::string& path) {
   return Contains(path, " ") ? Quoted(path) : path;
 }
+
+}  // namespace assistant

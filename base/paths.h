@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace assistant {
+
 /// True for a path that begins with a drive letter and ":" or with two backslashes.
 bool IsFullPath(std::string_view path);
 
@@ -32,3 +34,5 @@ std::string AsFileName(std::string text);
 
 /// The file as it stands in a command line: in double quotes when it holds a blank.
 std::string CommandLineFile(const std::string& path);
+
+}  // namespace assistant

@@ -2,10 +2,21 @@
 
 #include "base/paths.h"
 
+namespace assistant {
+namespace {
+
+ProgramFile OwnFile(platform::Machine& machine) {
+  const std::string path = machine.programPath();
+  return {path, FolderPart(path), WithoutExtension(LastElement(path))};
+}
+
+}  // namespace
+
 Run::Run(platform::Platform& platform)
     : machine(platform),
-      programFolder(FolderPart(platform.machine().programPath())),
-      programName(WithoutExtension(LastElement(platform.machine().programPath()))),
-      fso(platform),
-      window(platform),
-      log(platform, Title, programFolder) {}
+      program(OwnFile(platform.machine())),
+      fso_(platform),
+      window_(platform),
+      log_(platform, Title, program.folder) {}
+
+}  // namespace assistant

@@ -1,15 +1,60 @@
-// The one run: what all procedures of a run share. Made by the entry point, passed by reference, never copied.
+// The one run: what it works with, what it was told, what it installs and where it stands. Made by RunProgram
+// (core/program), passed by reference, never copied. Procedures are handed the part that they need. Only the steps of
+// core/ change it, and the few below them that take it changeable: the product's result, and an uninstall, which sets
+// it.
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
 #include "base/app_log.h"
 #include "base/file_system.h"
 #include "base/identity.h"
+#include "base/ini.h"
+#include "base/log_setup.h"
 #include "base/main_window.h"
+#include "base/product_record.h"
+#include "base/services.h"
+#include "base/share_paths.h"
 #include "platform/platform.h"
+
+namespace assistant {
+
+/// What the command line says, and for a resumed run what its first start said. It stays as it is once it is read.
+struct Options {
+  std::string argumentText;  ///< without the program's own path
+  bool silent = false;
+  bool verbose = false;
+  bool uninstall = false;
+  std::string uninstallProduct;  ///< "" until it is known
+  std::string applicationIni;    ///< as given; "" when it is not
+  std::string productIni;
+};
+
+/// The two ini files that a run starts from; "" for one that is not known.
+struct IniPaths {
+  std::string application;
+  std::string product;
+};
+
+/// What the forced lists of the application ini name.
+struct ForcedLists {
+  std::vector<std::string> uninstall;  ///< entries of [ForceUninstall]
+  std::vector<std::string> remove;     ///< paths of [ForceDelete]
+};
+
+/// What is installed or removed, and the files that it comes from.
+struct Product {
+  std::string name;
+  std::string numberOfLoops;
+  std::string endMessage;
+  IniPaths inis;
+  std::string packageRoot;
+  Shares shares;
+  ForcedLists forced;
+  std::string nextVolume;  ///< disc that the run goes on with; "" when this is the last
+  char discDrive = 0;      ///< drive of a further disc; 0 while none was changed
+};
 
 /// One row of the drive table.
 struct DriveRow {
@@ -17,42 +62,35 @@ struct DriveRow {
   double freeBytes;
 };
 
-/// One network share that the product needs.
-struct Share {
-  std::string name;
-  std::string folder;
-  std::string machineTypes;  ///< query for the machines that need it; "" for all
+/// What this machine is. Its type and its system are learned when they are first asked for.
+struct MachineFacts {
+  std::string operatingSystem;
+  std::string serverType;
+  std::vector<DriveRow> drives;
 };
 
-/// One product that Windows Installer has on this machine.
-struct InstalledProduct {
-  std::string code;  ///< "{...}", 38 characters
-  std::string name;
-  std::string version;
+enum class RunKind { Fresh, Resumed, Uninstall };
+
+/// Where a run stands. The window's buttons mean what the phase says.
+enum class Phase {
+  Preparing,  ///< from the start to the first question
+  Waiting,    ///< an interactive run waits for Continue
+  Working,
+  Ended,  ///< an interactive run shows how it went
 };
 
-/// One row of the sequence table.
-struct SequenceRow {
-  std::string component;
-  double number;
-};
-
-/// The component in work, as its record tells it.
-struct CurrentComponent {
-  std::string name;
-  std::string key;  ///< registry path of its record
-  std::string productCode;
-  std::string productVersion;
-  std::string install;  ///< the file to run
-  std::string path;     ///< its folder, in full
-  double sequenceNumber = 0;
-  std::string displayName;  ///< the package's product name; the component's name where the package has none
-};
-
-/// Folders of the run's log.
-struct LogFolders {
-  std::string msiLogs;
-  std::string archive;
+/// How far a run has come and how it goes.
+struct RunState {
+  RunKind kind = RunKind::Fresh;
+  Phase phase = Phase::Preparing;
+  bool failed = false;          ///< the product's result as this run set it
+  std::string failureReasons;   ///< one a line
+  bool aborted = false;         ///< a failed component ended the loop
+  bool cancelled = false;       ///< a person ended the run
+  bool logonDeclined = false;   ///< a person cancelled the password window
+  bool localInstance = false;   ///< this is the local copy of a product on several discs
+  std::string mappedDrive;      ///< drive mapped for this run, with its colon
+  std::string programToRemove;  ///< local copy of the program that no product needs any more
 };
 
 struct Run {
@@ -61,62 +99,26 @@ struct Run {
   Run& operator=(const Run&) = delete;
 
   platform::Platform& machine;
-  std::string programFolder;  ///< without trailing backslash
-  std::string programName;    ///< file name without ".exe"
-
-  clsFso fso;
-  frmMain window;
-  clsAppLog log;
+  const ProgramFile program;
+  Options options;
+  Product product;
+  mutable MachineFacts facts;
   LogFolders logFolders;
+  RunState state;
 
-  // What the command line says
-  std::string commandLine;  ///< the argument text, without the program's own path
-  bool silent = false;
-  bool verbose = false;
-  bool uninstall = false;
-  bool uninstallProductFound = false;
-  std::string uninstallProduct;
-  std::string appIniPath;
-  std::string productIniPath;
+  /// The record of the product in work.
+  ProductRecord record() const { return {services, product.name}; }
+  modINI::IniFile applicationIni() const { return {machine.files(), services.log, product.inis.application}; }
+  modINI::IniFile productIni() const { return {machine.files(), services.log, product.inis.product}; }
+  ShareResolver shareResolver() const { return {machine.registry(), services.log, product.shares}; }
 
-  // What is installed
-  std::string productName;
-  std::string productDisplayName;
-  std::string packageRoot;
-  std::string numberOfLoops;
-  std::string endMessage;
-  std::vector<std::string> actions;         ///< components named by the product ini, in its order
-  std::vector<std::string> forceUninstall;  ///< entries of the forced-uninstall list
-  std::vector<std::string> forceDelete;     ///< paths of the forced-delete list
-  std::vector<Share> shares;
-  CurrentComponent component;
-  std::vector<SequenceRow> sequence;
+ private:
+  clsFso fso_;
+  frmMain window_;
+  clsAppLog log_;
 
-  // What this machine is
-  std::string operatingSystem;
-  std::string serverType;
-  std::vector<DriveRow> driveTable;
-  std::vector<InstalledProduct> installedProducts;
-
-  // Where the run stands
-  bool rebooted = false;
-  bool resumePending = false;
-  bool initialised = false;
-  bool busy = false;  ///< initialisation is at work
-  bool installSuccess = true;
-  bool localInstance = false;  ///< this is the local copy of a multi-disk install
-  bool aborted = false;        ///< a failed component ended the loop
-  bool cancelled = false;      ///< a person ended the run
-  bool logonDeclined = false;  ///< a person cancelled the password window
-  bool deferredReboot = false;
-  bool failed = false;          ///< the product result as this run set it
-  std::string failureReasons;   ///< one a line
-  std::string mappedDrive;      ///< drive mapped for this run, with its colon
-  std::string programToRemove;  ///< local program copy that no product needs any more
-  std::string nextVolumeName;   ///< disc that the run goes on with; "" when this is the last
-  bool furtherDisc = false;     ///< the disc in work is not the one that the run began with
-  char discDrive = 0;           ///< drive of a further disc; 0 while none was changed
-  int lastIniError = 0;         ///< number of the last failure of GetIniString
-
-  std::map<int, std::string> captions;
+ public:
+  const Services services{machine, fso_, window_, log_};
 };
+
+}  // namespace assistant

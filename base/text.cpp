@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+namespace assistant {
 namespace {
 
 char Lower(char c) {
@@ -14,10 +15,6 @@ bool SameLetter(char a, char b) {
   return Lower(a) == Lower(b);
 }
 
-std::string_view Slice(std::string_view text, std::size_t first, std::size_t last) {
-  return first == std::string_view::npos ? std::string_view() : text.substr(first, last - first + 1);
-}
-
 template <class Fold>
 std::string Folded(std::string_view text, Fold fold) {
   std::string result(text);
@@ -28,11 +25,14 @@ std::string Folded(std::string_view text, Fold fold) {
 }  // namespace
 
 std::string Trim(std::string_view text) {
-  return std::string(Slice(text, text.find_first_not_of(' '), text.find_last_not_of(' ')));
+  const std::size_t first = text.find_first_not_of(' ');
+  return first == std::string_view::npos ? std::string()
+                                         : std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
 std::string TrimLeft(std::string_view text) {
-  return std::string(Slice(text, text.find_first_not_of(' '), text.size() - 1));
+  const std::size_t first = text.find_first_not_of(' ');
+  return first == std::string_view::npos ? std::string() : std::string(text.substr(first));
 }
 
 std::string TrimRight(std::string_view text) {
@@ -115,3 +115,5 @@ const char* TrueOrFalse(bool value) {
 bool IsTrue(std::string_view text) {
   return EqualIgnoringCase(text, "true");
 }
+
+}  // namespace assistant

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace assistant {
+
 inline constexpr const char* LineBreak = "\r\n";
 
 /// Cuts blanks (spaces, nothing else) off both ends.
@@ -39,3 +41,5 @@ std::string Quoted(std::string_view text);
 /// A stored truth value: "True" and "False" as the registry holds them.
 const char* TrueOrFalse(bool value);
 bool IsTrue(std::string_view text);
+
+}  // namespace assistant

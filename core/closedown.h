@@ -1,10 +1,19 @@
-// The single way out of a run.
+// What is left behind at the end of every run.
 #pragma once
 
 #include "base/run.h"
 
-/// Ends the run, however it went: removes the drive mapping, resets the run's registry values, switches automatic logon
-/// off, arranges the removal of a local program copy, closes and archives the log, restarts the machine when a closing
-/// restart is due, and ends the program (throws ProgramEnd with the process's exit code). A step that fails does not
-/// keep the later ones from running.
-[[noreturn]] void Closedown(Run& run);
+namespace assistant {
+
+/// What the driver does once a run has closed down.
+struct Closing {
+  int exitCode;  ///< of the process
+  bool restart;  ///< a closing restart is due
+};
+
+/// Closes the run down, however it went: removes the drive mapping, resets the run's registry values, switches
+/// automatic logon off, arranges the removal of a local program copy, closes and archives the log. A step that fails
+/// does not keep the later ones from running.
+Closing Closedown(Run& run);
+
+}  // namespace assistant

@@ -1,22 +1,19 @@
 #include "core/command_line.h"
 
-#include "base/error_handler.h"
 #include "base/log_setup.h"
 #include "base/paths.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
-#include "core/closedown.h"
-#include "exec/outcome.h"
+#include "core/run_stops.h"
+#include "exec/product_result.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "GetCommandLine";
-
-bool ConfirmedByUser(Run& run) {
+bool ConfirmedByUser(const Run& run) {
   const platform::BoxAnswer answer = run.machine.dialogs().messageBox(
       {.title = "Confirm Uninstall",
-       .text = "This will uninstall " + run.uninstallProduct + " and may stop your system working correctly." +
+       .text = "This will uninstall " + run.options.uninstallProduct + " and may stop your system working correctly." +
                LineBreak + "Are you sure you want to continue?",
        .icon = platform::BoxIcon::Exclamation,
        .buttons = platform::BoxButtons::YesNo,
@@ -25,61 +22,51 @@ bool ConfirmedByUser(Run& run) {
 }
 
 /// The name is that of a registry key and of the log's folder. Quotes around it are the commonest mistake.
-void RequireUsableProduct(const Run& run) {
-  if (IsUsableName(run.uninstallProduct)) return;
-  throw Error(GeneralError,
-              "Uninstall specified, but " + run.uninstallProduct +
-                  " cannot be the name of a product. Give the name as Add/Remove Programs shows it, without quotation "
-                  "marks: /x Office Suite",
-              Source);
+void RequireUsableProduct(const Procedure& here, const std::string& product) {
+  if (product.empty()) {
+    throw here.failure(std::string("Uninstall specified, but product name could not be determined.") + LineBreak +
+                       "The application will be shut down. Please check parameters used for uninstallation.");
+  }
+  if (IsUsableName(product)) return;
+  throw here.failure("Uninstall specified, but " + product +
+                     " cannot be the name of a product. Give the name as Add/Remove Programs shows it, without "
+                     "quotation marks: /x Office Suite");
 }
 
-void ReadUninstall(Run& run, const std::string& commandLine) {
-  GetUninstallProduct(run, commandLine);
-  if (!run.uninstallProductFound) {
-    throw Error(GeneralError,
-                std::string("Uninstall specified, but product name could not be determined.") + LineBreak +
-                    "The application will be shut down. Please check parameters used for uninstallation.",
-                Source);
+void ReadUninstall(Run& run, const Procedure& here, const std::string& commandLine) {
+  const std::string product = GetUninstallProduct(commandLine);
+  run.options.uninstallProduct = product;
+  RequireUsableProduct(here, product);
+  run.logFolders = SetUpLog(run.services, run.program, UninstallLogPlace(product), LogStart::Fresh);
+  if (!ConfirmedByUser(run)) {
+    here.action("Uninstall of product " + product + " cancelled at user request");
+    throw RunStops{RunStops::How::Declined};
   }
-  RequireUsableProduct(run);
-  SetUpLog(run);
-  if (ConfirmedByUser(run)) {
-    run.productName = run.uninstallProduct;
-    run.log.Log(Source, 0, "Uninstall requested for product " + run.uninstallProduct + " and confirmed by user");
-    return;
-  }
-  run.log.Log(Source, 0, "Uninstall of product " + run.uninstallProduct + " cancelled at user request");
-  run.cancelled = true;
-  Closedown(run);
+  run.product.name = product;
+  here.action("Uninstall requested for product " + product + " and confirmed by user");
 }
 
-/// A path given by a switch, or else remembered in the registry, or else as it was. Letter case counts here.
-void ReadIniPath(Run& run, const std::string& commandLine, const char* given, const char* remembered, const char* value,
-                 std::string& path) {
-  if (Contains(commandLine, given)) {
-    path = ParseCommand(commandLine, given);
-  } else if (Contains(commandLine, remembered)) {
-    path = modRegistry::ReadOrEmpty(run, ProductsKey, value);
-  }
+/// A path given by a switch, or else remembered in the registry, or else none. Letter case counts here.
+std::string IniPath(const Run& run, const std::string& commandLine, const char* given, const char* remembered,
+                    const RecordValue& value) {
+  if (Contains(commandLine, given)) return ParseCommand(commandLine, given);
+  return Contains(commandLine, remembered) ? run.record().read(value) : std::string();
 }
 
-void ReadSwitches(Run& run, const std::string& commandLine) {
-  run.log.Log(Source, 0, "Command line is " + commandLine);
-  // No product is known yet, so that both values land under the products key, where the resumed run and closedown read
-  // them.
-  run.silent = ContainsIgnoringCase(commandLine, "/s");
-  run.log.SilentRun(run.silent);
-  modRegistry::RegWrite(run, ProductKey(run.uninstallProduct), Value::Silent, TrueOrFalse(run.silent));
-  if (ContainsIgnoringCase(commandLine, "/v")) {
-    run.verbose = true;
-    modRegistry::RegWrite(run, ProductKey(run.uninstallProduct), Value::Verbose, TrueOrFalse(true));
-  }
-  run.uninstall = ContainsIgnoringCase(commandLine, "/x");
-  if (run.uninstall) ReadUninstall(run, commandLine);
-  if (run.uninstallProductFound) return;
-  ReadIniPath(run, commandLine, "/is=", "/isr", Value::InstallationIni, run.appIniPath);
-  ReadIniPath(run, commandLine, "/ia=", "/iar", Value::ProductIni, run.productIniPath);
+void ReadSwitches(Run& run, const Procedure& here, const std::string& commandLine) {
+  here.action("Command line is " + commandLine);
+  Options& options = run.options;
+  options.silent = ContainsIgnoringCase(commandLine, "/s");
+  run.services.log.beSilent(options.silent);
+  run.record().write(Value::Silent, TrueOrFalse(options.silent));
+  options.verbose = ContainsIgnoringCase(commandLine, "/v");
+  run.services.log.beVerbose(options.verbose);
+  if (options.verbose) run.record().write(Value::Verbose, TrueOrFalse(true));
+  options.uninstall = ContainsIgnoringCase(commandLine, "/x");
+  if (options.uninstall) return ReadUninstall(run, here, commandLine);
+  options.applicationIni = IniPath(run, commandLine, "/is=", "/isr", Value::InstallationIni);
+  options.productIni = IniPath(run, commandLine, "/ia=", "/iar", Value::ProductIni);
+  run.product.inis = {options.applicationIni, options.productIni};
 }
 
 /// Length of the program's own part of a command line that does not begin with its full path.
@@ -103,13 +90,11 @@ std::string ArgumentText(const std::string& commandLine, const std::string& prog
 }
 
 void GetCommandLine(Run& run, const std::string& commandLine) {
-  try {
-    ReadSwitches(run, commandLine);
-  } catch (const Error& failure) {
-    run.log.Log(Source, failure.number(), failure.text(), !run.silent, EntryType::Error);
-    SetProductResult(run, false, failure.text());
-    if (run.uninstall) Closedown(run);
-  }
+  const Procedure here(run.services.log, "GetCommandLine");
+  const auto failure = here.failureOf([&] { ReadSwitches(run, here, commandLine); }, Shown::UnlessSilent);
+  if (!failure) return;
+  if (run.options.uninstall) throw RunStops{RunStops::How::Refused, *failure};
+  SetProductResult(run, false, *failure);
 }
 
 std::string ParseCommand(const std::string& commandLine, const std::string& name) {
@@ -121,12 +106,11 @@ std::string ParseCommand(const std::string& commandLine, const std::string& name
   return next == std::string::npos ? commandLine.substr(start) : commandLine.substr(start, next - start - 1);
 }
 
-void GetUninstallProduct(Run& run, const std::string& commandLine) {
+std::string GetUninstallProduct(const std::string& commandLine) {
   const std::size_t at = FindIgnoringCase(commandLine, "/x");
-  if (at == std::string::npos) return;
+  if (at == std::string::npos) return std::string();
   const std::size_t next = commandLine.find('/', at + 2);
-  const std::string product = Trim(commandLine.substr(at + 2, next == std::string::npos ? next : next - at - 2));
-  if (product.empty()) return;
-  run.uninstallProduct = product;
-  run.uninstallProductFound = true;
+  return Trim(commandLine.substr(at + 2, next == std::string::npos ? next : next - at - 2));
 }
+
+}  // namespace assistant

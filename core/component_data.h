@@ -5,38 +5,22 @@
 #include <utility>
 #include <vector>
 
-#include "base/records.h"
+#include "base/component.h"
 #include "base/run.h"
 
-/// The conditions as they are recorded, and the one that is none: whether the component takes part in an uninstall.
-struct RecordedConditions {
-  std::string older;                                      ///< the older notation, whole
-  std::vector<std::pair<std::string, std::string>> list;  ///< name and data of each
-  bool runOnUninstall = true;
-};
+namespace assistant {
 
+/// A component as it is read, with what is recorded in the keys below its own.
 struct ComponentData {
-  std::string name;
-  std::string iniPath;
-  std::string path;  ///< as recorded: relative to the package root, or in full
-  std::string install;
-  std::string packageName = NotApplicable;
-  std::string packageVersion = NotApplicable;
-  std::string packageCode = NotApplicable;
-  std::string commandLine;
-  std::string transform;
-  std::string upgrade;
-  std::string copyOp;
-  bool cleanup = false;
-  std::string copyTarget;
-  std::vector<std::string> copyTargetList;
-  std::string machineType;
-  std::string cost;
-  std::string uninstallCommandLine;
-  bool abortOnFail = false;
-  RecordedConditions conditions;
+  Component component;
+  std::string olderConditions;                                  ///< the older notation, whole
+  std::vector<std::pair<std::string, std::string>> conditions;  ///< name and data of each
+  std::vector<std::string> copyTargets;
 };
 
-/// Reads all of it. `entry` is the path of the component ini as the product ini names it. Raises 6081 when that is not
-/// there, and an error that names the key for what cannot be recorded.
-ComponentData ReadComponent(Run& run, const std::string& component, const std::string& entry);
+/// Reads all of it. `entry` is the path of the component ini as the product ini names it, `here` the procedure that
+/// records it. Raises 6081 when there is no such ini, and an error that names the key for what cannot be recorded.
+ComponentData ReadComponent(const Run& run, const Procedure& here, const std::string& component,
+                            const std::string& entry);
+
+}  // namespace assistant

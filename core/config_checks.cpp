@@ -1,73 +1,66 @@
 #include "core/config_checks.h"
 
-#include "base/error_handler.h"
 #include "base/numbers.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 
+namespace assistant {
 namespace {
-
-constexpr const char* Source = "ConfigChecks";
 
 /// A megabyte of the log is a thousand times 1024 bytes.
 constexpr double LoggedMegabyte = 1024000;
 
-void LogVerbose(Run& run, const std::string& text) {
-  if (run.verbose) run.log.Log(Source, 0, text);
-}
-
-void Record(Run& run, const char* value, const std::string& text) {
-  modRegistry::RegWrite(run, InstallationKey, value, text);
-}
-
-void RecordFolders(Run& run) {
+void RecordFolders(const Run& run) {
   platform::Machine& machine = run.machine.machine();
-  Record(run, "Windows Directory", machine.windowsFolder());
-  Record(run, "Computer Name", machine.computerName());
-  Record(run, "System Directory", machine.systemFolder());
-  Record(run, "Installer Directory", run.programFolder);
+  const ProductRecord record = run.record();
+  record.write(Value::WindowsDirectory, machine.windowsFolder());
+  record.write(Value::ComputerName, machine.computerName());
+  record.write(Value::SystemDirectory, machine.systemFolder());
+  record.write(Value::InstallerDirectory, run.program.folder);
 }
 
-void RecordOperatingSystem(Run& run) {
-  run.operatingSystem = run.fso.OperatingSystem();
-  Record(run, "Operating System", run.operatingSystem);
-  LogVerbose(run, "Operating System is " + run.operatingSystem);
+void RecordOperatingSystem(Run& run, const Procedure& here) {
+  run.facts.operatingSystem = run.services.fso.operatingSystem();
+  run.record().write(Value::OperatingSystem, run.facts.operatingSystem);
+  here.detail("Operating System is " + run.facts.operatingSystem);
 }
 
-void AddToDriveTable(Run& run, char letter) {
+void AddToDriveTable(Run& run, const Procedure& here, char letter) {
   std::uint64_t bytes = 0;
   if (run.machine.files().freeSpace(letter, bytes) != platform::Status::Ok) return;
-  run.driveTable.push_back({letter, static_cast<double>(bytes)});
-  LogVerbose(run, std::string("Drive ") + letter + " has " + Thousands(static_cast<double>(bytes) / LoggedMegabyte) +
-                      " Mb free.");
+  run.facts.drives.push_back({letter, static_cast<double>(bytes)});
+  here.detail(std::string("Drive ") + letter + " has " + Thousands(static_cast<double>(bytes) / LoggedMegabyte) +
+              " Mb free.");
 }
 
 /// With several CD-ROM drives the last one is recorded.
-void RecordDrives(Run& run) {
-  run.driveTable.clear();
+void RecordDrives(Run& run, const Procedure& here) {
+  run.facts.drives.clear();
   for (const platform::Drive& drive : run.machine.files().drives()) {
-    if (drive.type == platform::DriveType::Fixed) AddToDriveTable(run, drive.letter);
-    if (drive.type == platform::DriveType::CdRom) Record(run, "CD Drive", std::string(1, drive.letter));
+    if (drive.type == platform::DriveType::Fixed) AddToDriveTable(run, here, drive.letter);
+    if (drive.type == platform::DriveType::CdRom) run.record().write(Value::CDDrive, std::string(1, drive.letter));
   }
 }
 
-void PrepareMsiLogFolder(Run& run) {
+void PrepareMsiLogFolder(const Run& run, const Procedure& here) {
   const std::string& folder = run.logFolders.msiLogs;
-  const bool exists = run.fso.FolderExists(folder);
-  if (!exists) run.fso.CreateFolder(folder);
-  LogVerbose(run, (exists ? "MSI log path exists as " : "MSI log path created as ") + folder);
+  const bool exists = run.services.fso.folderExists(folder);
+  if (!exists) run.services.fso.createFolder(folder);
+  here.detail((exists ? "MSI log path exists as " : "MSI log path created as ") + folder);
 }
 
 }  // namespace
 
 bool ConfigChecks(Run& run) {
-  return Guarded(run, Source, [&] {
+  const Procedure here(run.services.log, "ConfigChecks");
+  return here.guard([&] {
     RecordFolders(run);
-    RecordOperatingSystem(run);
-    RecordDrives(run);
-    run.serverType = modRegistry::ReadOrEmpty(run, InstallationKey, Value::ServerType);
-    LogVerbose(run, "Machine type = " + run.serverType);
-    PrepareMsiLogFolder(run);
+    RecordOperatingSystem(run, here);
+    RecordDrives(run, here);
+    run.facts.serverType = run.record().read(Value::ServerType);
+    here.detail("Machine type = " + run.facts.serverType);
+    PrepareMsiLogFolder(run, here);
     return true;
   });
 }
+
+}  // namespace assistant

@@ -1,150 +1,158 @@
 #include "core/discovery.h"
 
-#include <utility>
-
-#include "base/error_handler.h"
 #include "base/ini.h"
 #include "base/paths.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
-#include "core/path_codes.h"
+#include "core/coded_paths.h"
 
+namespace assistant {
 namespace {
 
 constexpr const char* DefaultProductIni = "product.ini";
 
 /// The file that the user chooses; "" when cancelled, and on a silent run, which asks nobody.
-std::string AskForIni(Run& run, const char* title) {
-  if (run.silent) return std::string();
+std::string AskForIni(const Run& run, const char* title) {
+  if (run.options.silent) return std::string();
   return run.machine.dialogs()
       .chooseFile({.title = title,
-                   .folder = run.programFolder,
+                   .folder = run.program.folder,
                    .extension = "ini",
                    .filterName = ".ini Files",
                    .filterPattern = "*.ini"})
       .value_or("");
 }
 
-std::string RecordedRoot(Run& run) {
-  const std::string recorded = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::PackageRoot);
+/// The application ini beside the program.
+std::string OwnIni(const ProgramFile& program) {
+  return Joined(program.folder, program.name + ".ini");
+}
+
+std::string RecordedRoot(const Run& run) {
+  const std::string recorded = run.record().read(Value::PackageRoot);
   return IsNotGiven(recorded) || MeansRecordedRoot(recorded) ? std::string() : ResolvePath(run, recorded);
 }
 
-std::string RecordedProductIni(Run& run) {
-  const std::string recorded = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::ProductIniPath);
-  return IsNotGiven(recorded) ? std::string() : recorded;
+std::string RecordedProductIni(const Run& run) {
+  return Given(run.record().read(Value::ProductIniPath));
 }
 
-std::string RecordedOrSpecifiedIni(Run& run) {
+std::string RecordedOrSpecifiedIni(const Run& run) {
   const std::string recorded = RecordedProductIni(run);
-  return recorded.empty() ? SpecifiedProductIni(run) : recorded;
+  return recorded.empty() ? SpecifiedProductIni(run, run.product.inis.application) : recorded;
 }
 
-void AskForProductIni(Run& run, const std::string& given) {
-  run.log.Log("GetProductIni", 0,
-              "Could not find product ini file: " + given + " requesting ini file with common dialog");
+std::string OnDrives(const Run& run, const CodedPath& coded, bool (clsFso::*exists)(const std::string&)) {
+  const std::vector<char> drives = DrivesFor(run.machine.files(), coded.code, run.product.discDrive);
+  return FindOnDrives(run.services.fso, drives, coded, exists);
+}
+
+/// What a person finds is recorded.
+std::string AskForProductIni(const Run& run) {
   const std::string chosen = AskForIni(run, "Select Product Ini File");
-  if (chosen.empty()) return;
-  run.productIniPath = chosen;
-  modRegistry::RegWrite(run, ProductKey(run), Value::ProductIniPath, chosen);
+  if (!chosen.empty()) run.record().write(Value::ProductIniPath, chosen);
+  return chosen;
 }
 
 }  // namespace
 
-IniPaths InisAtStart(Run& run) {
-  const std::string own = Joined(run.programFolder, run.programName + ".ini");
-  const std::string application = Unquoted(run.appIniPath.empty() ? own : run.appIniPath);
-  const std::string given = std::exchange(run.appIniPath, application);
-  const std::string product = Unquoted(run.productIniPath.empty() ? SpecifiedProductIni(run) : run.productIniPath);
-  run.appIniPath = given;
-  return {application, product};
+IniPaths InisAtStart(const Run& run) {
+  const Options& given = run.options;
+  const std::string application = Unquoted(given.applicationIni.empty() ? OwnIni(run.program) : given.applicationIni);
+  return {application, Unquoted(given.productIni.empty() ? SpecifiedProductIni(run, application) : given.productIni)};
 }
 
-void GetAppIni(Run& run) {
-  if (run.appIniPath.empty()) run.appIniPath = Joined(run.programFolder, run.programName + ".ini");
-  const std::string given = run.appIniPath;
-  run.appIniPath = Unquoted(given);
-  if (!run.fso.FileExists(run.appIniPath) && run.rebooted) {
-    run.appIniPath = modRegistry::ReadOrEmpty(run, ProductsKey, Value::InstallationIni);
-  }
-  if (!run.fso.FileExists(run.appIniPath)) {
-    run.log.Log("GetAppIni", 0, "Could not find ini file : " + given);
+std::string GetAppIni(const Run& run, const std::string& given) {
+  const Procedure here(run.services.log, "GetAppIni");
+  clsFso& fso = run.services.fso;
+  const std::string wanted = given.empty() ? OwnIni(run.program) : given;
+  std::string ini = Unquoted(wanted);
+  if (!fso.fileExists(ini) && run.state.kind == RunKind::Resumed) ini = run.record().read(Value::InstallationIni);
+  if (!fso.fileExists(ini)) {
+    here.action("Could not find ini file : " + wanted);
     const std::string chosen = AskForIni(run, "Select Application Ini File");
-    if (!chosen.empty()) run.appIniPath = chosen;
+    if (!chosen.empty()) ini = chosen;
   }
-  if (!run.fso.FileExists(run.appIniPath)) {
-    throw Error(GeneralError, "Failed to find application ini file.", "GetAppIni");
-  }
+  if (!fso.fileExists(ini)) throw here.failure("Failed to find application ini file.");
+  return ini;
 }
 
 void GetProductIni(Run& run) {
-  run.window.Status("Finding product information file");
-  run.log.Log("GetProductIni", 0, "Searching for Product ini file");
-  if (run.productIniPath.empty()) {
-    run.productIniPath = RecordedOrSpecifiedIni(run);
-    const bool recorded = run.productIniPath == RecordedProductIni(run);
-    if (recorded && !run.productIniPath.empty())
-      run.log.Log("GetProductIni", 0, "Product ini path read from registry as " + run.productIniPath);
+  const Procedure here(run.services.log, "GetProductIni");
+  clsFso& fso = run.services.fso;
+  std::string& ini = run.product.inis.product;
+  run.services.window.status("Finding product information file");
+  here.action("Searching for Product ini file");
+  if (ini.empty()) {
+    ini = RecordedOrSpecifiedIni(run);
+    const bool recorded = !ini.empty() && ini == RecordedProductIni(run);
+    if (recorded) here.action("Product ini path read from registry as " + ini);
   }
-  const std::string given = run.productIniPath;
-  run.productIniPath = Unquoted(given);
-  if (!run.fso.FileExists(run.productIniPath)) AskForProductIni(run, given);
-  if (!run.fso.FileExists(run.productIniPath)) {
-    throw Error(GeneralError, "Failed to find a product ini file.", "GetProductIni");
+  const std::string given = ini;
+  ini = Unquoted(given);
+  if (!fso.fileExists(ini)) {
+    here.action("Could not find product ini file: " + given + " requesting ini file with common dialog");
+    const std::string chosen = AskForProductIni(run);
+    if (!chosen.empty()) ini = chosen;
   }
-  run.log.Log("GetProductIni", 0, "Product ini file found at " + run.productIniPath);
+  if (!fso.fileExists(ini)) throw here.failure("Failed to find a product ini file.");
+  here.action("Product ini file found at " + ini);
 }
 
-std::string KnownProductIni(Run& run) {
-  const std::string path = Unquoted(run.productIniPath.empty() ? RecordedOrSpecifiedIni(run) : run.productIniPath);
-  return run.fso.FileExists(path) ? path : std::string();
+std::string KnownProductIni(const Run& run) {
+  const std::string& given = run.product.inis.product;
+  const std::string path = Unquoted(given.empty() ? RecordedOrSpecifiedIni(run) : given);
+  return run.services.fso.fileExists(path) ? path : std::string();
 }
 
-std::string ResolvePath(Run& run, const std::string& spec) {
-  return Guarded(run, "ResolvePath", [&]() -> std::string {
-    if (IsFullPath(spec)) return Normalised(spec);
-    const CodedPath parts = TakeApartByLetters(spec);
+std::string ResolvePath(const Run& run, const std::string& coded) {
+  const Procedure here(run.services.log, "ResolvePath");
+  return here.guard([&]() -> std::string {
+    if (IsFullPath(coded)) return Normalised(coded);
+    const CodedPath parts = TakeApartByLetters(coded);
     switch (parts.code) {
       case PathCode::CdRom:
       case PathCode::Floppy:
-        return FindOnDrives(run, parts, &clsFso::FolderExists);
+        return OnDrives(run, parts, &clsFso::folderExists);
       case PathCode::Registry:
         return RecordedRoot(run);
       case PathCode::Current:
-        return run.programFolder;
+        return run.program.folder;
       default:
-        run.log.Log("ResolvePath", GeneralError, "Unable to resolve Package Root path specification!", !run.silent,
-                    EntryType::Error);
+        here.tell(here.failure("Unable to resolve Package Root path specification!"), Shown::UnlessSilent);
         return std::string();
     }
   });
 }
 
-std::string ResolveFile(Run& run, const std::string& spec, const std::string& folder, const std::string& defaultName) {
-  if (IsFullPath(spec)) return Normalised(spec);
-  CodedPath parts = TakeApart(spec);
-  if (parts.inner.empty()) parts.inner = defaultName;
+std::string ResolveFile(const Run& run, const std::string& coded, const FileSearch& search) {
+  if (IsFullPath(coded)) return Normalised(coded);
+  CodedPath parts = TakeApart(coded);
+  if (parts.inner.empty()) parts.inner = search.defaultName;
   switch (parts.code) {
     case PathCode::CdRom:
     case PathCode::Floppy:
-      return FindOnDrives(run, parts, &clsFso::FileExists);
+      return OnDrives(run, parts, &clsFso::fileExists);
     case PathCode::Registry:
-      return modRegistry::ReadOrEmpty(run, ProductsKey, Value::ProductIni);
+      return run.record().read(Value::ProductIni);
     case PathCode::Current:
-      return Normalised(Joined(run.programFolder, parts.inner));
+      return Normalised(Joined(run.program.folder, parts.inner));
     case PathCode::AppIniFolder:
-      return Normalised(Joined(FolderPart(run.appIniPath), parts.inner));
+      return Normalised(Joined(FolderPart(search.applicationIni), parts.inner));
     default:
-      return Normalised(Joined(folder, spec));
+      return Normalised(Joined(search.folder, coded));
   }
 }
 
-std::string SpecifiedProductIni(Run& run) {
-  const std::string spec = modINI::GetIniString(run, "Product", "ProductIni", MissingValue, run.appIniPath, true);
-  return IsNotGiven(spec) ? std::string() : ResolveFile(run, spec, FolderPart(run.appIniPath), DefaultProductIni);
+std::string SpecifiedProductIni(const Run& run, const std::string& applicationIni) {
+  const modINI::IniFile ini{run.machine.files(), run.services.log, applicationIni};
+  const std::string coded = modINI::GetIniString(ini, "Product", Value::ProductIni.name, MissingValue);
+  if (IsNotGiven(coded)) return std::string();
+  return ResolveFile(run, coded, {FolderPart(applicationIni), applicationIni, DefaultProductIni});
 }
 
-bool MeansRecordedRoot(const std::string& spec) {
-  return !IsFullPath(spec) && TakeApartByLetters(spec).code == PathCode::Registry;
+bool MeansRecordedRoot(const std::string& coded) {
+  return !IsFullPath(coded) && TakeApartByLetters(coded).code == PathCode::Registry;
 }
+
+}  // namespace assistant

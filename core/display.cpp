@@ -3,40 +3,99 @@
 #include <string>
 
 #include "base/text.h"
-#include "core/closedown.h"
-#include "core/end_of_run.h"
-#include "core/install_loop.h"
 #include "exec/captions.h"
+#include "exec/product_result.h"
 
+namespace assistant {
 namespace {
 
 namespace Caption = modLanguage::Caption;
 using platform::Control;
 
-std::string TrayTip(const Run& run) {
+std::string TrayTip(const Options& options) {
   // No blank stands before the product's name.
-  return run.uninstall ? "QX Installation Assistant is uninstalling" + run.uninstallProduct + "..."
-                       : "QX Installation Assistant is running";
+  return options.uninstall ? "QX Installation Assistant is uninstalling" + options.uninstallProduct + "..."
+                           : "QX Installation Assistant is running";
 }
 
-void ShowWindow(Run& run) {
-  run.window.Caption(Control::About, "&About");
-  run.window.Caption(Control::Continue, modLanguage::Text(run, Caption::Continue));
-  run.window.Caption(Control::Cancel, modLanguage::Text(run, Caption::Cancel));
-  CentreForm(run.machine.mainWindow());
-  run.window.Show();
-  run.window.ProgressBar(0);
-  run.window.LongMessage(modLanguage::Text(run, Caption::Welcome));
-  run.window.Status(modLanguage::Text(run, Caption::Welcome));
+void ShowWindow(const Services& services) {
+  frmMain& window = services.window;
+  window.caption(Control::About, "&About");
+  window.caption(Control::Continue, modLanguage::Text(Caption::Continue));
+  window.caption(Control::Cancel, modLanguage::Text(Caption::Cancel));
+  CentreForm(services.machine.mainWindow());
+  window.show();
+  window.progressBar(0);
+  window.longMessage(modLanguage::Text(Caption::Welcome));
+  window.status(modLanguage::Text(Caption::Welcome));
 }
 
-void ShowTrayIcon(Run& run) {
+void ShowTrayIcon(const Run& run) {
   // A second copy that looks for the window would show it.
   run.machine.mainWindow().destroy();
-  run.machine.mainWindow().addTrayIcon(TrayTip(run));
+  run.machine.mainWindow().addTrayIcon(TrayTip(run.options));
 }
 
-void ShowAboutBox(Run& run) {
+std::string ReadyText(const Options& options) {
+  const std::string blankLine = std::string(LineBreak) + LineBreak;
+  if (!options.uninstall)
+    return "Initialisation complete" + blankLine + "Click 'Continue' to proceed with installation.";
+  return "This will uninstall the " + options.uninstallProduct + " product." + blankLine +
+         "WARNING: if any shared components are included in this product, continuing with this uninstallation may "
+         "result in other programs not functioning correctly" +
+         blankLine + "Click Continue to proceed with uninstallation.";
+}
+
+std::string SuccessText(const Product& product) {
+  return product.endMessage.empty() ? modLanguage::Text(Caption::AllCompleted) : product.endMessage;
+}
+
+int FailureCaption(const Run& run) {
+  if (run.options.uninstall) return run.state.aborted ? Caption::UninstallAborted : Caption::SomeFailedToUninstall;
+  return run.state.aborted ? Caption::InstallAborted : Caption::SomeFailedToInstall;
+}
+
+}  // namespace
+
+void ShowRun(const Run& run) {
+  if (run.options.silent) {
+    ShowTrayIcon(run);
+  } else {
+    ShowWindow(run.services);
+  }
+}
+
+void ShowReady(const Run& run) {
+  const int caption = run.options.uninstall ? Caption::Ready : Caption::ReadyToInstall;
+  run.services.window.statusLine(modLanguage::Text(caption));
+  run.services.window.longMessage(ReadyText(run.options));
+}
+
+void ShowWork(const Run& run) {
+  run.services.window.enableButtons(false);
+  const bool uninstall = run.options.uninstall;
+  run.services.window.longMessage(modLanguage::Text(uninstall ? Caption::Uninstalling : Caption::Installing) +
+                                  (uninstall ? run.options.uninstallProduct : run.product.name));
+}
+
+void ShowResult(const Run& run) {
+  frmMain& window = run.services.window;
+  const ProductResult result = GetProductResult(run);
+  if (result.succeeded) return window.longMessage(SuccessText(run.product));
+  window.longMessage(modLanguage::Text(FailureCaption(run)) + LineBreak + LineBreak + result.reasons);
+  // Many reasons fit only where they can be scrolled.
+  const int heading = run.options.uninstall ? FailureCaption(run) : Caption::FollowingErrors;
+  window.status(modLanguage::Text(heading) + LineBreak + result.reasons);
+}
+
+void OfferFinish(const Services& services) {
+  services.window.caption(Control::Continue, modLanguage::Text(Caption::Finish));
+  services.window.caption(Control::About, "View &log");
+  services.window.comeToFront();
+  services.window.enableEndButtons();
+}
+
+void ShowAboutBox(const Run& run) {
   constexpr const char* lines[] = {
       Title,
       "",
@@ -49,52 +108,16 @@ void ShowAboutBox(Run& run) {
   };
   std::string text;
   for (const char* line : lines) text += std::string(line) + LineBreak;
-  text += "The log of this run is " + run.log.LogFilename();
+  text += "The log of this run is " + run.services.log.logFilename();
   run.machine.dialogs().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
 }
 
-void ViewLog(Run& run) {
-  const std::string log = run.log.LogFilename();
-  if (run.machine.dialogs().openDocument(log)) return;
-  run.machine.dialogs().messageBox({.title = Title,
-                                    .text = "No program on this machine shows the log. It is the file " + log,
-                                    .icon = platform::BoxIcon::Information});
+void ViewLog(const Services& services) {
+  const std::string log = services.log.logFilename();
+  if (services.machine.dialogs().openDocument(log)) return;
+  services.machine.dialogs().messageBox({.title = Title,
+                                         .text = "No program on this machine shows the log. It is the file " + log,
+                                         .icon = platform::BoxIcon::Information});
 }
 
-/// Leaving the window before the result was shown cancels the run.
-void LeaveWindow(Run& run) {
-  if (!ShowsResult(run)) run.uninstall ? EndUntouched(run) : EndAtRequest(run);
-  Closedown(run);
-}
-
-}  // namespace
-
-void ShowRun(Run& run) {
-  if (run.silent) {
-    ShowTrayIcon(run);
-  } else {
-    ShowWindow(run);
-  }
-}
-
-void ShowWork(Run& run) {
-  run.window.EnableButtons(false);
-  const bool named = run.uninstallProductFound;
-  run.window.LongMessage(modLanguage::Text(run, named ? Caption::Uninstalling : Caption::Installing) +
-                         (named ? run.uninstallProduct : run.productName));
-}
-
-void ServeWindow(Run& run) {
-  for (;;) {
-    switch (run.machine.mainWindow().waitForEvent()) {
-      case platform::WindowEvent::About:
-        ShowsResult(run) ? ViewLog(run) : ShowAboutBox(run);
-        break;
-      case platform::WindowEvent::Continue:
-        DoContinue(run);
-        break;
-      default:
-        LeaveWindow(run);
-    }
-  }
-}
+}  // namespace assistant

@@ -1,15 +1,13 @@
 #include "core/initialise.h"
 
-#include "base/error_handler.h"
 #include "base/error_texts.h"
-#include "base/ini.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
-#include "core/closedown.h"
 #include "core/config_checks.h"
 #include "core/discovery.h"
-#include "core/end_of_run.h"
+#include "core/display.h"
+#include "core/end_wanted.h"
+#include "core/run_stops.h"
 #include "core/store_component.h"
 #include "core/store_product.h"
 #include "env/drive_mapping.h"
@@ -18,15 +16,14 @@
 #include "env/shares.h"
 #include "exec/captions.h"
 #include "exec/msi_queries.h"
-#include "exec/outcome.h"
 #include "exec/pre_install.h"
+#include "exec/product_result.h"
 #include "exec/sequence.h"
 
+namespace assistant {
 namespace {
 
 namespace Caption = modLanguage::Caption;
-
-constexpr const char* Source = "Initialise";
 
 /// Steps of the progress bar while initialising; the bar starts anew with the first component.
 namespace Progress {
@@ -39,193 +36,191 @@ constexpr int ComponentsStored = 80;
 constexpr int Checked = 100;
 }  // namespace Progress
 
-/// A run that cannot be prepared, told by `status` in the window.
-void CannotInitialise(Run& run, const std::string& status) {
-  run.window.Status(std::string("Initialisation failed") + LineBreak + LineBreak + status);
-  run.busy = false;
-  LeaveOrEnd(run);
+/// A run that cannot be prepared: the product's reason, and what the window tells of it.
+RunStops CannotInitialise(const std::string& reason, const std::string& status) {
+  return {RunStops::How::CannotGoOn, reason, std::string("Initialisation failed") + LineBreak + LineBreak + status};
 }
 
-bool FindAppIni(Run& run) {
+void FindAppIni(Run& run) {
   try {
-    GetAppIni(run);
-    run.window.ProgressBar(Progress::AppIniFound);
-    return true;
+    run.product.inis.application = GetAppIni(run, run.product.inis.application);
   } catch (const Error& failure) {
-    LogFailure(run, failure.source(), failure);
-    SetProductResult(run, false, failure.text());
-    CannotInitialise(run, "Application ini file not found");
-    return false;
+    // Told under the name of the search; the run stops with it.
+    run.services.log.log("", failure);
+    throw CannotInitialise(failure.text(), "Application ini file not found");
   }
+  run.services.window.progressBar(Progress::AppIniFound);
 }
 
-bool FindPackageRoot(Run& run) {
-  const std::string spec = modINI::GetIniString(run, "Product", "PackageRoot", MissingValue, run.appIniPath, false);
-  run.log.Log(Source, 0, "Package Root path returned as " + spec);
-  if (spec == MissingValue) {
-    // The source is spelled so.
-    run.log.Log("Initilise", 6080, modErrorBase::GetErrorText(6080, {"PackageRoot", "[Product]", run.appIniPath}),
-                !run.silent, EntryType::Error);
-    SetProductResult(run, false, "PackageRoot is missing in section [Product] of " + run.appIniPath);
-    CannotInitialise(run, "PackageRoot is missing in the application ini file");
-    return false;
+void FindPackageRoot(Run& run, const Procedure& here) {
+  const std::string coded = modINI::GetIniString(run.applicationIni(), "Product", Value::PackageRoot.name, MissingValue,
+                                                 modINI::Missing::IsLogged);
+  here.action("Package Root path returned as " + coded);
+  if (coded == MissingValue) {
+    // Logs have always spelt the source so.
+    const Procedure missing(run.services.log, "Initilise");
+    const std::string& ini = run.product.inis.application;
+    missing.error(6080, {Value::PackageRoot.name, "[Product]", ini}, Shown::UnlessSilent);
+    throw CannotInitialise("PackageRoot is missing in section [Product] of " + ini,
+                           "PackageRoot is missing in the application ini file");
   }
-  run.packageRoot = ResolvePath(run, spec);
-  run.log.Log(Source, 0, "Package Root path resolved to " + run.packageRoot);
-  return true;
+  run.product.packageRoot = ResolvePath(run, coded);
+  here.action("Package Root path resolved to " + run.product.packageRoot);
 }
 
-void CarryOutPreInstall(Run& run, const std::string& productIni) {
-  if (run.furtherDisc) return;
-  if (modQXInstallationMain::PreInstallActions(run, productIni)) {
-    run.window.ProgressBar(Progress::PreInstallDone);
-    return;
-  }
-  run.log.Log(Source, 0, "Process halted after Pre-Install Actions failed.");
-  SetProductResult(run, false, "Pre-install checks failed");
-  if (!run.silent) {
+void RefusePreInstall(Run& run, const Procedure& here, const std::string& reason) {
+  if (!reason.empty()) SetProductResult(run, false, reason);
+  here.action("Process halted after Pre-Install Actions failed.");
+  if (!run.options.silent) {
     run.machine.dialogs().messageBox({.title = Title,
                                       .text = "This installation cannot continue as pre-install checks failed",
                                       .icon = platform::BoxIcon::Critical});
   }
-  Closedown(run);
+  throw RunStops{RunStops::How::Refused, "Pre-install checks failed"};
 }
 
-bool FindProductIni(Run& run) {
-  try {
-    GetProductIni(run);
-  } catch (const Error& failure) {
-    LogFailure(run, failure.source(), failure);
-    run.log.Log(Source, 0, "Product ini file " + run.productIniPath + " could not be found", false, EntryType::Error);
-    SetProductResult(run, false, "Product ini file " + run.productIniPath + " could not be found");
-    CannotInitialise(run, "Product ini file not found");
-    return false;
+void CarryOutPreInstall(Run& run, const Procedure& here, const std::string& productIni) {
+  const PreInstallEnd end = PreInstallActions(run, productIni);
+  if (!end.passed) RefusePreInstall(run, here, end.reason);
+  run.services.window.progressBar(Progress::PreInstallDone);
+}
+
+void StoreApplication(Run& run, Discs disc) {
+  if (const auto failure = StoreAppData(run, disc)) {
+    const std::string text = "The application data could not be stored: " + *failure;
+    throw CannotInitialise(text, text);
   }
-  run.window.ProgressBar(Progress::ProductIniFound);
-  RememberIniPaths(run);
-  MapDriveIfRequired(run);
-  return true;
+  run.services.window.progressBar(Progress::AppDataStored);
+}
+
+void RequireProductIni(Run& run, const Procedure& here) {
+  try {
+    FindProductIni(run);
+  } catch (const Error& failure) {
+    // Told under the name of the search, and as what it means to the run, which stops with it.
+    run.services.log.log("", failure);
+    const std::string text = "Product ini file " + run.product.inis.product + " could not be found";
+    here.error(text);
+    throw CannotInitialise(text, "Product ini file not found");
+  }
+  run.services.window.progressBar(Progress::ProductIniFound);
 }
 
 /// A component that could not be stored, told under its name.
-void CannotStore(Run& run, const std::string& component, StoredComponent end) {
-  const bool missing = end == StoredComponent::IniMissing;
-  const std::string text =
-      "Initilisation of " + component + " failed" +
-      (missing ? " as the product ini file could not be found" : ": " + run.log.LastErrDescription());
-  run.log.Log(Source, 0, text, false, EntryType::Error);
-  SetProductResult(run, false, text);
-  CannotInitialise(run, missing ? "Component ini file not found" : text);
+RunStops CannotStore(const Procedure& here, const std::string& component, const StoredComponent& stored) {
+  const bool missing = stored.end == StoredComponent::End::IniMissing;
+  const std::string text = "Initilisation of " + component + " failed" +
+                           (missing ? " as the product ini file could not be found" : ": " + stored.reason);
+  here.error(text);
+  return CannotInitialise(text, missing ? "Component ini file not found" : text);
 }
 
-bool StoreComponents(Run& run) {
-  int index = run.furtherDisc ? static_cast<int>(HighestSequenceNumber(run)) / SequenceStep : 0;
-  for (const std::string& component : run.actions) {
-    const StoredComponent end = modQXInstallationMain::StoreComponentData(run, component, ++index);
-    if (end == StoredComponent::Stored) continue;
-    CannotStore(run, component, end);
-    return false;
+/// The components are numbered on from this index.
+void StoreComponents(const Run& run, const Procedure& here, const std::vector<std::string>& components, int index) {
+  for (const std::string& component : components) {
+    const StoredComponent stored = StoreComponentData(run, component, ++index);
+    if (stored.end != StoredComponent::End::Stored) throw CannotStore(here, component, stored);
   }
-  run.window.ProgressBar(Progress::ComponentsStored);
-  return true;
+  run.services.window.progressBar(Progress::ComponentsStored);
 }
 
-bool StoreApplication(Run& run) {
-  if (modQXInstallationMain::StoreAppData(run)) {
-    run.window.ProgressBar(Progress::AppDataStored);
-    return true;
-  }
-  const std::string text = "The application data could not be stored: " + run.log.LastErrDescription();
-  SetProductResult(run, false, text);
-  CannotInitialise(run, text);
-  return false;
+/// The names of this disc's components, and the disc behind it. `earlier` are those of the discs before it.
+std::vector<std::string> StoreProduct(Run& run, const std::vector<std::string>& earlier) {
+  const std::vector<std::string> components = StoreProductData(run, earlier);
+  run.product.nextVolume = modCDFunctions::RecordedVolume(run.record(), Value::NextVolumeName);
+  run.services.window.progressBar(Progress::ProductDataStored);
+  return components;
 }
 
 /// The password for the logons after restarts, where the product asks for it.
 void RequestLogonDetails(Run& run) {
-  if (run.furtherDisc || !frmLogin::IsWanted(run) || frmLogin::Show(run)) return;
-  run.logonDeclined = true;
-  EndAtRequest(run);
-}
-
-bool PrepareInstall(Run& run) {
-  if (!FindAppIni(run) || !FindPackageRoot(run)) return false;
-  const std::string known = KnownProductIni(run);
-  CarryOutPreInstall(run, known);
-  if (!StoreApplication(run)) return false;
-  if (!FindProductIni(run)) return false;
-  // The actions of a product ini that only the user could find run now.
-  if (known.empty()) CarryOutPreInstall(run, run.productIniPath);
-  modQXInstallationMain::StoreProductData(run);
-  run.nextVolumeName = modCDFunctions::RecordedVolume(run, Value::NextVolumeName);
-  run.window.ProgressBar(Progress::ProductDataStored);
-  if (!StoreComponents(run)) return false;
-  CheckConfiguration(run);
-  RequestLogonDetails(run);
-  return true;
-}
-
-std::string ReadyText(const Run& run) {
-  const std::string blankLine = std::string(LineBreak) + LineBreak;
-  if (!run.uninstall) return "Initialisation complete" + blankLine + "Click 'Continue' to proceed with installation.";
-  return "This will uninstall the " + run.uninstallProduct + " product." + blankLine +
-         "WARNING: if any shared components are included in this product, continuing with this uninstallation may "
-         "result in other programs not functioning correctly" +
-         blankLine + "Click Continue to proceed with uninstallation.";
+  if (!frmLogin::IsWanted(run.record()) || frmLogin::Show(run.services)) return;
+  run.state.logonDeclined = true;
+  throw RunStops{RunStops::How::Cancelled, UserAbortedRun};
 }
 
 /// The sequence stands at its start, and the user may begin it.
-void BecomeReady(Run& run) {
+void BecomeReady(const Run& run) {
   // The uninstall of a product that is not recorded leaves no record of it.
-  if (!run.uninstall || modRegistry::RegKeyExists(run, ProductKey(run), "")) {
-    modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, "0");
-  }
-  EndIfWanted(run);
-  run.window.StatusLine(modLanguage::Text(run, run.uninstall ? Caption::Ready : Caption::ReadyToInstall));
-  run.window.LongMessage(ReadyText(run));
+  if (!run.options.uninstall || run.record().exists()) run.record().write(Value::LastSequence, "0");
+  EndIfWanted(run.services);
+  ShowReady(run);
+}
+
+void PrepareUninstall(Run& run, const Procedure&) {
+  BecomeReady(run);
+}
+
+void PrepareFirstDisc(Run& run, const Procedure& here) {
+  FindAppIni(run);
+  FindPackageRoot(run, here);
+  const std::string known = KnownProductIni(run);
+  CarryOutPreInstall(run, here, known);
+  StoreApplication(run, Discs::FirstOnly);
+  RequireProductIni(run, here);
+  // The actions of a product ini that only the user could find run now.
+  if (known.empty()) CarryOutPreInstall(run, here, run.product.inis.product);
+  StoreComponents(run, here, StoreProduct(run, {}), 0);
+  CheckConfiguration(run);
+  RequestLogonDetails(run);
+  BecomeReady(run);
+}
+
+void PrepareNextDisc(Run& run, const Procedure& here) {
+  FindAppIni(run);
+  FindPackageRoot(run, here);
+  StoreApplication(run, Discs::Each);
+  RequireProductIni(run, here);
+  const std::vector<std::string> components = StoreProduct(run, RecordedComponents(run));
+  StoreComponents(run, here, components, static_cast<int>(HighestSequenceNumber(run)) / SequenceStep);
+  CheckConfiguration(run);
+}
+
+using Steps = void (*)(Run&, const Procedure&);
+
+/// What all preparations have around their own steps.
+void Prepare(Run& run, Steps steps) {
+  // Plain rows bear the one name, failures the other: logs have always spelt them so.
+  const Procedure here(run.services.log, "Initialise", "Main.Initilise");
+  const auto failure = here.failureOf(
+      [&] {
+        run.services.window.enableButtons(false);
+        run.services.window.statusLine(modLanguage::Text(Caption::Initialising));
+        run.record().write(Value::RunProcessReturn, "");
+        run.product.shares = ValidateShares(run);
+        steps(run, here);
+      },
+      Shown::UnlessSilent);
+  if (failure) throw RunStops{RunStops::How::CannotGoOn, *failure};
 }
 
 }  // namespace
 
 void Initialise(Run& run) {
-  try {
-    run.busy = true;
-    run.window.EnableButtons(false);
-    run.window.StatusLine(modLanguage::Text(run, Caption::Initialising));
-    modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
-    ValidateShares(run);
-    if (!run.uninstall && !PrepareInstall(run)) return;
-    if (!run.furtherDisc) BecomeReady(run);
-    run.initialised = true;
-  } catch (const std::exception& failure) {
-    LogFailure(run, "Main.Initilise", failure, !run.silent);
-    SetProductResult(run, false, failure.what());
-    run.busy = false;
-    return LeaveOrEnd(run);
-  }
-  run.busy = false;
-  if (!run.furtherDisc) run.window.EnableButtons(true);
+  Prepare(run, run.options.uninstall ? PrepareUninstall : PrepareFirstDisc);
+  run.services.window.enableButtons(true);
 }
 
-bool InitialiseNextDisc(Run& run) {
-  run.furtherDisc = true;
-  run.initialised = false;
-  Initialise(run);
-  return run.initialised;
+void InitialiseNextDisc(Run& run) {
+  Prepare(run, PrepareNextDisc);
+}
+
+void FindProductIni(Run& run) {
+  GetProductIni(run);
+  run.record().write(Value::InstallationIni, run.product.inis.application);
+  run.record().write(Value::ProductIni, run.product.inis.product);
+  if (run.state.mappedDrive.empty()) run.state.mappedDrive = MapDriveIfRequired(run.services, run.productIni());
 }
 
 void CheckConfiguration(Run& run) {
-  run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::CheckingConfiguration));
+  const Procedure here(run.services.log, "CheckConfiguration");
+  run.services.window.statusLine(modLanguage::Text(Caption::CheckingConfiguration));
   if (!ConfigChecks(run)) {
-    run.log.Log(Source, 0, "Process halted after ConfigChecks failed.", false, EntryType::Error);
-    SetProductResult(run, false, "Configuration checks failed");
-    Closedown(run);
+    here.error("Process halted after ConfigChecks failed.");
+    throw RunStops{RunStops::How::Refused, "Configuration checks failed"};
   }
-  run.window.ProgressBar(Progress::Checked);
-  if (run.verbose) LogInstalledMSIs(run);
+  run.services.window.progressBar(Progress::Checked);
+  if (run.services.log.isVerbose()) LogInstalledMSIs(run.services);
 }
 
-void RememberIniPaths(Run& run) {
-  modRegistry::RegWrite(run, ProductsKey, Value::InstallationIni, run.appIniPath);
-  modRegistry::RegWrite(run, ProductsKey, Value::ProductIni, run.productIniPath);
-}
+}  // namespace assistant

@@ -3,18 +3,21 @@
 
 #include "base/run.h"
 
-/// Prepares an install or uninstall run and sets run.initialised. Every failure is told in the log and, on an
-/// interactive run, in the window: where an ini file is missing the window stays until the user presses its button, and
-/// a silent run ends; refused runs end through closedown (both throw ProgramEnd).
+namespace assistant {
+
+/// Prepares an install from its first disc, or an uninstall. Every failure is told in the log and stops the run
+/// (RunStops).
 void Initialise(Run& run);
 
-/// The same for the disc that was put in after the first one: its components are recorded behind those of the discs
-/// before it. Pre-install actions and the password belong to the first disc, and nobody is asked to continue. False
-/// when the disc could not be prepared.
-bool InitialiseNextDisc(Run& run);
+/// Prepares the disc that was put in after the first one: its components are recorded behind those of the discs before
+/// it. Pre-install actions and the password belong to the first disc, and nobody is asked to continue.
+void InitialiseNextDisc(Run& run);
 
-/// Checks and records the configuration; where that fails the run ends through closedown (throws ProgramEnd).
+/// Finds the product ini, remembers the paths of both ini files, from which /isr and /iar take them, and maps the
+/// product's drive. Raises "Failed to find a product ini file.".
+void FindProductIni(Run& run);
+
+/// Checks and records the configuration; where that fails the run stops (RunStops).
 void CheckConfiguration(Run& run);
 
-/// Records the paths of both ini files, from which /isr and /iar take them.
-void RememberIniPaths(Run& run);
+}  // namespace assistant

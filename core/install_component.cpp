@@ -1,126 +1,177 @@
 #include "core/install_component.h"
 
+#include <optional>
 #include <string>
 
-#include "base/error_texts.h"
 #include "base/paths.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
+#include "env/install_type.h"
+#include "env/uninstall_component.h"
+#include "exec/captions.h"
 #include "exec/component_command.h"
 #include "exec/conditions.h"
 #include "exec/copy_operations.h"
 #include "exec/disk_space.h"
+#include "exec/file_kinds.h"
 #include "exec/machine_types.h"
 #include "exec/msi_run.h"
 #include "exec/outcome.h"
 #include "exec/process.h"
+#include "exec/product_result.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "modQXInstallationMain.StartInstall";
+/// A component on its way through the steps.
+struct Installation {
+  Run& run;
+  const Procedure& here;
+  const Component& component;
+  const InstalledProducts& installed;  ///< what Windows Installer had before
+  std::string file = {};               ///< to run
+  const FileKind* kind = nullptr;      ///< of that file; null for one that cannot be run
+  bool started = true;                 ///< the file was run, and its exit code is none of a failure
+  bool isJudged = true;                ///< not so a package that is installed already
+};
 
 /// Records the failure and consults what the component and the product say about going on.
-ComponentEnd Fail(Run& run, const std::string& ending) {
-  SetProductResult(run, false, "Installation of " + run.component.name + " failed" + ending);
-  const bool aborts = IsTrue(ComponentValue(run, Value::AbortOnFail)) ||
-                      IsTrue(modRegistry::ReadOrEmpty(run, ProductKey(run), Value::AbortOnFail));
+ComponentEnd Fail(const Installation& at, const std::string& ending) {
+  SetProductResult(at.run, false, "Installation of " + at.component.name + " failed" + ending);
+  // What the component itself changed of its record counts.
+  const bool aborts = IsTrue(ReadNow(at.run.machine.registry(), at.component, ComponentValue::AbortOnFail)) ||
+                      at.run.record().isTrue(Value::AbortOnFail);
   if (!aborts) return ComponentEnd::Failed;
-  // The source is spelled so.
-  run.log.Log("startInstall", 0, "Aborting Installation");
-  run.aborted = true;
+  at.here.action("Aborting Installation");
+  at.run.state.aborted = true;
   return ComponentEnd::Aborted;
 }
 
-bool MayBeInstalled(Run& run) {
-  if (!modMain::CheckMachineType(run)) {
-    run.log.Log("StartInstall", 0,
-                "Component " + run.component.name + " is not meant for this machine type (" + run.serverType +
-                    "), component will not be installed",
-                false, EntryType::Warning);
-    return false;
+// The steps. Each returns nothing when the component goes on to the next one, or how it ended.
+using End = std::optional<ComponentEnd>;
+
+End CheckWhetherMeant(Installation& at) {
+  if (CheckMachineType(at.run, at.component)) {
+    return CheckConditions({at.run, at.installed}, at.component) ? End() : ComponentEnd::HeldBack;
   }
-  return modMain::CheckConditions(run);
+  at.here.warn("Component " + at.component.name + " is not meant for this machine type (" + at.run.facts.serverType +
+               "), component will not be installed");
+  return ComponentEnd::HeldBack;
 }
 
-void WaitForMsiexec(Run& run, RunType type) {
+End CheckRoom(Installation& at) {
+  return CheckDiskSpace(at.run, at.component) ? End() : Fail(at, " disk space check.");
+}
+
+End Copy(Installation& at) {
+  const std::string& install = at.component.install;
+  const std::string file = IsFullPath(install) ? install : Joined(at.component.folder, install);
+  const CopyEnd copy = StartCopyOp(at.run, at.component, at.installed, file);
+  if (copy.is == CopyEnd::Is::Failed) {
+    if (!copy.reason.empty()) SetProductResult(at.run, false, copy.reason);
+    return Fail(at, " a copying operation.");
+  }
+  at.file = copy.file;
+  return copy.is == CopyEnd::Is::Done ? ComponentEnd::Done : End();
+}
+
+End WaitForMsiexec(Installation& at) {
   constexpr const char* check = "Check for multiple MSIExec processes: ";
-  if (type == RunType::Package) {
-    run.log.Log("StartInstall", 0, std::string(check) + "Starting Check...");
-    OneMSIExec(run);
-  } else {
-    run.log.Log("StartInstall", 0, std::string(check) + "Not Required!");
+  at.kind = KindOf(at.file);
+  at.here.action(std::string(check) + (IsPackage(at.kind) ? "Starting Check..." : "Not Required!"));
+  if (IsPackage(at.kind)) OneMSIExec(at.run);
+  return std::nullopt;
+}
+
+End RequireFile(Installation& at) {
+  const Services& services = at.run.services;
+  services.window.statusLine("Checking other options");
+  at.here.action("Type of file is " + Extension(at.file));
+  WriteNow(services, at.component, ComponentValue::ProcessReturn, "");
+  at.run.record().write(Value::RunProcessReturn, "");
+  if (services.fso.fileExists(at.file)) {
+    at.run.record().write(Value::CurrentComponentPath, FolderPart(at.file));
+    return std::nullopt;
   }
+  at.here.error(6081, {at.file});
+  at.run.record().write(Value::RunProcessReturn, "Fail");
+  WriteNow(services, at.component, ComponentValue::ProcessReturn, "Fail");
+  WriteNow(services, at.component, ComponentValue::Message, "File not found : " + at.file);
+  return Fail(at, " (installation file could not be found)");
 }
 
-ComponentEnd FileIsMissing(Run& run, const std::string& file) {
-  run.log.Log(Source, 6081, modErrorBase::GetErrorText(6081, {file}), false, EntryType::Error);
-  modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "Fail");
-  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, "Fail");
-  modRegistry::RegWrite(run, run.component.key, Value::Message, "File not found : " + file);
-  return Fail(run, " (installation file could not be found)");
+End RequireKnownKind(Installation& at) {
+  if (at.kind != nullptr) return std::nullopt;
+  at.here.action("Unable to determine run-type for " + at.component.name);
+  at.here.error(6091, {at.file});
+  return Fail(at, "");
 }
 
-ComponentEnd TypeIsUnknown(Run& run, const std::string& file) {
-  run.log.Log("StartInstall", 0, "Unable to determine run-type for " + run.component.name);
-  run.log.Log(Source, 6091, modErrorBase::GetErrorText(6091, {file}), false, EntryType::Error);
-  return Fail(run, "");
+/// The older version of a package goes before the newer one comes; how that went is looked at no further. False when it
+/// could not be tried.
+bool UninstallOlder(const Run& run, const Procedure& here, const Component& component, const PackagePlan& plan) {
+  return here.guard([&] {
+    here.detail("This is a newer version (" + component.productVersion + ") so previous version (" +
+                plan.installedVersion + ") will be uninstalled first");
+    run.services.window.status(modLanguage::Text(modLanguage::Caption::Uninstalling) + component.displayName());
+    InstallTypeKeeper installType(run.services, run.record());
+    ExecuteUninstall(run, component, component.displayName(), OtherUsers::DoNotCount);
+    installType.putBack();
+    run.services.window.pump();
+    here.action("Check for multiple MSIExec processes (Post Uninstall): Starting Check...");
+    OneMSIExec(run);
+    return true;
+  });
 }
 
-/// What running the component came to. A package that is installed already is not judged.
-enum class RunEnd { Failed, ToBeJudged, AlreadyInstalled };
-
-RunEnd RunPackage(Run& run, const std::string& file) {
-  const bool repair = IsTrue(ComponentValue(run, "Upgrade"));
-  PackageRun told;
-  modQXInstallationMain::ExecuteMSI(run, MsiexecArguments(run, file), repair, FolderPart(file), told);
-  if (told.alreadyInstalled) return RunEnd::AlreadyInstalled;
-  run.log.Log("StartInstall", 0, "Executing " + told.command + " returned " + std::to_string(told.exitCode));
-  return RunEnd::ToBeJudged;
+End RunPackage(Installation& at) {
+  if (!IsPackage(at.kind)) return std::nullopt;
+  const Run& run = at.run;
+  ResetComponentResult(run.services, at.component);
+  run.services.window.statusLine("Proceeding with installation");
+  const PackagePlan plan =
+      PlanPackage(run.services.log, at.component, at.installed, MsiexecArguments(run, at.component, at.file));
+  at.isJudged = plan.step != PackagePlan::Step::Skip;
+  if (!at.isJudged) return std::nullopt;
+  const bool ready = plan.step != PackagePlan::Step::ReplaceOlder || UninstallOlder(run, at.here, at.component, plan);
+  const std::int32_t code = ready ? ExecuteMSI(run.services, at.component, plan, FolderPart(at.file)) : NotStarted;
+  at.here.action("Executing " + plan.command + " returned " + std::to_string(code));
+  return std::nullopt;
 }
 
-RunEnd RunProgramOrScript(Run& run, const std::string& file) {
-  const bool succeeded =
-      modMain::ExecuteInstall(run, ProgramCommandLine(run, file), false, FolderPart(file), Extension(file));
-  return succeeded ? RunEnd::ToBeJudged : RunEnd::Failed;
+End RunProgramOrScript(Installation& at) {
+  if (IsPackage(at.kind)) return std::nullopt;
+  const ComponentCommand command{ProgramCommandLine(*at.kind, at.component, at.file), FolderPart(at.file),
+                                 Extension(at.file)};
+  at.started = ExecuteInstall(at.run.services, at.component, *at.kind, command);
+  return std::nullopt;
 }
 
-ComponentEnd JudgeComponent(Run& run, RunEnd end, const std::string& file) {
-  if (end == RunEnd::AlreadyInstalled) return ComponentEnd::Done;
-  const bool passed = modQXInstallationMain::CheckSuccess(run, Extension(file));
+End Judge(Installation& at) {
+  const std::string message = ReadNow(at.run.machine.registry(), at.component, ComponentValue::Message);
+  WriteNow(at.run.services, at.component, ComponentValue::Message, message);
+  if (!at.isJudged) return ComponentEnd::Done;
+  const Verdict verdict = CheckSuccess(at.run, at.component, *at.kind);
   // Three endings tell the three kinds of failure apart.
-  if (end == RunEnd::Failed) return Fail(run, "");
-  if (!passed) return Fail(run, ".");
-  if (!run.installSuccess) return Fail(run, " ");
+  if (!at.started) return Fail(at, "");
+  if (verdict == Verdict::Failed) return Fail(at, ".");
+  if (verdict == Verdict::Aborted) return Fail(at, " ");
   return ComponentEnd::Done;
 }
 
-ComponentEnd RunFile(Run& run, const std::string& file) {
-  const RunType type = RunTypeOf(file);
-  WaitForMsiexec(run, type);
-  run.window.StatusLine("Checking other options");
-  run.log.Log("StartInstall", 0, "Type of file is " + Extension(file));
-  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, "");
-  modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
-  if (!run.fso.FileExists(file)) return FileIsMissing(run, file);
-  modRegistry::RegWrite(run, InstallationKey, Value::CurrentComponentPath, FolderPart(file));
-  if (type == RunType::Unknown) return TypeIsUnknown(run, file);
-  const RunEnd end = type == RunType::Package ? RunPackage(run, file) : RunProgramOrScript(run, file);
-  modRegistry::RegWrite(run, run.component.key, Value::Message, ComponentValue(run, Value::Message));
-  return JudgeComponent(run, end, file);
-}
+constexpr End (*Steps[])(Installation&) = {CheckWhetherMeant, CheckRoom,          Copy,
+                                           WaitForMsiexec,    RequireFile,        RequireKnownKind,
+                                           RunPackage,        RunProgramOrScript, Judge};
 
 }  // namespace
 
-ComponentEnd InstallComponent(Run& run) {
-  run.installSuccess = true;
-  if (!MayBeInstalled(run)) return ComponentEnd::HeldBack;
-  if (!CheckDiskSpace(run)) return Fail(run, " disk space check.");
-  const std::string& install = run.component.install;
-  std::string file = IsFullPath(install) ? install : Joined(run.component.path, install);
-  CopyTargets targets;
-  ReadRegCopyOps(run, targets, run.component.key);
-  const std::int16_t copied = StartCopyOp(run, file, targets);
-  if (copied < 0) return Fail(run, " a copying operation.");
-  return copied > 0 ? ComponentEnd::Done : RunFile(run, file);
+ComponentEnd InstallComponent(Run& run, const Procedure& here, const Component& component,
+                              const InstalledProducts& installed) {
+  Installation at{run, here, component, installed};
+  for (const auto step : Steps) {
+    if (const End end = step(at)) return *end;
+  }
+  return ComponentEnd::Done;
 }
+
+}  // namespace assistant

@@ -1,7 +1,12 @@
 // One component's way through the install loop.
 #pragma once
 
+#include "base/component.h"
+#include "base/procedure.h"
 #include "base/run.h"
+#include "exec/msi_queries.h"
+
+namespace assistant {
 
 /// What became of a component.
 enum class ComponentEnd {
@@ -11,5 +16,9 @@ enum class ComponentEnd {
   Aborted,   ///< the failure is recorded; the run ends here
 };
 
-/// Checks, prepares, runs and judges the current component.
-ComponentEnd InstallComponent(Run& run);
+/// Checks, prepares, runs and judges the component for the loop, which is `here`. `installed` is what Windows Installer
+/// had before it.
+ComponentEnd InstallComponent(Run& run, const Procedure& here, const Component& component,
+                              const InstalledProducts& installed);
+
+}  // namespace assistant

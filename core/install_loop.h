@@ -1,17 +1,25 @@
-// Installing the components one after another.
+// Installing the components of a disc one after another.
 #pragma once
 
 #include "base/run.h"
 
-/// What the Continue button means at this point: the whole install or uninstall sequence, another try at initialising,
-/// or the end of the run (throws ProgramEnd).
-void DoContinue(Run& run);
+namespace assistant {
 
-namespace modQXInstallationMain {
+/// How far an install has come, over all its discs and restarts.
+struct Progress {
+  /// The first component done sets the loop's position from the sequence number that was done before the restart.
+  bool positionIsBeforeRestart = false;
+  bool restartIsDeferred = false;  ///< a component asked for a restart behind the last one
+};
+
+enum class LoopEnd {
+  NoneLeft,  ///< every component of this disc has been worked on
+  CutShort,  ///< a failure ended the loop; it is recorded
+};
 
 /// Installs the components whose sequence numbers lie above "LastSequence", in their order, and records each as it is
-/// done. Restarts the machine where a component asks for that (throws ProgramEnd). At the end of the product's last
-/// disc the product is registered and a deferred restart carried out. True when no component of this disc is left.
-bool StartInstall(Run& run);
+/// done. A component may ask for a restart (RunStops). At the end of the product's last disc the product is registered
+/// and a deferred restart carried out.
+LoopEnd StartInstall(Run& run, Progress& progress);
 
-}  // namespace modQXInstallationMain
+}  // namespace assistant

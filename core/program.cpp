@@ -1,17 +1,117 @@
 #include "core/program.h"
 
-#include "base/error.h"
+#include "base/procedure.h"
 #include "base/run.h"
+#include "base/text.h"
+#include "core/closedown.h"
 #include "core/display.h"
+#include "core/run_stops.h"
 #include "core/start.h"
+#include "core/work.h"
+#include "env/auto_run.h"
+#include "env/reboot.h"
+#include "exec/product_result.h"
+
+namespace assistant {
+namespace {
+
+using platform::WindowEvent;
+
+/// A resumed run goes on unasked, and a silent one asks nobody.
+bool AsksBeforeWork(const Run& run) {
+  return !run.options.silent && run.state.kind != RunKind::Resumed;
+}
+
+/// Leaving the window now cancels the run. An uninstall that has not begun leaves the product as it is.
+void AwaitContinue(Run& run) {
+  run.state.phase = Phase::Waiting;
+  for (;;) {
+    switch (run.machine.mainWindow().waitForEvent()) {
+      case WindowEvent::About:
+        ShowAboutBox(run);
+        break;
+      case WindowEvent::Continue:
+        return;
+      default:
+        throw RunStops{RunStops::How::Cancelled, run.options.uninstall ? "" : UserAbortedRun};
+    }
+  }
+}
+
+/// Whatever a person does with the window ends the run, but for a look at the log.
+void AwaitFinish(Run& run) {
+  run.state.phase = Phase::Ended;
+  OfferFinish(run.services);
+  while (run.machine.mainWindow().waitForEvent() == WindowEvent::About) ViewLog(run.services);
+}
+
+void ShowEnd(Run& run) {
+  if (run.options.silent) return;
+  ShowResult(run);
+  AwaitFinish(run);
+}
+
+/// What became of a run that was stopped, recorded and shown.
+void TakeNote(Run& run, const RunStops& stop) {
+  if (!stop.reason.empty()) SetProductResult(run, false, stop.reason);
+  if (stop.how == RunStops::How::Cancelled) {
+    const Procedure here(run.services.log, "frmMain");
+    here.warn("Run ended at user request");
+  }
+  if (stop.how == RunStops::How::Cancelled || stop.how == RunStops::How::Declined) run.state.cancelled = true;
+  if (stop.how != RunStops::How::CannotGoOn) return;
+  if (!stop.windowText.empty()) run.services.window.status(stop.windowText);
+  // What was begun has a result to be shown.
+  if (run.state.phase == Phase::Working) return ShowEnd(run);
+  if (!run.options.silent) AwaitFinish(run);
+}
+
+int CloseAndLeave(Run& run) {
+  const Closing closing = Closedown(run);
+  if (closing.restart) Reboot(run.services, run.record(), run.product.name, Restart::Final);
+  return closing.exitCode;
+}
+
+/// How a run ends that was not cut short. A silent one has an icon to take away.
+int EndInstall(Run& run) {
+  const Procedure here(run.services.log, "EndInstall");
+  if (run.options.silent) here.guard([&] { run.machine.mainWindow().removeTrayIcon(); });
+  return CloseAndLeave(run);
+}
+
+int LeaveForRestart(Run& run) {
+  modAutoRun::CreateAutoRun(run.services, run.program.folder, Trim(run.options.argumentText));
+  Reboot(run.services, run.record(), run.product.name, Restart::ToGoOn);
+  return 0;
+}
+
+int EndEarly(Run& run, const RunStops& stop) {
+  if (stop.how == RunStops::How::AtOnce) return stop.exitCode;
+  if (stop.how == RunStops::How::ForRestart) return LeaveForRestart(run);
+  TakeNote(run, stop);
+  return stop.how == RunStops::How::CannotGoOn ? EndInstall(run) : CloseAndLeave(run);
+}
+
+/// A run from its start to its end. Every way out of it is in here.
+int Drive(Run& run) {
+  try {
+    Main(run);
+    if (AsksBeforeWork(run)) AwaitContinue(run);
+    DoContinue(run);
+    ShowEnd(run);
+    return EndInstall(run);
+  } catch (const RunStops& stop) {
+    return EndEarly(run, stop);
+  }
+}
+
+}  // namespace
 
 int RunProgram(platform::Platform& machine) {
   Run run(machine);
-  try {
-    Main(run);
-    ServeWindow(run);
-  } catch (const ProgramEnd& end) {
-    machine.mainWindow().destroy();
-    return end.exitCode;
-  }
+  const int exitCode = Drive(run);
+  machine.mainWindow().destroy();
+  return exitCode;
 }
+
+}  // namespace assistant

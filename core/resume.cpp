@@ -1,74 +1,53 @@
 #include "core/resume.h"
 
-#include "base/error_handler.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
 #include "core/discovery.h"
 #include "core/display.h"
-#include "core/end_of_run.h"
 #include "core/initialise.h"
-#include "core/install_loop.h"
 #include "core/store_product.h"
-#include "env/drive_mapping.h"
+#include "env/auto_run.h"
 #include "env/multi_disk.h"
 #include "env/reboot.h"
 #include "env/shares.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "StartFromReboot";
-
-void RestoreRun(Run& run) {
-  modRegistry::WriteOrTell(run, InstallationKey, Value::Reboot, "", Source);
-  modRegistry::WriteOrTell(run, ProductsKey, Value::Rebooted, "", Source);
-  const std::string product = modRegistry::ReadOrEmpty(run, ProductsKey, Value::Product);
-  if (!product.empty()) run.productName = product;
-}
-
-void FindProductIni(Run& run) {
-  GetProductIni(run);
-  RememberIniPaths(run);
-  MapDriveIfRequired(run);
-}
-
 void RestoreProduct(Run& run) {
-  const std::string key = ProductKey(run);
-  modCDFunctions::ReturnToDisc(run);
-  run.packageRoot = ResolvePath(run, modRegistry::ReadOrEmpty(run, key, Value::PackageRoot));
-  run.nextVolumeName = modCDFunctions::RecordedVolume(run, Value::NextVolumeName);
-  ReadForcedLists(run);
+  const ProductRecord record = run.record();
+  if (const auto letter = modCDFunctions::RecordedDrive(record)) {
+    modCDFunctions::UseDrive(run.services.fso, run.product, *letter);
+  }
+  run.product.packageRoot = ResolvePath(run, record.read(Value::PackageRoot));
+  run.product.nextVolume = modCDFunctions::RecordedVolume(record, Value::NextVolumeName);
+  run.product.forced = ReadForcedLists(run);
   // Once a component is installed, what the lists name may be its own.
-  if (modRegistry::ReadNumber(run, key, Value::LastSequence) > 0) run.forceDelete.clear();
+  if (record.readNumber(Value::LastSequence) > 0) run.product.forced.remove.clear();
 }
 
 }  // namespace
 
 bool ResumesRun(Run& run) {
-  if (run.uninstall || modRegistry::ReadOrEmpty(run, ProductsKey, Value::Rebooted) != TrueOrFalse(true)) return false;
-  run.silent = IsTrue(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Silent));
-  run.verbose = IsTrue(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Verbose));
-  run.log.SilentRun(run.silent);
+  const ProductRecord record = run.record();
+  if (!IsResumeRecorded(record)) return false;
+  run.options.silent = record.isTrue(Value::Silent);
+  run.options.verbose = record.isTrue(Value::Verbose);
+  run.services.log.beSilent(run.options.silent);
+  run.services.log.beVerbose(run.options.verbose);
   return true;
 }
 
 void StartFromReboot(Run& run) {
-  RestoreRun(run);
-  modAutoRun::DestroyAutoRun(run, run.silent);
+  const Procedure here(run.services.log, "StartFromReboot");
+  const std::string product = TakeUpResume(here, run.record());
+  if (!product.empty()) run.product.name = product;
+  modAutoRun::DestroyAutoRun(run.services);
   ShowRun(run);
-  Guarded(run, Source, [&] { RestoreProduct(run); });
-  Guarded(run, Source, [&] { FindProductIni(run); });
-  ValidateShares(run);
+  here.guard([&] { RestoreProduct(run); });
+  here.guard([&] { FindProductIni(run); });
+  run.product.shares = ValidateShares(run);
   CheckConfiguration(run);
-  run.resumePending = true;
-  run.initialised = true;
-  DoContinue(run);
-  if (run.silent) EndInstall(run);
 }
 
-void ForgetResume(Run& run) {
-  if (modRegistry::ReadOrEmpty(run, ProductsKey, Value::Rebooted) != TrueOrFalse(true)) return;
-  if (!EqualIgnoringCase(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Product), run.productName)) return;
-  modRegistry::WriteOrTell(run, ProductsKey, Value::Rebooted, "", "ForgetResume");
-  modAutoRun::DestroyAutoRun(run, run.silent);
-}
+}  // namespace assistant

@@ -3,13 +3,14 @@
 
 #include "base/run.h"
 
+namespace assistant {
+
 /// True when this run goes on with one that restarted the machine; it is silent and verbose as that one was, from
 /// before its first question.
 bool ResumesRun(Run& run);
 
-/// Restores the run from the registry, removes the script that started it, shows the window or the tray icon and goes
-/// on with the component after "LastSequence". A silent run ends here (throws ProgramEnd).
+/// Restores the run from the registry, removes the script that started it and shows the window or the tray icon. Its
+/// work goes on with the component after "LastSequence".
 void StartFromReboot(Run& run);
 
-/// Takes a restart's request to go on back, when it is for the current product, which is installed no more.
-void ForgetResume(Run& run);
+}  // namespace assistant

@@ -1,190 +1,131 @@
 #include "core/start.h"
 
 #include <algorithm>
-#include <utility>
-#include <vector>
 
-#include "base/error_handler.h"
-#include "base/ini.h"
-#include "base/log_setup.h"
-#include "base/paths.h"
-#include "base/records.h"
+#include "base/procedure.h"
 #include "base/registry.h"
 #include "base/text.h"
 #include "core/command_line.h"
-#include "core/discovery.h"
 #include "core/display.h"
-#include "core/end_of_run.h"
+#include "core/identify.h"
 #include "core/initialise.h"
-#include "core/install_loop.h"
 #include "core/resume.h"
-#include "env/drive_mapping.h"
+#include "core/run_stops.h"
+#include "env/auto_run.h"
 #include "env/local_copy.h"
-#include "env/multi_disk.h"
-#include "env/reboot.h"
-#include "exec/captions.h"
-#include "exec/outcome.h"
+#include "exec/product_result.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "Main";
 constexpr int AnotherCopyRuns = 3;
 
-bool LocalInstanceIsRecorded(Run& run) {
-  return modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall);
+bool LocalInstanceIsRecorded(const Run& run) {
+  return run.record().has(Value::LocalInstance);
+}
+
+/// The mark alone may be that of a local copy which ended badly; this program may be the one on the medium.
+bool IsLocalInstance(const Run& run) {
+  return LocalInstanceIsRecorded(run) &&
+         EqualIgnoringCase(run.program.path, LocalProgram(run.machine.machine(), run.program));
 }
 
 void ReadCommandLine(Run& run) {
-  run.commandLine = ArgumentText(run.machine.machine().commandLine(), run.machine.machine().programPath());
-  if (!run.commandLine.empty()) GetCommandLine(run, run.commandLine);
+  run.options.argumentText = ArgumentText(run.machine.machine().commandLine(), run.program.path);
+  if (!run.options.argumentText.empty()) GetCommandLine(run, run.options.argumentText);
 }
 
-std::string ProductKeyOfAppIni(Run& run, const char* key, bool silent) {
-  return modINI::GetIniString(run, "Product", key, "", run.appIniPath, silent);
-}
-
-/// The name becomes a registry key and a folder.
-void RequireUsableName(Run& run) {
-  const std::string where = "section [Product] of " + run.appIniPath;
-  if (run.productDisplayName.empty()) {
-    throw Error(GeneralError, "The application ini names no product. Give it a key Name in " + where + ".", Source);
+void DecideKind(Run& run) {
+  if (run.options.uninstall) {
+    run.state.kind = RunKind::Uninstall;
+  } else if (ResumesRun(run)) {
+    run.state.kind = RunKind::Resumed;
   }
-  if (IsUsableName(run.productName)) return;
-  const std::string name = std::exchange(run.productName, std::string());
-  throw Error(GeneralError,
-              "The product's name \"" + name + "\" holds a character that no folder name may hold. Correct Name in " +
-                  where + ".",
-              Source);
 }
 
-void ReadIdentity(Run& run) {
-  run.productName = ProductKeyOfAppIni(run, "Name", false);
-  run.numberOfLoops = Trim(ProductKeyOfAppIni(run, "NumberOfLoops", true));
-  run.endMessage = Trim(ProductKeyOfAppIni(run, "EndMessage", true));
-  run.productDisplayName = Trim(ProductKeyOfAppIni(run, "Name", true));
-  RequireUsableName(run);
-}
-
-void IdentifyProduct(Run& run) {
-  if (modCDFunctions::StartedFromDisc(run)) modCDFunctions::isMultiCD(run, InisAtStart(run));
-  GetAppIni(run);
-  ReadIdentity(run);
-  SetUpLog(run);
-  MapDriveIfRequired(run);
-}
-
-bool HoldsSkipPreInstall(Run& run, const std::string& key) {
-  const std::vector<std::string> names = modRegistry::ValueNames(run, key);
-  return std::any_of(names.begin(), names.end(),
-                     [](const std::string& name) { return EqualIgnoringCase(name, Value::SkipPreInstall); });
-}
-
-/// Where the application ini means the root that an earlier run recorded, that root outlives the earlier record.
-std::string RootToKeep(Run& run, const std::string& key) {
-  if (!MeansRecordedRoot(ProductKeyOfAppIni(run, Value::PackageRoot, true))) return std::string();
-  return modRegistry::RegRead(run, key, Value::PackageRoot);
-}
-
-/// Wipes the record of an earlier install of the product, but for the request to skip its pre-install actions.
-void WipeProductRecord(Run& run) {
-  const std::string key = ProductKey(run);
-  if (!modRegistry::RegKeyExists(run, key, "")) return;
-  const bool skip = HoldsSkipPreInstall(run, key);
-  const std::string root = RootToKeep(run, key);
-  if (skip) run.log.Log(Source, 0, "SkipPreInstall value found.");
-  modRegistry::DeleteIfThere(run, key);
-  if (!root.empty()) modRegistry::RegWrite(run, key, Value::PackageRoot, root);
-  if (!skip) return;
-  run.log.Log(Source, 0, "Recreating SkipPreInstall value.");
-  modRegistry::RegWrite(run, key, Value::SkipPreInstall, TrueOrFalse(true));
-}
-
-/// From here an interactive run is driven by its window.
-void StartSequence(Run& run) {
+void StartUninstallRun(Run& run) {
+  run.product.endMessage =
+      "QX Installation Assistant has successfully un-installed the product " + run.options.uninstallProduct;
+  SetProductResult(run, true, "");
   ShowRun(run);
   Initialise(run);
-  if (!run.silent) return;
-  DoContinue(run);
-  EndInstall(run);
+}
+
+void StartResumedRun(Run& run, const Procedure& here) {
+  IdentifyProduct(run, here);
+  here.action("System has been re-booted by the application.");
+  StartFromReboot(run);
 }
 
 /// A power cut on the way into or out of a restart can leave the script behind: it would start a run at every logon.
-void StartFreshInstall(Run& run) {
-  ForgetAutoRun(run);
-  WipeProductRecord(run);
+void StartFreshRun(Run& run, const Procedure& here) {
+  IdentifyProduct(run, here);
+  modAutoRun::ForgetAutoRun(run.services);
+  WipeProductRecord(run, here);
   SetProductResult(run, true, "");
-  run.resumePending = false;
-  if (LocalInstanceIsRecorded(run)) run.log.Log(Source, 0, "Starting Local instance of QXIA");
-  StartSequence(run);
+  if (LocalInstanceIsRecorded(run)) here.action("Starting Local instance of QXIA");
+  ShowRun(run);
+  Initialise(run);
 }
 
-void Start(Run& run) {
-  run.window.Create(Title);
-  PreventDuplicate(run);
-  run.log.Start();
-  // The mark alone may be that of a local copy which ended badly; this program may be the one on the medium.
-  run.localInstance =
-      LocalInstanceIsRecorded(run) && EqualIgnoringCase(run.machine.machine().programPath(), LocalProgram(run));
-  ReadCommandLine(run);
-  run.rebooted = ResumesRun(run);
-  run.component = {};
-  if (run.uninstall) {
-    run.endMessage = "QX Installation Assistant has successfully un-installed the product " + run.uninstallProduct;
-  } else {
-    IdentifyProduct(run);
-  }
-  modLanguage::CreateEDictionary(run);
-  if (run.uninstall) {
-    SetProductResult(run, true, "");
-    StartSequence(run);
-  } else if (run.rebooted) {
-    run.log.Log(Source, 0, "System has been re-booted by the application.");
-    StartFromReboot(run);
-  } else {
-    StartFreshInstall(run);
-  }
-}
-
-void BringOtherCopyForward(Run& run) {
-  platform::OtherWindows& windows = run.machine.otherWindows();
-  const platform::WindowHandle own = run.machine.mainWindow().handle();
+void BringOtherCopyForward(platform::MainWindow& window, platform::OtherWindows& windows) {
+  const platform::WindowHandle own = window.handle();
   const std::string caption = windows.caption(own);
   // Without its caption, this copy's own window is not the one that is found.
   windows.setCaption(own, "");
-  const platform::WindowHandle other = windows.find(WindowClass(run, own), caption);
+  const platform::WindowHandle other = windows.find(WindowClass(windows, own), caption);
   windows.setCaption(own, caption);
-  if (other == platform::WindowHandle{}) return;
+  if (other.value == 0) return;
   windows.restore(other);
   windows.focus(other);
 }
 
-}  // namespace
-
-void Main(Run& run) {
+/// What cannot be told is shown, and does not keep the run from going on: there is no log yet.
+bool IsSecondCopy(const Run& run) {
   try {
-    Start(run);
-  } catch (const std::exception& failure) {
-    LogFailure(run, Source, failure, !run.silent);
-    SetProductResult(run, false, failure.what());
-    EndInstall(run);
-  }
-}
-
-void PreventDuplicate(Run& run) {
-  try {
-    if (LocalInstanceIsRecorded(run)) return;
-    if (!run.machine.machine().anotherCopyRuns()) return;
-    BringOtherCopyForward(run);
+    return !LocalInstanceIsRecorded(run) && run.machine.machine().anotherCopyRuns();
   } catch (const Error& failure) {
     run.machine.dialogs().messageBox({.title = "Prevent Duplicate",
                                       .text = "Error: " + std::to_string(failure.number()) + LineBreak + LineBreak +
                                               "Description: " + failure.text(),
                                       .icon = platform::BoxIcon::Exclamation});
-    return;
+    return false;
   }
-  throw ProgramEnd{AnotherCopyRuns};
 }
 
-std::string WindowClass(Run& run, platform::WindowHandle window) {
-  return run.machine.otherWindows().className(window);
+}  // namespace
+
+std::string WindowClass(platform::OtherWindows& windows, platform::WindowHandle window) {
+  return windows.className(window);
 }
+
+void Main(Run& run) {
+  const Procedure here(run.services.log, "Main");
+  const auto failure = here.failureOf(
+      [&] {
+        run.services.window.create(Title);
+        PreventDuplicate(run);
+        run.services.log.start();
+        run.state.localInstance = IsLocalInstance(run);
+        ReadCommandLine(run);
+        DecideKind(run);
+        switch (run.state.kind) {
+          case RunKind::Uninstall:
+            return StartUninstallRun(run);
+          case RunKind::Resumed:
+            return StartResumedRun(run, here);
+          case RunKind::Fresh:
+            return StartFreshRun(run, here);
+        }
+      },
+      Shown::UnlessSilent);
+  if (failure) throw RunStops{RunStops::How::Refused, *failure};
+}
+
+void PreventDuplicate(const Run& run) {
+  if (!IsSecondCopy(run)) return;
+  BringOtherCopyForward(run.machine.mainWindow(), run.machine.otherWindows());
+  throw RunStops{.how = RunStops::How::AtOnce, .exitCode = AnotherCopyRuns};
+}
+
+}  // namespace assistant

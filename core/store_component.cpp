@@ -1,99 +1,69 @@
 #include "core/store_component.h"
 
-#include "base/error_handler.h"
-#include "base/error_texts.h"
 #include "base/ini.h"
-#include "base/records.h"
+#include "base/procedure.h"
 #include "base/registry.h"
-#include "base/text.h"
 #include "core/component_data.h"
 #include "exec/action_entry.h"
-#include "exec/copy_operations.h"
+#include "exec/copy_targets.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "modQXInstallationMain.StoreComponentData";
+constexpr const char* Section = "Actions";
 constexpr int FileMissing = 6081;
 
-/// Writes one text of the record, if it can be read back from there.
-void WriteText(Run& run, const ComponentData& data, const std::string& key, const std::string& name,
-               const std::string& text) {
-  RequireStorable(text, name, data.name, data.iniPath);
-  modRegistry::RegWrite(run, key, name, text);
+/// Writes a text under a key below the component's, if it can be read back from there.
+void WriteBelow(const Run& run, const Component& component, const std::string& key, const std::string& name,
+                const std::string& text) {
+  RequireStorable(text, name, component.name, component.iniPath);
+  modRegistry::RegWrite(run.services, key, name, text);
 }
 
-void WriteConditions(Run& run, const ComponentData& data, const std::string& key) {
-  if (!data.conditions.older.empty()) WriteText(run, data, key, "Condition", data.conditions.older);
-  for (const auto& [name, text] : data.conditions.list) WriteText(run, data, key + "\\ConditionList", name, text);
-}
-
-/// Without its number the component would not be known to the loop.
-void WriteSequenceNumber(Run& run, const std::string& key, int index) {
-  modRegistry::WriteNumber(run, key, Value::SequenceNumber, index * SequenceStep);
-  if (modRegistry::RegKeyExists(run, key, Value::SequenceNumber)) return;
-  throw modErrorBase::MakeError(6087, {"HKLM\\" + key, Value::SequenceNumber}, Source);
-}
-
-void WriteValues(Run& run, const ComponentData& data, const std::string& key, int index) {
-  const std::pair<const char*, std::string> values[] = {
-      {Value::Install, data.install},
-      {Value::ProductName, data.packageName},
-      {Value::ProductVersion, data.packageVersion},
-      {Value::ProductCode, data.packageCode},
-      {"IniPath", data.iniPath},
-      {Value::Path, data.path},
-      {"CommandLine", data.commandLine},
-      {"Transform", data.transform},
-      {"Upgrade", data.upgrade},
-      {"CopyOp", data.copyOp},
-      {"Cleanup", TrueOrFalse(data.cleanup)},
-      {"CopyOpTarget", data.copyTarget},
-      {"MachineType", data.machineType},
-      {"Cost", data.cost},
-  };
-  for (const auto& [name, text] : values) WriteText(run, data, key, name, text);
-  WriteSequenceNumber(run, key, index);
-  WriteText(run, data, key, "UninstallCommandLine", data.uninstallCommandLine);
-  WriteText(run, data, key, "RunOnUninstall", TrueOrFalse(data.conditions.runOnUninstall));
-  WriteText(run, data, key, Value::AbortOnFail, TrueOrFalse(data.abortOnFail));
-}
-
-void WriteCopyTargetList(Run& run, const ComponentData& data, const std::string& key) {
-  int number = 0;
-  for (const std::string& target : data.copyTargetList) {
-    WriteText(run, data, CopyTargetListKey(key), NumberedTarget(++number), target);
+void WriteConditions(const Run& run, const ComponentData& data) {
+  const Component& component = data.component;
+  if (!data.olderConditions.empty()) {
+    WriteBelow(run, component, component.key, ComponentValue::OlderCondition, data.olderConditions);
+  }
+  for (const auto& [name, text] : data.conditions) {
+    WriteBelow(run, component, ConditionListKey(component.key), name, text);
   }
 }
 
-void WriteRecord(Run& run, const ComponentData& data, int index) {
-  const std::string key = ComponentKey(run.productName, data.name);
-  modRegistry::DeleteIfThere(run, key);
-  run.log.Log(Source, 0, "Saving data to " + key);
-  WriteConditions(run, data, key);
-  WriteValues(run, data, key, index);
-  WriteCopyTargetList(run, data, key);
-  run.log.Log(Source, 0, "Component registry entries written");
+void WriteCopyTargetList(const Run& run, const ComponentData& data) {
+  int number = 0;
+  for (const std::string& target : data.copyTargets) {
+    WriteBelow(run, data.component, CopyTargetListKey(data.component.key), NumberedTarget(++number), target);
+  }
+}
+
+void Store(const Run& run, const Procedure& here, const std::string& component, int index) {
+  here.action("Processing component " + component + ", index number " + std::to_string(index));
+  const std::string entry = modINI::GetIniString(run.productIni(), Section, component, "");
+  if (entry.empty()) return here.warn(6080, {component, Section, run.product.inis.product});
+  ComponentData data = ReadComponent(run, here, component, ParseActionEntry(entry).name);
+  data.component.sequenceNumber = index * SequenceStep;
+  modRegistry::DeleteIfThere(run.services, data.component.key);
+  here.action("Saving data to " + data.component.key);
+  WriteConditions(run, data);
+  WriteRecord(run.services, here, data.component);
+  WriteCopyTargetList(run, data);
+  here.action("Component registry entries written");
 }
 
 }  // namespace
 
-namespace modQXInstallationMain {
-
-StoredComponent StoreComponentData(Run& run, const std::string& component, int index) {
+StoredComponent StoreComponentData(const Run& run, const std::string& component, int index) {
+  const Procedure here(run.services.log, "modQXInstallationMain.StoreComponentData");
   try {
-    run.log.Log(Source, 0, "Processing component " + component + ", index number " + std::to_string(index));
-    const std::string entry = modINI::GetIniString(run, "Actions", component, "", run.productIniPath, true);
-    if (entry.empty()) {
-      run.log.Log(Source, 6080, modErrorBase::GetErrorText(6080, {component, "Actions", run.productIniPath}), false,
-                  EntryType::Warning);
-      return StoredComponent::Stored;
-    }
-    WriteRecord(run, ReadComponent(run, component, ParseActionEntry(entry).name), index);
-    return StoredComponent::Stored;
+    Store(run, here, component, index);
+    return {};
   } catch (const Error& failure) {
-    LogFailure(run, Source, failure);
-    return failure.number() == FileMissing ? StoredComponent::IniMissing : StoredComponent::Failed;
+    // The run is told of an ini file that is missing in other words than of other failures.
+    here.tell(failure);
+    const bool missing = failure.number() == FileMissing;
+    return {missing ? StoredComponent::End::IniMissing : StoredComponent::End::Failed, failure.text()};
   }
 }
 
-}  // namespace modQXInstallationMain
+}  // namespace assistant

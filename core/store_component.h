@@ -5,16 +5,20 @@
 
 #include "base/run.h"
 
-enum class StoredComponent {
-  Failed,  ///< the log's last entry says why
-  IniMissing,
-  Stored,  ///< or passed over, as an entry without a value is
-};
+namespace assistant {
 
-namespace modQXInstallationMain {
+struct StoredComponent {
+  enum class End {
+    Failed,
+    IniMissing,
+    Stored,  ///< or passed over, as an entry without a value is
+  };
+  End end = End::Stored;
+  std::string reason = {};  ///< of a failure, which is logged
+};
 
 /// Writes the record of the component whose entry in the product ini's [Actions] section bears this name; `index` is
 /// its place in the product, counted from 1. An entry without a value is a warning and writes nothing.
-StoredComponent StoreComponentData(Run& run, const std::string& component, int index);
+StoredComponent StoreComponentData(const Run& run, const std::string& component, int index);
 
-}  // namespace modQXInstallationMain
+}  // namespace assistant

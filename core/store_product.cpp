@@ -2,134 +2,125 @@
 
 #include <algorithm>
 
-#include "base/error_handler.h"
-#include "base/error_texts.h"
 #include "base/ini.h"
 #include "base/numbers.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
-#include "core/closedown.h"
 #include "core/discovery.h"
+#include "core/display.h"
+#include "core/run_stops.h"
 #include "env/multi_disk.h"
 #include "exec/captions.h"
-#include "exec/outcome.h"
-#include "exec/sequence.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "modQXInstallationMain.StoreAppData";
-
-/// Required keys are logged when they are missing.
-enum class Need { Required, Optional };
-enum class Form { Text, Truth };
-
-struct RecordedKey {
-  RecordKey holder;
-  const char* value;
-  const char* section;
-  const char* key;
-  const char* defaultText;
-  Need need;
-  Form form;
-  void (*then)(Run&, const std::string&);  ///< what follows from the value; null for nothing
-};
-
-void InstallVersion(Run& run, const std::string& version) {
-  modRegistry::RegWrite(run, ProductKey(run), Value::Version, version);
-  run.log.Log(Source, 0, "Installing " + run.productName + " Version " + version);
+/// Both parts of the storing go by this name in the log, and so does the reading of the lists on a resumed run.
+Procedure StoringProcedure(const Run& run) {
+  return Procedure(run.services.log, "modQXInstallationMain.StoreAppData");
 }
 
-void UseVerbose(Run& run, const std::string& verbose) {
-  run.log.Log(Source, 0, "Verbose setting is " + verbose);
-  run.verbose = run.verbose || IsTrue(verbose);
+void InstallVersion(const Run& run, const Procedure& here, const std::string& version) {
+  run.record().write(Value::Version, version);
+  here.action("Installing " + run.product.name + " Version " + version);
 }
 
-void LogSilent(Run& run, const std::string& silent) {
-  run.log.Log(Source, 0, "Silent running is " + silent);
+void UseVerbose(const Run& run, const Procedure& here, const std::string& verbose) {
+  here.action("Verbose setting is " + verbose);
+  run.services.log.beVerbose(run.services.log.isVerbose() || IsTrue(verbose));
 }
 
-void LogPreviousVolume(Run& run, const std::string& volume) {
-  if (!IsNotGiven(volume)) run.log.Log(Source, 0, "This is part of a multi-disk installation. ");
+void LogSilent(const Run&, const Procedure& here, const std::string& silent) {
+  here.action("Silent running is " + silent);
 }
 
-constexpr RecordedKey identity[] = {
-    {RecordKey::Products, Value::Product, "Product", "Name", MissingValue, Need::Required, Form::Text, nullptr},
-    {RecordKey::Product, Value::AbortOnFail, "Product", "AbortOnFail", MissingValue, Need::Required, Form::Truth,
-     nullptr},
-};
-
-constexpr RecordedKey settings[] = {
-    {RecordKey::Products, "Force Uninstall Reboot", "Product", "ForceUninstallReboot", "False", Need::Required,
-     Form::Text, nullptr},
-    {RecordKey::Products, Value::Version, "Product", "Version", MissingValue, Need::Required, Form::Text,
-     InstallVersion},
-    {RecordKey::Products, Value::Verbose, "Config", "Verbose", MissingValue, Need::Required, Form::Truth, UseVerbose},
-    {RecordKey::Products, Value::Silent, "Config", "Silent", MissingValue, Need::Required, Form::Truth, LogSilent},
-    {RecordKey::Product, Value::RequestLogon, "Config", "RequestLogonDetails", MissingValue, Need::Required,
-     Form::Truth, nullptr},
-    {RecordKey::Product, Value::PreviousVolumeName, "Product", "PreviousVolumeName", "", Need::Optional, Form::Text,
-     LogPreviousVolume},
-    {RecordKey::Product, Value::NextVolumeName, "Product", "NextVolumeName", MissingValue, Need::Optional, Form::Text,
-     nullptr},
-    {RecordKey::Product, "CopyOpRoot", "Product", "CopyOpRoot", MissingValue, Need::Required, Form::Text, nullptr},
-    {RecordKey::Product, "CopyOpHold", "Product", "CopyOpHold", MissingValue, Need::Required, Form::Text, nullptr},
-};
-
-void Store(Run& run, const RecordedKey& row) {
-  const std::string read =
-      modINI::GetIniString(run, row.section, row.key, row.defaultText, run.appIniPath, row.need == Need::Optional);
-  const std::string text = row.form == Form::Truth ? TrueOrFalse(IsTrue(read)) : read;
-  RequireStorable(text, row.key, row.section, run.appIniPath);
-  modRegistry::RegWrite(run, KeyOf(run, row.holder), row.value, text);
-  if (row.then != nullptr) row.then(run, text);
+void LogPreviousVolume(const Run&, const Procedure& here, const std::string& volume) {
+  if (!IsNotGiven(volume)) here.action("This is part of a multi-disk installation. ");
 }
 
-/// Automatic logon that the first disc asked for is switched off at the end, whatever a later disc says.
-bool KeepsFirstDiscs(const Run& run, const RecordedKey& row) {
-  return run.furtherDisc && row.value == std::string_view(Value::RequestLogon);
-}
-
-void StoreStartSettings(Run& run) {
-  if (!run.endMessage.empty()) modRegistry::RegWrite(run, ProductKey(run), "EndMessage", run.endMessage);
-  if (WholeNumericValue(run.numberOfLoops).value_or(0) > 0) {
-    modRegistry::RegWrite(run, ProductKey(run), Value::NumberOfLoops, run.numberOfLoops);
+/// What the product was started with stands behind the first values.
+void StoreStartSettings(const Run& run, const Procedure&, const std::string&) {
+  const Product& product = run.product;
+  if (!product.endMessage.empty()) run.record().write(Value::EndMessage, product.endMessage);
+  if (WholeNumericValue(product.numberOfLoops).value_or(0) > 0) {
+    run.record().write(Value::NumberOfLoops, product.numberOfLoops);
   }
 }
 
-std::string RequiredProductKey(Run& run, const char* key) {
-  return modINI::GetIniString(run, "Product", key, MissingValue, run.appIniPath, false);
+/// What follows a value that has been stored.
+struct Consequence {
+  const RecordValue* of;
+  void (*carryOut)(const Run&, const Procedure&, const std::string& text);
+};
+
+constexpr Consequence Consequences[] = {
+    {&Value::AbortOnFail, StoreStartSettings},
+    {&Value::RunVersion, InstallVersion},
+    {&Value::Verbose, UseVerbose},
+    {&Value::Silent, LogSilent},
+    {&Value::PreviousVolumeName, LogPreviousVolume},
+};
+
+void Store(const Run& run, const Procedure& here, const RecordValue& value) {
+  const IniOrigin& ini = value.ini;
+  const auto missing = ini.need == Need::Required ? modINI::Missing::IsLogged : modINI::Missing::IsFine;
+  const std::string read =
+      modINI::GetIniString(run.applicationIni(), ini.section, value.iniKey(), ini.defaultText, missing);
+  const std::string text = ini.form == Form::Truth ? TrueOrFalse(IsTrue(read)) : read;
+  RequireStorable(text, value.iniKey(), ini.section, run.product.inis.application);
+  run.record().write(value, text);
+  for (const Consequence& consequence : Consequences) {
+    if (consequence.of == &value) consequence.carryOut(run, here, text);
+  }
 }
 
-void StorePaths(Run& run) {
-  const std::string ini = RequiredProductKey(run, "ProductIni");
-  modRegistry::RegWrite(run, ProductKey(run), Value::ProductIniPath,
-                        ini == MissingValue ? ini : SpecifiedProductIni(run));
+/// True for a value that this disc's application ini gives.
+bool IsGivenBy(const RecordValue& value, Discs disc) {
+  return value.ini.section != nullptr && (value.discs == Discs::Each || disc == Discs::FirstOnly);
+}
+
+std::string RequiredProductKey(const Run& run, const char* key) {
+  return modINI::GetIniString(run.applicationIni(), "Product", key, MissingValue, modINI::Missing::IsLogged);
+}
+
+void StorePaths(const Run& run) {
+  const std::string ini = RequiredProductKey(run, Value::ProductIni.name);
+  run.record().write(Value::ProductIniPath,
+                     ini == MissingValue ? ini : SpecifiedProductIni(run, run.product.inis.application));
   // A root that means the recorded one leaves that in place.
-  const std::string root = RequiredProductKey(run, "PackageRoot");
-  if (!MeansRecordedRoot(root)) modRegistry::RegWrite(run, ProductKey(run), Value::PackageRoot, root);
+  const std::string root = RequiredProductKey(run, Value::PackageRoot.name);
+  if (!MeansRecordedRoot(root)) run.record().write(Value::PackageRoot, root);
 }
 
-void ListSection(Run& run, std::vector<std::string>& entries, const char* section, bool keysOnly, const char* told) {
-  entries.clear();
-  if (!modINI::IsValidIniSection(run, section, run.appIniPath)) return;
-  modINI::GetIniKeys(run, entries, section, run.appIniPath, keysOnly);
+using ListOf = std::vector<std::string> (*)(const modINI::IniFile&, const std::string&);
+
+std::vector<std::string> ListSection(const Run& run, const Procedure& here, const char* section, ListOf list,
+                                     const char* told) {
+  const modINI::IniFile ini = run.applicationIni();
+  if (!modINI::IsValidIniSection(ini, section)) return {};
+  const std::vector<std::string> entries = list(ini, section);
   std::string text = told;
   for (const std::string& entry : entries) text += "<br>" + entry;
-  run.log.Log(Source, 0, text);
+  here.action(text);
+  return entries;
 }
 
-std::string ProductIniVersion(Run& run) {
-  const std::string version = modINI::GetIniString(run, "General", "Version", MissingValue, run.productIniPath, true);
-  if (version == MissingValue) {
-    run.log.Log(Source, 6080, modErrorBase::GetErrorText(6080, {"Version", "General", run.productIniPath}), false,
-                EntryType::Error);
-  }
+ForcedLists ListForced(const Run& run, const Procedure& here) {
+  ForcedLists lists;
+  lists.uninstall =
+      ListSection(run, here, "ForceUninstall", modINI::GetIniKeys, "List of components to force uninstall:");
+  lists.remove = ListSection(run, here, "ForceDelete", modINI::GetIniLines, "List of components to delete:");
+  return lists;
+}
+
+std::string ProductIniVersion(const Run& run, const Procedure& here) {
+  const std::string version = modINI::GetIniString(run.productIni(), "General", "Version", MissingValue);
+  if (version == MissingValue) here.error(6080, {"Version", "General", run.product.inis.product});
   return version;
 }
 
-bool UserAcceptsVersion(Run& run) {
-  if (run.silent) return false;
+bool UserAcceptsVersion(const Run& run) {
+  if (run.options.silent) return false;
   const platform::BoxAnswer answer = run.machine.dialogs().messageBox(
       {.title = "Product Version",
        .text =
@@ -141,37 +132,31 @@ bool UserAcceptsVersion(Run& run) {
   return answer == platform::BoxAnswer::Yes;
 }
 
-void AbortRun(Run& run) {
-  run.log.Log(Source, 0, "User aborted run", false, EntryType::Error);
-  SetProductResult(run, false, "User aborted run");
-  run.cancelled = !run.silent;
-  Closedown(run);
-}
-
-/// Reads the recorded version that differs, or else the last of the two. False, with an entry, when one is not there.
-bool ReadRecordedVersion(Run& run, const std::string& version, std::string& recorded) {
-  for (const std::string& key : {std::string(ProductsKey), ProductKey(run)}) {
-    recorded = modRegistry::ReadOrEmpty(run, key, Value::Version);
-    if (IsNotGiven(recorded)) {
-      run.log.Log(Source, 6082, modErrorBase::GetErrorText(6082, {"HKLM\\" + key + "\\" + Value::Version}), false,
-                  EntryType::Error);
-      return false;
-    }
-    if (recorded != version) return true;
-  }
-  return true;
-}
-
-void CheckVersion(Run& run) {
-  const std::string version = ProductIniVersion(run);
+/// The recorded version that differs, or else the last of the two; nothing, with an entry, when one is not there.
+std::optional<std::string> RecordedVersion(const Run& run, const Procedure& here, const std::string& version) {
+  const ProductRecord record = run.record();
   std::string recorded;
-  if (version == MissingValue || !ReadRecordedVersion(run, version, recorded)) return;
-  if (recorded == version) {
-    run.log.Log(Source, 0, "Versions match " + version);
-    return;
+  for (const RecordValue* value : {&Value::RunVersion, &Value::Version}) {
+    recorded = record.read(*value);
+    if (IsNotGiven(recorded)) {
+      here.error(6082, {"HKLM\\" + KeyOf(value->key, run.product.name) + "\\" + value->name});
+      return std::nullopt;
+    }
+    if (recorded != version) return recorded;
   }
-  run.log.Log(Source, 0, "Versions do not match, product.ini is " + version + ", installer .ini is " + recorded);
-  if (!UserAcceptsVersion(run)) AbortRun(run);
+  return recorded;
+}
+
+void CheckVersion(const Run& run, const Procedure& here) {
+  const std::string version = ProductIniVersion(run, here);
+  if (version == MissingValue) return;
+  const auto recorded = RecordedVersion(run, here, version);
+  if (!recorded) return;
+  if (*recorded == version) return here.action("Versions match " + version);
+  here.action("Versions do not match, product.ini is " + version + ", installer .ini is " + *recorded);
+  if (UserAcceptsVersion(run)) return;
+  here.error(UserAbortedRun);
+  throw RunStops{run.options.silent ? RunStops::How::Refused : RunStops::How::Declined, UserAbortedRun};
 }
 
 bool Names(const std::vector<std::string>& names, const std::string& wanted) {
@@ -180,71 +165,72 @@ bool Names(const std::vector<std::string>& names, const std::string& wanted) {
 }
 
 /// A name that stands twice, also on an earlier disc, is one component, at its first place.
-void KeepFirstOfEach(Run& run) {
-  const std::vector<std::string> earlier = run.furtherDisc ? RecordedComponents(run) : std::vector<std::string>();
+std::vector<std::string> FirstOfEach(const Run& run, const Procedure& here, const std::vector<std::string>& names,
+                                     const std::vector<std::string>& earlier) {
   std::vector<std::string> unique;
-  for (const std::string& action : run.actions) {
-    const bool onEarlierDisc = Names(earlier, action);
-    if (!onEarlierDisc && !Names(unique, action)) {
-      unique.push_back(action);
+  for (const std::string& name : names) {
+    const bool onEarlierDisc = Names(earlier, name);
+    if (!onEarlierDisc && !Names(unique, name)) {
+      unique.push_back(name);
       continue;
     }
-    run.log.Log(Source, 0,
-                "Component " + action + (onEarlierDisc ? " was named by an earlier disc and again" : " stands twice") +
-                    " in section [Actions] of " + run.productIniPath +
-                    "; only its first entry is used. Give each entry a name of its own.",
-                false, EntryType::Warning);
+    here.warn("Component " + name + (onEarlierDisc ? " was named by an earlier disc and again" : " stands twice") +
+              " in section [Actions] of " + run.product.inis.product +
+              "; only its first entry is used. Give each entry a name of its own.");
   }
-  run.actions = unique;
+  return unique;
 }
 
 /// What the product ini says of its neighbours outdoes the application ini.
-void StoreVolumes(Run& run) {
-  for (const char* key : {Value::PreviousVolumeName, Value::NextVolumeName}) {
-    const std::string volume = modCDFunctions::VolumeName(run, key, {run.appIniPath, run.productIniPath});
-    const std::string recorded = modRegistry::ReadOrEmpty(run, ProductKey(run), key);
+void StoreVolumes(const Run& run, const Procedure& here) {
+  for (const RecordValue* value : {&Value::PreviousVolumeName, &Value::NextVolumeName}) {
+    const std::string volume = modCDFunctions::VolumeName(run.services, *value, run.product.inis);
+    const std::string recorded = run.record().read(*value);
     if (volume.empty() || volume == recorded) continue;
-    modRegistry::RegWrite(run, ProductKey(run), key, volume);
-    if (key == Value::PreviousVolumeName && IsNotGiven(recorded)) LogPreviousVolume(run, volume);
+    run.record().write(*value, volume);
+    if (value == &Value::PreviousVolumeName && IsNotGiven(recorded)) LogPreviousVolume(run, here, volume);
   }
+}
+
+std::vector<std::string> ListComponents(const Run& run, const Procedure& here,
+                                        const std::vector<std::string>& earlier) {
+  here.action("Getting list of actions for " + run.product.name);
+  const std::vector<std::string> names = modINI::GetIniKeys(run.productIni(), "Actions");
+  const auto count = static_cast<std::int32_t>(names.size());
+  here.action("There are " + std::to_string(count) + " components");
+  run.record().writeNumber(Value::ComponentCount, count);
+  return FirstOfEach(run, here, names, earlier);
 }
 
 }  // namespace
 
-namespace modQXInstallationMain {
-
-bool StoreAppData(Run& run) {
-  return Guarded(run, Source, [&] {
-    run.window.Status(modLanguage::Text(run, modLanguage::Caption::StoringData));
-    run.log.Log(Source, 0, "Writing application data to registry.");
-    for (const RecordedKey& row : identity) Store(run, row);
-    StoreStartSettings(run);
-    for (const RecordedKey& row : settings) {
-      if (!KeepsFirstDiscs(run, row)) Store(run, row);
+std::optional<std::string> StoreAppData(Run& run, Discs disc) {
+  const Procedure here = StoringProcedure(run);
+  return here.failureOf([&] {
+    run.services.window.status(modLanguage::Text(modLanguage::Caption::StoringData));
+    here.action("Writing application data to registry.");
+    for (const RecordValue* value : RecordValues()) {
+      if (IsGivenBy(*value, disc)) Store(run, here, *value);
     }
     StorePaths(run);
-    ReadForcedLists(run);
-    return true;
+    const ForcedLists forced = ListForced(run, here);
+    // The lists belong to the disc that the product begins with.
+    if (disc == Discs::FirstOnly) run.product.forced = forced;
   });
 }
 
-void StoreProductData(Run& run) {
-  Guarded(run, Source, [&] {
-    run.log.Log(Source, 0, "Writing product data to registry.");
-    CheckVersion(run);
-    StoreVolumes(run);
-    run.log.Log(Source, 0, "Getting list of actions for " + run.productName);
-    modINI::GetIniKeys(run, run.actions, "Actions", run.productIniPath, true);
-    const auto count = static_cast<std::int32_t>(run.actions.size());
-    run.log.Log(Source, 0, "There are " + std::to_string(count) + " components");
-    modRegistry::WriteNumber(run, ProductKey(run), "ComponentCount", count);
-    KeepFirstOfEach(run);
+std::vector<std::string> StoreProductData(const Run& run, const std::vector<std::string>& earlier) {
+  const Procedure here = StoringProcedure(run);
+  return here.guard([&] {
+    here.action("Writing product data to registry.");
+    CheckVersion(run, here);
+    StoreVolumes(run, here);
+    return ListComponents(run, here, earlier);
   });
 }
 
-}  // namespace modQXInstallationMain
-
-void ReadForcedLists(Run& run) {
-  ListSection(run, run.forceUninstall, "ForceUninstall", true, "List of components to force uninstall:");
-  ListSection(run, run.forceDelete, "ForceDelete", false, "List of components to delete:");
+ForcedLists ReadForcedLists(const Run& run) {
+  return ListForced(run, StoringProcedure(run));
 }
+
+}  // namespace assistant

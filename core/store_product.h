@@ -1,20 +1,25 @@
 // Copying the product's data from the ini files into the registry, which is the working record from then on.
 #pragma once
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "base/run.h"
 
-namespace modQXInstallationMain {
+namespace assistant {
 
 /// Product part: the application ini's values, under the products key and under the product's own, and the lists of
-/// forced uninstalls and deletes. False after a failure, which is logged.
-bool StoreAppData(Run& run);
+/// forced uninstalls and deletes. `disc` is FirstOnly for the disc that the product begins with. The text of a failure,
+/// which is logged; nothing when there was none.
+std::optional<std::string> StoreAppData(Run& run, Discs disc);
 
-/// Version part: compares the product ini's version with the recorded one, and lists the product's components. A
-/// difference that the user does not accept (a silent run accepts none) ends the program (throws ProgramEnd).
-void StoreProductData(Run& run);
+/// Version part: compares the product ini's version with the recorded one, and lists the product's components, each
+/// once and none that a disc before this one had (`earlier`). A difference that the user does not accept (a silent run
+/// accepts none) stops the run (RunStops).
+std::vector<std::string> StoreProductData(const Run& run, const std::vector<std::string>& earlier);
 
-}  // namespace modQXInstallationMain
+/// The application ini's lists of forced uninstalls and deletes; sections that are not there are empty lists.
+ForcedLists ReadForcedLists(const Run& run);
 
-/// Reads the application ini's lists of forced uninstalls and deletes into the run; sections that are not there are
-/// empty lists.
-void ReadForcedLists(Run& run);
+}  // namespace assistant

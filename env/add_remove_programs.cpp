@@ -1,104 +1,110 @@
 #include "env/add_remove_programs.h"
 
-#include <string>
-
-#include "base/error_handler.h"
-#include "base/error_texts.h"
 #include "base/ini.h"
-#include "base/records.h"
+#include "base/procedure.h"
 #include "base/registry.h"
 #include "base/text.h"
 #include "env/local_copy.h"
-#include "exec/guarded_run.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "SetLocalIAForUninstall";
-constexpr const char* CopySource = "CopyIALocal";
-constexpr const char* CleanUpSource = "CleanUpUninstallFiles";
 constexpr const char* UpdateAddress = "http://www.qx-plc.example/installation";
 constexpr const char* SupportAddress = "http://www.qx-plc.example/support";
 
-std::string EntryKey(const Run& run) {
-  return "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + run.productName;
-}
-
-void CopyIALocal(Run& run) {
-  CreateLocalFolder(run);
-  run.log.Log(CopySource, 0, "Attempting to copy QXIA exe to program files\\qxia dir");
-  CopyProgramToLocalFolder(run);
-  run.log.Log(CopySource, 0, "Copy Successful");
+std::string EntryKey(const std::string& product) {
+  return std::string(RemovableProgramsKey) + "\\" + product;
 }
 
 struct EntryValue {
   const char* name;
-  std::string data;
-  platform::ValueType type = platform::ValueType::Text;
+  modRegistry::NewValue data;
 };
 
-void WriteEntry(Run& run) {
-  const std::string program = LocalProgram(run);
+void WriteEntry(const Run& run) {
+  const std::string& product = run.product.name;
+  const std::string program = LocalProgram(run.machine.machine(), run.program);
   const EntryValue values[] = {
-      {"DisplayName", run.productName},
-      {"DisplayVersion", modRegistry::ReadOrEmpty(run, ProductKey(run), Value::Version)},
+      {"DisplayName", {product}},
+      {"DisplayVersion", {run.record().read(Value::Version)}},
       // The path is not quoted: the program cuts it off by comparing with its own.
-      {"UninstallString", program + " /v /x " + run.productName},
-      {"DisplayIcon", program},
-      {"URLUpdateInfo", UpdateAddress},
-      {"HelpLink", SupportAddress},
-      {"Publisher", "QX plc"},
-      {"NoModify", "1", platform::ValueType::Number},
-      {"NoRepair", "1", platform::ValueType::Number},
+      {"UninstallString", {program + " /v /x " + product}},
+      {"DisplayIcon", {program}},
+      {"URLUpdateInfo", {UpdateAddress}},
+      {"HelpLink", {SupportAddress}},
+      {"Publisher", {"QX plc"}},
+      {"NoModify", {"1", platform::ValueType::Number}},
+      {"NoRepair", {"1", platform::ValueType::Number}},
   };
   for (const EntryValue& value : values) {
-    modRegistry::RegWrite(run, EntryKey(run), value.name, value.data, platform::RegistryRoot::LocalMachine, value.type);
+    modRegistry::RegWrite(run.services, EntryKey(product), value.name, value.data);
   }
 }
 
+/// The copy by which the product can be removed, and its entry, which starts that. `wanted` is the ini file's word for
+/// it, which is recorded.
+void CopyIALocal(const Run& run, const std::string& wanted) {
+  const Procedure here(run.services.log, "CopyIALocal");
+  CreateLocalFolder(run.services, here);
+  here.action("Attempting to copy QXIA exe to program files\\qxia dir");
+  CopyProgramToLocalFolder(run.services, run.program);
+  here.action("Copy Successful");
+  const ProductRecord record = run.record();
+  record.write(Value::CanUninstall, wanted);
+  here.action("Setting Registry value " + record.key() + "\\" + Value::CanUninstall.name + " = " + wanted);
+  here.action("Setting Add/Remove Programs entries");
+  WriteEntry(run);
+}
+
 /// What is left of the record must keep its entry, by which the uninstall is run again.
-void DeleteKey(Run& run, const std::string& key) {
-  modRegistry::DeleteIfThere(run, key);
-  if (modRegistry::RegKeyExists(run, key, "")) throw modErrorBase::MakeError(6166, {"HKLM\\" + key}, CleanUpSource);
+void DeleteKey(const Services& services, const Procedure& here, const std::string& key) {
+  modRegistry::DeleteIfThere(services, key);
+  if (modRegistry::RegKeyExists(services.machine.registry(), key, "")) throw here.failure(6166, {"HKLM\\" + key});
+}
+
+void RemoveTraces(const Services& services, const Procedure& here, const std::string& product) {
+  const ProductRecord record(services, product);
+  record.write(Value::UninstalledProduct, product);
+  if (record.exists()) {
+    here.action("Removing Product registry entries");
+    DeleteKey(services, here, record.key());
+  }
+  here.action("Removing Add/Remove Programs entry");
+  DeleteKey(services, here, EntryKey(product));
 }
 
 }  // namespace
 
-void SetLocalIAForUninstall(Run& run) {
-  Guarded(run, Source, [&] {
-    const std::string wanted =
-        modINI::GetIniString(run, "Product", Value::CanUninstall, "False", run.productIniPath, true);
-    run.log.Log(Source, 0, "CanUninstall reported as " + wanted);
-    if (!IsTrue(wanted)) return;
-    CopyIALocal(run);
-    const std::string key = ProductKey(run);
-    modRegistry::RegWrite(run, key, Value::CanUninstall, wanted);
-    run.log.Log(CopySource, 0, "Setting Registry value " + key + "\\CanUninstall = " + wanted);
-    run.log.Log(CopySource, 0, "Setting Add/Remove Programs entries");
-    WriteEntry(run);
+void SetLocalIAForUninstall(const Run& run) {
+  const Procedure here(run.services.log, "SetLocalIAForUninstall");
+  here.guard([&] {
+    const std::string wanted = modINI::GetIniString(run.productIni(), "Product", Value::CanUninstall.name, "False");
+    here.action("CanUninstall reported as " + wanted);
+    if (IsTrue(wanted)) CopyIALocal(run, wanted);
   });
 }
 
-void CleanUpUninstallFiles(Run& run) {
-  GuardedRun(run, CleanUpSource, [&] {
-    const bool needed = IsLocalCopyNeeded(run, run.productName);
-    modRegistry::RegWrite(run, ProductsKey, Value::Uninstalled, run.productName);
-    if (modRegistry::RegKeyExists(run, ProductKey(run), "")) {
-      run.log.Log(CleanUpSource, 0, "Removing Product registry entries");
-      DeleteKey(run, ProductKey(run));
-    }
-    run.log.Log(CleanUpSource, 0, "Removing Add/Remove Programs entry");
-    DeleteKey(run, EntryKey(run));
+CleanUp CleanUpUninstallFiles(const Run& run) {
+  const Procedure here(run.services.log, "CleanUpUninstallFiles");
+  CleanUp result;
+  result.failure = here.failureOf([&] {
+    const bool needed = IsLocalCopyNeeded(run.machine.registry(), run.product.name);
+    RemoveTraces(run.services, here, run.product.name);
+    const std::string program = LocalProgram(run.machine.machine(), run.program);
     // The entry is what starts the local copy.
-    if (!needed && run.fso.FileExists(LocalProgram(run))) run.programToRemove = LocalProgram(run);
+    if (!needed && run.services.fso.fileExists(program)) result.programToRemove = program;
   });
+  return result;
 }
 
-void ForgetCleanUp(Run& run) {
-  if (run.uninstall && !run.failed && IsCleanUpUnfinished(run)) {
-    modRegistry::RemoveValue(run, ProductsKey, Value::Uninstalled);
+void ForgetCleanUp(const Run& run) {
+  if (run.options.uninstall && !run.state.failed && IsCleanUpUnfinished(run)) {
+    run.record().remove(Value::UninstalledProduct);
   }
 }
 
-bool IsCleanUpUnfinished(Run& run) {
-  return EqualIgnoringCase(modRegistry::ReadOrEmpty(run, ProductsKey, Value::Uninstalled), run.productName);
+bool IsCleanUpUnfinished(const Run& run) {
+  return EqualIgnoringCase(run.record().read(Value::UninstalledProduct), run.product.name);
 }
+
+}  // namespace assistant

@@ -3,11 +3,22 @@
 
 #include <string>
 
-#include "base/run.h"
+#include "base/services.h"
+
+namespace assistant {
+
+/// Whom the system is to log on.
+struct LogonAccount {
+  std::string password;
+  std::string user;
+  std::string domain;
+};
 
 /// Switches automatic logon on (NT family) or sets the default password (Windows 95 family). True when every value was
 /// written. Whatever was set before is overwritten. Failures (6087, 6096) are logged; the password never is.
-bool EnableAutoLogin(Run& run, const std::string& password, const std::string& userName, const std::string& domain);
+bool EnableAutoLogin(const Services& services, const LogonAccount& account);
 
 /// Switches it off again and empties the account's values that are there, but the domains.
-bool DisableAutoLogin(Run& run);
+bool DisableAutoLogin(const Services& services);
+
+}  // namespace assistant

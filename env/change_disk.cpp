@@ -1,10 +1,10 @@
 #include "env/change_disk.h"
 
-#include "base/error.h"
+#include "base/identity.h"
 #include "base/text.h"
 #include "exec/captions.h"
 
-namespace frmChangeDisk {
+namespace assistant::frmChangeDisk {
 namespace {
 
 constexpr int AttemptsBeforeQuestion = 5;
@@ -17,12 +17,12 @@ class DiskChangeTimer {
  public:
   explicit DiskChangeTimer(platform::Clock& clock) : clock_(clock) {}
 
-  void Enable() {
+  void enable() {
     if (!enabled_) lastTick_ = clock_.ticks();
     enabled_ = true;
   }
-  void Disable() { enabled_ = false; }
-  bool HasTicked() {
+  void disable() { enabled_ = false; }
+  bool hasTicked() {
     if (!enabled_ || clock_.ticks() - lastTick_ < TimerMilliseconds) return false;
     lastTick_ += TimerMilliseconds;
     return true;
@@ -34,105 +34,108 @@ class DiskChangeTimer {
   std::uint32_t lastTick_ = 0;
 };
 
-[[noreturn]] void Cancelled(Run& run) {
-  run.cancelled = true;
-  throw Error(GeneralError, "User cancelled disk change prompt", "Change Disk Dialog");
-}
-
 /// The open window and the wait behind it.
 class DiskWait {
  public:
-  DiskWait(Run& run, const std::string& volumeName)
-      : run_(run),
+  DiskWait(const Services& services, const std::string& volumeName)
+      : machine_(services.machine),
+        window_(services.window),
         volume_(volumeName),
         prompt_("Insert the disk labelled " + volumeName + " and click OK to continue"),
-        timer_(run.machine.clock()) {
-    run.machine.dialogs().openDiskWindow({.title = Title,
-                                          .prompt = prompt_,
-                                          .okCaption = modLanguage::Text(run, modLanguage::Caption::OK),
-                                          .cancelCaption = modLanguage::Text(run, modLanguage::Caption::Cancel)});
+        timer_(machine_.clock()) {
+    machine_.dialogs().openDiskWindow({.title = Title,
+                                       .prompt = prompt_,
+                                       .okCaption = modLanguage::Text(modLanguage::Caption::OK),
+                                       .cancelCaption = modLanguage::Text(modLanguage::Caption::Cancel)});
   }
-  ~DiskWait() { run_.machine.dialogs().closeDiskWindow(); }
+  ~DiskWait() { machine_.dialogs().closeDiskWindow(); }
   DiskWait(const DiskWait&) = delete;
   DiskWait& operator=(const DiskWait&) = delete;
 
-  char Wait() {
-    while (letter_ == 0) {
+  std::optional<char> wait() {
+    while (isWaiting()) {
       if (attempts_ == 0) {
-        run_.machine.dialogs().messageBox({.title = Title, .text = prompt_, .icon = platform::BoxIcon::Information});
+        machine_.dialogs().messageBox({.title = Title, .text = prompt_, .icon = platform::BoxIcon::Information});
       }
-      Check();
-      Rest();
+      check();
+      rest();
     }
     return letter_;
   }
 
  private:
+  bool isWaiting() const { return !letter_ && !cancelled_; }
+
   /// What the window's OK does: looks for the disk.
-  void Check() {
-    letter_ = FindVolume(run_, volume_);
-    if (letter_ != 0) return;
+  void check() {
+    letter_ = FindVolume(machine_.files(), volume_);
+    if (letter_) return;
     if (++attempts_ == AttemptsBeforeQuestion) {
-      AskForRetry();
+      askForRetry();
     } else {
-      timer_.Enable();
+      timer_.enable();
     }
   }
 
-  void AskForRetry() {
-    timer_.Disable();
+  void askForRetry() {
+    timer_.disable();
     const platform::BoxAnswer answer =
-        run_.machine.dialogs().messageBox({.title = Title,
-                                           .text = "Error - cannot find the disk named " + volume_ + LineBreak +
-                                                   "Insert the disk and click retry to try again",
-                                           .icon = platform::BoxIcon::Exclamation,
-                                           .buttons = platform::BoxButtons::RetryCancel,
-                                           .defaultAnswer = platform::BoxAnswer::Retry});
-    if (answer != platform::BoxAnswer::Retry) Cancelled(run_);
-    attempts_ = 0;
+        machine_.dialogs().messageBox({.title = Title,
+                                       .text = "Error - cannot find the disk named " + volume_ + LineBreak +
+                                               "Insert the disk and click retry to try again",
+                                       .icon = platform::BoxIcon::Exclamation,
+                                       .buttons = platform::BoxButtons::RetryCancel,
+                                       .defaultAnswer = platform::BoxAnswer::Retry});
+    if (answer == platform::BoxAnswer::Retry) {
+      attempts_ = 0;
+    } else {
+      cancelled_ = true;
+    }
   }
 
   /// The pause between two looks, in which the window and the timer are served. It ends early when there is nothing to
   /// wait for.
-  void Rest() {
-    platform::Clock& clock = run_.machine.clock();
+  void rest() {
+    platform::Clock& clock = machine_.clock();
     const std::uint32_t start = clock.ticks();
-    while (letter_ == 0 && attempts_ != 0 && clock.ticks() - start < RestMilliseconds) {
-      run_.window.Pump();
-      Serve();
-      if (letter_ == 0 && timer_.HasTicked()) Check();
+    while (isWaiting() && attempts_ != 0 && clock.ticks() - start < RestMilliseconds) {
+      window_.pump();
+      serve();
+      if (isWaiting() && timer_.hasTicked()) check();
+      if (cancelled_) return;
       clock.sleep(PollMilliseconds);
     }
   }
 
-  void Serve() {
-    const auto event = run_.machine.dialogs().takeDiskEvent();
-    if (event == platform::DiskEvent::Cancel) Cancelled(run_);
-    if (event == platform::DiskEvent::Ok) Check();
+  void serve() {
+    const auto event = machine_.dialogs().takeDiskEvent();
+    if (event == platform::DiskEvent::Cancel) cancelled_ = true;
+    if (event == platform::DiskEvent::Ok) check();
   }
 
-  Run& run_;
+  platform::Platform& machine_;
+  frmMain& window_;
   const std::string volume_;
   const std::string prompt_;
   DiskChangeTimer timer_;
   int attempts_ = 0;
-  char letter_ = 0;
+  std::optional<char> letter_;
+  bool cancelled_ = false;
 };
 
 }  // namespace
 
-char FindVolume(Run& run, const std::string& volumeName) {
-  platform::Files& files = run.machine.files();
+std::optional<char> FindVolume(platform::FileReader& files, const std::string& volumeName) {
   for (const platform::Drive& drive : files.drives()) {
     std::string label;
     const platform::Status read = files.volumeLabel(drive.letter, label);
     if (read == platform::Status::Ok && EqualIgnoringCase(label, volumeName)) return drive.letter;
   }
-  return 0;
+  return std::nullopt;
 }
 
-char Show(Run& run, const std::string& volumeName) {
-  return DiskWait(run, volumeName).Wait();
+std::optional<char> Show(const Services& services, const std::string& volumeName) {
+  return DiskWait(services, volumeName).wait();
 }
 
-}  // namespace frmChangeDisk
+}  // namespace assistant::frmChangeDisk

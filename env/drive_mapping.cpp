@@ -1,20 +1,16 @@
 #include "env/drive_mapping.h"
 
-#include <string>
-
-#include "base/error_handler.h"
-#include "base/ini.h"
 #include "base/paths.h"
 #include "base/text.h"
 #include "exec/process.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "MapDriveIfRequired";
 constexpr const char* Section = "Connection";
 
-std::string Setting(Run& run, const char* key, const char* defaultText) {
-  return modINI::GetIniString(run, Section, key, defaultText, Unquoted(run.productIniPath), true);
+std::string Setting(const modINI::IniFile& ini, const char* key, const char* defaultText) {
+  return modINI::GetIniString({ini.files, ini.log, Unquoted(ini.path)}, Section, key, defaultText);
 }
 
 bool IsDrive(const std::string& drive) {
@@ -22,49 +18,80 @@ bool IsDrive(const std::string& drive) {
 }
 
 /// The drive asked for, as a letter and a colon; "" with a warning when it cannot be mapped.
-std::string DriveToMap(Run& run, const std::string& value) {
+std::string DriveToMap(clsFso& fso, const Procedure& here, const std::string& value) {
   const std::string drive = value.size() < 2 ? value + ":" : value.substr(0, 2);
   if (!IsDrive(drive)) {
-    run.log.Log(Source, 0, "Invalid drive letter specification for mapping drive " + value, false, EntryType::Warning);
+    here.warn("Invalid drive letter specification for mapping drive " + value);
     return std::string();
   }
-  if (run.fso.DriveExists(drive.front())) {
-    run.log.Log(Source, 0, "Drive " + drive + " already exists - cannot connect network drive", false,
-                EntryType::Warning);
+  if (fso.driveExists(drive.front())) {
+    here.warn("Drive " + drive + " already exists - cannot connect network drive");
     return std::string();
   }
   return drive;
 }
 
-void MapDrive(Run& run, const std::string& drive) {
-  const std::string address = Setting(run, "IP", "");
-  const std::string domain = Setting(run, "DomainName", "");
-  if (Split(address, '.').size() != 4 || domain.empty()) {
-    run.log.Log(Source, 0, "Unable to read all required settings for mapping drive " + drive, false,
-                EntryType::Warning);
-    return;
+/// Whose share is mapped, and as whom.
+struct Connection {
+  std::string address;
+  std::string domain;
+  std::string user;
+  std::string password;
+
+  bool isComplete() const { return Split(address, '.').size() == 4 && !domain.empty(); }
+  std::string share() const { return "\\\\" + address + "\\packages"; }
+};
+
+Connection ReadConnection(const modINI::IniFile& ini) {
+  return {.address = Setting(ini, "IP", ""),
+          .domain = Setting(ini, "DomainName", ""),
+          .user = Setting(ini, "Username", "Administrator"),
+          .password = Setting(ini, "Password", "")};
+}
+
+std::string MappingCommand(const std::string& drive, const Connection& connection) {
+  return "net use " + drive + " " + connection.share() + " /user:" + connection.domain + "\\" + connection.user + " " +
+         (connection.password.empty() ? "\"\"" : connection.password) + " /persistent:no";
+}
+
+/// True when it is mapped. Raises an error when the system refuses.
+bool MapDrive(const Services& services, const Procedure& here, const std::string& drive, const Connection& connection) {
+  if (!connection.isComplete()) {
+    here.warn("Unable to read all required settings for mapping drive " + drive);
+    return false;
   }
-  const std::string user = Setting(run, "Username", "Administrator");
-  const std::string password = Setting(run, "Password", "");
-  const std::string share = "\\\\" + address + "\\packages";
   // No blank stands before "to".
-  run.log.Log(Source, 0, "Mapping drive " + drive + "to " + share);
-  const std::string command = "net use " + drive + " " + share + " /user:" + domain + "\\" + user + " " +
-                              (password.empty() ? "\"\"" : password) + " /persistent:no";
-  if (GoShell(run, command, "", 30000, platform::ShowWindow::Hidden) != 0)
-    throw Error(GeneralError, "Drive mapping shell failed", Source);
-  run.log.Log(Source, 0, "Drive mapped successfully");
-  run.mappedDrive = drive;
+  here.action("Mapping drive " + drive + "to " + connection.share());
+  if (GoShell(services, MappingCommand(drive, connection), "", platform::ShowWindow::Hidden) != 0) {
+    throw here.failure("Drive mapping shell failed");
+  }
+  here.action("Drive mapped successfully");
+  return true;
 }
 
 }  // namespace
 
-void MapDriveIfRequired(Run& run) {
-  Guarded(run, Source, [&] {
-    if (run.productIniPath.empty() || !run.mappedDrive.empty()) return;
-    const std::string value = Setting(run, "BuildServerDriveMapping", "");
-    if (value.empty()) return;
-    const std::string drive = DriveToMap(run, value);
-    if (!drive.empty()) MapDrive(run, drive);
+std::string MapDriveIfRequired(const Services& services, const modINI::IniFile& productIni) {
+  const Procedure here(services.log, "MapDriveIfRequired");
+  return here.guard([&] {
+    if (productIni.path.empty()) return std::string();
+    const std::string value = Setting(productIni, "BuildServerDriveMapping", "");
+    if (value.empty()) return std::string();
+    const std::string drive = DriveToMap(services.fso, here, value);
+    if (drive.empty()) return std::string();
+    return MapDrive(services, here, drive, ReadConnection(productIni)) ? drive : std::string();
   });
 }
+
+void RemoveDriveMapping(const Services& services, const Procedure& here, const std::string& drive) {
+  if (drive.empty()) return;
+  const std::string removing = "Removing drive mapping for " + drive;
+  here.action(removing);
+  if (GoShell(services, "net use " + drive + " /d", "", platform::ShowWindow::Hidden) == 0) {
+    here.action("Drive mapping successfully removed");
+  } else {
+    here.warnNumbered(removing + " failed - needs manual remove", Shown::UnlessSilent);
+  }
+}
+
+}  // namespace assistant

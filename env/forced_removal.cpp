@@ -1,106 +1,127 @@
 #include "env/forced_removal.h"
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
-#include "base/error_handler.h"
-#include "base/error_texts.h"
 #include "base/ini.h"
 #include "base/paths.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
 #include "env/install_type.h"
-#include "env/reboot.h"
-#include "env/uninstall_component.h"
+#include "env/removal_plan.h"
 #include "exec/msi_queries.h"
 #include "exec/process.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* UninstallSource = "ForceUninstall";
-constexpr const char* DeleteSource = "ForceDelete";
+/// One product that is to go, whoever installed it.
+struct ForcedRemoval {
+  std::string entry;  ///< of the list
+  std::string code;
+  std::string command;
+};
 
-void LogVerbose(Run& run, const char* source, const std::string& text) {
-  if (run.verbose) run.log.Log(source, 0, text);
-}
-
-void ForceUninstallOf(Run& run, const std::string& entry) {
-  const std::string code = modINI::GetIniString(run, "ForceUninstall", entry, MissingValue, run.productIniPath, false);
+ForcedRemoval PlanForcedRemoval(const Run& run, const std::string& entry) {
+  const std::string code =
+      modINI::GetIniString(run.productIni(), "ForceUninstall", entry, MissingValue, modINI::Missing::IsLogged);
   const std::string log = Joined(run.logFolders.msiLogs, AsFileName("ForceUninstall_" + entry + ".log"));
-  run.window.Component(entry);
-  LogVerbose(run, UninstallSource, "Starting forced uninstall of " + entry);
-  const std::string command = PackageRemovalCommand(code, run.verbose ? " /l*v " + Quoted(log) : std::string());
-  const std::int32_t result = GoShell(run, command, "");
-  if (result != 0) {
-    run.log.Log("Error", 0, "Error " + std::to_string(result) + " returned wilst running " + command, false,
-                EntryType::Warning);
-  }
-  const bool whole = ListInstalledProducts(run);
-  if (!whole || FindInstalledProduct(run, code) != nullptr) {
-    LogFailure(run, UninstallSource, modErrorBase::MakeError(6092, {entry}, UninstallSource));
-  }
+  const std::string logOption = run.services.log.isVerbose() ? " /l*v " + Quoted(log) : std::string();
+  return {entry, code, PackageRemovalCommand(code, logOption)};
 }
 
-void UninstallAll(Run& run) {
+void CarryOut(const Services& services, const Procedure& here, const ForcedRemoval& removal) {
+  services.window.component(removal.entry);
+  here.detail("Starting forced uninstall of " + removal.entry);
+  const std::int32_t result = GoShell(services, removal.command, "");
+  if (result != 0) here.warn("Error " + std::to_string(result) + " returned wilst running " + removal.command);
+  const InstalledProducts installed = ListInstalledProducts(services);
+  if (!installed.whole || installed.find(removal.code) != nullptr) here.error(6092, {removal.entry});
+}
+
+void UninstallAll(const Run& run, const Procedure& here) {
+  const std::vector<std::string>& entries = run.product.forced.uninstall;
   int index = 0;
-  for (const std::string& entry : run.forceUninstall) {
+  for (const std::string& entry : entries) {
     ++index;
-    if (!entry.empty()) ForceUninstallOf(run, entry);
-    run.window.ProgressBar(index * 100 / static_cast<int>(run.forceUninstall.size()));
+    if (!entry.empty()) CarryOut(run.services, here, PlanForcedRemoval(run, entry));
+    run.services.window.progressBar(index * 100 / static_cast<int>(entries.size()));
   }
 }
 
-void ForceDeleteOf(Run& run, const std::string& path) {
-  if (!IsBelowRoot(path)) {
-    run.log.Log(DeleteSource, 0,
-                path + " is not deleted: section [ForceDelete] of " + run.appIniPath +
-                    " must name a file or folder by its full path.",
-                false, EntryType::Warning);
-  } else if (run.fso.FolderExists(path)) {
-    LogVerbose(run, DeleteSource, "Deleting folder " + path);
-    run.fso.DeleteFolderForced(path);
-  } else if (run.fso.FileExists(path)) {
-    run.log.Log(DeleteSource, 0, "Deleting file " + path);
-    run.fso.DeleteFileForced(path);
+ForcedEnd UninstallForced(const Run& run, const Procedure& here) {
+  const ProductRecord record = run.record();
+  InstallTypeKeeper installType(run.services, record);
+  AnnounceUninstall(record);
+  if (run.product.forced.uninstall.empty()) {
+    run.services.window.status("No forced un-installs");
+    here.detail("No forced un-installs");
+    return ForcedEnd::Done;
+  }
+  run.services.window.status("Carrying out forced un-install");
+  here.detail("Starting forced uninstall");
+  run.services.window.progressBar(0);
+  UninstallAll(run, here);
+  record.write(Value::FUDone, TrueOrFalse(true));
+  here.detail("Re-setting sequence to 0 in register");
+  record.write(Value::LastSequence, "0");
+  installType.putBack();
+  return record.isTrue(Value::ForceUninstallReboot) ? ForcedEnd::RestartWanted : ForcedEnd::Done;
+}
+
+enum class ForcedDelete { Refused, Folder, File, Nothing };
+
+ForcedDelete WhatToDelete(clsFso& fso, const std::string& path) {
+  if (!IsBelowRoot(path)) return ForcedDelete::Refused;
+  if (fso.folderExists(path)) return ForcedDelete::Folder;
+  return fso.fileExists(path) ? ForcedDelete::File : ForcedDelete::Nothing;
+}
+
+void DeleteForced(const Run& run, const Procedure& here, const std::string& path) {
+  clsFso& fso = run.services.fso;
+  switch (WhatToDelete(fso, path)) {
+    case ForcedDelete::Refused:
+      here.warn(path + " is not deleted: section [ForceDelete] of " + run.product.inis.application +
+                " must name a file or folder by its full path.");
+      return;
+    case ForcedDelete::Folder:
+      here.detail("Deleting folder " + path);
+      fso.deleteFolderForced(path);
+      return;
+    case ForcedDelete::File:
+      here.action("Deleting file " + path);
+      fso.deleteFileForced(path);
+      return;
+    case ForcedDelete::Nothing:
+      return;
   }
 }
 
 }  // namespace
 
-bool ForceUninstall(Run& run) {
-  return Guarded(run, UninstallSource, [&] {
-    InstallTypeKeeper installType(run);
-    AnnounceUninstall(run);
-    if (run.forceUninstall.empty()) {
-      run.window.Status("No forced un-installs");
-      LogVerbose(run, UninstallSource, "No forced un-installs");
-      return true;
-    }
-    run.window.Status("Carrying out forced un-install");
-    LogVerbose(run, UninstallSource, "Starting forced uninstall");
-    run.window.ProgressBar(0);
-    UninstallAll(run);
-    modRegistry::RegWrite(run, ProductKey(run), Value::FUDone, TrueOrFalse(true));
-    LogVerbose(run, UninstallSource, "Re-setting sequence to 0 in register");
-    modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, "0");
-    installType.PutBack();
-    if (IsTrue(modRegistry::ReadOrEmpty(run, ProductsKey, "Force Uninstall Reboot"))) RestartAndResume(run);
-    return true;
-  });
+ForcedEnd ForceUninstall(const Run& run) {
+  const Procedure here(run.services.log, "ForceUninstall");
+  return here.guard([&] { return UninstallForced(run, here); });
 }
 
-void ForceDelete(Run& run) {
-  if (run.forceDelete.empty()) {
-    run.window.Status("No forced deletes");
-    run.log.Log(DeleteSource, 0, "No forced deletes");
+void ForceDelete(const Run& run) {
+  const Procedure here(run.services.log, "ForceDelete");
+  const std::vector<std::string>& paths = run.product.forced.remove;
+  frmMain& window = run.services.window;
+  if (paths.empty()) {
+    window.status("No forced deletes");
+    here.action("No forced deletes");
     return;
   }
-  run.window.Status("Carrying out forced deletes");
-  LogVerbose(run, DeleteSource, "Starting forced delete");
-  run.window.ProgressBar(0);
+  window.status("Carrying out forced deletes");
+  here.detail("Starting forced delete");
+  window.progressBar(0);
   int index = 0;
-  for (const std::string& path : run.forceDelete) {
-    Guarded(run, DeleteSource, [&] { ForceDeleteOf(run, Normalised(Unquoted(path))); });
-    run.window.ProgressBar(++index * 100 / static_cast<int>(run.forceDelete.size()));
+  for (const std::string& path : paths) {
+    here.guard([&] { DeleteForced(run, here, Normalised(Unquoted(path))); });
+    window.progressBar(++index * 100 / static_cast<int>(paths.size()));
   }
 }
+
+}  // namespace assistant

@@ -3,8 +3,17 @@
 
 #include "base/run.h"
 
+namespace assistant {
+
+enum class ForcedEnd {
+  Done,
+  RestartWanted,  ///< the product asks for a restart behind the forced uninstalls
+};
+
 /// Uninstalls the products of the forced-uninstall list, whether or not this program installed them.
-bool ForceUninstall(Run& run);
+ForcedEnd ForceUninstall(const Run& run);
 
 /// Deletes the files and folders of the forced-delete list.
-void ForceDelete(Run& run);
+void ForceDelete(const Run& run);
+
+}  // namespace assistant

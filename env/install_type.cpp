@@ -1,35 +1,35 @@
 #include "env/install_type.h"
 
-#include "base/error_handler.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* InstallType = "Install Type";
 constexpr const char* Uninstalling = "STUNINST";
 
 }  // namespace
 
-void AnnounceUninstall(Run& run) {
-  modRegistry::RegWrite(run, InstallationKey, InstallType, Uninstalling);
+void AnnounceUninstall(const ProductRecord& record) {
+  record.write(Value::InstallType, Uninstalling);
 }
 
-InstallTypeKeeper::InstallTypeKeeper(Run& run) : run_(run) {
-  Guarded(run, "InstallTypeKeeper", [&] {
-    if (modRegistry::RegKeyExists(run, InstallationKey, InstallType)) {
-      before_ = modRegistry::RegRead(run, InstallationKey, InstallType);
-    }
+InstallTypeKeeper::InstallTypeKeeper(const Services& services, const ProductRecord& record) : record_(record) {
+  const Procedure here(services.log, "InstallTypeKeeper");
+  here.guard([&] {
+    if (record_.has(Value::InstallType)) before_ = record_.read(Value::InstallType);
     // Left by a removal that a power failure ended: nobody else writes it.
     if (before_ == Uninstalling) before_.reset();
   });
 }
 
-void InstallTypeKeeper::PutBack() {
-  if (putBack_) return;
-  putBack_ = true;
+void InstallTypeKeeper::putBack() {
+  if (isBack_) return;
+  isBack_ = true;
   if (before_) {
-    modRegistry::RegWrite(run_, InstallationKey, InstallType, *before_);
+    record_.write(Value::InstallType, *before_);
   } else {
-    modRegistry::RemoveValue(run_, InstallationKey, InstallType);
+    record_.remove(Value::InstallType);
   }
 }
+
+}  // namespace assistant

@@ -4,25 +4,30 @@
 #include <optional>
 #include <string>
 
-#include "base/run.h"
+#include "base/product_record.h"
+#include "base/services.h"
+
+namespace assistant {
 
 /// Sets the value for a removal.
-void AnnounceUninstall(Run& run);
+void AnnounceUninstall(const ProductRecord& record);
 
 /// Keeps the value as it is now and, when asked or at the end of its scope, puts it back (removes it if there was
 /// none).
 class InstallTypeKeeper {
  public:
-  explicit InstallTypeKeeper(Run& run);
+  InstallTypeKeeper(const Services& services, const ProductRecord& record);
   /// What the machine raises (a rehearsed power failure) goes on to the caller.
-  ~InstallTypeKeeper() noexcept(false) { PutBack(); }
+  ~InstallTypeKeeper() noexcept(false) { putBack(); }
   InstallTypeKeeper(const InstallTypeKeeper&) = delete;
   InstallTypeKeeper& operator=(const InstallTypeKeeper&) = delete;
 
-  void PutBack();
+  void putBack();
 
  private:
-  Run& run_;
+  ProductRecord record_;
   std::optional<std::string> before_;
-  bool putBack_ = false;
+  bool isBack_ = false;
 };
+
+}  // namespace assistant

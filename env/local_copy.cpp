@@ -3,51 +3,73 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/error.h"
-#include "base/records.h"
+#include "base/numbers.h"
+#include "base/product_record.h"
 #include "base/registry.h"
 #include "base/text.h"
+#include "exec/process.h"
 
+namespace assistant {
 namespace {
 
+constexpr int DelayMinutes = 2;
+constexpr int MinutesOfDay = 24 * 60;
+
 /// Systems before Windows 2000 have the folder, but not the variable.
-std::string ProgramFiles(Run& run) {
-  platform::Machine& machine = run.machine.machine();
+std::string ProgramFiles(platform::Machine& machine) {
   const std::string folder = machine.environment("ProgramFiles");
   return folder.empty() ? machine.windowsFolder().substr(0, 1) + ":\\Program Files" : folder;
 }
 
 }  // namespace
 
-std::string LocalFolder(Run& run) {
-  return ProgramFiles(run) + "\\Tarvel\\Installation\\" + Title;
+std::string LocalFolder(platform::Machine& machine) {
+  return ProgramFiles(machine) + "\\Tarvel\\Installation\\" + Title;
 }
 
-std::string LocalProgram(Run& run) {
-  return LocalFolder(run) + "\\" + run.programName + ".exe";
+std::string LocalProgram(platform::Machine& machine, const ProgramFile& program) {
+  return LocalFolder(machine) + "\\" + program.name + ".exe";
 }
 
-bool IsLocalCopyNeeded(Run& run, const std::string& except) {
-  const std::vector<std::string> products = modRegistry::SubKeys(run, ProductsKey);
+bool IsLocalCopyNeeded(platform::RegistryReader& registry, const std::string& except) {
+  const std::vector<std::string> products = modRegistry::SubKeys(registry, ProductsKey);
   return std::any_of(products.begin(), products.end(), [&](const std::string& product) {
     return !EqualIgnoringCase(product, except) &&
-           modRegistry::RegKeyExists(run, ProductKey(product), Value::CanUninstall);
+           modRegistry::RegKeyExists(registry, ProductKey(product), Value::CanUninstall.name);
   });
 }
 
-void CreateLocalFolder(Run& run) {
-  const std::string folder = LocalFolder(run);
-  if (run.fso.FolderExists(folder)) return;
-  if (!run.fso.DriveExists(folder.front())) {
-    throw Error(GeneralError, "Cannot create the path as drive " + folder.substr(0, 1) + ": is missing", "CopyIALocal");
+void CreateLocalFolder(const Services& services, const Procedure& here) {
+  const std::string folder = LocalFolder(services.machine.machine());
+  if (services.fso.folderExists(folder)) return;
+  if (!services.fso.driveExists(folder.front())) {
+    throw here.failure("Cannot create the path as drive " + folder.substr(0, 1) + ": is missing");
   }
-  run.fso.CreateFolder(folder);
+  services.fso.createFolder(folder);
 }
 
-void CopyProgramToLocalFolder(Run& run) {
-  const std::string program = run.programFolder + "\\" + run.programName + ".exe";
-  if (EqualIgnoringCase(program, LocalProgram(run))) return;
-  run.fso.CopyFileOver(program, LocalProgram(run));
+void CopyProgramToLocalFolder(const Services& services, const ProgramFile& program) {
+  const std::string running = program.folder + "\\" + program.name + ".exe";
+  const std::string copy = LocalProgram(services.machine.machine(), program);
+  if (EqualIgnoringCase(running, copy)) return;
+  services.fso.copyFileOver(running, copy);
   // What comes from a disc is read-only, and could not be deleted again.
-  run.machine.files().setAttributes(LocalProgram(run), {});
+  services.machine.files().setAttributes(copy, platform::Attributes{});
 }
+
+void ScheduleRemoval(const Services& services, const Procedure& here, const std::string& file) {
+  here.action("Setting task to remove local IA .exe");
+  const std::string command =
+      RemovalCommand(services.machine.clock().now(), services.machine.machine().environment("SystemRoot"), file);
+  here.action("Task Scheduler command: " + command);
+  const std::int32_t result = GoShell(services, command, "", platform::ShowWindow::Hidden);
+  here.action("Task Scheduler command returned " + std::to_string(result));
+}
+
+std::string RemovalCommand(const platform::LocalTime& now, const std::string& systemRoot, const std::string& file) {
+  const int minutes = (now.hour * 60 + now.minute + DelayMinutes) % MinutesOfDay;
+  return "AT " + Padded(minutes / 60, 2) + ":" + Padded(minutes % 60, 2) + " " + systemRoot +
+         "\\System32\\cmd.exe /c del " + Quoted(file);
+}
+
+}  // namespace assistant

@@ -1,19 +1,34 @@
-// The copy of the program that stays on the machine.
+// The copy of the program that stays on the machine, and its removal.
 #pragma once
 
 #include <string>
 
-#include "base/run.h"
+#include "base/identity.h"
+#include "base/procedure.h"
+#include "base/services.h"
+#include "platform/clock.h"
+
+namespace assistant {
 
 /// Its folder, below the program files.
-std::string LocalFolder(Run& run);
+std::string LocalFolder(platform::Machine& machine);
 /// Its file, under the name of the running program.
-std::string LocalProgram(Run& run);
+std::string LocalProgram(platform::Machine& machine, const ProgramFile& program);
 
 /// True when a recorded product other than `except` is registered for an uninstall, for which it needs the copy.
-bool IsLocalCopyNeeded(Run& run, const std::string& except = "");
+bool IsLocalCopyNeeded(platform::RegistryReader& registry, const std::string& except = "");
 
-/// Creates the folder. Raises an error when its drive is missing.
-void CreateLocalFolder(Run& run);
+/// Creates the folder for the procedure that needs it, `here`. Raises an error when its drive is missing.
+void CreateLocalFolder(const Services& services, const Procedure& here);
 /// Copies the running program there; a copy that runs itself is left alone. Raises the system's number.
-void CopyProgramToLocalFolder(Run& run);
+void CopyProgramToLocalFolder(const Services& services, const ProgramFile& program);
+
+/// Asks the system's scheduler to delete a program's file in a moment: it cannot delete itself while it runs. `here` is
+/// the procedure that ends the run.
+void ScheduleRemoval(const Services& services, const Procedure& here, const std::string& file);
+
+/// The scheduler's command line for a deletion two minutes after `now`: "AT hh:mm " and a command of the system's
+/// shell.
+std::string RemovalCommand(const platform::LocalTime& now, const std::string& systemRoot, const std::string& file);
+
+}  // namespace assistant

@@ -2,176 +2,195 @@
 
 #include <algorithm>
 
-#include "base/error_handler.h"
 #include "base/error_texts.h"
-#include "base/ini.h"
 #include "base/paths.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
 #include "env/change_disk.h"
 #include "env/local_copy.h"
 #include "platform/owned.h"
 
-namespace modCDFunctions {
+namespace assistant::modCDFunctions {
 namespace {
 
-constexpr const char* Source = "isMultiCD";
-
 /// What a key that is not there reads as.
-constexpr const char* Failed = "Failed";
+constexpr const char* NotRead = "Failed";
 
-std::string StartupLog(Run& run) {
-  return LocalFolder(run) + "\\IAStartupLog.txt";
+std::string ProductValue(const Services& services, const std::string& ini, const RecordValue& value) {
+  return modINI::GetIniString({services.machine.files(), services.log, ini}, value.ini.section, value.iniKey(),
+                              NotRead);
+}
+
+bool NamesVolume(const std::string& text) {
+  return !IsNotGiven(text) && text != NotRead;
+}
+
+std::string StartupLog(const Services& services) {
+  return LocalFolder(services.machine.machine()) + "\\IAStartupLog.txt";
 }
 
 /// The run's log is not set up while a local copy is being started, so that this one tells of it. A line that cannot be
 /// written holds nothing back.
-void TellStartup(Run& run, const std::string& line) {
-  platform::Files& files = run.machine.files();
+void TellStartup(const Services& services, const std::string& line) {
+  platform::Files& files = services.machine.files();
   platform::OwnedFile file(files);
-  if (files.openForAppending(StartupLog(run), file.receive()) != platform::Status::Ok) return;
+  if (files.openForAppending(StartupLog(services), file.receive()) != platform::Status::Ok) return;
   files.write(*file, line + LineBreak);
 }
 
-void BeginStartupLog(Run& run, const IniPaths& inis) {
-  run.machine.files().deleteFile(StartupLog(run));
-  TellStartup(run, "Started Log");
-  TellStartup(run, "Product is on more than one cd");
-  TellStartup(run, "IA ini file:" + inis.application);
-  TellStartup(run, "Product ini file:" + inis.product);
+void BeginStartupLog(const Services& services, const IniPaths& inis) {
+  services.machine.files().deleteFile(StartupLog(services));
+  TellStartup(services, "Started Log");
+  TellStartup(services, "Product is on more than one cd");
+  TellStartup(services, "IA ini file:" + inis.application);
+  TellStartup(services, "Product ini file:" + inis.product);
 }
 
-void TellFailure(Run& run, const char* source, int number, const std::string& text) {
-  TellStartup(run, text);
-  run.log.Log(source, number, text, !run.silent, EntryType::Error);
+void TellFailure(const Services& services, const Procedure& here, int number, const std::string& text) {
+  TellStartup(services, text);
+  here.tell(Error(number, text, here.name()), Shown::UnlessSilent);
 }
 
-void ForgetLocalInstance(Run& run, const std::string& told) {
-  modRegistry::RemoveValue(run, ProductsKey, Value::QXIALocalInstall);
-  TellStartup(run, told);
-  run.log.Log(Source, 0, told);
+void ForgetLocalInstance(const Run& run, const Procedure& here, const std::string& told) {
+  run.record().remove(Value::LocalInstance);
+  TellStartup(run.services, told);
+  here.action(told);
 }
 
 /// The entries made so far go to the default log. It lies on the disc as a rule, and nobody is asked about it.
-[[noreturn]] void EndWithoutCopy(Run& run) {
-  run.log.SilentRun(true);
-  run.log.ReleaseEntries();
-  throw ProgramEnd{1};
+LocalCopy EndWithoutCopy(clsAppLog& log) {
+  log.beSilent(true);
+  log.releaseEntries();
+  return LocalCopy::Failed;
+}
+
+void TellFailedInstance(const Services& services, const Procedure& here) {
+  const Error failure = here.failure(
+      "A previous instance of the Installation Assistant has failed to end correctly, the program cannot continue");
+  here.tell(failure);
+  // Not the log's own box: this one bears the text alone.
+  if (services.log.isSilent()) return;
+  services.machine.dialogs().messageBox({.title = Title, .text = failure.text(), .icon = platform::BoxIcon::Critical});
 }
 
 /// The mark under the product's own key is that of older versions.
-[[noreturn]] void EndAfterFailedInstance(Run& run, const std::string& product) {
-  const std::string text =
-      "A previous instance of the Installation Assistant has failed to end correctly, the program cannot continue";
-  run.log.Log(Source, GeneralError, text, false, EntryType::Error);
-  if (!run.silent) {
-    run.machine.dialogs().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Critical});
-  }
-  const std::string key = ProductKey(product);
-  if (modRegistry::RegKeyExists(run, key, Value::QXIALocalInstall)) {
-    modRegistry::RemoveValue(run, key, Value::QXIALocalInstall);
-  }
-  ForgetLocalInstance(run, "local Reg key deleted");
-  EndWithoutCopy(run);
+void RemoveOlderMark(const ProductRecord& record) {
+  if (record.has(Value::OlderLocalInstance)) record.remove(Value::OlderLocalInstance);
 }
 
-bool StartLocalCopy(Run& run, const IniPaths& inis) {
-  CreateLocalFolder(run);
-  BeginStartupLog(run, inis);
-  modRegistry::WriteOrRaise(run, ProductsKey, Value::QXIALocalInstall, "1", Source);
-  TellStartup(run, "Created local install reg key");
-  TellStartup(run, "Attempting to copy QXIA exe to program files\\qxia dir");
-  CopyProgramToLocalFolder(run);
-  TellStartup(run, "Copy Successful");
-  TellStartup(run, "Attempting to launch local QXIA");
-  const bool launched = LaunchLocalInstance(run, LocalFolder(run), run.programName, inis);
-  if (launched) TellStartup(run, "local launch successful");
-  TellStartup(run, "Closing this instance of the QXIA");
+bool StartLocalCopy(const Run& run, const Procedure& here, const IniPaths& inis) {
+  const Services& services = run.services;
+  CreateLocalFolder(services, here);
+  BeginStartupLog(services, inis);
+  run.record().writeOrRaise(here, Value::LocalInstance, "1");
+  TellStartup(services, "Created local install reg key");
+  TellStartup(services, "Attempting to copy QXIA exe to program files\\qxia dir");
+  CopyProgramToLocalFolder(services, run.program);
+  TellStartup(services, "Copy Successful");
+  TellStartup(services, "Attempting to launch local QXIA");
+  const bool launched = LaunchLocalInstance(run, inis);
+  if (launched) TellStartup(services, "local launch successful");
+  TellStartup(services, "Closing this instance of the QXIA");
   return launched;
 }
 
+std::string LocalInstanceCommand(const Run& run, const IniPaths& inis) {
+  std::string command = Quoted(LocalProgram(run.machine.machine(), run.program)) + " /is=" + inis.application;
+  if (!inis.product.empty()) command += " /ia=" + inis.product;
+  if (run.options.silent) command += " /s";
+  if (run.options.verbose) command += " /v";
+  return command;
+}
+
 /// The same path on another drive, if there is such a file.
-void MoveToDrive(Run& run, std::string& path, char letter) {
+void MoveToDrive(clsFso& fso, std::string& path, char letter) {
   const std::string plain = Unquoted(path);
   if (plain.size() < 2 || plain[1] != ':') return;
   const std::string moved = letter + plain.substr(1);
-  if (run.fso.FileExists(moved)) path = moved;
-}
-
-void UseDrive(Run& run, char letter) {
-  run.discDrive = letter;
-  MoveToDrive(run, run.appIniPath, letter);
-  MoveToDrive(run, run.productIniPath, letter);
+  if (fso.fileExists(moved)) path = moved;
 }
 
 }  // namespace
 
-bool StartedFromDisc(Run& run) {
-  const std::string letter = UpperCase(run.programFolder.substr(0, 1));
-  const auto drives = run.machine.files().drives();
+bool StartedFromDisc(platform::FileReader& files, const ProgramFile& program) {
+  const std::string letter = UpperCase(program.folder.substr(0, 1));
+  const auto drives = files.drives();
   return std::any_of(drives.begin(), drives.end(), [&](const platform::Drive& drive) {
     return letter == std::string(1, drive.letter) && drive.type == platform::DriveType::CdRom;
   });
 }
 
-void isMultiCD(Run& run, const IniPaths& inis) {
-  const std::string product = modINI::GetIniString(run, "Product", "Name", Failed, inis.product, true);
-  if (modRegistry::RegKeyExists(run, ProductsKey, Value::QXIALocalInstall)) EndAfterFailedInstance(run, product);
-  if (VolumeName(run, Value::NextVolumeName, inis).empty()) return;
-  try {
-    if (StartLocalCopy(run, inis)) throw ProgramEnd{0};
-  } catch (const std::exception& failure) {
-    TellFailure(run, Source, GeneralError, std::string("There was an error in the sub isMultiCD: ") + failure.what());
-    ForgetLocalInstance(run, "isMultiCD: local Reg key deleted");
+LocalCopy IsMultiCD(const Run& run, const IniPaths& inis) {
+  const Services& services = run.services;
+  const Procedure here(services.log, "isMultiCD");
+  if (run.record().has(Value::LocalInstance)) {
+    const ProductRecord record(services, ProductValue(services, inis.product, Value::RunProduct));
+    TellFailedInstance(services, here);
+    RemoveOlderMark(record);
+    ForgetLocalInstance(run, here, "local Reg key deleted");
+    return EndWithoutCopy(services.log);
   }
-  EndWithoutCopy(run);
+  if (VolumeName(services, Value::NextVolumeName, inis).empty()) return LocalCopy::NotNeeded;
+  // Not a guard: the start-up log tells of the failure as well, and the mark is taken back.
+  try {
+    if (StartLocalCopy(run, here, inis)) return LocalCopy::Started;
+  } catch (const std::exception& failure) {
+    TellFailure(services, here, GeneralError,
+                std::string("There was an error in the sub isMultiCD: ") + failure.what());
+    ForgetLocalInstance(run, here, "isMultiCD: local Reg key deleted");
+  }
+  return EndWithoutCopy(services.log);
 }
 
-bool LaunchLocalInstance(Run& run, const std::string& folder, const std::string& programName, const IniPaths& inis) {
-  std::string command = Quoted(Joined(folder, programName + ".exe")) + " /is=" + inis.application;
-  if (!inis.product.empty()) command += " /ia=" + inis.product;
-  if (run.silent) command += " /s";
-  if (run.verbose) command += " /v";
+bool LaunchLocalInstance(const Run& run, const IniPaths& inis) {
+  const Procedure here(run.services.log, "LaunchLocalInstance");
+  const std::string command = LocalInstanceCommand(run, inis);
   platform::OwnedProcess process(run.machine.processes());
   // Started in its own folder, it does not hold on to the disc.
-  const platform::Status started =
-      run.machine.processes().start(command, folder, platform::ShowWindow::Normal, process.receive());
-  if (started == platform::Status::Ok) {
-    return true;
-  }
-  TellFailure(run, "LaunchLocalInstance", Number(started),
+  const platform::Status started = run.machine.processes().start(command, LocalFolder(run.machine.machine()),
+                                                                 platform::ShowWindow::Normal, process.receive());
+  if (started == platform::Status::Ok) return true;
+  TellFailure(run.services, here, Number(started),
               "create task error " + modErrorBase::SystemErrorText(started) + ": " + command);
-  ForgetLocalInstance(run, "local Reg key deleted");
+  ForgetLocalInstance(run, here, "local Reg key deleted");
   return false;
 }
 
-std::string VolumeName(Run& run, const char* key, const IniPaths& inis) {
+std::string VolumeName(const Services& services, const RecordValue& value, const IniPaths& inis) {
   for (const std::string& ini : {inis.product, inis.application}) {
     if (ini.empty()) continue;
-    const std::string volume = modINI::GetIniString(run, "Product", key, Failed, ini, true);
-    if (!IsNotGiven(volume) && volume != Failed) return volume;
+    const std::string volume = ProductValue(services, ini, value);
+    if (NamesVolume(volume)) return volume;
   }
   return std::string();
 }
 
-std::string RecordedVolume(Run& run, const char* value) {
-  const std::string volume = modRegistry::ReadOrEmpty(run, ProductKey(run), value);
-  return IsNotGiven(volume) || volume == Failed ? std::string() : volume;
+std::string RecordedVolume(const ProductRecord& record, const RecordValue& value) {
+  const std::string volume = record.read(value);
+  return NamesVolume(volume) ? volume : std::string();
 }
 
-void PromptForDisk(Run& run) {
-  run.window.StatusLine("Changing Disk");
-  run.log.Log("PromptForDisk", 0, "Changing to the disk labelled " + run.nextVolumeName);
-  const char letter = frmChangeDisk::Show(run, run.nextVolumeName);
-  run.log.Log("PromptForDisk", 0, std::string("Disk found in drive ") + letter + ":");
-  modRegistry::RegWrite(run, ProductKey(run), Value::DiscDrive, std::string(1, letter) + ":");
-  UseDrive(run, letter);
+std::optional<char> PromptForDisk(const Run& run) {
+  const Procedure here(run.services.log, "PromptForDisk");
+  run.services.window.statusLine("Changing Disk");
+  here.action("Changing to the disk labelled " + run.product.nextVolume);
+  const std::optional<char> letter = frmChangeDisk::Show(run.services, run.product.nextVolume);
+  if (!letter) return std::nullopt;
+  const std::string drive = std::string(1, *letter) + ":";
+  here.action("Disk found in drive " + drive);
+  run.record().write(Value::DiscDrive, drive);
+  return letter;
 }
 
-void ReturnToDisc(Run& run) {
-  const std::string drive = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::DiscDrive);
-  if (!drive.empty()) UseDrive(run, drive.front());
+std::optional<char> RecordedDrive(const ProductRecord& record) {
+  const std::string drive = record.read(Value::DiscDrive);
+  return drive.empty() ? std::nullopt : std::optional(drive.front());
 }
 
-}  // namespace modCDFunctions
+void UseDrive(clsFso& fso, Product& product, char letter) {
+  product.discDrive = letter;
+  MoveToDrive(fso, product.inis.application, letter);
+  MoveToDrive(fso, product.inis.product, letter);
+}
+
+}  // namespace assistant::modCDFunctions

@@ -1,41 +1,44 @@
 // Products that span several discs.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "base/run.h"
 
-/// The two ini files that a run starts from; "" for one that is not known.
-struct IniPaths {
-  std::string application;
-  std::string product;
-};
-
-namespace modCDFunctions {
+namespace assistant::modCDFunctions {
 
 /// True when the running program lies on a disc in a CD-ROM drive.
-bool StartedFromDisc(Run& run);
+bool StartedFromDisc(platform::FileReader& files, const ProgramFile& program);
 
-/// For a program that was started from a disc: when its product has more discs, starts a local copy of it with the same
-/// ini files and ends, so that the drive is free (throws ProgramEnd: 0 when the copy was started, else 1). Ends with 1,
-/// too, when an earlier local copy left its mark, which is told and removed. Returns for a product on one disc.
-void isMultiCD(Run& run, const IniPaths& inis);
+/// What a program that was started from a disc is to do.
+enum class LocalCopy {
+  NotNeeded,  ///< its product is on one disc
+  Started,    ///< a copy goes on with the same ini files; this one ends, so that the drive is free
+  Failed,     ///< there is none, which is told; or an earlier one left its mark, which is told and removed
+};
+
+/// When the product of these ini files has more discs, starts a local copy of the program with them.
+LocalCopy IsMultiCD(const Run& run, const IniPaths& inis);
 
 /// Starts the local copy; false when it could not be started, which is told.
-bool LaunchLocalInstance(Run& run, const std::string& folder, const std::string& programName, const IniPaths& inis);
+bool LaunchLocalInstance(const Run& run, const IniPaths& inis);
 
-/// The value of [Product] `key` ("PreviousVolumeName", "NextVolumeName"): of the product ini, or of the application ini
-/// where that names none; "" when neither does.
-std::string VolumeName(Run& run, const char* key, const IniPaths& inis);
+/// The disc that [Product] names as the one before or behind this (Value::PreviousVolumeName, Value::NextVolumeName):
+/// in the product ini, or in the application ini where that names none; "" when neither does.
+std::string VolumeName(const Services& services, const RecordValue& value, const IniPaths& inis);
 
-/// The disc that the product's record names in "NextVolumeName" or "PreviousVolumeName"; "" for none.
-std::string RecordedVolume(Run& run, const char* value);
+/// The disc that the product's record names there; "" for none.
+std::string RecordedVolume(const ProductRecord& record, const RecordValue& value);
 
-/// Asks for the disc that the run goes on with, waits until a drive has it, and goes over to that drive. Raises "User
-/// cancelled disk change prompt".
-void PromptForDisk(Run& run);
+/// Asks for the disc and waits until a drive has it, which is recorded: the drive's letter, or nothing when that was
+/// cancelled.
+std::optional<char> PromptForDisk(const Run& run);
 
-/// Goes on from the drive that a later disc of the product was found in before the machine restarted, if it was one.
-void ReturnToDisc(Run& run);
+/// The drive that a later disc of the product was found in before the machine restarted; nothing when there was none.
+std::optional<char> RecordedDrive(const ProductRecord& record);
 
-}  // namespace modCDFunctions
+/// The product's files on another drive: each ini moves there when there is such a file.
+void UseDrive(clsFso& fso, Product& product, char letter);
+
+}  // namespace assistant::modCDFunctions

@@ -1,151 +1,161 @@
 #include "env/uninstall.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
-#include "base/error_handler.h"
-#include "base/error_texts.h"
+#include "base/component.h"
 #include "base/numbers.h"
 #include "base/paths.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
 #include "env/add_remove_programs.h"
 #include "env/install_type.h"
 #include "env/uninstall_component.h"
-#include "exec/component_command.h"
-#include "exec/copy_operations.h"
-#include "exec/guarded_run.h"
-#include "exec/outcome.h"
+#include "exec/copy_targets.h"
+#include "exec/file_kinds.h"
+#include "exec/product_result.h"
 #include "exec/sequence.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "StartUninstall";
-
-/// Makes the last component below the position the current one and returns its sequence number; 0 when there is none.
-double GetNextUninstall(Run& run, double position) {
-  const auto next = std::find_if(run.sequence.rbegin(), run.sequence.rend(),
+/// The last component below the position; nothing when there is none.
+std::optional<Component> GetNextUninstall(const Run& run, const Sequence& sequence, double position) {
+  const Procedure here(run.services.log, "GetNextUninstall");
+  const auto next = std::find_if(sequence.rbegin(), sequence.rend(),
                                  [position](const SequenceRow& row) { return row.number < position; });
-  if (next == run.sequence.rend() || next->number <= 0) return 0;
-  SelectComponent(run, next->component);
-  if (run.verbose) run.log.Log("GetNextUninstall", 0, "Next in sequence is " + run.component.install);
-  run.window.Component(run.component.name + " :" + LineBreak + run.component.install);
-  return next->number;
+  if (next == sequence.rend() || next->number <= 0) return std::nullopt;
+  Component component = SelectComponent(run, next->component);
+  component.sequenceNumber = next->number;
+  here.detail("Next in sequence is " + component.install);
+  run.services.window.component(component.name + " :" + LineBreak + component.install);
+  return component;
 }
 
-void DeleteCopiedFolder(Run& run, const std::string& folder) {
-  run.log.Log(Source, 0, "Deleting... " + folder);
+/// What is to be done about a component.
+enum class Way {
+  Skip,           ///< it does not belong to the uninstall
+  DeleteCopies,   ///< it was only copied
+  RemovedBefore,  ///< an earlier uninstall removed it
+  Uninstall,
+};
+
+/// A component that was only copied is looked for before its file's type. Programs may remove themselves with what they
+/// remove, so that none is run again by an uninstall that goes on after a failure of another component.
+Way WayToRemove(platform::RegistryReader& registry, const Component& component) {
+  if (!IsTrue(component.runOnUninstall)) return Way::Skip;
+  if (CopyCodeOf(component) == CopyCode::IsTheInstallation) return Way::DeleteCopies;
+  if (IsPackage(KindOf(component.install))) return Way::Uninstall;
+  return IsTrue(ReadNow(registry, component, ComponentValue::Uninstalled)) ? Way::RemovedBefore : Way::Uninstall;
+}
+
+void DeleteCopiedFolder(clsFso& fso, const Procedure& here, const std::string& folder) {
+  here.action("Deleting... " + folder);
   if (!IsBelowRoot(folder)) {
-    run.log.Log(Source, 0, folder + " is not a standard path specification - skipping...", false, EntryType::Warning);
-  } else if (!run.fso.FolderExists(folder)) {
-    run.log.Log(Source, 0, "Folder " + folder + " does not exist - skipping delete...");
+    here.warn(folder + " is not a standard path specification - skipping...");
+  } else if (!fso.folderExists(folder)) {
+    here.action("Folder " + folder + " does not exist - skipping delete...");
   } else {
-    run.fso.DeleteFolderForced(folder);
+    fso.deleteFolderForced(folder);
   }
 }
 
 /// One that cannot be deleted does not keep the others.
-RemovalEnd DeleteCopiedFolders(Run& run, const CopyTargets& targets) {
+RemovalEnd DeleteCopiedFolders(const Run& run, const Procedure& here, const Component& component,
+                               const CopyTargets& targets) {
   RemovalEnd end = RemovalEnd::Removed;
   for (const std::string& target : targets.folders) {
-    try {
-      DeleteCopiedFolder(run, CopyDestination(run, target, targets.appendPath));
-    } catch (const Error& failure) {
-      LogFailure(run, Source, failure);
-      end = RemovalEnd::Failed;
-    }
+    const std::string folder = CopyDestination(component, target, targets.appendPath);
+    if (here.failureOf([&] { DeleteCopiedFolder(run.services.fso, here, folder); })) end = RemovalEnd::Failed;
   }
   return end;
 }
 
-RemovalEnd RemoveCopies(Run& run) {
-  try {
-    AnnounceUninstall(run);
-    if (IsKeptForOthers(run, run.component.name, false)) return RemovalEnd::KeptForOthers;
-    CopyTargets targets;
-    ReadRegCopyOps(run, targets, run.component.key);
-    UseDefaultTarget(run, targets, "CopyOpRoot");
-    if (targets.appendPath && ComponentValue(run, Value::Path).empty()) {
-      run.log.Log(Source, 0, "Folder " + targets.first() + " may hold other components' copies - skipping delete...",
-                  false, EntryType::Warning);
+RemovalEnd RemoveCopies(const Run& run, const Procedure& here, const Component& component) {
+  return here.guard([&] {
+    AnnounceUninstall(run.record());
+    if (IsKeptForOthers(run.services, here, component, component.name)) return RemovalEnd::KeptForOthers;
+    const CopyTargets targets =
+        WithDefaultTarget(run.record(), ReadRegCopyOps(run.services, component), Value::CopyOpRoot);
+    if (targets.appendPath && component.path.empty()) {
+      here.warn("Folder " + targets.first() + " may hold other components' copies - skipping delete...");
       return RemovalEnd::Removed;
     }
-    return DeleteCopiedFolders(run, targets);
-  } catch (const Error& failure) {
-    LogFailure(run, Source, failure);
-    return RemovalEnd::Failed;
-  }
+    return DeleteCopiedFolders(run, here, component, targets);
+  });
 }
 
-/// Programs may remove themselves with what they remove, so that none is run again by an uninstall that goes on after
-/// a failure of another component.
-RemovalEnd RemoveByCommand(Run& run) {
-  if (IsTrue(ComponentValue(run, Value::Uninstalled))) {
-    run.log.Log(Source, 0, "Component " + run.component.name + " was removed by an earlier uninstall - skipping");
-    return RemovalEnd::NotInstalled;
+/// Nothing for a component that does not belong to the uninstall.
+std::optional<RemovalEnd> Remove(const Run& run, const Procedure& here, const Component& component) {
+  switch (WayToRemove(run.services.machine.registry(), component)) {
+    case Way::Skip:
+      here.action("Component " + component.name + " is not set to run as part of the uninstall sequence - skipping");
+      return std::nullopt;
+    case Way::DeleteCopies:
+      return RemoveCopies(run, here, component);
+    case Way::RemovedBefore:
+      here.action("Component " + component.name + " was removed by an earlier uninstall - skipping");
+      return RemovalEnd::NotInstalled;
+    case Way::Uninstall:
+      break;
   }
-  return modQXInstallationMain::ExecuteUninstall(run, run.component.name, false, false);
+  return ExecuteUninstall(run, component, component.name);
 }
 
-/// A component that was only copied is looked for before its file's type.
-RemovalEnd Remove(Run& run) {
-  if (CopyCode(run) == '1') return RemoveCopies(run);
-  if (RunTypeOf(run.component.install) != RunType::Package) return RemoveByCommand(run);
-  return modQXInstallationMain::ExecuteUninstall(run, run.component.name, true, false);
-}
-
-void RemoveCurrent(Run& run) {
-  run.log.Log(Source, 0, "Next component is " + run.component.name + " v." + run.component.productVersion);
-  if (!IsTrue(ComponentValue(run, "RunOnUninstall"))) {
-    run.log.Log(Source, 0,
-                "Component " + run.component.name + " is not set to run as part of the uninstall sequence - skipping");
-    return;
-  }
-  const RemovalEnd end = Remove(run);
+void Record(Run& run, const Component& component, RemovalEnd end) {
   const char* result = end == RemovalEnd::Failed || end == RemovalEnd::NoCommand ? "Fail" : "Pass";
-  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, result);
-  modRegistry::RegWrite(run, ProductKey(run), Value::ProcessReturn, result);
+  WriteNow(run.services, component, ComponentValue::ProcessReturn, result);
+  run.record().write(Value::ProductProcessReturn, result);
   // What nothing says how to remove must not keep the rest from being forgotten.
-  if (end == RemovalEnd::Failed) SetProductResult(run, false, "Uninstallation of " + run.component.name + " failed");
+  if (end == RemovalEnd::Failed) SetProductResult(run, false, "Uninstallation of " + component.name + " failed");
 }
 
 /// The bar follows the components that lie behind.
-void ShowProgress(Run& run, double position) {
-  const auto left = std::count_if(run.sequence.begin(), run.sequence.end(),
+void ShowProgress(frmMain& window, const Sequence& sequence, double position) {
+  const auto left = std::count_if(sequence.begin(), sequence.end(),
                                   [position](const SequenceRow& row) { return row.number < position; });
-  run.window.ProgressBar(100 - static_cast<int>(left * 100 / static_cast<std::ptrdiff_t>(run.sequence.size())));
+  window.progressBar(100 - static_cast<int>(left * 100 / static_cast<std::ptrdiff_t>(sequence.size())));
 }
 
-void RemoveAll(Run& run) {
-  double position = modRegistry::ReadNumber(run, ProductKey(run), Value::LastSequence);
-  if (run.verbose) run.log.Log(Source, 0, "LastSequence was " + NumberText(position));
-  if (position <= 0) position = run.sequence.back().number + 1;
-  ShowProgress(run, position);
-  while (!run.window.EndWanted() && (position = GetNextUninstall(run, position)) > 0) {
-    RemoveCurrent(run);
-    modRegistry::RegWrite(run, ProductKey(run), Value::LastSequence, NumberText(position));
-    ShowProgress(run, position);
+void RemoveAll(Run& run, const Procedure& here, const Sequence& sequence) {
+  frmMain& window = run.services.window;
+  double position = run.record().readNumber(Value::LastSequence);
+  here.detail("LastSequence was " + NumberText(position));
+  if (position <= 0) position = sequence.back().number + 1;
+  ShowProgress(window, sequence, position);
+  while (!window.endWanted()) {
+    const std::optional<Component> next = GetNextUninstall(run, sequence, position);
+    if (!next) return;
+    position = next->sequenceNumber;
+    here.action("Next component is " + next->name + " v." + next->productVersion);
+    if (const auto end = Remove(run, here, *next)) Record(run, *next, *end);
+    run.record().write(Value::LastSequence, NumberText(position));
+    ShowProgress(window, sequence, position);
   }
 }
 
-void ReportNoComponents(Run& run) {
-  const Error error = modErrorBase::MakeError(6095, {ProductKey(run)}, Source);
-  LogFailure(run, Source, error);
-  SetProductResult(run, false, error.text());
+void ReportNoComponents(Run& run, const Procedure& here) {
+  const Error none = here.failure(6095, {run.record().key()});
+  here.tell(none);
+  SetProductResult(run, false, none.text());
 }
 
 }  // namespace
 
 void StartUninstall(Run& run) {
-  GuardedRun(run, Source, [&] {
-    modQXInstallationMain::GetSequence(run);
-    if (run.sequence.empty()) {
-      if (!IsCleanUpUnfinished(run)) ReportNoComponents(run);
+  const Procedure here(run.services.log, "StartUninstall");
+  const std::optional<std::string> failure = here.failureOf([&] {
+    const Sequence sequence = GetSequence(run, RecordedComponents(run));
+    if (sequence.empty()) {
+      if (!IsCleanUpUnfinished(run)) ReportNoComponents(run, here);
       return;
     }
-    if (run.verbose) run.fso.CreateFolder(run.logFolders.msiLogs);
-    RemoveAll(run);
-    run.window.StatusLine("Finish");
+    if (run.services.log.isVerbose()) run.services.fso.createFolder(run.logFolders.msiLogs);
+    RemoveAll(run, here, sequence);
+    run.services.window.statusLine("Finish");
   });
+  if (failure) SetProductResult(run, false, *failure);
 }
+
+}  // namespace assistant

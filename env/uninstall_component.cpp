@@ -1,184 +1,156 @@
 #include "env/uninstall_component.h"
 
 #include <algorithm>
+#include <vector>
 
-#include "base/error_handler.h"
-#include "base/error_texts.h"
 #include "base/paths.h"
-#include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
 #include "env/install_type.h"
+#include "env/removal_plan.h"
 #include "exec/captions.h"
-#include "exec/component_command.h"
+#include "exec/file_kinds.h"
 #include "exec/msi_queries.h"
 #include "exec/process.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "ExecuteUninstall";
-constexpr const char* HandlerSource = "modQXInstallationMain.ExecuteUninstall";
-constexpr const char* CountSource = "ExecuteUninstallMsi";
+/// RemovableProgramsKey as the text of 6094 has always spelt it.
+constexpr const char* ShownProgramsKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
+
+/// A component that is being removed.
+struct Removal {
+  const Services& services;
+  const Procedure& here;
+  const Component& component;
+  const std::string& name;  ///< under which it is told and counted
+};
 
 /// A package that is missing from a list that broke off may be installed all the same: its record must not go.
-bool IsInstalled(Run& run, const std::string& productCode) {
-  const bool whole = ListInstalledProducts(run);
+bool IsInstalled(const Removal& removal) {
+  const std::string& code = removal.component.productCode;
+  const InstalledProducts installed = ListInstalledProducts(removal.services);
   const bool found =
-      std::any_of(run.installedProducts.begin(), run.installedProducts.end(), [&](const InstalledProduct& product) {
-        return IsProductCode(productCode) && Trim(product.code) == Trim(productCode);
-      });
-  if (!whole && !found) throw modErrorBase::MakeError(6092, {run.component.displayName}, Source);
+      IsProductCode(code) && std::any_of(installed.list.begin(), installed.list.end(),
+                                         [&](const auto& product) { return Trim(product.code) == Trim(code); });
+  if (!installed.whole && !found) throw removal.here.failure(6092, {removal.component.displayName()});
   return found;
 }
 
-bool PackageIsThere(Run& run, const std::string& component) {
-  const bool installed = IsInstalled(run, run.component.productCode);
-  run.log.Log(Source, 0, "Checking component code " + run.component.productCode + " against installed components");
-  if (installed) {
-    run.log.Log(Source, 0, "Component match found");
-    return true;
-  }
-  run.log.Log(Source, 0, "Component " + component + " is not currently installed, so will not be uninstalled");
+RemovalPlan PlanPackage(const Run& run, const Removal& removal) {
+  const bool installed = IsInstalled(removal);
+  removal.here.action("Checking component code " + removal.component.productCode + " against installed components");
+  const std::string log = Joined(run.logFolders.msiLogs, AsFileName("Uninstall" + removal.name + ".log"));
+  return PlanPackageRemoval(removal.component, installed, removal.services.log.isVerbose() ? log : std::string());
+}
+
+/// False after a failure, which the log tells of.
+bool Succeeds(const Removal& removal, const std::string& command) {
+  if (IsSuccessCode(GoShell(removal.services, command, ""))) return true;
+  removal.here.error("executing " + command + " to uninstall " + removal.name + " errored");
   return false;
 }
 
-/// Data of the value "Uninstalled" while a removal command runs.
-constexpr const char* Begun = "Begun";
-
-/// A recorded program gets the recorded arguments; without one the recorded command line is the whole command.
-std::string ProgramRemovalCommand(Run& run) {
-  const std::string recorded = GivenComponentValue(run, "UninstallCommandLine");
-  if (IsProductCode(run.component.productCode)) {
-    return run.component.productCode + " " + (recorded.empty() ? recorded : recorded + " ");
-  }
-  const bool quoted = !recorded.empty() && recorded.front() == '"';
-  const std::string file = recorded.substr(0, recorded.find(quoted ? '"' : ' ', 1));
-  return RunTypeOf(WithoutQuotes(file)) == RunType::Script ? "wscript.exe " + recorded : recorded;
-}
-
-std::string RemovalCommand(Run& run, const std::string& component, bool isMsi) {
-  if (!isMsi) return ProgramRemovalCommand(run);
-  const std::string log = Joined(run.logFolders.msiLogs, AsFileName("Uninstall" + component + ".log"));
-  // Two blanks stand behind the product code where there is no log.
-  return PackageRemovalCommand(run.component.productCode, run.verbose ? " /l*v " + Quoted(log) : " ");
-}
-
-/// The program or script that a removal command begins with, and its arguments.
-std::string WithoutHost(const std::string& command) {
-  const std::string host = "wscript.exe ";
-  return StartsWithIgnoringCase(command, host) ? command.substr(host.size()) : command;
-}
-
-/// True when that is given by its full path, and is not there. An unquoted path may hold blanks, so that it may end at
-/// each of them.
-bool IsProgramGone(Run& run, const std::string& command) {
-  const bool quoted = command.rfind('"', 0) == 0;
-  if (!IsFullPath(quoted ? command.substr(1) : command)) return false;
-  for (std::size_t at = 0; at != std::string::npos;) {
-    at = command.find(quoted ? '"' : ' ', at + 1);
-    const std::string file = WithoutQuotes(command.substr(0, at));
-    if (run.fso.FileExists(file) || run.fso.FileExists(file + ".exe")) return false;
-    if (quoted) return true;
-  }
-  return true;
-}
-
-/// True when the gone program was on a drive that is there: it went with what it removed, when its removal was cut off
-/// behind it.
-bool WentWithItsRemoval(Run& run, const std::string& command) {
-  return ComponentValue(run, Value::Uninstalled) == Begun &&
-         run.fso.FolderExists(WithoutQuotes(command.substr(0, 4)).substr(0, 3));
-}
-
-void RunCommand(Run& run, const std::string& component, const std::string& command) {
-  if (IsSuccessCode(GoShell(run, command, ""))) return;
-  run.log.Log(Source, 0, "executing " + command + " to uninstall " + component + " errored", false, EntryType::Error);
-  throw modErrorBase::MakeError(6092, {component}, Source);
-}
-
-void TellProgramIsGone(Run& run, const std::string& command) {
-  run.log.Log(Source, 0,
-              "There is no program that \"" + command + "\" could start. Put it back, or set the value " +
-                  "UninstallCommandLine of HKLM\\" + run.component.key + " to N/A, and uninstall again.",
-              false, EntryType::Error);
-}
-
-void RemoveByProgram(Run& run, const std::string& component, const std::string& command) {
-  const std::string program = WithoutHost(command);
-  if (IsProgramGone(run, program)) {
-    if (!WentWithItsRemoval(run, program)) {
-      TellProgramIsGone(run, program);
-      throw modErrorBase::MakeError(6092, {component}, Source);
-    }
-    run.log.Log(Source, 0, "Component " + component + " is gone since a removal that was cut off - skipping");
-    return;
-  }
-  modRegistry::RegWrite(run, run.component.key, Value::Uninstalled, Begun);
-  try {
-    RunCommand(run, component, command);
-  } catch (const Error&) {
-    modRegistry::RegWrite(run, run.component.key, Value::Uninstalled, TrueOrFalse(false));
-    throw;
-  }
-}
-
-RemovalEnd RunRemoval(Run& run, const std::string& component, const std::string& command, bool isMsi) {
-  run.log.Log(Source, 0, "Uninstall Command = " + command);
-  if (command.size() < 2) {
-    const std::string place = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + component;
-    LogFailure(run, HandlerSource, modErrorBase::MakeError(6094, {place + "\\UninstallString"}, Source));
-    return RemovalEnd::NoCommand;
-  }
-  if (!isMsi) {
-    RemoveByProgram(run, component, command);
-    modRegistry::RegWrite(run, run.component.key, Value::Uninstalled, TrueOrFalse(true));
-    return RemovalEnd::Removed;
-  }
-  RunCommand(run, component, command);
-  if (IsInstalled(run, run.component.productCode)) throw modErrorBase::MakeError(6092, {component}, Source);
+RemovalEnd RemovePackage(const Removal& removal, const std::string& command) {
+  if (!Succeeds(removal, command) || IsInstalled(removal)) throw removal.here.failure(6092, {removal.name});
   return RemovalEnd::Removed;
+}
+
+void RecordUninstalled(const Removal& removal, const char* text) {
+  modRegistry::RegWrite(removal.services, removal.component.key, ComponentValue::Uninstalled, text);
+}
+
+RemovalEnd RemoveByProgram(const Removal& removal, const std::string& command) {
+  RecordUninstalled(removal, RemovalBegun);
+  const bool removed = Succeeds(removal, command);
+  RecordUninstalled(removal, TrueOrFalse(removed));
+  if (!removed) throw removal.here.failure(6092, {removal.name});
+  return RemovalEnd::Removed;
+}
+
+RemovalEnd FailWithoutProgram(const Removal& removal, const std::string& command) {
+  removal.here.error("There is no program that \"" + WithoutHost(command) +
+                     "\" could start. Put it back, or set the value UninstallCommandLine of HKLM\\" +
+                     removal.component.key + " to N/A, and uninstall again.");
+  throw removal.here.failure(6092, {removal.name});
+}
+
+RemovalEnd TellGoneBefore(const Removal& removal) {
+  removal.here.action("Component " + removal.name + " is gone since a removal that was cut off - skipping");
+  RecordUninstalled(removal, TrueOrFalse(true));
+  return RemovalEnd::Removed;
+}
+
+RemovalEnd TellNoCommand(const Removal& removal) {
+  removal.here.error(6094, {std::string(ShownProgramsKey) + "\\" + removal.name + "\\UninstallString"});
+  return RemovalEnd::NoCommand;
+}
+
+RemovalEnd TellNotInstalled(const Removal& removal) {
+  removal.here.action("Component " + removal.name + " is not currently installed, so will not be uninstalled");
+  return RemovalEnd::NotInstalled;
+}
+
+RemovalEnd CarryOut(const Removal& removal, const RemovalPlan& plan) {
+  using Step = RemovalPlan::Step;
+  if (plan.step == Step::RunMsiexec) removal.here.action("Component match found");
+  if (plan.step != Step::NotInstalled) removal.here.action("Uninstall Command = " + plan.command);
+  switch (plan.step) {
+    case Step::NotInstalled:
+      return TellNotInstalled(removal);
+    case Step::RunMsiexec:
+      return RemovePackage(removal, plan.command);
+    case Step::RunProgram:
+      return RemoveByProgram(removal, plan.command);
+    case Step::WentWithItsRemoval:
+      return TellGoneBefore(removal);
+    case Step::ProgramIsMissing:
+      return FailWithoutProgram(removal, plan.command);
+    case Step::NoCommand:
+      break;
+  }
+  return TellNoCommand(removal);
 }
 
 }  // namespace
 
-std::int32_t UserCount(Run& run, const std::string& component) {
-  std::int32_t count = 0;
-  for (const std::string& product : modRegistry::SubKeys(run, ProductsKey)) {
-    const std::vector<std::string> components = modRegistry::SubKeys(run, ProductKey(product));
-    if (std::find(components.begin(), components.end(), component) == components.end()) continue;
+int UserCount(const Services& services, const Component& component, const std::string& name) {
+  const Procedure here(services.log, "ExecuteUninstallMsi");
+  platform::RegistryReader& registry = services.machine.registry();
+  int count = 0;
+  for (const std::string& product : modRegistry::SubKeys(registry, ProductsKey)) {
+    const std::vector<std::string> components = modRegistry::SubKeys(registry, ProductKey(product));
+    if (std::find(components.begin(), components.end(), name) == components.end()) continue;
     ++count;
-    if (run.verbose) run.log.Log(CountSource, 0, component + " used by " + product);
+    here.detail(name + " used by " + product);
   }
-  if (run.verbose && count == 0) run.log.Log(CountSource, 0, run.component.name + " has no other users");
+  if (count == 0) here.detail(component.name + " has no other users");
   return count;
 }
 
-bool IsKeptForOthers(Run& run, const std::string& component, bool force) {
-  if (UserCount(run, component) < 2 || force) return false;
-  run.log.Log(Source, 0, "Another product is using this component, so it will not be uninstalled.", false,
-              EntryType::Warning);
+bool IsKeptForOthers(const Services& services, const Procedure& here, const Component& component,
+                     const std::string& name, OtherUsers otherUsers) {
+  // They are counted in any case: a verbose log names them.
+  if (UserCount(services, component, name) < 2 || otherUsers == OtherUsers::DoNotCount) return false;
+  here.warn("Another product is using this component, so it will not be uninstalled.");
   return true;
 }
 
-std::string PackageRemovalCommand(const std::string& productCode, const std::string& logOption) {
-  // Two blanks stand between the properties and one at the end.
-  return "msiexec /x " + productCode + logOption + " /qn REBOOT=\"REALLYSUPPRESS\"  STUNINST=\"TRUE\" ";
+RemovalEnd ExecuteUninstall(const Run& run, const Component& component, const std::string& name,
+                            OtherUsers otherUsers) {
+  const Services& services = run.services;
+  // Everything with a number has always been told under the handler's full name.
+  const Procedure here(services.log, "ExecuteUninstall", "modQXInstallationMain.ExecuteUninstall");
+  return here.guard([&] {
+    const Removal removal{services, here, component, name};
+    AnnounceUninstall(run.record());
+    services.window.statusLine("Uninstalling component");
+    here.action(modLanguage::Text(modLanguage::Caption::Uninstalling) + name);
+    if (IsKeptForOthers(services, here, component, name, otherUsers)) return RemovalEnd::KeptForOthers;
+    const bool isPackage = IsPackage(KindOf(component.install));
+    return CarryOut(removal, isPackage ? PlanPackage(run, removal) : PlanProgramRemoval(services, component));
+  });
 }
 
-namespace modQXInstallationMain {
-
-RemovalEnd ExecuteUninstall(Run& run, const std::string& component, bool isMsi, bool force) {
-  try {
-    AnnounceUninstall(run);
-    run.window.StatusLine("Uninstalling component");
-    run.log.Log(HandlerSource, 0, modLanguage::Text(run, modLanguage::Caption::Uninstalling) + component);
-    if (IsKeptForOthers(run, component, force)) return RemovalEnd::KeptForOthers;
-    if (isMsi && !PackageIsThere(run, component)) return RemovalEnd::NotInstalled;
-    return RunRemoval(run, component, RemovalCommand(run, component, isMsi), isMsi);
-  } catch (const Error& failure) {
-    LogFailure(run, HandlerSource, failure);
-    return RemovalEnd::Failed;
-  }
-}
-
-}  // namespace modQXInstallationMain
+}  // namespace assistant

@@ -2,6 +2,8 @@
 
 #include "base/text.h"
 
+namespace assistant {
+
 ActionEntry ParseActionEntry(const std::string& entry) {
   constexpr const char* mark = "RFI Version=";
   const std::size_t at = FindIgnoringCase(entry, mark);
@@ -10,3 +12,5 @@ ActionEntry ParseActionEntry(const std::string& entry) {
   const std::size_t end = semicolon == std::string::npos ? at : semicolon;
   return {Trim(entry.substr(0, end)), Trim(entry.substr(at + std::string(mark).size()))};
 }
+
+}  // namespace assistant

@@ -3,6 +3,8 @@
 
 #include <string>
 
+namespace assistant {
+
 /// What an entry names (a component ini, an action), and the version behind its mark "RFI Version=" if it bears one. A
 /// semicolon stands between the two.
 struct ActionEntry {
@@ -11,3 +13,5 @@ struct ActionEntry {
 };
 
 ActionEntry ParseActionEntry(const std::string& entry);
+
+}  // namespace assistant

@@ -1,8 +1,6 @@
 #include "exec/captions.h"
 
-#include "base/error_handler.h"
-
-namespace modLanguage {
+namespace assistant::modLanguage {
 namespace {
 
 struct Entry {
@@ -11,7 +9,7 @@ struct Entry {
 };
 
 // Callers append a name to the texts that end in a blank; "&" marks the access key.
-constexpr Entry entries[] = {
+constexpr Entry Entries[] = {
     // buttons
     {100, "&Cancel"},
     {101, "Co&ntinue"},
@@ -69,16 +67,19 @@ constexpr Entry entries[] = {
 
 }  // namespace
 
-void CreateEDictionary(Run& run) {
-  Guarded(run, "CreateEDictionary", [&] {
-    run.captions.clear();
-    for (const Entry& entry : entries) run.captions.emplace(entry.number, entry.text);
-  });
+const Dictionary& CreateEDictionary() {
+  static const Dictionary dictionary = [] {
+    Dictionary made;
+    for (const Entry& entry : Entries) made.emplace(entry.number, entry.text);
+    return made;
+  }();
+  return dictionary;
 }
 
-std::string Text(const Run& run, int number) {
-  const auto found = run.captions.find(number);
-  return found == run.captions.end() ? std::string() : found->second;
+std::string Text(int number) {
+  const Dictionary& dictionary = CreateEDictionary();
+  const auto found = dictionary.find(number);
+  return found == dictionary.end() ? std::string() : found->second;
 }
 
-}  // namespace modLanguage
+}  // namespace assistant::modLanguage

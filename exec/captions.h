@@ -1,11 +1,10 @@
 // The texts of buttons, labels and states, by number. Another language would be another table with the same numbers.
 #pragma once
 
+#include <map>
 #include <string>
 
-#include "base/run.h"
-
-namespace modLanguage {
+namespace assistant::modLanguage {
 
 /// Numbers of the texts that the program shows.
 namespace Caption {
@@ -34,10 +33,12 @@ inline constexpr int SomeFailedToUninstall = 1032;
 inline constexpr int UninstallAborted = 1033;
 }  // namespace Caption
 
-/// Fills the run's dictionary of captions.
-void CreateEDictionary(Run& run);
+using Dictionary = std::map<int, std::string>;
+
+/// The dictionary of captions, made from the table when it is first asked for.
+const Dictionary& CreateEDictionary();
 
 /// The text of that number; "" when there is none.
-std::string Text(const Run& run, int number);
+std::string Text(int number);
 
-}  // namespace modLanguage
+}  // namespace assistant::modLanguage

@@ -2,20 +2,28 @@
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 #include <vector>
 
+#include "base/component.h"
+#include "base/error.h"
 #include "base/operating_systems.h"
-#include "base/records.h"
 #include "base/registry.h"
 #include "base/text.h"
 #include "exec/machine_types.h"
+#include "exec/system_check.h"
 #include "exec/versions.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "CheckConditions";
 constexpr const char* OlderMessage = "Condition not satisfied.";
+
+/// What a rule decides about.
+struct Question {
+  const Run& run;
+  const Procedure& here;
+  const Condition& condition;
+};
 
 /// "=" wants the fact, "<>" its opposite, and every other operator is content with either.
 bool Holds(const std::string& op, bool fact) {
@@ -28,114 +36,126 @@ bool TextHolds(const std::string& op, const std::string& installed, const std::s
   return installed.empty() || Holds(op, installed == required);
 }
 
-bool ProductNameHolds(Run& run, const Condition& condition) {
-  return TextHolds(condition.op, LowerCase(modRegistry::ReadOrEmpty(run, InstallationKey, Value::Product)),
-                   LowerCase(WithoutQuotes(condition.operand)));
+bool ProductNameHolds(const Question& question) {
+  return TextHolds(question.condition.op, LowerCase(question.run.record().read(Value::SiteProduct)),
+                   LowerCase(WithoutQuotes(question.condition.operand)));
 }
 
-bool ServerTypeHolds(Run& run, const Condition& condition) {
-  const std::string query = LowerCase(WithoutQuotes(condition.operand));
-  if (query.size() < 2 || (condition.op != "=" && condition.op != "<>")) return true;
-  return Holds(condition.op, modMain::IsValidMachine(run, query));
+bool ServerTypeHolds(const Question& question) {
+  const std::string& op = question.condition.op;
+  const std::string query = LowerCase(WithoutQuotes(question.condition.operand));
+  if (query.size() < 2 || (op != "=" && op != "<>")) return true;
+  return Holds(op, IsValidMachine(question.run, query));
 }
 
-bool BuildNumberHolds(Run& run, const Condition& condition) {
-  return TextHolds(condition.op, modRegistry::ReadOrEmpty(run, InstallationKey, "Server Build Version"),
-                   WithoutQuotes(condition.operand));
+bool BuildNumberHolds(const Question& question) {
+  return TextHolds(question.condition.op, question.run.record().read(Value::ServerBuildVersion),
+                   WithoutQuotes(question.condition.operand));
 }
 
-bool InstalledProductsHolds(Run& run, const Condition& condition) {
-  const std::string key = ProductKey(WithoutQuotes(condition.operand));
-  return Holds(condition.op, !modRegistry::ReadOrEmpty(run, key, Value::Version).empty());
+bool InstalledProductsHolds(const Question& question) {
+  const ProductRecord record(question.run.services, WithoutQuotes(question.condition.operand));
+  return Holds(question.condition.op, !record.read(Value::Version).empty());
 }
 
 /// "<>" inverts the match; an operator that means nothing here is told and passed over.
-bool OsHolds(Run& run, const Condition& condition, bool matched) {
-  if (condition.op == "<>") return !matched;
-  if (condition.op != "=") {
-    run.log.Log(Source, 0, "Unrecognised OS operator (" + condition.op + ")", false, EntryType::Warning);
-  }
+bool OsHolds(const Question& question, bool matched) {
+  const std::string& op = question.condition.op;
+  if (op == "<>") return !matched;
+  if (op != "=") question.here.warn("Unrecognised OS operator (" + op + ")");
   return matched;
 }
 
-bool CurrentOsHolds(Run& run, const Condition& condition) {
-  const std::vector<std::string> keywords = Split(condition.operand, '|');
-  const bool matched = std::any_of(keywords.begin(), keywords.end(), [&run](const std::string& keyword) {
-    return modMain::IsValidOS(run, WithoutQuotes(keyword));
+bool CurrentOsHolds(const Question& question) {
+  const std::vector<std::string> keywords = Split(question.condition.operand, '|');
+  const bool matched = std::any_of(keywords.begin(), keywords.end(), [&](const std::string& keyword) {
+    return IsValidOS(question.run, WithoutQuotes(keyword));
   });
-  return OsHolds(run, condition, matched);
+  return OsHolds(question, matched);
 }
 
-bool OlderOsHolds(Run& run, const Condition& condition) {
-  const OperatingSystem* system = FindOperatingSystem(SystemName(run));
-  return OsHolds(run, condition, system != nullptr && Contains(condition.operand, system->olderKeyword));
+bool OlderOsHolds(const Question& question) {
+  const OperatingSystem* system = FindOperatingSystem(SystemName(question.run));
+  return OsHolds(question, system != nullptr && Contains(question.condition.operand, system->olderKeyword));
 }
 
-bool RunOnInstallHolds(Run&, const Condition& condition) {
-  return !ContainsIgnoringCase(condition.operand, "false");
+bool RunOnInstallHolds(const Question& question) {
+  return !ContainsIgnoringCase(question.condition.operand, "false");
 }
+
+/// The older notation finds most keywords anywhere in a name.
+enum class OlderName { HoldsKeyword, IsKeyword };
 
 struct Rule {
   const char* keyword;
-  bool olderNameIsWhole;  ///< the older notation finds the other keywords anywhere in a name
-  bool (*holds)(Run&, const Condition&);
+  OlderName olderName;
+  bool (*holds)(const Question&);
   const char* message;
-  bool (*olderHolds)(Run&, const Condition&);
+  bool (*olderHolds)(const Question&);
   const char* olderMessage;
 };
 
 // In the order in which the older notation looks for them in a name.
-constexpr Rule rules[] = {
-    {"productname", false, ProductNameHolds, "Condition not satisfied - Product Name does not match.", ProductNameHolds,
-     OlderMessage},
-    {"servertype", false, ServerTypeHolds, "Condition not satisfied - Server Type does not match.", ServerTypeHolds,
-     "Condition not satisfied - Server Type does not match."},
-    {"buildnumber", false, BuildNumberHolds, "Condition not satisfied - Server Build Number does not match.",
-     BuildNumberHolds, OlderMessage},
-    {"installedproducts", false, InstalledProductsHolds, "Condition not satisfied - Installed Product",
-     InstalledProductsHolds, "Condition not satisfied - Installed Product"},
-    {"os", true, CurrentOsHolds, "Condition not satisfied - OS not supported.", OlderOsHolds,
+constexpr Rule Rules[] = {
+    {"productname", OlderName::HoldsKeyword, ProductNameHolds, "Condition not satisfied - Product Name does not match.",
+     ProductNameHolds, OlderMessage},
+    {"servertype", OlderName::HoldsKeyword, ServerTypeHolds, "Condition not satisfied - Server Type does not match.",
+     ServerTypeHolds, "Condition not satisfied - Server Type does not match."},
+    {"buildnumber", OlderName::HoldsKeyword, BuildNumberHolds,
+     "Condition not satisfied - Server Build Number does not match.", BuildNumberHolds, OlderMessage},
+    {"installedproducts", OlderName::HoldsKeyword, InstalledProductsHolds,
+     "Condition not satisfied - Installed Product", InstalledProductsHolds,
+     "Condition not satisfied - Installed Product"},
+    {"os", OlderName::IsKeyword, CurrentOsHolds, "Condition not satisfied - OS not supported.", OlderOsHolds,
      "Condition not satisfied - OS not supported."},
-    {"runoninstall", false, RunOnInstallHolds, "Condition not satisfied - Component cannot be installed.",
-     RunOnInstallHolds, "Condition not satisfied - Component cannot be installed."},
+    {"runoninstall", OlderName::HoldsKeyword, RunOnInstallHolds,
+     "Condition not satisfied - Component cannot be installed.", RunOnInstallHolds,
+     "Condition not satisfied - Component cannot be installed."},
 };
 
 bool IsOlderName(const Rule& rule, const std::string& name) {
-  return rule.olderNameIsWhole ? EqualIgnoringCase(name, rule.keyword) : ContainsIgnoringCase(name, rule.keyword);
+  return rule.olderName == OlderName::IsKeyword ? EqualIgnoringCase(name, rule.keyword)
+                                                : ContainsIgnoringCase(name, rule.keyword);
 }
 
-void Require(bool holds, int errorNumber, const std::string& message) {
-  if (!holds) throw Error(errorNumber, message, Source);
+void Require(const Procedure& here, bool holds, int errorNumber, const std::string& message) {
+  if (!holds) throw Error(errorNumber, message, here.name());
+}
+
+struct TwoVersions {
+  clsAppLog& log;
+  const std::string& installed;
+  const std::string& required;
+};
+
+bool IsOther(const TwoVersions& versions) {
+  return versions.installed != versions.required;
+}
+
+bool IsOlder(const TwoVersions& versions) {
+  return IsNewerVersion(versions.log, versions.required, versions.installed);
+}
+
+bool IsNewer(const TwoVersions& versions) {
+  return IsNewerVersion(versions.log, versions.installed, versions.required);
+}
+
+bool IsNotNewer(const TwoVersions& versions) {
+  return !IsNewer(versions);
+}
+
+bool IsNotOlder(const TwoVersions& versions) {
+  return !IsOlder(versions);
 }
 
 struct VersionOperator {
   const char* op;
   int errorNumber;
-  bool (*holds)(Run&, const std::string& installed, const std::string& required);
+  bool (*holds)(const TwoVersions&);
 };
 
-bool IsOther(Run&, const std::string& installed, const std::string& required) {
-  return installed != required;
-}
-
-bool IsOlder(Run& run, const std::string& installed, const std::string& required) {
-  return IsNewerVersion(run, required, installed);
-}
-
-bool IsNewer(Run& run, const std::string& installed, const std::string& required) {
-  return IsNewerVersion(run, installed, required);
-}
-
-bool IsNotNewer(Run& run, const std::string& installed, const std::string& required) {
-  return !IsNewer(run, installed, required);
-}
-
-bool IsNotOlder(Run& run, const std::string& installed, const std::string& required) {
-  return !IsOlder(run, installed, required);
-}
-
 // Any other operator holds.
-constexpr VersionOperator versionOperators[] = {
+constexpr VersionOperator VersionOperators[] = {
     {"<>", ConditionError::NotEqual, IsOther},
     {"<", ConditionError::Less, IsOlder},
     {">", ConditionError::Greater, IsNewer},
@@ -157,64 +177,58 @@ std::vector<std::string> QuotedValues(const std::string& text) {
   return values;
 }
 
-void RequireOutcome(Run& run, const Condition& condition) {
-  const std::string recorded =
-      modRegistry::ReadOrEmpty(run, ComponentKey(run.productName, condition.name), Value::ProcessReturn);
-  run.log.Log(Source, 0, "Process Return = " + recorded);
+void RequireOutcome(const Question& question) {
+  const auto& [run, here, condition] = question;
+  const std::string recorded = modRegistry::ReadOrEmpty(
+      run.machine.registry(), ComponentKey(run.product.name, condition.name), ComponentValue::ProcessReturn);
+  here.action("Process Return = " + recorded);
   const std::vector<std::string> expected = QuotedValues(condition.operand);
-  run.log.Log(Source, 0, "Number of process returns = " + std::to_string(expected.size()));
-  run.log.Log(Source, 0, "Required = " + condition.operand);
-  for (const std::string& value : expected) run.log.Log(Source, 0, "Parameter = " + value);
-  Require(std::find(expected.begin(), expected.end(), recorded) != expected.end(), ConditionError::Named, OlderMessage);
+  here.action("Number of process returns = " + std::to_string(expected.size()));
+  here.action("Required = " + condition.operand);
+  for (const std::string& value : expected) here.action("Parameter = " + value);
+  const bool holds = std::find(expected.begin(), expected.end(), recorded) != expected.end();
+  Require(here, holds, ConditionError::Named, OlderMessage);
 }
 
-std::string InstalledVersion(const Run& run, const std::string& productName) {
-  const auto found = std::find_if(
-      run.installedProducts.begin(), run.installedProducts.end(),
-      [&](const InstalledProduct& product) { return !product.name.empty() && LowerCase(product.name) == productName; });
-  return found == run.installedProducts.end() ? "v0.0.0.0" : found->version;
+std::string InstalledVersion(const InstalledProducts& installed, const std::string& productName) {
+  const auto found = std::find_if(installed.list.begin(), installed.list.end(), [&](const InstalledProduct& product) {
+    return !product.name.empty() && LowerCase(product.name) == productName;
+  });
+  return found == installed.list.end() ? "v0.0.0.0" : found->version;
 }
 
 }  // namespace
 
-const std::string& SystemName(Run& run) {
-  if (run.operatingSystem.size() < 2) run.operatingSystem = run.fso.OperatingSystem();
-  return run.operatingSystem;
-}
-
-void RequireCondition(Run& run, const Condition& condition) {
-  const auto* rule = std::find_if(std::begin(rules), std::end(rules),
+void RequireCondition(const Surroundings& surroundings, const Procedure& here, const Condition& condition) {
+  const auto* rule = std::find_if(std::begin(Rules), std::end(Rules),
                                   [&](const Rule& candidate) { return condition.name == candidate.keyword; });
-  if (rule == std::end(rules)) {
-    RequireProductVersion(run, condition);
-  } else {
-    Require(rule->holds(run, condition), ConditionError::Named, rule->message);
-  }
+  if (rule == std::end(Rules)) return RequireProductVersion(surroundings, here, condition);
+  Require(here, rule->holds({surroundings.run, here, condition}), ConditionError::Named, rule->message);
 }
 
-void RequireOlderCondition(Run& run, const Condition& condition) {
-  const auto* rule = std::find_if(std::begin(rules), std::end(rules),
+void RequireOlderCondition(const Surroundings& surroundings, const Procedure& here, const Condition& condition) {
+  const Question question{surroundings.run, here, condition};
+  const auto* rule = std::find_if(std::begin(Rules), std::end(Rules),
                                   [&](const Rule& candidate) { return IsOlderName(candidate, condition.name); });
-  if (rule == std::end(rules)) {
-    RequireOutcome(run, condition);
-  } else {
-    Require(rule->olderHolds(run, condition), ConditionError::Named, rule->olderMessage);
-  }
+  if (rule == std::end(Rules)) return RequireOutcome(question);
+  Require(here, rule->olderHolds(question), ConditionError::Named, rule->olderMessage);
 }
 
-void RequireProductVersion(Run& run, const Condition& condition) {
-  const std::string installed = InstalledVersion(run, condition.name);
+void RequireProductVersion(const Surroundings& surroundings, const Procedure& here, const Condition& condition) {
+  const std::string installed = InstalledVersion(surroundings.installed, condition.name);
   const std::string required = WithoutQuotes(condition.operand);
   const std::string& op = condition.op;
-  run.log.Log(Source, 0, "Version = " + installed);
+  here.action("Version = " + installed);
   // The message of "=" tells the operator first; the others tell it between the versions, with two blanks before "not".
   if (op == "=") {
-    Require(required == installed, ConditionError::Equal,
-            "Condition " + op + " " + required + " " + installed + " not satisfied.");
-    return;
+    return Require(here, required == installed, ConditionError::Equal,
+                   "Condition " + op + " " + required + " " + installed + " not satisfied.");
   }
   const std::string message = "Condition " + installed + " " + op + " " + required + " " + " not satisfied.";
-  for (const VersionOperator& row : versionOperators) {
-    if (op == row.op) Require(row.holds(run, installed, required), row.errorNumber, message);
+  const TwoVersions versions{here.log(), installed, required};
+  for (const VersionOperator& row : VersionOperators) {
+    if (op == row.op) Require(here, row.holds(versions), row.errorNumber, message);
   }
 }
+
+}  // namespace assistant

@@ -3,8 +3,12 @@
 
 #include <string>
 
+#include "base/procedure.h"
 #include "base/run.h"
-#include "exec/conditions.h"
+#include "exec/condition_text.h"
+#include "exec/msi_queries.h"
+
+namespace assistant {
 
 /// Error numbers of conditions that do not hold.
 namespace ConditionError {
@@ -17,16 +21,21 @@ inline constexpr int LessOrEqual = 7005;
 inline constexpr int GreaterOrEqual = 7006;
 }  // namespace ConditionError
 
+/// What conditions are held against.
+struct Surroundings {
+  const Run& run;
+  const InstalledProducts& installed;
+};
+
 /// Raises a condition error, with the message that the log gets, when a condition of the current notation does not
-/// hold. Its name is in lower case.
-void RequireCondition(Run& run, const Condition& condition);
+/// hold. Its name is in lower case. `here` is the procedure that checks it and tells what was compared.
+void RequireCondition(const Surroundings& surroundings, const Procedure& here, const Condition& condition);
 
 /// The same for a condition of the older notation, which must hold its operand in double quotes: its name need only
 /// contain a keyword, and a name without one means the outcome of another component.
-void RequireOlderCondition(Run& run, const Condition& condition);
+void RequireOlderCondition(const Surroundings& surroundings, const Procedure& here, const Condition& condition);
 
 /// Compares the version of the Windows Installer product of that name (in lower case) with the operand.
-void RequireProductVersion(Run& run, const Condition& condition);
+void RequireProductVersion(const Surroundings& surroundings, const Procedure& here, const Condition& condition);
 
-/// The operating system's name, asked for once and kept in run.operatingSystem.
-const std::string& SystemName(Run& run);
+}  // namespace assistant

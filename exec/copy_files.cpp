@@ -3,23 +3,19 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/error_handler.h"
+#include "base/error.h"
 #include "base/error_texts.h"
 #include "base/paths.h"
-#include "base/records.h"
+#include "base/procedure.h"
 #include "base/text.h"
-#include "exec/copy_operations.h"
-#include "exec/outcome.h"
+#include "exec/unfinished_copy.h"
 #include "exec/version_folders.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "modMain.DoCopyOp";
 constexpr const char* Remedy = ". Give CopyOpTarget, CopyOpRoot or CopyOpHold a folder outside the package root.";
 constexpr int CopyFailedError = 8024;
-
-/// File that a destination holds while it is being copied to.
-constexpr const char* UnfinishedMark = "QX copy not finished.txt";
 
 /// What is copied: the component's folder, looked at before anything is changed.
 struct CopySource {
@@ -28,39 +24,39 @@ struct CopySource {
   std::vector<std::string> subFolders;
 };
 
-CopySource LookAtSource(Run& run) {
-  const std::string& folder = run.component.path;
-  CopySource source = {folder, run.fso.ListFiles(folder), run.fso.ListFolders(folder)};
+CopySource LookAtSource(clsFso& fso, const Procedure& here, const std::string& folder) {
+  CopySource source = {folder, fso.listFiles(folder), fso.listFolders(folder)};
   // Asked last: what vanishes while it is listed has no files either.
-  if (!run.fso.FolderExists(folder)) {
-    throw modErrorBase::MakeError(6084, {folder}, Source);
-  }
+  if (!fso.folderExists(folder)) throw here.failure(6084, {folder});
   return source;
 }
 
-void CopyFiles(Run& run, const CopySource& source, const std::string& destination) {
+void CopyFiles(const Services& services, const Procedure& here, const CopySource& source,
+               const std::string& destination) {
   for (const std::string& file : source.files) {
     const std::string from = Joined(source.folder, file);
     const std::string to = Joined(destination, file);
-    if (run.verbose) run.log.Log("DoCopyop", 0, "Copying file " + from + " to " + to);
-    run.fso.CopyFileOver(from, to);
+    here.detail("Copying file " + from + " to " + to);
+    services.fso.copyFileOver(from, to);
     // Nothing stays read-only that came from a CD.
-    const platform::Status freed = run.machine.files().setAttributes(to, {});
+    const platform::Status freed = services.machine.files().setAttributes(to, {});
     if (freed == platform::Status::Ok) continue;
-    throw Error(Number(freed), modErrorBase::SystemErrorText(freed) + ": " + to, Source);
+    throw Error(platform::Number(freed), modErrorBase::SystemErrorText(freed) + ": " + to, here.name());
   }
 }
 
 /// The product's folders belong to the administrators and the system; everybody may run what is in them. Machines and
 /// volumes without access control have nothing to set.
-void SetPermissions(Run& run, const std::string& destination) {
-  const platform::Status set =
-      run.machine.files().setAccess(destination, {{platform::Account::Administrators, platform::AccessRight::Full},
-                                                  {platform::Account::LocalSystem, platform::AccessRight::Full},
-                                                  {platform::Account::Users, platform::AccessRight::ReadAndExecute}});
+void SetPermissions(platform::Files& files, const Procedure& here, const std::string& destination) {
+  using platform::AccessRight;
+  using platform::Account;
+  const platform::Status set = files.setAccess(destination, {{Account::Administrators, AccessRight::Full},
+                                                             {Account::LocalSystem, AccessRight::Full},
+                                                             {Account::Users, AccessRight::ReadAndExecute}});
   if (set == platform::Status::Ok || set == platform::Status::CallNotImplemented) return;
-  throw Error(Number(set),
-              "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set), Source);
+  throw Error(platform::Number(set),
+              "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set),
+              here.name());
 }
 
 /// True for a path whose text alone says whether it lies in another one.
@@ -71,117 +67,97 @@ bool IsPlain(const std::string& path) {
 }
 
 /// Clearing the versions at such a target would delete the source, and the copy would never come to an end.
-void RequireOutsideSource(const CopySource& source, const std::string& destination) {
+void RequireOutsideSource(const Procedure& here, const CopySource& source, const std::string& destination) {
   if (!StartsWithIgnoringCase(destination + "\\", source.folder + "\\")) return;
-  throw Error(GeneralError,
-              "The copy's target " + destination + " lies in the component's own folder " + source.folder + Remedy,
-              Source);
+  throw here.failure("The copy's target " + destination + " lies in the component's own folder " + source.folder +
+                     Remedy);
 }
 
 /// A target that could mean several folders, or that cannot be made, deletes nothing beside it.
-void RequireUsableTarget(const CopySource& source, const std::string& destination) {
+void RequireUsableTarget(const Procedure& here, const CopySource& source, const std::string& destination) {
   if (!IsFullPath(destination) || !IsPlain(destination)) {
-    throw Error(
-        GeneralError,
-        "The copy's target " + destination + " is neither a full path without / . .. nor on a known share" + Remedy,
-        Source);
+    throw here.failure("The copy's target " + destination +
+                       " is neither a full path without / . .. nor on a known share" + Remedy);
   }
-  if (destination.size() > clsFso::LongestPath) throw modErrorBase::MakeError(6021, {destination}, Source);
-  RequireOutsideSource(source, destination);
+  if (destination.size() > clsFso::LongestPath) throw here.failure(6021, {destination});
+  RequireOutsideSource(here, source, destination);
 }
 
-/// The versions beside the target go. What is to be copied must not be among them.
-void ClearOldVersions(Run& run, const CopySource& source, const std::string& destination) {
+/// What is to be copied must not be among the versions beside the target, which are going to be deleted.
+void RequireApartFromOldVersions(const Procedure& here, const CopySource& source, const std::string& destination) {
   if (!IsPlain(source.folder)) {
-    throw Error(GeneralError,
-                "The component's folder " + source.folder +
-                    " is to be written without / . .. where older versions beside a copy are deleted. Correct "
-                    "PackageRoot or Path.",
-                Source);
+    throw here.failure("The component's folder " + source.folder +
+                       " is to be written without / . .. where older versions beside a copy are deleted. Correct "
+                       "PackageRoot or Path.");
   }
   const std::string parent = FolderPart(destination) + "\\";
   if (IsVersionFolderName(LowerCase(LastElement(destination))) && StartsWithIgnoringCase(source.folder, parent) &&
       IsVersionFolderName(LowerCase(Split(source.folder.substr(parent.size()), '\\').front()))) {
-    throw Error(GeneralError,
-                "The component's folder " + source.folder + " lies beside the copy's target " + destination +
-                    ", where older versions are deleted" + Remedy,
-                Source);
+    throw here.failure("The component's folder " + source.folder + " lies beside the copy's target " + destination +
+                       ", where older versions are deleted" + Remedy);
   }
-  DeleteCopyOp(run, destination);
 }
 
-void MarkUnfinished(Run& run, const std::string& folder) {
-  run.fso.WriteNewFile(
-      Joined(folder, UnfinishedMark),
-      std::string("The copy to this folder was begun and is not finished, or it is being deleted.") + LineBreak);
-}
-
-void CopyTo(Run& run, const CopySource& source, const std::string& destination, bool clearsOldVersions) {
-  RequireUsableTarget(source, destination);
-  if (clearsOldVersions) ClearOldVersions(run, source, destination);
-  run.fso.CreateFolder(destination);
-  MarkUnfinished(run, destination);
-  SetPermissions(run, destination);  // what is copied takes them over
-  CopyFiles(run, source, destination);
+void CopyTo(const Services& services, const Procedure& here, const CopySource& source, const std::string& destination) {
+  clsFso& fso = services.fso;
+  fso.createFolder(destination);
+  MarkUnfinished(fso, destination);
+  SetPermissions(services.machine.files(), here, destination);  // what is copied takes them over
+  CopyFiles(services, here, source, destination);
   for (const std::string& name : source.subFolders) {
-    run.fso.CopyFolderOver(Joined(source.folder, name), Joined(destination, name));
+    fso.copyFolderOver(Joined(source.folder, name), Joined(destination, name));
   }
-  SetPermissions(run, destination);
-  run.fso.DeleteFileForced(Joined(destination, UnfinishedMark));
+  SetPermissions(services.machine.files(), here, destination);
+  MarkFinished(fso, destination);
 }
 
-void TellFailure(Run& run, const Error& failure, const std::string& destination) {
-  run.log.Log(Source, failure.number(), failure.text(), true, EntryType::Error);
-  run.log.Log("DoCopyOp", CopyFailedError, "Failed to copy component to " + destination, true, EntryType::Error);
-  SetProductResult(run, false, "Copying to " + destination + " failed");
+/// True when the versions beside the target are the component's own. The root that a component without a path is copied
+/// to may stand among the versions of something else.
+bool ReplacesVersions(const Component& component, bool appendPath, const std::string& destination) {
+  return !component.path.empty() && (appendPath || ContainsIgnoringCase(destination, component.path));
 }
 
-void TellNothingToCopy(Run& run, const CopySource& source) {
-  run.log.Log("DoCopyOp", 0, "Destination array has no data");
-  run.log.Log("DoCopyOp", 0,
-              "Nothing was copied for component " + run.component.name + ": " +
-                  (source.files.empty() ? "its folder " + source.folder + " holds no file of its own. Put one there."
-                                        : "it has no target. Give it a CopyOpTarget, or the product CopyOpRoot and "
-                                          "CopyOpHold."),
-              false, EntryType::Warning);
+void TellNothingToCopy(const Procedure& here, const Component& component, const CopySource& source) {
+  here.action("Destination array has no data");
+  here.warn("Nothing was copied for component " + component.name + ": " +
+            (source.files.empty()
+                 ? "its folder " + source.folder + " holds no file of its own. Put one there."
+                 : "it has no target. Give it a CopyOpTarget, or the product CopyOpRoot and CopyOpHold."));
+}
+
+Copied Failed(const Procedure& here, const Error& failure, const std::string& destination) {
+  here.tell(failure, Shown::Always);
+  here.plain().tell(Error(CopyFailedError, "Failed to copy component to " + destination, here.name()), Shown::Always);
+  return {false, "Copying to " + destination + " failed"};
 }
 
 }  // namespace
 
-bool DoCopyOp(Run& run, const CopyTargets& targets) {
+Copied DoCopyOp(const Services& services, const Component& component, const CopyTargets& targets) {
+  // What failed has always borne the name of the module; the row that names the target of the failed copy never did.
+  const Procedure here(services.log, "DoCopyOp", "modMain.DoCopyOp");
   std::string destination = targets.first();
+  // A failure becomes the result, with the target at which it happened.
   try {
-    const CopySource source = LookAtSource(run);
+    const CopySource source = LookAtSource(services.fso, here, component.folder);
     // A folder without files of its own is not copied: whoever delivers only sub-folders puts a file beside them.
     if (targets.first().size() < 2 || source.files.empty()) {
-      TellNothingToCopy(run, source);
-      return true;
+      TellNothingToCopy(here, component, source);
+      return {};
     }
-    const std::string path = ComponentValue(run, Value::Path);
     for (const std::string& target : targets.folders) {
-      destination = CopyDestination(run, target, targets.appendPath);
-      const bool isForComponent = targets.appendPath || ContainsIgnoringCase(destination, path);
-      // The root that a component without a path is copied to may stand among the versions of something else.
-      CopyTo(run, source, destination, isForComponent && !path.empty());
+      destination = CopyDestination(component, target, targets.appendPath);
+      RequireUsableTarget(here, source, destination);
+      if (ReplacesVersions(component, targets.appendPath, destination)) {
+        RequireApartFromOldVersions(here, source, destination);
+        DeleteCopyOp(services, destination);
+      }
+      CopyTo(services, here, source, destination);
     }
-    return true;
+    return {};
   } catch (const Error& failure) {
-    TellFailure(run, failure, destination);
-    return false;
+    return Failed(here, failure, destination);
   }
 }
 
-void DeleteCopy(Run& run, const std::string& folder) {
-  platform::Attributes attributes;
-  run.machine.files().attributes(folder, attributes);
-  try {
-    if (!attributes.link) MarkUnfinished(run, folder);
-  } catch (const Error&) {
-    // A full disk takes the empty file, which is enough. Where that is refused, so is the deletion.
-  }
-  run.fso.DeleteFolderForced(folder, UnfinishedMark);
-}
-
-bool HoldsUnfinishedCopy(Run& run, const std::string& folder) {
-  return run.fso.FileExists(Joined(folder, UnfinishedMark));
-}
+}  // namespace assistant

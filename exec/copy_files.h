@@ -3,17 +3,20 @@
 
 #include <string>
 
-#include "base/run.h"
+#include "base/component.h"
+#include "base/services.h"
+#include "exec/copy_targets.h"
 
-struct CopyTargets;
+namespace assistant {
 
-/// Copies the current component's folder to every target. False after a failure, which is logged, shown (on silent runs
-/// too) and recorded for the product. A destination bears a mark from before its first file until after its last, so
-/// that a copy that was cut off never passes for a finished one.
-bool DoCopyOp(Run& run, const CopyTargets& targets);
+/// What copying came to. A failure is logged and shown already, on silent runs too; its reason is the product's.
+struct Copied {
+  bool fine = true;
+  std::string reason;
+};
 
-/// Deletes a copy. Until the folder is gone it bears the same mark.
-void DeleteCopy(Run& run, const std::string& folder);
+/// Copies the component's folder to every target. A destination bears a mark from before its first file until after its
+/// last, so that a copy that was cut off never passes for a finished one.
+Copied DoCopyOp(const Services& services, const Component& component, const CopyTargets& targets);
 
-/// True when a copy into that folder was begun and not finished.
-bool HoldsUnfinishedCopy(Run& run, const std::string& folder);
+}  // namespace assistant

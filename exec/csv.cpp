@@ -1,5 +1,7 @@
 #include "exec/csv.h"
 
+namespace assistant {
+
 std::vector<std::string> CsvFields(std::string_view text) {
   std::vector<std::string> fields;
   for (bool more = true; more;) {
@@ -20,3 +22,5 @@ std::string ParseCsv(std::string_view text, int field) {
   const auto index = static_cast<std::size_t>(field) - 1;
   return field >= 1 && index < fields.size() ? fields[index] : std::string();
 }
+
+}  // namespace assistant

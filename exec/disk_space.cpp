@@ -3,19 +3,18 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
 
-#include "base/error_handler.h"
-#include "base/error_texts.h"
 #include "base/numbers.h"
-#include "base/records.h"
+#include "base/procedure.h"
+#include "base/share_paths.h"
 #include "base/text.h"
-#include "env/shares.h"
 #include "exec/captions.h"
 #include "exec/csv.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "CheckDiskSpace";
 constexpr double Kilobyte = 1024;
 constexpr char DefaultDrive = 'C';
 
@@ -30,54 +29,54 @@ ShareCost ParseCost(const std::string& field) {
   return {field.substr(0, at), at == std::string::npos ? std::string() : field.substr(at + 1)};
 }
 
-double RequiredBytes(Run& run, const ShareCost& cost) {
+double RequiredBytes(const Procedure& here, const Component& component, const ShareCost& cost) {
   if (!WholeNumericValue(cost.cost)) {
-    run.log.Log(Source, 0,
-                "Cost \"" + cost.cost + "\" of share " + cost.share + " is no number and counts as " +
-                    NumberText(NumericValue(cost.cost)) + ". Correct Cost in section [" + run.component.name + "] of " +
-                    ComponentValue(run, "IniPath") + ".",
-                false, EntryType::Warning);
+    here.warn("Cost \"" + cost.cost + "\" of share " + cost.share + " is no number and counts as " +
+              NumberText(NumericValue(cost.cost)) + ". Correct Cost in section [" + component.name + "] of " +
+              component.iniPath + ".");
   }
   return NumericValue(cost.cost) * Kilobyte;
 }
 
 /// The drive that holds the share; a share that is not known anywhere is looked for on the default drive. What is on
 /// the network is on no drive.
-char DriveOfShare(Run& run, const std::string& share) {
-  const std::string path = ResolveQXSharePath(run, share);
+char DriveOfShare(const ShareResolver& resolver, const std::string& share) {
+  const std::string path = ResolveQXSharePath(resolver, share);
   const bool unknown = path == share && !Contains(path, ":");
   return path.empty() || unknown ? DefaultDrive : UpperCase(path).front();
 }
 
 /// A drive without a row in the drive table has no room.
-double AvailableBytes(const Run& run, char drive) {
-  const auto row = std::find_if(run.driveTable.begin(), run.driveTable.end(),
+double AvailableBytes(const std::vector<DriveRow>& drives, char drive) {
+  const auto row = std::find_if(drives.begin(), drives.end(),
                                 [drive](const DriveRow& candidate) { return candidate.letter == drive; });
-  return row == run.driveTable.end() ? 0 : row->freeBytes;
+  return row == drives.end() ? 0 : row->freeBytes;
 }
 
-void RequireRoom(Run& run, const ShareCost& cost) {
-  run.log.Log(Source, 0, "Cost check - share=" + cost.share + " cost=" + cost.cost);
-  const double required = RequiredBytes(run, cost);
-  const char drive = DriveOfShare(run, cost.share);
-  const double available = AvailableBytes(run, drive);
+void RequireRoom(const Run& run, const Procedure& here, const Component& component, const ShareCost& cost) {
+  here.action("Cost check - share=" + cost.share + " cost=" + cost.cost);
+  const double required = RequiredBytes(here, component, cost);
+  const char drive = DriveOfShare(run.shareResolver(), cost.share);
+  const double available = AvailableBytes(run.facts.drives, drive);
   if (available > required) return;
-  run.log.Log(Source, 0,
-              "Available space=" + NumberText(available) + ", required space=" + NumberText(std::floor(required)));
-  throw modErrorBase::MakeError(6093, {std::string(1, drive) + ":"}, Source);
+  here.action("Available space=" + NumberText(available) + ", required space=" + NumberText(std::floor(required)));
+  throw here.failure(6093, {std::string(1, drive) + ":"});
 }
 
 }  // namespace
 
-bool CheckDiskSpace(Run& run) {
-  return Guarded(run, Source, [&] {
-    run.window.StatusLine("Checking Disk space available");
-    const std::string cost = GivenComponentValue(run, "Cost");
+bool CheckDiskSpace(const Run& run, const Component& component) {
+  const Procedure here(run.services.log, "CheckDiskSpace");
+  return here.guard([&] {
+    run.services.window.statusLine("Checking Disk space available");
+    const std::string cost = Given(component.cost);
     if (cost.empty()) return true;
     // The field behind the last comma is never checked, and with fewer than two commas nothing is: media rely on it.
     const auto commas = static_cast<int>(std::count(cost.begin(), cost.end(), ','));
-    for (int field = 2; field <= commas; ++field) RequireRoom(run, ParseCost(ParseCsv(cost, field)));
-    run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::CheckingDriveSpace));
+    for (int field = 2; field <= commas; ++field) RequireRoom(run, here, component, ParseCost(ParseCsv(cost, field)));
+    run.services.window.statusLine(modLanguage::Text(modLanguage::Caption::CheckingDriveSpace));
     return true;
   });
 }
+
+}  // namespace assistant

@@ -1,8 +1,13 @@
 // Room for a component on the drives that it needs.
 #pragma once
 
+#include "base/component.h"
 #include "base/run.h"
 
-/// True when every share listed in the current component's "Cost" lies on a drive with more room than it needs. A
-/// component without a cost needs none.
-bool CheckDiskSpace(Run& run);
+namespace assistant {
+
+/// True when every share listed in the component's "Cost" lies on a drive with more room than it needs. A component
+/// without a cost needs none.
+bool CheckDiskSpace(const Run& run, const Component& component);
+
+}  // namespace assistant

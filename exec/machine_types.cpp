@@ -1,79 +1,73 @@
 #include "exec/machine_types.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
-#include "base/error_handler.h"
 #include "base/ini.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
 
+namespace assistant {
 namespace {
 
 constexpr std::size_t ShortestType = 2;
 
-struct MachineQuery {
+struct NamedQuery {
   const char* query;
-  std::vector<std::string> accepted;
+  const char* types;
 };
 
-/// Queries that stand for several types; any other text is a list of types itself.
-const std::vector<MachineQuery>& NamedQueries() {
-  static const std::vector<MachineQuery> queries = {
-      {"all 1st machines", {"dcforest", "dcunit", "eaddcunit", "dcchild"}},
-      {"1st machine", {"dcforest"}},
-      {"nth machine", {"dcreplica"}},
-      {"1st machine (child domain)", {"dcchild"}},
-  };
-  return queries;
-}
+// Any other text is a list of types itself.
+constexpr NamedQuery NamedQueries[] = {
+    {"all 1st machines", "dcforest,dcunit,eaddcunit,dcchild"},
+    {"1st machine", "dcforest"},
+    {"nth machine", "dcreplica"},
+    {"1st machine (child domain)", "dcchild"},
+};
 
 /// Elements of a list are compared as they stand, blanks included.
 bool Accepts(const std::string& query, const std::string& machineType) {
-  const auto& queries = NamedQueries();
-  const auto named =
-      std::find_if(queries.begin(), queries.end(), [&](const MachineQuery& entry) { return query == entry.query; });
-  const std::vector<std::string> accepted = named != queries.end() ? named->accepted : Split(query, ',');
+  const auto* named = std::find_if(std::begin(NamedQueries), std::end(NamedQueries),
+                                   [&](const NamedQuery& candidate) { return query == candidate.query; });
+  const std::vector<std::string> accepted = Split(named != std::end(NamedQueries) ? named->types : query, ',');
   return std::find(accepted.begin(), accepted.end(), machineType) != accepted.end();
 }
 
-bool KnowsMachineType(const Run& run) {
-  return run.serverType.size() >= ShortestType;
+bool IsType(const std::string& text) {
+  return text.size() >= ShortestType;
 }
 
 }  // namespace
 
-namespace modMain {
-
-bool IsValidMachine(Run& run, const std::string& query) {
-  constexpr const char* source = "modMain.IsValidMachine";
-  return Guarded(run, source, [&] {
+bool IsValidMachine(const Run& run, const std::string& query) {
+  const Procedure here(run.services.log, "modMain.IsValidMachine");
+  return here.guard([&] {
     const std::string wanted = LowerCase(query);
     if (wanted.empty() || wanted == "all machines") return true;
-    if (!KnowsMachineType(run)) {
-      run.serverType = modRegistry::ReadOrEmpty(run, InstallationKey, Value::ServerType);
-      if (!KnowsMachineType(run)) {
+    std::string& known = run.facts.serverType;
+    if (!IsType(known)) {
+      known = run.record().read(Value::ServerType);
+      if (!IsType(known)) {
         if (Contains(wanted, "vanilla")) return true;
-        run.serverType = modINI::GetIniString(run, "Product", "ServerType", "", run.productIniPath, true);
+        known = modINI::GetIniString(run.productIni(), "Product", "ServerType", "");
       }
     }
-    if (run.serverType.empty()) {
-      run.log.Log(source, GeneralError, "Machine type could not be determined", false, EntryType::Warning);
+    if (known.empty()) {
+      here.warnNumbered("Machine type could not be determined");
       return true;
     }
-    return Accepts(wanted, LowerCase(run.serverType));
+    return Accepts(wanted, LowerCase(known));
   });
 }
 
-bool CheckMachineType(Run& run) {
-  constexpr const char* source = "modMain.CheckMachineType";
-  return Guarded(run, source, [&] {
-    const std::string stored = ComponentValue(run, "MachineType");
-    const std::string query = stored == MissingValue ? std::string() : LowerCase(stored);
-    if (run.verbose) run.log.Log(source, 0, "Condition is " + query);
+bool CheckMachineType(const Run& run, const Component& component) {
+  const Procedure here(run.services.log, "modMain.CheckMachineType");
+  return here.guard([&] {
+    const std::string query = component.machineType == MissingValue ? "" : LowerCase(component.machineType);
+    here.detail("Condition is " + query);
     return IsValidMachine(run, query);
   });
 }
 
-}  // namespace modMain
+}  // namespace assistant

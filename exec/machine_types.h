@@ -3,16 +3,17 @@
 
 #include <string>
 
+#include "base/component.h"
 #include "base/run.h"
 
-namespace modMain {
+namespace assistant {
 
 /// True when the query ("all machines", "1st machine", a comma-separated list of types, ...) accepts this machine's
 /// type. The type is read once: from "Server Type" under the installation key, or else from the product ini's [Product]
 /// "ServerType". An unknown type is accepted by every query.
-bool IsValidMachine(Run& run, const std::string& query);
+bool IsValidMachine(const Run& run, const std::string& query);
 
-/// IsValidMachine of the current component's "MachineType"; one that is not given accepts any machine.
-bool CheckMachineType(Run& run);
+/// IsValidMachine of the component's "MachineType"; one that is not given accepts any machine.
+bool CheckMachineType(const Run& run, const Component& component);
 
-}  // namespace modMain
+}  // namespace assistant

@@ -1,75 +1,52 @@
 #include "exec/msi_run.h"
 
 #include <algorithm>
+#include <vector>
 
-#include "base/error_handler.h"
-#include "base/error_texts.h"
-#include "base/numbers.h"
-#include "base/records.h"
+#include "base/error.h"
+#include "base/procedure.h"
 #include "base/registry.h"
 #include "base/text.h"
-#include "env/install_type.h"
-#include "env/uninstall_component.h"
 #include "exec/captions.h"
-#include "exec/msi_queries.h"
 #include "exec/process.h"
 #include "exec/versions.h"
 
+namespace assistant {
 namespace {
 
 constexpr std::uint32_t MinuteMilliseconds = 60000;
 constexpr int DefaultLoops = 5;
 
-/// What to do about a package, given what is installed.
-enum class PackagePlan { Install, Skip, UninstallOlderFirst };
-
-PackagePlan PlanPackage(Run& run, const InstalledProduct* installed, bool repair) {
-  if (installed == nullptr || repair) return PackagePlan::Install;
-  return IsNewerVersion(run, run.component.productVersion, installed->version) ? PackagePlan::UninstallOlderFirst
-                                                                               : PackagePlan::Skip;
-}
-
-void LogVerbose(Run& run, const std::string& text) {
-  if (run.verbose) run.log.Log("ExecuteMsi", 0, text);
-}
-
-void UninstallOlder(Run& run, const std::string& installedVersion) {
-  LogVerbose(run, "This is a newer version (" + run.component.productVersion + ") so previous version (" +
-                      installedVersion + ") will be uninstalled first");
-  run.window.Status(modLanguage::Text(run, modLanguage::Caption::Uninstalling) + run.component.displayName);
-  InstallTypeKeeper installType(run);
-  modQXInstallationMain::ExecuteUninstall(run, run.component.displayName, true, true);
-  installType.PutBack();
-  run.window.Pump();
-  run.log.Log("ExecuteMsi", 0, "Check for multiple MSIExec processes (Post Uninstall): Starting Check...");
-  OneMSIExec(run);
+PackagePlan::Step StepFor(clsAppLog& log, const Component& component, const InstalledProduct* installed) {
+  if (installed == nullptr || IsTrue(component.upgrade)) return PackagePlan::Step::Run;
+  return IsNewerVersion(log, component.productVersion, installed->version) ? PackagePlan::Step::ReplaceOlder
+                                                                           : PackagePlan::Step::Skip;
 }
 
 bool AsksForRestart(std::int32_t code) {
   return code == 1641 || code == 3010 || code == 3011;
 }
 
-void JudgeMsiexec(Run& run, std::int32_t code) {
-  constexpr const char* source = "modQXInstallationMain.ExecuteMSI";
+void JudgeMsiexec(const Procedure& here, const Services& services, const Component& component, std::int32_t code) {
   if (code == 0) return;
   if (AsksForRestart(code)) {
-    run.log.Log(source, 0, "Rebooting to complete the installation");
-    modRegistry::RegWrite(run, InstallationKey, Value::Reboot, "immediate");
+    here.action("Rebooting to complete the installation");
+    modRegistry::RegWrite(services, InstallationKey, Value::Reboot.name, "immediate");
     return;
   }
-  run.log.Log(source, 6088, modErrorBase::GetErrorText(6088, {run.component.displayName}), false, EntryType::Error);
-  RecordComponentFailure(run, code);
+  here.error(6088, {component.displayName()});
+  RecordComponentFailure(services, component, code);
 }
 
 /// Minutes to wait before the user is told.
-int WaitLimit(Run& run) {
-  const double loops = modRegistry::ReadNumber(run, ProductKey(run), Value::NumberOfLoops);
+int WaitLimit(const ProductRecord& record) {
+  const double loops = record.readNumber(Value::NumberOfLoops);
   return loops >= 1 ? static_cast<int>(std::min(loops, 100000.0)) : DefaultLoops;
 }
 
-void TellUserToWait(Run& run) {
-  run.log.Log("OneMSIExec", 0, "MSIExec is still running inform the user via a msgbox");
-  run.machine.dialogs().messageBox(
+void TellUserToWait(const Procedure& here, const Services& services) {
+  here.action("MSIExec is still running inform the user via a msgbox");
+  services.machine.dialogs().messageBox(
       {.title = "Process In Use",
        .text = std::string("The Process 'MSIEXEC' is currently running - The installation has been paused!") +
                LineBreak + "Please ensure no other applications are using msiExec and press OK",
@@ -77,81 +54,94 @@ void TellUserToWait(Run& run) {
 }
 
 /// One round of checks, a minute apart; false when msiexec was busy at all of them.
-bool FreeWithinOnePass(Run& run, int limit) {
+bool FreeWithinOnePass(const Procedure& here, const Services& services, int limit) {
   for (int i = 0; i <= limit; ++i) {
-    if (CheckProcesses(run)) {
-      run.log.Log("OneMSIExec", 0, "Install can continue");
+    if (CheckProcesses(services)) {
+      here.action("Install can continue");
       return true;
     }
-    if (i == limit && run.silent) {
-      run.log.Log("OneMSIExec", 0,
-                  "MSIExec is still running , we're in silent mode so keep checking, install cannot continue until "
-                  "MSIExec is completed");
+    if (i == limit && services.log.isSilent()) {
+      here.action(
+          "MSIExec is still running , we're in silent mode so keep checking, install cannot continue until "
+          "MSIExec is completed");
       return false;
     }
-    if (i == limit) TellUserToWait(run);
-    run.window.Pump();
-    run.machine.clock().sleep(MinuteMilliseconds);
+    if (i == limit) TellUserToWait(here, services);
+    services.window.pump();
+    services.machine.clock().sleep(MinuteMilliseconds);
   }
   return false;
 }
 
+/// The decision about a package and its execution are one procedure in the log. Rows with a number bear the longer
+/// name, the others have always borne the shorter one.
+Procedure PackageProcedure(clsAppLog& log) {
+  return {log, "ExecuteMsi", "modQXInstallationMain.ExecuteMSI"};
+}
+
+std::vector<std::string> RunningNames(const Procedure& here, platform::Processes& processes) {
+  std::vector<std::string> names;
+  std::string askedThrough;
+  const platform::Status asked = processes.runningNames(names, askedThrough);
+  if (asked == platform::Status::Ok) return names;
+  throw Error(platform::Number(asked), "The list of processes could not be read through " + askedThrough, here.name());
+}
+
 }  // namespace
 
-namespace modQXInstallationMain {
-
-bool ExecuteMSI(Run& run, const std::string& arguments, bool repair, const std::string& workingFolder,
-                PackageRun& told) {
-  told = {};
-  Guarded(run, "modQXInstallationMain.ExecuteMSI", [&] {
-    ResetComponentResult(run);
-    run.window.StatusLine("Proceeding with installation");
+PackagePlan PlanPackage(clsAppLog& log, const Component& component, const InstalledProducts& installed,
+                        const std::string& arguments) {
+  const Procedure here = PackageProcedure(log);
+  PackagePlan plan;
+  here.guard([&] {
     // Two blanks behind the switch: its own and the added one.
-    told.command = std::string("msiexec ") + (repair ? "/fv " : "/i ") + " " + arguments;
-    const InstalledProduct* installed = FindInstalledProduct(run, run.component.productCode);
-    if (installed != nullptr) {
-      LogVerbose(run, "A Component with this code is already installed: <br>Code : " + installed->code +
-                          "<BR>Name : " + installed->name + "<BR>Version : " + installed->version);
+    plan.command = std::string("msiexec ") + (IsTrue(component.upgrade) ? "/fv " : "/i ") + " " + arguments;
+    const InstalledProduct* present = installed.find(component.productCode);
+    if (present != nullptr) {
+      plan.installedVersion = present->version;
+      here.detail("A Component with this code is already installed: <br>Code : " + present->code +
+                  "<BR>Name : " + present->name + "<BR>Version : " + present->version);
     }
-    const PackagePlan plan = PlanPackage(run, installed, repair);
-    told.alreadyInstalled = plan == PackagePlan::Skip;
-    if (told.alreadyInstalled) {
-      LogVerbose(run, "and its version is the same or higher, so install will not be done.");
-      return;
+    plan.step = StepFor(log, component, present);
+    if (plan.step == PackagePlan::Step::Skip) {
+      here.detail("and its version is the same or higher, so install will not be done.");
     }
-    if (plan == PackagePlan::UninstallOlderFirst) UninstallOlder(run, std::string(installed->version));
-    run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::Installing) + " " + run.component.displayName);
-    told.exitCode = GoShell(run, told.command, workingFolder);
-    JudgeMsiexec(run, told.exitCode);
   });
-  return true;
+  return plan;
 }
 
-}  // namespace modQXInstallationMain
+std::int32_t ExecuteMSI(const Services& services, const Component& component, const PackagePlan& plan,
+                        const std::string& workingFolder) {
+  const Procedure here = PackageProcedure(services.log);
+  std::int32_t exitCode = NotStarted;
+  here.guard([&] {
+    services.window.statusLine(modLanguage::Text(modLanguage::Caption::Installing) + " " + component.displayName());
+    exitCode = GoShell(services, plan.command, workingFolder);
+    JudgeMsiexec(here, services, component, exitCode);
+  });
+  return exitCode;
+}
 
-bool OneMSIExec(Run& run) {
-  const int limit = WaitLimit(run);
-  while (!FreeWithinOnePass(run, limit)) {
+void OneMSIExec(const Run& run) {
+  const Procedure here(run.services.log, "OneMSIExec");
+  const int limit = WaitLimit(run.record());
+  while (!FreeWithinOnePass(here, run.services, limit)) {
   }
-  return true;
 }
 
-bool CheckProcesses(Run& run) {
-  constexpr const char* source = "CheckProcesses";
-  return Guarded(run, source, [&] {
-    std::vector<std::string> names;
-    std::string askedThrough;
-    const platform::Status asked = run.machine.processes().runningNames(names, askedThrough);
-    if (asked != platform::Status::Ok) {
-      throw Error(Number(asked), "The list of processes could not be read through " + askedThrough, source);
-    }
+bool CheckProcesses(const Services& services) {
+  const Procedure here(services.log, "CheckProcesses");
+  return here.guard([&] {
+    const std::vector<std::string> names = RunningNames(here, services.machine.processes());
     const auto running = std::count_if(names.begin(), names.end(),
-                                       [](const std::string& name) { return LowerCase(name) == "msiexec.exe"; });
+                                       [](const std::string& name) { return EqualIgnoringCase(name, "msiexec.exe"); });
     if (running > 1) {
-      run.log.Log(source, 0, "MSIExec is already running - SLEEP for one minute");
+      here.action("MSIExec is already running - SLEEP for one minute");
       return false;
     }
-    run.log.Log(source, 0, "MSIExec is Not running");
+    here.action("MSIExec is Not running");
     return true;
   });
 }
+
+}  // namespace assistant

@@ -1,146 +1,109 @@
 #include "exec/outcome.h"
 
 #include <algorithm>
+#include <string>
 
-#include "base/error_handler.h"
-#include "base/records.h"
+#include "base/procedure.h"
 #include "base/registry.h"
 #include "base/text.h"
 #include "exec/msi_queries.h"
 
+namespace assistant {
 namespace {
 
-struct Verdict {
+/// A component that has run, and what it is judged by.
+struct Ran {
+  platform::RegistryReader& registry;
+  const Component& component;
+  const FileKind& kind;
+  const InstalledProducts& installed;
+};
+
+/// A verdict with the text of its entry.
+struct Judgement {
+  Verdict verdict;
   std::string text;
-  int entryType;
-  bool result;
 };
 
 /// The verdict's text with what the component said about it. The values are read directly under the root, where as a
 /// rule nobody writes them: support's macros expect the entry as it is.
-std::string FailureText(Run& run) {
+std::string FailureText(platform::RegistryReader& registry) {
   constexpr struct {
     const char* value;
     const char* label;
   } returned[] = {
-      {"Message", "Install Message Returned: "},
+      {ValueName::Message, "Install Message Returned: "},
       {"Message Type", "Install Message Type : "},
       {"Message Cause", "Message Cause returned : "},
       {"Message Solution", "Message Solution returned : "},
   };
   std::string all = "*** Install Failed ***<BR>";
   for (const auto& part : returned) {
-    const std::string value = modRegistry::RegRead(run, "", part.value);
+    const std::string value = modRegistry::RegRead(registry, "", part.value);
     if (!value.empty()) all += part.label + value + "<BR>";
   }
   return all;
 }
 
-bool IsInstalledInThisVersion(const Run& run) {
-  return std::any_of(run.installedProducts.begin(), run.installedProducts.end(), [&](const InstalledProduct& product) {
-    return IsProductCode(run.component.productCode) && product.code == run.component.productCode &&
-           product.version == run.component.productVersion;
+bool IsInstalledInThisVersion(const InstalledProducts& installed, const Component& component) {
+  if (!IsProductCode(component.productCode)) return false;
+  return std::any_of(installed.list.begin(), installed.list.end(), [&](const InstalledProduct& product) {
+    return product.code == component.productCode && product.version == component.productVersion;
   });
 }
 
 /// A package that said nothing itself is judged by the list of installed products.
-Verdict JudgePackage(Run& run) {
-  if (IsInstalledInThisVersion(run)) {
-    run.installSuccess = true;
-    return {" Install was successfull", EntryType::Action, true};
+Judgement JudgeByProducts(const InstalledProducts& installed, const Component& component) {
+  if (IsInstalledInThisVersion(installed, component)) return {Verdict::Passed, " Install was successfull"};
+  return {Verdict::Failed, "*** Component name and version not matched *** <br> *** <b>" + component.displayName() +
+                               "</b> installation failed ***"};
+}
+
+/// What the component says itself comes first.
+Judgement Judge(const Ran& ran, const std::string& processReturn) {
+  if (processReturn == "Pass") return {Verdict::Passed, "*** Install was successfull ***"};
+  if (processReturn == "Fail") return {Verdict::Failed, FailureText(ran.registry)};
+  if (ran.kind.judgedBy == JudgedBy::InstalledProducts) return JudgeByProducts(ran.installed, ran.component);
+  return {Verdict::Passed, " Install returned no errors"};
+}
+
+void Tell(const Procedure& here, const Judgement& judgement) {
+  if (judgement.verdict == Verdict::Failed) {
+    here.error(judgement.text);
+  } else {
+    here.action(judgement.text);
   }
-  if (run.uninstall) return {" Un-Install was successfull", EntryType::Action, true};
-  run.installSuccess = false;
-  return {"*** Component name and version not matched *** <br> *** <b>" + run.component.displayName +
-              "</b> installation failed ***",
-          EntryType::Error, false};
 }
 
-Verdict Judge(Run& run, const std::string& processReturn, const std::string& installType) {
-  if (processReturn == "Pass") return {"*** Install was successfull ***", EntryType::Action, true};
-  if (processReturn == "Fail") {
-    run.installSuccess = false;
-    return {FailureText(run), EntryType::Error, false};
-  }
-  if (LowerCase(installType) == "msi") return JudgePackage(run);
-  return {" Install returned no errors", EntryType::Action, true};
-}
-
-std::string WithLine(const std::string& lines, const std::string& line) {
-  return lines.empty() ? line : lines + LineBreak + line;
-}
-
-/// False where no product is known, and on the uninstall of a product that has no record (any more): none is made for
-/// it.
-bool HasRecord(Run& run) {
-  if (run.productName.empty()) return false;
-  return !run.uninstall || modRegistry::RegKeyExists(run, ProductKey(run), "");
+/// Takes the verdict that the component left, so that none is found there when the next one has run.
+std::string TakeProcessReturn(const Procedure& here, const Run& run, const Component& component) {
+  const std::string processReturn = ReadNow(run.machine.registry(), component, ComponentValue::ProcessReturn);
+  here.action("Process return = " + processReturn);
+  WriteNow(run.services, component, ComponentValue::ProcessReturn, processReturn);
+  run.record().write(Value::SiteProcessReturn, "");
+  return processReturn;
 }
 
 }  // namespace
 
-namespace modQXInstallationMain {
-
-bool CheckSuccess(Run& run, const std::string& installType) {
-  constexpr const char* source = "modQXInstallationMain.CheckSuccess";
-  return Guarded(run, source, [&] {
-    run.window.StatusLine("Checking success of installation");
-    ListInstalledProducts(run);
-    if (run.fso.FileExists(run.productName + "_systemcheck.txt")) {
-      // The entry without text and type that follows is dropped by the log.
-      run.log.Log(source, 0, "System check text file exists");
-      run.log.Log(source, 0, "", false, EntryType::None);
-      return true;
+Verdict CheckSuccess(const Run& run, const Component& component, const FileKind& kind) {
+  const Procedure here(run.services.log, "modQXInstallationMain.CheckSuccess");
+  return here.guard([&] {
+    run.services.window.statusLine("Checking success of installation");
+    const InstalledProducts installed = ListInstalledProducts(run.services);
+    if (run.services.fso.fileExists(run.product.name + "_systemcheck.txt")) {
+      here.action("System check text file exists");
+      return Verdict::Passed;
     }
-    const std::string processReturn = ComponentValue(run, Value::ProcessReturn);
-    run.log.Log(source, 0, "Process return = " + processReturn);
-    modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, processReturn);
-    modRegistry::RegWrite(run, InstallationKey, Value::ProcessReturn, "");
+    const std::string processReturn = TakeProcessReturn(here, run, component);
     if (processReturn == "Abort") {
-      run.installSuccess = false;
-      modRegistry::RegWrite(run, ProductKey(run), Value::AbortOnFail, TrueOrFalse(true));
-      return true;
+      run.record().write(Value::AbortOnFail, TrueOrFalse(true));
+      return Verdict::Aborted;
     }
-    const Verdict verdict = Judge(run, processReturn, installType);
-    run.log.Log(source, 0, verdict.text, false, verdict.entryType);
-    return verdict.result;
+    const Judgement judgement = Judge({run.machine.registry(), component, kind, installed}, processReturn);
+    Tell(here, judgement);
+    return judgement.verdict;
   });
 }
 
-}  // namespace modQXInstallationMain
-
-void SetProductResult(Run& run, bool succeeded, const std::string& reason) {
-  Guarded(run, "SetProductResult", [&] {
-    run.failed = !succeeded;
-    if (succeeded) run.failureReasons.clear();
-    if (!succeeded && !reason.empty()) run.failureReasons = WithLine(run.failureReasons, reason);
-    if (!HasRecord(run)) return;
-    const std::string key = ProductKey(run);
-    modRegistry::WriteNumber(run, key, Value::Succeeded, succeeded ? -1 : 0);
-    if (succeeded) {
-      modRegistry::RegWrite(run, key, Value::AbortReason, "");
-      modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "");
-    } else if (!reason.empty()) {
-      const std::string before = modRegistry::ReadOrEmpty(run, key, Value::AbortReason);
-      const std::string reasons = WithLine(before, reason);
-      // A longer text could not be read back, and would take the earlier reasons with it.
-      if (reasons.size() <= modRegistry::LongestText) {
-        modRegistry::RegWrite(run, key, Value::AbortReason, reasons);
-      } else {
-        run.log.Log("SetProductResult", 0, "No room is left in Abort Reason for: " + reason, false, EntryType::Warning);
-      }
-    }
-  });
-}
-
-bool GetProductResult(Run& run, std::string& reason) {
-  return Guarded(run, "GetProductResult", [&] {
-    if (!HasRecord(run)) {
-      reason = run.failureReasons;
-      return !run.failed;
-    }
-    const bool succeeded = modRegistry::ReadNumber(run, ProductKey(run), Value::Succeeded) != 0;
-    if (!succeeded) reason = modRegistry::ReadOrEmpty(run, ProductKey(run), Value::AbortReason);
-    return succeeded;
-  });
-}
+}  // namespace assistant

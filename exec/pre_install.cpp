@@ -1,108 +1,101 @@
 #include "exec/pre_install.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <vector>
 
-#include "base/error_handler.h"
-#include "base/error_texts.h"
 #include "base/ini.h"
 #include "base/paths.h"
-#include "base/records.h"
+#include "base/procedure.h"
 #include "base/registry.h"
 #include "base/text.h"
 #include "exec/action_entry.h"
 #include "exec/captions.h"
-#include "exec/outcome.h"
+#include "exec/file_kinds.h"
 #include "exec/process.h"
+#include "exec/product_result.h"
 
+namespace assistant {
 namespace {
 
-constexpr const char* Source = "PreInstallActions";
-constexpr const char* HandlerSource = "modQXInstallationMain.PreInstallActions";
 constexpr const char* Section = "PreInstallActions";
 constexpr int ForbiddenError = 6098;
 
-bool IsForbidden(Run& run) {
-  const std::vector<std::string> forbidden =
-      Split(modRegistry::ReadOrEmpty(run, InstallationKey, "Forbidden Installs"), '|');
+/// Stops the run before its first component, whether an action or this program writes it.
+constexpr const char* Abort = "Abort";
+
+bool IsForbidden(const Run& run) {
+  const std::vector<std::string> forbidden = Split(run.record().read(Value::ForbiddenInstalls), '|');
   return std::any_of(forbidden.begin(), forbidden.end(), [&](const std::string& product) {
-    return EqualIgnoringCase(Trim(product), Trim(run.productName));
+    return EqualIgnoringCase(Trim(product), Trim(run.product.name));
   });
 }
 
-/// The reason recorded speaks of this computer, the error logged of this server.
-void RefuseForbidden(Run& run) {
-  if (!IsForbidden(run)) return;
-  const std::string start = run.productName + " cannot be installed on this ";
+/// The reason returned speaks of this computer, the error logged of this server.
+PreInstallEnd Refuse(const Procedure& here, const std::string& product) {
+  const std::string start = product + " cannot be installed on this ";
   const std::string end = " as it is not compatible with an existing installation";
-  SetProductResult(run, false, start + "computer" + end);
-  throw Error(ForbiddenError, start + "server" + end, HandlerSource);
+  here.tell(Error(ForbiddenError, start + "server" + end, here.name()));
+  return {false, start + "computer" + end};
 }
 
-std::vector<std::string> Entries(Run& run, const std::string& productIni) {
-  std::vector<std::string> entries;
-  if (!productIni.empty() && modINI::IsValidIniSection(run, Section, productIni)) {
-    modINI::GetIniKeys(run, entries, Section, productIni, false);
-  }
-  return entries;
+std::vector<std::string> Entries(const modINI::IniFile& ini) {
+  if (ini.path.empty() || !modINI::IsValidIniSection(ini, Section)) return {};
+  return modINI::GetIniLines(ini, Section);
 }
 
-std::string ActionCommand(Run& run, const std::string& action, const std::string& productIni) {
-  const std::string section = action + "_" + run.productName;
-  const std::string install = modINI::GetIniString(run, section, "Install", NotApplicable, productIni, true);
-  if (IsNotGiven(install)) throw modErrorBase::MakeError(6080, {"Install", section, productIni}, HandlerSource);
-  const std::string arguments = modINI::GetIniString(run, section, "CommandLine", NotApplicable, productIni, true);
-  const std::string file = Quoted(IsFullPath(install) ? install : Joined(FolderPart(productIni), install));
-  const std::string command = IsNotGiven(arguments) ? file : file + " " + arguments;
-  return EndsWithIgnoringCase(install, "vbs") ? "wscript.exe " + command : command;
+std::string ActionCommand(const Procedure& here, const modINI::IniFile& ini, const std::string& section) {
+  const std::string install = modINI::GetIniString(ini, section, "Install", NotApplicable);
+  if (IsNotGiven(install)) throw here.failure(6080, {"Install", section, ini.path});
+  const std::string arguments = Given(modINI::GetIniString(ini, section, "CommandLine", NotApplicable));
+  const std::string file = Quoted(IsFullPath(install) ? install : Joined(FolderPart(ini.path), install));
+  const std::string command = arguments.empty() ? file : file + " " + arguments;
+  const FileKind* kind = KindByEnding(install);
+  return kind == nullptr ? command : kind->host + command;
 }
 
-void RunAction(Run& run, const std::string& action, const std::string& productIni) {
-  const std::string command = ActionCommand(run, action, productIni);
-  run.log.Log(Source, 0, "Executing " + command);
-  const std::int32_t code = GoShell(run, command, FolderPart(productIni) + "\\");
-  if (code == 0) return;
-  run.log.Log(Source, 0, "Executing " + command + " returned error " + std::to_string(code), false, EntryType::Error);
+void RunAction(const Procedure& here, const Run& run, const modINI::IniFile& ini, const std::string& action) {
+  const std::string command = ActionCommand(here, ini, action + "_" + run.product.name);
+  here.action("Executing " + command);
+  const std::int32_t code = GoShell(run.services, command, FolderPart(ini.path) + "\\");
+  if (code != 0) here.error("Executing " + command + " returned error " + std::to_string(code));
 }
 
 /// Runs the actions until one of them has marked the product as failed.
-void RunActions(Run& run, const std::vector<std::string>& entries, const std::string& productIni) {
-  run.log.Log(Source, 0, "Starting Pre-Install Actions");
+void RunActions(const Procedure& here, const Run& run, const modINI::IniFile& ini,
+                const std::vector<std::string>& entries) {
+  here.action("Starting Pre-Install Actions");
   for (const std::string& entry : entries) {
-    RunAction(run, ParseActionEntry(entry).name, productIni);
-    std::string reason;
-    if (GetProductResult(run, reason)) continue;
-    modRegistry::RegWrite(run, ProductsKey, Value::ProcessReturn, "Abort");
+    RunAction(here, run, ini, ParseActionEntry(entry).name);
+    if (GetProductResult(run).succeeded) continue;
+    run.record().write(Value::RunProcessReturn, Abort);
     break;
   }
-  run.log.Log(Source, 0, "Pre-Install Actions Complete");
-}
-
-bool Skips(Run& run) {
-  return IsTrue(modRegistry::ReadOrEmpty(run, ProductKey(run), Value::SkipPreInstall));
+  here.action("Pre-Install Actions Complete");
 }
 
 }  // namespace
 
-namespace modQXInstallationMain {
-
-bool PreInstallActions(Run& run, const std::string& productIni) {
-  return Guarded(run, HandlerSource, [&] {
-    run.window.StatusLine(modLanguage::Text(run, modLanguage::Caption::CheckingPreInstall));
-    RefuseForbidden(run);
-    modRegistry::DeleteIfThere(run, std::string(ProductsKey) + "\\Last Installation");
-    const std::vector<std::string> entries = Entries(run, productIni);
+PreInstallEnd PreInstallActions(const Run& run, const std::string& productIni) {
+  // What has a number names the module as well.
+  const Procedure here(run.services.log, "PreInstallActions", "modQXInstallationMain.PreInstallActions");
+  return here.guard([&]() -> PreInstallEnd {
+    run.services.window.statusLine(modLanguage::Text(modLanguage::Caption::CheckingPreInstall));
+    if (IsForbidden(run)) return Refuse(here, run.product.name);
+    modRegistry::DeleteIfThere(run.services, std::string(ProductsKey) + "\\Last Installation");
+    const modINI::IniFile ini{run.machine.files(), run.services.log, productIni};
+    const std::vector<std::string> entries = Entries(ini);
     if (entries.empty()) {
-      run.log.Log(Source, 0, "No Pre-Install Actions to carry out.");
-      return true;
+      here.action("No Pre-Install Actions to carry out.");
+      return {true, ""};
     }
-    if (Skips(run)) {
-      run.log.Log(Source, 0, "Pre-Install Actions skipped at request of SkipPreInstall.");
-      return true;
+    if (run.record().isTrue(Value::SkipPreInstall)) {
+      here.action("Pre-Install Actions skipped at request of SkipPreInstall.");
+      return {true, ""};
     }
-    RunActions(run, entries, productIni);
-    return modRegistry::ReadOrEmpty(run, ProductsKey, Value::ProcessReturn) != "Abort";
+    RunActions(here, run, ini, entries);
+    return {run.record().read(Value::RunProcessReturn) != Abort, ""};
   });
 }
 
-}  // namespace modQXInstallationMain
+}  // namespace assistant

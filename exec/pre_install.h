@@ -5,11 +5,15 @@
 
 #include "base/run.h"
 
-namespace modQXInstallationMain {
+namespace assistant {
+
+struct PreInstallEnd {
+  bool passed = false;
+  std::string reason;  ///< why the product is refused, where that is not logged alone
+};
 
 /// Refuses products that are forbidden on this computer, and runs the pre-install programs that the product ini lists,
-/// in their order. Without a product ini only the first is done. False when the product must not be installed; the
-/// reason is recorded or logged then.
-bool PreInstallActions(Run& run, const std::string& productIni);
+/// in their order. Without a product ini ("") only the first is done.
+PreInstallEnd PreInstallActions(const Run& run, const std::string& productIni);
 
-}  // namespace modQXInstallationMain
+}  // namespace assistant

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 
-#include "base/error_handler.h"
 #include "base/error_texts.h"
-#include "base/records.h"
-#include "base/registry.h"
+#include "base/procedure.h"
 #include "base/text.h"
-#include "platform/owned.h"
 
+namespace assistant {
 namespace {
 
 constexpr std::uint32_t PollMilliseconds = 100;
@@ -18,19 +16,19 @@ constexpr std::uint32_t RestMilliseconds = 500;
 class StatusDots {
  public:
   explicit StatusDots(frmMain& window) : window_(window) {
-    const std::string line = LowerCase(window.StatusLine());
-    animates_ = window.Visible() && (line.rfind("installing", 0) == 0 || line == "proceeding with installation");
+    const std::string line = LowerCase(window.statusLine());
+    animates_ = window.isVisible() && (line.rfind("installing", 0) == 0 || line == "proceeding with installation");
   }
 
-  void Poll() {
+  void poll() {
     if (!animates_) return;
     ++polls_;
-    const std::string line = window_.StatusLine();
+    const std::string line = window_.statusLine();
     if (polls_ >= 12) {
       polls_ = 0;
-      window_.AnimateStatusLine(line.substr(0, line.size() - std::min<std::size_t>(3, line.size())));
+      window_.animateStatusLine(line.substr(0, line.size() - std::min<std::size_t>(3, line.size())));
     } else if (polls_ % 3 == 0) {
-      window_.AnimateStatusLine(line + ".");
+      window_.animateStatusLine(line + ".");
     }
   }
 
@@ -40,87 +38,103 @@ class StatusDots {
   int polls_ = 0;
 };
 
+/// What the exit code of a component's file means for the component.
+enum class CodeMeans {
+  Success,
+  Warning,      ///< a program that ran decides with its own verdict, whatever it exits with
+  ErrorToTell,  ///< an error in the log, and nothing else
+  Failure,
+};
+
+CodeMeans MeaningOf(std::int32_t code, const FileKind& kind, const std::string& extension) {
+  if (IsSuccessCode(code)) return CodeMeans::Success;
+  if (!ExitCodeCounts(kind, extension)) return CodeMeans::ErrorToTell;
+  const bool decidesItself = kind.badExitCode == BadExitCode::CountsWhenNotStarted && code != NotStarted;
+  return decidesItself ? CodeMeans::Warning : CodeMeans::Failure;
+}
+
+void TellExitCode(const Procedure& here, CodeMeans meaning, const std::string& commandLine, std::int32_t code) {
+  const std::string executed = "Executing " + commandLine;
+  const std::string shown = std::to_string(code);
+  if (meaning == CodeMeans::Success) {
+    here.action(executed + " returned no errors (return code: " + shown + ")");
+  } else if (meaning == CodeMeans::Warning) {
+    here.warn(executed + " gave a return number of " + shown);
+  } else {
+    here.error(executed + " returned Error number " + shown);
+  }
+}
+
 }  // namespace
 
-std::int32_t GoShell(Run& run, const std::string& commandLine, const std::string& workingFolder,
-                     [[maybe_unused]] std::int32_t timeout, platform::ShowWindow showWindow, std::int32_t loggedFlags) {
-  if (run.verbose) run.log.Log("GoShell", 0, "Running " + commandLine);
-  platform::OwnedProcess process(run.machine.processes());
+std::int32_t GoShell(const Services& services, const std::string& commandLine, const std::string& workingFolder,
+                     platform::ShowWindow showWindow) {
+  const Procedure here(services.log, "GoShell");
+  here.detail("Running " + commandLine);
+  platform::OwnedProcess process(services.machine.processes());
   const platform::Status started =
-      run.machine.processes().start(commandLine, workingFolder, showWindow, process.receive());
-  std::int32_t result = -1;
+      services.machine.processes().start(commandLine, workingFolder, showWindow, process.receive());
+  std::int32_t result = NotStarted;
   if (started == platform::Status::Ok) {
-    result = WaitForTermination(run, *process);
-    process.close();
-    run.machine.clock().sleep(RestMilliseconds);
+    result = WaitForTermination(services, process);
+    services.machine.clock().sleep(RestMilliseconds);
   } else {
-    // The text says "False" for the inheritance of handles although the call passes true.
-    run.log.Log("GoShell", 0,
-                "CreateProcess(vbNullString," + commandLine + ", udtSecAtt1, udtSecAtt2, False," +
-                    std::to_string(loggedFlags) + ", 0&," + workingFolder + ", udtStartInfo, udtProcInfo)",
-                false, EntryType::Error);
-    run.log.Log("GoShell", 0, "The system's reason: " + modErrorBase::SystemErrorText(started));
+    // The text says "False" for the inheritance of handles although the call passes true, and 128 whatever the flags.
+    here.error("CreateProcess(vbNullString," + commandLine + ", udtSecAtt1, udtSecAtt2, False,128, 0&," +
+               workingFolder + ", udtStartInfo, udtProcInfo)");
+    here.action("The system's reason: " + modErrorBase::SystemErrorText(started));
   }
-  run.window.Pump();
+  services.window.pump();
   return result;
 }
 
-std::int32_t WaitForTermination(Run& run, const platform::StartedProcess& process) {
-  platform::Processes& processes = run.machine.processes();
-  StatusDots dots(run.window);
+std::int32_t WaitForTermination(const Services& services, platform::OwnedProcess& process) {
+  const Procedure here(services.log, "WaitForTermination");
+  platform::Processes& processes = services.machine.processes();
+  StatusDots dots(services.window);
   // A program that is slow to show its first window keeps this one alive as well.
-  while (processes.waitForInputIdle(process, PollMilliseconds) == platform::WaitResult::TimedOut) {
-    dots.Poll();
-    run.window.Pump();
+  while (processes.waitForInputIdle(*process, PollMilliseconds) == platform::WaitResult::TimedOut) {
+    dots.poll();
+    services.window.pump();
   }
   platform::WaitResult waited = platform::WaitResult::TimedOut;
   while (waited == platform::WaitResult::TimedOut) {
-    waited = processes.wait(process, PollMilliseconds);
-    dots.Poll();
-    if (waited == platform::WaitResult::TimedOut) run.window.Pump();
+    waited = processes.wait(*process, PollMilliseconds);
+    dots.poll();
+    if (waited == platform::WaitResult::TimedOut) services.window.pump();
   }
-  std::int32_t exitCode = -1;
-  processes.exitCode(process, exitCode);
-  if (run.verbose) run.log.Log("WaitForTermination", 0, "Component has finished");
+  // Where the system does not tell the code, the program counts as one that was never started.
+  std::int32_t exitCode = NotStarted;
+  processes.exitCode(*process, exitCode);
+  here.detail("Component has finished");
+  process.close();
   return exitCode;
 }
 
-namespace modMain {
-
-bool ExecuteInstall(Run& run, const std::string& commandLine, [[maybe_unused]] bool unused,
-                    const std::string& workingFolder, const std::string& fileType) {
-  constexpr const char* source = "modMain.ExecuteInstall";
-  return Guarded(run, source, [&] {
-    ResetComponentResult(run);
-    run.window.StatusLine("Proceeding with installation");
-    const std::int32_t code = GoShell(run, commandLine, workingFolder.empty() ? "c:\\temp" : workingFolder);
-    const std::string executed = "Executing " + commandLine;
-    const std::string shown = std::to_string(code);
-    if (IsSuccessCode(code)) {
-      run.log.Log(source, 0, executed + " returned no errors (return code: " + shown + ")");
-      return true;
-    }
-    // A program that ran decides with its own verdict, whatever it exits with; a script's exit code counts.
-    if (fileType == "exe" && code != -1) {
-      run.log.Log(source, 0, executed + " gave a return number of " + shown, false, EntryType::Warning);
-      return true;
-    }
-    const bool failed = fileType == "exe" || fileType == "vbs";
-    if (failed) RecordComponentFailure(run, code);
-    run.log.Log(source, 0, executed + " returned Error number " + shown, false, EntryType::Error);
-    return !failed;
+bool ExecuteInstall(const Services& services, const Component& component, const FileKind& kind,
+                    const ComponentCommand& command) {
+  const Procedure here(services.log, "modMain.ExecuteInstall");
+  return here.guard([&] {
+    ResetComponentResult(services, component);
+    services.window.statusLine("Proceeding with installation");
+    const std::int32_t code =
+        GoShell(services, command.commandLine, command.workingFolder.empty() ? "c:\\temp" : command.workingFolder);
+    const CodeMeans meaning = MeaningOf(code, kind, command.extension);
+    if (meaning == CodeMeans::Failure) RecordComponentFailure(services, component, code);
+    TellExitCode(here, meaning, command.commandLine, code);
+    return meaning != CodeMeans::Failure;
   });
 }
 
-}  // namespace modMain
-
-void RecordComponentFailure(Run& run, std::int32_t exitCode) {
-  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, "Fail");
-  modRegistry::RegWrite(run, run.component.key, Value::Message,
-                        "Installation failed returning error " + std::to_string(exitCode));
+void RecordComponentFailure(const Services& services, const Component& component, std::int32_t exitCode) {
+  WriteNow(services, component, ComponentValue::ProcessReturn, "Fail");
+  WriteNow(services, component, ComponentValue::Message,
+           "Installation failed returning error " + std::to_string(exitCode));
 }
 
-void ResetComponentResult(Run& run) {
-  modRegistry::RegWrite(run, run.component.key, Value::ProcessReturn, "");
-  modRegistry::RegWrite(run, run.component.key, Value::Message, "");
+void ResetComponentResult(const Services& services, const Component& component) {
+  WriteNow(services, component, ComponentValue::ProcessReturn, "");
+  WriteNow(services, component, ComponentValue::Message, "");
 }
+
+}  // namespace assistant

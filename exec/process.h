@@ -4,36 +4,45 @@
 #include <cstdint>
 #include <string>
 
-#include "base/run.h"
-#include "platform/processes.h"
+#include "base/component.h"
+#include "base/services.h"
+#include "exec/file_kinds.h"
+#include "platform/owned.h"
 
-/// Starts a command line in a folder, waits for its end without limit while the windows stay alive, and returns its
-/// exit code, or -1 when it could not be started (the log says so). `timeout` is accepted and not used; `showWindow` is
-/// handed to the program; `loggedFlags` appear in the failure's log text only.
-std::int32_t GoShell(Run& run, const std::string& commandLine, const std::string& workingFolder,
-                     std::int32_t timeout = 5000, platform::ShowWindow showWindow = platform::ShowWindow::Normal,
-                     std::int32_t loggedFlags = 128);
-
-/// The wait behind GoShell: returns the exit code.
-std::int32_t WaitForTermination(Run& run, const platform::StartedProcess& process);
-
-namespace modMain {
-
-/// Runs an executable or script component and judges its exit code: true when the installation is to be treated as
-/// successful. `fileType` is the file's extension ("exe" and "vbs" are known; in other letters they are not); the
-/// boolean is accepted and not used. Writes "Process Return" and "Message" of the component's record.
-bool ExecuteInstall(Run& run, const std::string& commandLine, bool unused, const std::string& workingFolder,
-                    const std::string& fileType);
-
-}  // namespace modMain
+namespace assistant {
 
 /// True for the exit codes that mean success: 0, 3010 and 3011 (the last two ask for a restart).
 constexpr bool IsSuccessCode(std::int32_t code) {
   return code == 0 || code == 3010 || code == 3011;
 }
 
+/// The exit code that logs and records tell of a program that could not be started. A program may end with it as well.
+inline constexpr std::int32_t NotStarted = -1;
+
+/// Starts a command line in a folder, waits for its end without limit while the windows stay alive, and returns its
+/// exit code, or NotStarted (the log says so).
+std::int32_t GoShell(const Services& services, const std::string& commandLine, const std::string& workingFolder,
+                     platform::ShowWindow showWindow = platform::ShowWindow::Normal);
+
+/// The wait behind GoShell: the exit code. Closes the process.
+std::int32_t WaitForTermination(const Services& services, platform::OwnedProcess& process);
+
+/// A command that runs a component's file.
+struct ComponentCommand {
+  std::string commandLine;
+  std::string workingFolder;
+  std::string extension;  ///< as it is written
+};
+
+/// Runs an executable or script component and judges its exit code: true when the installation is to be treated as
+/// successful. Writes "Process Return" and "Message" of the component's record.
+bool ExecuteInstall(const Services& services, const Component& component, const FileKind& kind,
+                    const ComponentCommand& command);
+
 /// Writes "Fail" and the message that names the exit code into the component's record.
-void RecordComponentFailure(Run& run, std::int32_t exitCode);
+void RecordComponentFailure(const Services& services, const Component& component, std::int32_t exitCode);
 
 /// Empties "Process Return" and "Message" of the component's record, so that only the component itself can fill them.
-void ResetComponentResult(Run& run);
+void ResetComponentResult(const Services& services, const Component& component);
+
+}  // namespace assistant

@@ -2,76 +2,32 @@
 
 #include <algorithm>
 
-#include "base/error_handler.h"
 #include "base/numbers.h"
-#include "base/paths.h"
-#include "base/records.h"
+#include "base/procedure.h"
 #include "base/registry.h"
-#include "base/text.h"
 
+namespace assistant {
 namespace {
 
 std::string RowText(const SequenceRow& row) {
   return "<br>" + row.component + " = " + NumberText(row.number);
 }
 
-double RecordedNumber(Run& run, const std::string& component) {
-  return modRegistry::ReadNumber(run, ComponentKey(run.productName, component), Value::SequenceNumber);
-}
-
-std::string FolderOf(const Run& run, const std::string& path) {
-  return Normalised(IsFullPath(path) ? path : Joined(run.packageRoot, path));
+double RecordedNumber(const Run& run, const std::string& component) {
+  return RecordedSequenceNumber(run.machine.registry(), run.product.name, component);
 }
 
 }  // namespace
 
-namespace modQXInstallationMain {
-
-void GetSequence(Run& run) {
-  Guarded(run, "modQXInstallationMain.GetSequence", [&] {
-    run.sequence.clear();
-    for (const std::string& component : run.actions) {
-      run.sequence.push_back({component, RecordedNumber(run, component)});
-    }
-    std::stable_sort(run.sequence.begin(), run.sequence.end(),
-                     [](const SequenceRow& a, const SequenceRow& b) { return a.number < b.number; });
-    std::string told = "Sequence is:";
-    for (const SequenceRow& row : run.sequence) told += RowText(row);
-    run.log.Log("GetSequence", 0, told + "<br>");
-  });
-}
-
-}  // namespace modQXInstallationMain
-
-namespace modMain {
-
-NextComponent GetNextInstall(Run& run, double lastSequence) {
-  return Guarded(run, "modMain.GetNextInstall", [&] {
-    const auto next = std::find_if(run.sequence.begin(), run.sequence.end(),
-                                   [&](const SequenceRow& row) { return row.number > lastSequence; });
-    if (next == run.sequence.end()) return NextComponent::None;
-    SelectComponent(run, next->component);
-    run.component.sequenceNumber = next->number;
-    run.log.Log("GetNextInstall", 0, "Next in sequence is " + run.component.name);
-    return NextComponent::Found;
-  });
-}
-
-}  // namespace modMain
-
-std::vector<std::string> RecordedComponents(Run& run) {
+std::vector<std::string> RecordedComponents(const Run& run) {
   std::vector<std::string> components;
-  for (const std::string& component : modRegistry::SubKeys(run, ProductKey(run))) {
+  for (const std::string& component : modRegistry::SubKeys(run.machine.registry(), run.record().key())) {
     if (RecordedNumber(run, component) > 0) components.push_back(component);
   }
   return components;
 }
 
-void ListActions(Run& run) {
-  run.actions = RecordedComponents(run);
-}
-
-double HighestSequenceNumber(Run& run) {
+double HighestSequenceNumber(const Run& run) {
   double highest = 0;
   for (const std::string& component : RecordedComponents(run)) {
     highest = std::max(highest, RecordedNumber(run, component));
@@ -79,14 +35,35 @@ double HighestSequenceNumber(Run& run) {
   return highest;
 }
 
-void SelectComponent(Run& run, const std::string& component) {
-  run.component = {};
-  run.component.name = component;
-  run.component.key = ComponentKey(run.productName, component);
-  run.component.productCode = ComponentValue(run, Value::ProductCode);
-  run.component.productVersion = ComponentValue(run, Value::ProductVersion);
-  run.component.install = ComponentValue(run, Value::Install);
-  run.component.path = FolderOf(run, ComponentValue(run, Value::Path));
-  const std::string packageName = GivenComponentValue(run, Value::ProductName);
-  run.component.displayName = packageName.empty() ? component : packageName;
+Sequence GetSequence(const Run& run, const std::vector<std::string>& components) {
+  const Procedure here(run.services.log, "GetSequence", "modQXInstallationMain.GetSequence");
+  return here.guard([&] {
+    Sequence sequence;
+    for (const std::string& component : components) sequence.push_back({component, RecordedNumber(run, component)});
+    std::stable_sort(sequence.begin(), sequence.end(),
+                     [](const SequenceRow& a, const SequenceRow& b) { return a.number < b.number; });
+    std::string told = "Sequence is:";
+    for (const SequenceRow& row : sequence) told += RowText(row);
+    here.action(told + "<br>");
+    return sequence;
+  });
 }
+
+NextInstall GetNextInstall(const Run& run, const Sequence& sequence, double lastSequence) {
+  const Procedure here(run.services.log, "GetNextInstall", "modMain.GetNextInstall");
+  return here.guard([&]() -> NextInstall {
+    const auto next = std::find_if(sequence.begin(), sequence.end(),
+                                   [&](const SequenceRow& row) { return row.number > lastSequence; });
+    if (next == sequence.end()) return {NextInstall::Is::None, {}};
+    NextInstall found{NextInstall::Is::Found, SelectComponent(run, next->component)};
+    found.component.sequenceNumber = next->number;
+    here.action("Next in sequence is " + found.component.name);
+    return found;
+  });
+}
+
+Component SelectComponent(const Run& run, const std::string& component) {
+  return ReadRecord(run.machine.registry(), run.product.name, component, run.product.packageRoot);
+}
+
+}  // namespace assistant

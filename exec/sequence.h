@@ -4,31 +4,36 @@
 #include <string>
 #include <vector>
 
+#include "base/component.h"
 #include "base/run.h"
 
-namespace modQXInstallationMain {
+namespace assistant {
 
-/// Makes run.sequence anew from the records: one row per component of run.actions, by ascending sequence number.
-void GetSequence(Run& run);
-
-}  // namespace modQXInstallationMain
-
-enum class NextComponent { Unknown, Found, None };
-
-namespace modMain {
-
-/// Makes the first component with a sequence number above this one the current component, with what its record holds.
-/// Unknown after a failure, which is logged.
-NextComponent GetNextInstall(Run& run, double lastSequence);
-
-}  // namespace modMain
+/// One row of the sequence table.
+struct SequenceRow {
+  std::string component;
+  double number;
+};
+using Sequence = std::vector<SequenceRow>;
 
 /// The components that the product's record holds (those with a sequence number).
-std::vector<std::string> RecordedComponents(Run& run);
-/// Makes run.actions these components.
-void ListActions(Run& run);
+std::vector<std::string> RecordedComponents(const Run& run);
 /// The highest of their sequence numbers; 0 without any.
-double HighestSequenceNumber(Run& run);
+double HighestSequenceNumber(const Run& run);
 
-/// Makes a component of the current product the current one.
-void SelectComponent(Run& run, const std::string& component);
+/// One row per component, by ascending sequence number.
+Sequence GetSequence(const Run& run, const std::vector<std::string>& components);
+
+struct NextInstall {
+  enum class Is { Unknown, Found, None };
+  Is is = Is::Unknown;
+  Component component;
+};
+
+/// The first component with a sequence number above this one. Unknown after a failure, which is logged.
+NextInstall GetNextInstall(const Run& run, const Sequence& sequence, double lastSequence);
+
+/// A component of the product in work, as its record tells it.
+Component SelectComponent(const Run& run, const std::string& component);
+
+}  // namespace assistant

@@ -1,17 +1,13 @@
 #include "exec/version_folders.h"
 
-#include <algorithm>
-
-#include "base/error_handler.h"
 #include "base/paths.h"
+#include "base/procedure.h"
 #include "base/text.h"
-#include "exec/copy_files.h"
-#include "exec/copy_operations.h"
+#include "exec/unfinished_copy.h"
 #include "exec/versions.h"
 
+namespace assistant {
 namespace {
-
-constexpr const char* Source = "CopyOpOneExistingVersionIsNewer";
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -30,17 +26,23 @@ bool IsVersion(const std::string& text) {
   return !text.empty() && text.find_first_not_of("v.0123456789") == std::string::npos;
 }
 
-bool IsNewerOnServer(Run& run, const std::string& parent, const std::string& name, const std::string& version) {
+/// A folder that a copy was delivered to.
+struct DeliveredVersion {
+  std::string parent;
+  std::string name;
+};
+
+bool IsNewerOnServer(clsFso& fso, const Procedure& here, const DeliveredVersion& found, const std::string& version) {
+  const auto& [parent, name] = found;
   if (!Contains(name, ".") || !Contains(name, "v")) return false;
   // No separator stands between the folder and the name.
-  run.log.Log(Source, 0, "Found a version installed on the server at: " + parent + name);
-  if (HoldsUnfinishedCopy(run, Joined(parent, name))) {
-    run.log.Log(Source, 0, "The copy at " + Joined(parent, name) + " was never finished and does not count");
+  here.action("Found a version installed on the server at: " + parent + name);
+  if (HoldsUnfinishedCopy(fso, Joined(parent, name))) {
+    here.action("The copy at " + Joined(parent, name) + " was never finished and does not count");
     return false;
   }
-  const bool newer = IsNewerVersion(run, name, version);
-  run.log.Log(Source, 0,
-              newer ? "Version already on the server is newer" : "Version included with this install is newer");
+  const bool newer = IsNewerVersion(here.log(), name, version);
+  here.action(newer ? "Version already on the server is newer" : "Version included with this install is newer");
   return newer;
 }
 
@@ -52,30 +54,35 @@ bool IsVersionFolderName(const std::string& name) {
   return at != std::string::npos;
 }
 
-bool CopyOpOneExistingVersionIsNewer(Run& run, const std::string& path, const CopyTargets& targets) {
-  const std::string version = LastElement(path);
+bool CopyOpOneExistingVersionIsNewer(const Services& services, const Component& component, const CopyTargets& targets) {
+  const Procedure here(services.log, "CopyOpOneExistingVersionIsNewer");
+  const std::string version = LastElement(component.path);
   if (!IsVersion(version)) return false;
   bool result = false;
   for (const std::string& target : targets.folders) {
-    const std::string location = CopyDestination(run, target, targets.appendPath);
-    if (!targets.appendPath && !ContainsIgnoringCase(location, path)) continue;
+    const std::string location = CopyDestination(component, target, targets.appendPath);
+    if (!targets.appendPath && !ContainsIgnoringCase(location, component.path)) continue;
     const std::string parent = FolderPart(location);
-    for (const std::string& name : run.fso.ListFolders(parent)) {
-      result = IsNewerOnServer(run, parent, name, version) || result;
+    for (const std::string& name : services.fso.listFolders(parent)) {
+      result = IsNewerOnServer(services.fso, here, {parent, name}, version) || result;
     }
   }
   return result;
 }
 
-void DeleteCopyOp(Run& run, const std::string& path) {
+void DeleteCopyOp(const Services& services, const std::string& path) {
+  const Procedure here(services.log, "modMain.DeleteCopyOp");
   if (!IsVersionFolderName(LowerCase(LastElement(path)))) return;
-  GuardedAndShown(run, "modMain.DeleteCopyOp", [&] {
+  const auto deleteAll = [&] {
     const std::string parent = FolderPart(path) + "\\";
-    if (run.verbose) run.log.Log("DeleteCopyOp", 0, "Product Root is " + parent);
-    for (const std::string& name : run.fso.ListFolders(parent)) {
+    here.detail("Product Root is " + parent);
+    for (const std::string& name : services.fso.listFolders(parent)) {
       if (!IsVersionFolderName(LowerCase(name))) continue;
-      if (run.verbose) run.log.Log("DeleteCopyOp", 0, "Deleting " + parent + name);
-      DeleteCopy(run, parent + name);
+      here.detail("Deleting " + parent + name);
+      DeleteCopy(services, parent + name);
     }
-  });
+  };
+  here.guard(deleteAll, Shown::UnlessSilent);
 }
+
+}  // namespace assistant

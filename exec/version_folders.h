@@ -3,18 +3,22 @@
 
 #include <string>
 
-#include "base/run.h"
+#include "base/component.h"
+#include "base/services.h"
+#include "exec/copy_targets.h"
 
-struct CopyTargets;
+namespace assistant {
 
 /// True for a name with four dotted numeric parts, such as v1.2.0.15. The name is in lower case.
 bool IsVersionFolderName(const std::string& name);
 
 /// True when a version folder beside a target is newer than the version that the component's path ends in. Components
 /// that are not kept in version folders have none.
-bool CopyOpOneExistingVersionIsNewer(Run& run, const std::string& path, const CopyTargets& targets);
+bool CopyOpOneExistingVersionIsNewer(const Services& services, const Component& component, const CopyTargets& targets);
 
 /// Deletes every version folder that stands beside the path, read-only contents included; the path's own is one of
 /// them. A path that does not end in a version deletes nothing. A folder that cannot be deleted ends it; that is logged
 /// and shown.
-void DeleteCopyOp(Run& run, const std::string& path);
+void DeleteCopyOp(const Services& services, const std::string& path);
+
+}  // namespace assistant

@@ -3,10 +3,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "base/error_handler.h"
 #include "base/numbers.h"
+#include "base/procedure.h"
 #include "base/text.h"
 
+namespace assistant {
 namespace {
 
 std::vector<std::string> Parts(const std::string& version) {
@@ -14,26 +15,29 @@ std::vector<std::string> Parts(const std::string& version) {
   return Split(marked ? version.substr(1) : version, '.');
 }
 
-std::int32_t PartNumber(const std::vector<std::string>& parts, std::size_t index, const std::string& version) {
+std::int32_t PartNumber(const Procedure& here, const std::vector<std::string>& parts, std::size_t index,
+                        const std::string& version) {
   const auto number = index < parts.size() ? WholeInteger(parts[index]) : std::nullopt;
   if (!number) {
-    throw Error(GeneralError, "Version \"" + version + "\" has no number as its part " + std::to_string(index + 1),
-                "modMain.IsNewerVersion");
+    throw here.failure("Version \"" + version + "\" has no number as its part " + std::to_string(index + 1));
   }
   return *number;
 }
 
 }  // namespace
 
-bool IsNewerVersion(Run& run, const std::string& a, const std::string& b) {
-  return Guarded(run, "modMain.IsNewerVersion", [&] {
+bool IsNewerVersion(clsAppLog& log, const std::string& a, const std::string& b) {
+  const Procedure here(log, "modMain.IsNewerVersion");
+  return here.guard([&] {
     const std::vector<std::string> partsOfA = Parts(a);
     const std::vector<std::string> partsOfB = Parts(b);
     for (std::size_t i = 0; i < partsOfA.size(); ++i) {
-      const std::int32_t partOfA = PartNumber(partsOfA, i, a);
-      const std::int32_t partOfB = PartNumber(partsOfB, i, b);
+      const std::int32_t partOfA = PartNumber(here, partsOfA, i, a);
+      const std::int32_t partOfB = PartNumber(here, partsOfB, i, b);
       if (partOfA != partOfB) return partOfA > partOfB;
     }
     return false;
   });
 }
+
+}  // namespace assistant

@@ -94,10 +94,10 @@ bool StartedByLogon(simulated::Workstation& workstation) {
 }
 
 int RunWithRestarts(simulated::Workstation& workstation) {
-  int exitCode = RunProgram(workstation);
+  int exitCode = assistant::RunProgram(workstation);
   for (int restarts = 0; workstation.restartRequested() && restarts < MostRestarts; ++restarts) {
     if (!StartedByLogon(workstation)) break;
-    exitCode = RunProgram(workstation);
+    exitCode = assistant::RunProgram(workstation);
   }
   return exitCode;
 }

@@ -5,5 +5,5 @@
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   win32::Workstation machine(instance);
-  return RunProgram(machine);
+  return assistant::RunProgram(machine);
 }

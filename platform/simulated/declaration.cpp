@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "platform/simulated/computer.h"
 #include "platform/simulated/host.h"
 #include "platform/simulated/section_file.h"
 #include "platform/simulated/text.h"
-#include "platform/simulated/workstation.h"
 
 namespace simulated {
 namespace {
@@ -62,7 +62,7 @@ Product ParseProduct(const std::string& value) {
 /// Carries out one file, section by section.
 class Loader {
  public:
-  Loader(std::string file, Workstation& workstation) : file_(std::move(file)), workstation_(workstation) {}
+  Loader(std::string file, Computer& computer) : file_(std::move(file)), computer_(computer) {}
 
   void load();
 
@@ -90,7 +90,7 @@ class Loader {
   Keys outcomeKeys(Outcome& outcome) const;
 
   std::string file_;
-  Workstation& workstation_;
+  Computer& computer_;
 };
 
 std::string Loader::hostPath(const std::string& path) const {
@@ -126,29 +126,29 @@ void Loader::load() {
 }
 
 void Loader::machine(const Section& section) {
-  Machine& machine = workstation_.machine();
+  Machine& machine = computer_.machine();
   std::string program = machine.programPath();
   std::string arguments;
   std::string user = machine.user;
   std::string domain = machine.domain;
   Assign(file_, section,
-         {{"system", [&](const std::string& v) { workstation_.setSystem(v); }},
+         {{"system", [&](const std::string& v) { computer_.setSystem(v); }},
           {"computer", [&](const std::string& v) { machine.computer = v; }},
           {"user", [&](const std::string& v) { user = v; }},
           {"domain", [&](const std::string& v) { domain = v; }},
-          {"time", [&](const std::string& v) { workstation_.clock().setTime(v); }},
+          {"time", [&](const std::string& v) { computer_.clock().setTime(v); }},
           {"program", [&](const std::string& v) { program = v; }},
           {"arguments", [&](const std::string& v) { arguments = v; }},
-          {"installer", [&](const std::string& v) { workstation_.installer().setInstalled(ParseYes(v)); }},
-          {"management", [&](const std::string& v) { workstation_.processes().setManagement(ParseYes(v)); }},
-          {"tray", [&](const std::string& v) { workstation_.screen().setTray(ParseYes(v)); }},
+          {"installer", [&](const std::string& v) { computer_.installer().setInstalled(ParseYes(v)); }},
+          {"management", [&](const std::string& v) { computer_.processes().setManagement(ParseYes(v)); }},
+          {"tray", [&](const std::string& v) { computer_.screen().setTray(ParseYes(v)); }},
           {"another copy", [&](const std::string& v) { machine.setAnotherCopyRuns(ParseYes(v)); }}});
-  workstation_.setUser(user, domain);
+  computer_.setUser(user, domain);
   machine.setProgram(program, arguments);
 }
 
 void Loader::environment(const Section& section) {
-  for (const Entry& entry : section.entries) workstation_.machine().variables[entry.key] = entry.value;
+  for (const Entry& entry : section.entries) computer_.machine().variables[entry.key] = entry.value;
 }
 
 void Loader::drive(const Section& section) {
@@ -161,14 +161,14 @@ void Loader::drive(const Section& section) {
           {"free", [&](const std::string& v) { drive.free = static_cast<std::uint64_t>(ParseCount(v)); }},
           {"ready", [&](const std::string& v) { drive.ready = ParseYes(v); }},
           {"writable", [&](const std::string& v) { drive.writable = ParseYes(v); }}});
-  workstation_.addDrive(drive);
+  computer_.addDrive(drive);
 }
 
 void Loader::registry(const Section& section) {
   for (const Entry& entry : section.entries) {
     Outcome outcome;
     outcome.registry.push_back({section.argument, entry.key, entry.value});
-    workstation_.processes().carryOut(outcome);
+    computer_.processes().carryOut(outcome);
   }
 }
 
@@ -177,12 +177,12 @@ void Loader::file(const Section& section) {
   Assign(file_, section,
          {{"line", [&](const std::string& v) { text += v + "\r\n"; }},
           {"from", [&](const std::string& v) { text += ReadHostFile(hostPath(v)); }}});
-  workstation_.files().put(section.argument, text);
+  computer_.files().put(section.argument, text);
 }
 
 void Loader::folder(const Section& section) {
   Assign(file_, section, {});
-  workstation_.files().makeFolder(section.argument);
+  computer_.files().makeFolder(section.argument);
 }
 
 void Loader::product(const Section& section) {
@@ -191,7 +191,7 @@ void Loader::product(const Section& section) {
   Assign(file_, section,
          {{"name", [&](const std::string& v) { product.name = v; }},
           {"version", [&](const std::string& v) { product.version = v; }}});
-  workstation_.installer().install(product);
+  computer_.installer().install(product);
 }
 
 Drive Loader::mappedDrive(const std::string& value) const {
@@ -241,7 +241,7 @@ void Loader::package(const Section& section) {
   };
   Assign(file_, section, keys);
   if (package.code.empty()) Refuse("[package " + package.path + "]: add its product code, code={...}");
-  workstation_.installer().declare(package);
+  computer_.installer().declare(package);
 }
 
 void Loader::program(const Section& section) {
@@ -251,7 +251,7 @@ void Loader::program(const Section& section) {
   keys["match"] = [&](const std::string& v) { program.match = FindMatch(v); };
   Assign(file_, section, keys);
   if (program.pattern.empty()) Refuse("[program]: name the program or a part of its command line");
-  workstation_.processes().declare(program);
+  computer_.processes().declare(program);
 }
 
 void Loader::running(const Section& section) {
@@ -261,7 +261,7 @@ void Loader::running(const Section& section) {
          {{"seconds",
            [&](const std::string& v) { program.milliseconds = static_cast<std::uint64_t>(ParseCount(v)) * 1000; }},
           {"queries", [&](const std::string& v) { program.queries = static_cast<int>(ParseCount(v)); }}});
-  workstation_.processes().addRunning(program);
+  computer_.processes().addRunning(program);
 }
 
 void Loader::answer(const Section& section) {
@@ -273,22 +273,22 @@ void Loader::answer(const Section& section) {
           {"disc", [&](const std::string& v) {
              const std::vector<std::string> disc = ParseParts(v, '|', 3, "D|LABEL|host folder");
              const char letter = ParseLetter(disc[0]);
-             script.before = [&machine = workstation_, letter, label = disc[1], folder = hostPath(disc[2])] {
+             script.before = [&machine = computer_, letter, label = disc[1], folder = hostPath(disc[2])] {
                machine.files().insertDisc(letter, folder, label);
              };
            }}});
-  workstation_.screen().answer(script);
+  computer_.screen().answer(script);
 }
 
 void Loader::choose(const Section& section) {
   FileScript script;
   script.title = section.argument;
   Assign(file_, section, {{"file", [&](const std::string& v) { script.path = v; }}});
-  workstation_.screen().choose(script);
+  computer_.screen().choose(script);
 }
 
 void Loader::person(const Section& section) {
-  Assign(file_, section, {{"press", [&](const std::string& v) { workstation_.screen().press(FindEvent(v)); }}});
+  Assign(file_, section, {{"press", [&](const std::string& v) { computer_.screen().press(FindEvent(v)); }}});
 }
 
 void Loader::logon(const Section& section) {
@@ -297,7 +297,7 @@ void Loader::logon(const Section& section) {
          {{"password", [&](const std::string& v) { script.password = v; }},
           {"again", [&](const std::string& v) { script.confirmation = v; }},
           {"cancel", [&](const std::string& v) { script.cancel = ParseYes(v); }}});
-  workstation_.screen().type(script);
+  computer_.screen().type(script);
 }
 
 std::string DescribeDrive(const Drive& drive, bool ownFolder) {
@@ -313,20 +313,20 @@ std::string DescribeDrive(const Drive& drive, bool ownFolder) {
 
 }  // namespace
 
-void LoadMachine(const std::string& file, Workstation& workstation) {
-  Loader(file, workstation).load();
-  workstation.journal().effects.clear();
+void LoadMachine(const std::string& file, Computer& computer) {
+  Loader(file, computer).load();
+  computer.journal().effects.clear();
 }
 
-std::string DescribeMachine(Workstation& workstation) {
-  const Machine& machine = workstation.machine();
+std::string DescribeMachine(Computer& computer) {
+  const Machine& machine = computer.machine();
   std::string text = "[machine]\nsystem=" + std::string(machine.system().name) + "\ncomputer=" + machine.computer +
-                     "\nuser=" + machine.user + "\ndomain=" + machine.domain +
-                     "\ntime=" + workstation.clock().timeText() + "\n";
+                     "\nuser=" + machine.user + "\ndomain=" + machine.domain + "\ntime=" + computer.clock().timeText() +
+                     "\n";
   if (!machine.variables.empty()) text += "\n[environment]\n";
   for (const auto& [name, value] : machine.variables) text.append(name).append("=").append(value).append("\n");
-  for (const auto& [letter, drive] : workstation.files().allDrives())
-    text += DescribeDrive(drive, drive.folder == workstation.ownFolder(letter));
+  for (const auto& [letter, drive] : computer.files().allDrives())
+    text += DescribeDrive(drive, drive.folder == computer.ownFolder(letter));
   return text;
 }
 

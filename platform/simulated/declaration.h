@@ -5,13 +5,13 @@
 
 namespace simulated {
 
-class Workstation;
+class Computer;
 
-/// Carries out a declaration file on the workstation; effects recorded so far are forgotten. Raises std::runtime_error
+/// Carries out a declaration file on the computer; effects recorded so far are forgotten. Raises std::runtime_error
 /// that names file, line and remedy when the file is not there or a line is not understood.
-void LoadMachine(const std::string& file, Workstation& workstation);
+void LoadMachine(const std::string& file, Computer& computer);
 
 /// What a restart must find again of the machine's facts, as a declaration file.
-std::string DescribeMachine(Workstation& workstation);
+std::string DescribeMachine(Computer& computer);
 
 }  // namespace simulated

@@ -11,11 +11,6 @@ constexpr std::uint32_t MillisecondsToStart = 42000;
 constexpr const char* RunKeys[] = {"HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows\\CurrentVersion\\Run",
                                    "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Run"};
 
-std::string Prepared(const std::string& folder) {
-  MakeHostFolder(folder);
-  return folder;
-}
-
 /// The commands of `shell.Run "command"` lines: a doubled quote stands for one.
 std::vector<std::string> ScriptCommands(const std::string& script) {
   std::vector<std::string> commands;
@@ -39,8 +34,7 @@ std::string FactsFile(const std::string& folder) {
 
 }  // namespace
 
-Workstation::Workstation(const std::string& folder)
-    : folder_(Prepared(folder)), registry_(folder + "/registry.reg", journal_) {
+Workstation::Workstation(const std::string& folder) : Computer(folder) {
   loadFacts();
   makeSystemFolders();
   journal_.effects.clear();
@@ -65,38 +59,6 @@ void Workstation::loadFacts() {
 
 void Workstation::saveFacts() {
   WriteHostFile(FactsFile(folder_), DescribeMachine(*this));
-}
-
-void Workstation::makeSystemFolders() {
-  const System& system = machine_.system();
-  for (const std::string& folder :
-       {std::string(system.windowsFolder), std::string(system.systemFolder), machine_.environment("TEMP"),
-        machine_.environment("ProgramFiles"), machine_.startupFolder(), std::string("C:\\Program Files")})
-    if (!folder.empty()) files_.makeFolder(folder);
-}
-
-void Workstation::setSystem(const std::string& name) {
-  machine_.setSystem(FindSystem(name));
-  files_.setAccessControl(machine_.isNt());
-  if (files_.allDrives().count('C') != 0) makeSystemFolders();
-}
-
-void Workstation::setUser(const std::string& user, const std::string& domain) {
-  machine_.user = user;
-  machine_.domain = domain;
-  if (files_.allDrives().count('C') != 0) makeSystemFolders();
-}
-
-std::string Workstation::ownFolder(char letter) const {
-  return folder_ + "/drive_" + Lower(std::string(1, letter));
-}
-
-void Workstation::addDrive(Drive drive) {
-  if (drive.folder.empty()) {
-    drive.folder = ownFolder(drive.letter);
-    MakeHostFolder(drive.folder);
-  }
-  files_.setDrive(std::move(drive));
 }
 
 void Workstation::mount(char letter, const std::string& hostFolder, platform::DriveType type,

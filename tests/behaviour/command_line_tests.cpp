@@ -31,7 +31,8 @@ constexpr Value Values[] = {
 };
 
 TEST_F(CommandLine, ValueOfASwitch_EndsInFrontOfTheNextOne) {
-  for (const Value& row : Values) EXPECT_EQ(ParseCommand(row.commandLine, row.name), row.value) << row.commandLine;
+  for (const Value& row : Values)
+    EXPECT_EQ(assistant::ParseCommand(row.commandLine, row.name), row.value) << row.commandLine;
 }
 
 constexpr Value Lines[] = {
@@ -47,7 +48,8 @@ constexpr Value Lines[] = {
 };
 
 TEST_F(CommandLine, ProgramPath_IsNoArgument) {
-  for (const Value& row : Lines) EXPECT_EQ(ArgumentText(row.commandLine, row.name), row.value) << row.commandLine;
+  for (const Value& row : Lines)
+    EXPECT_EQ(assistant::ArgumentText(row.commandLine, row.name), row.value) << row.commandLine;
 }
 
 struct Switches {
@@ -81,14 +83,14 @@ TEST_F(CommandLine, Switches_AreFoundAnywhere) {
     fresh();
     rig.set(ProductsRecord, "InstallationIni", "C:\\remembered.ini");
     rig.set(ProductsRecord, "ProductIni", "C:\\remembered product.ini");
-    ::Run run(rig.machine());
+    assistant::Run run(rig.machine());
     GetCommandLine(run, row.arguments);
-    EXPECT_EQ(run.silent, row.silent) << row.arguments;
+    EXPECT_EQ(run.options.silent, row.silent) << row.arguments;
     EXPECT_EQ(rig.value(ProductsRecord, "Silent"), row.silent ? "True" : "False") << row.arguments;
     EXPECT_EQ(rig.value(ProductsRecord, "Verbose"), row.verbose ? "True" : "") << row.arguments;
-    EXPECT_EQ(run.verbose, row.verbose) << row.arguments;
-    EXPECT_EQ(run.appIniPath, row.appIni) << row.arguments;
-    EXPECT_EQ(run.productIniPath, row.productIni) << row.arguments;
+    EXPECT_EQ(run.options.verbose, row.verbose) << row.arguments;
+    EXPECT_EQ(run.product.inis.application, row.appIni) << row.arguments;
+    EXPECT_EQ(run.product.inis.product, row.productIni) << row.arguments;
   }
 }
 

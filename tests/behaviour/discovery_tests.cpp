@@ -46,9 +46,9 @@ TEST_F(Discovery, PackageRoot_FollowsItsCode) {
     fresh();
     AddDrives(rig);
     rig.set(ProductRecord, "PackageRoot", "C:\\Recorded");
-    ::Run run(rig.machine());
-    run.silent = true;
-    run.productName = "Office Suite";
+    assistant::Run run(rig.machine());
+    run.services.log.beSilent(true);
+    run.product.name = "Office Suite";
     EXPECT_EQ(ResolvePath(run, row.spec), row.path) << row.spec;
   }
 }
@@ -70,9 +70,8 @@ TEST_F(Discovery, ProductIni_FollowsItsCode) {
     fresh();
     AddDrives(rig);
     rig.set(ProductsRecord, "ProductIni", "C:\\Earlier\\product.ini");
-    ::Run run(rig.machine());
-    run.appIniPath = "C:\\Media\\app.ini";
-    EXPECT_EQ(ResolveFile(run, row.spec, "C:\\Media", "product.ini"), row.path) << row.spec;
+    assistant::Run run(rig.machine());
+    EXPECT_EQ(ResolveFile(run, row.spec, {"C:\\Media", "C:\\Media\\app.ini", "product.ini"}), row.path) << row.spec;
   }
 }
 

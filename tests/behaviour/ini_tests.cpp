@@ -6,20 +6,22 @@
 
 namespace {
 
+using namespace assistant;
+
 constexpr const char* Ini = "C:\\app.ini";
 
 class IniTest : public Procedures {
  protected:
-  std::string read(const std::string& section, const std::string& key, bool silent = true) {
-    run.lastIniError = 0;
-    return modINI::GetIniString(run, section, key, "<default>", Ini, silent);
-  }
-  std::vector<std::string> list(const std::string& section, bool keysOnly) {
-    std::vector<std::string> keys = {"left from before"};
-    modINI::GetIniKeys(run, keys, section, Ini, keysOnly);
-    return keys;
+  std::string read(const std::string& section, const std::string& key,
+                   modINI::Missing missing = modINI::Missing::IsFine) {
+    const modINI::IniValue value = modINI::ReadIniValue(ini, section, key, "<default>", missing);
+    failure = value.failure;
+    return value.text;
   }
   void put(const std::string& bytes) { rig.machine().files().put(Ini, bytes); }
+
+  const modINI::IniFile ini{rig.machine().files(), run.services.log, Ini};
+  int failure = 0;  ///< of the last value that was read
 };
 
 TEST_F(IniTest, Value_OfAKey_IsFoundAsItStands) {
@@ -54,7 +56,7 @@ TEST_F(IniTest, Value_OfAKey_IsFoundAsItStands) {
   for (const auto& row : table) {
     put(row.text);
     EXPECT_EQ(read(row.section, row.key), row.value) << row.what;
-    EXPECT_EQ(run.lastIniError, 0) << row.what;
+    EXPECT_EQ(failure, 0) << row.what;
   }
 }
 
@@ -89,18 +91,18 @@ TEST_F(IniTest, Value_ThatIsNotFound_IsTheDefaultWithItsNumber) {
   for (const auto& row : table) {
     put(row.text);
     EXPECT_EQ(read(row.section, row.key), "<default>") << row.what;
-    EXPECT_EQ(run.lastIniError, row.number) << row.what;
+    EXPECT_EQ(failure, row.number) << row.what;
   }
   EXPECT_EQ(logText(), "") << "a silent look-up logs nothing";
 }
 
 TEST_F(IniTest, BadName_IsToldBeforeTheFileIsOpened) {
   EXPECT_EQ(read("P]", "Name"), "<default>");
-  EXPECT_EQ(run.lastIniError, 6123);
+  EXPECT_EQ(failure, 6123);
   EXPECT_EQ(read("P", "Name["), "<default>");
-  EXPECT_EQ(run.lastIniError, 6124);
+  EXPECT_EQ(failure, 6124);
   EXPECT_EQ(read("P", "Name"), "<default>");
-  EXPECT_EQ(run.lastIniError, 6122) << "the file is not there";
+  EXPECT_EQ(failure, 6122) << "the file is not there";
 }
 
 TEST_F(IniTest, RequiredKey_ThatIsNotFound_LeavesTwoErrors) {
@@ -118,7 +120,7 @@ TEST_F(IniTest, RequiredKey_ThatIsNotFound_LeavesTwoErrors) {
   };
   for (const auto& row : table) {
     emptyLog();
-    read(row.section, row.key, false);
+    read(row.section, row.key, modINI::Missing::IsLogged);
     const std::vector<LogRow> found = rows();
     ASSERT_EQ(found.size(), 2U) << row.second;
     EXPECT_EQ(found[0].description, std::string("Failed while trying to get value of key: ") + row.key +
@@ -141,10 +143,11 @@ TEST_F(IniTest, File_ThatCannotBeRead_IsToldWithTheReason) {
   for (const auto& row : table) {
     faults::Platform faulty(rig.machine());
     faulty.faults().fail("files.read", Ini, row.status);
-    ::Run failing(faulty);
     emptyLog();
-    EXPECT_EQ(modINI::GetIniString(failing, "P", "Name", "d", Ini, false), "d");
-    EXPECT_EQ(failing.lastIniError, 6122);
+    const modINI::IniFile failing{faulty.files(), run.services.log, Ini};
+    const modINI::IniValue value = modINI::ReadIniValue(failing, "P", "Name", "d", modINI::Missing::IsLogged);
+    EXPECT_EQ(value.text, "d");
+    EXPECT_EQ(value.failure, 6122);
     ASSERT_EQ(rows().size(), 2U);
     EXPECT_EQ(rows()[1].description, std::string("ini file C:\\app.ini cound not be opened : ") + row.reason +
                                          "<BR>Source: modINI.GetIniString Error No = 6122");
@@ -163,7 +166,7 @@ TEST_F(IniTest, Sizes_BeyondTheUsual_AreReadUpToTheCountOfLines) {
   EXPECT_EQ(read("P", "Last"), "1") << "32767 lines with the one that stands before the header";
   put(lines + "k=1\r\nLast=1\r\n");
   EXPECT_EQ(read("P", "k"), "<default>") << "no part of a file with more lines is used";
-  EXPECT_EQ(run.lastIniError, 6122);
+  EXPECT_EQ(failure, 6122);
 
   std::string comments;
   for (int i = 0; i < 40000; ++i) comments += ";\r\n\r\n";
@@ -186,19 +189,19 @@ TEST_F(IniTest, List_OfASection_HoldsItsKeysOrItsLines) {
       "Four=d\r\n"
       "[Actions]\r\n"
       "Five=e\r\n");
-  EXPECT_EQ(list("actions", true), (std::vector<std::string>{"One", "Two words ", ""}));
-  EXPECT_EQ(list("actions", false),
+  EXPECT_EQ(modINI::GetIniKeys(ini, "actions"), (std::vector<std::string>{"One", "Two words ", ""}));
+  EXPECT_EQ(modINI::GetIniLines(ini, "actions"),
             (std::vector<std::string>{"One=a.ini", "Two words =b=c", "bare line", " ; kept", "=e"}));
-  EXPECT_EQ(list("Next", true), std::vector<std::string>{"Four"});
+  EXPECT_EQ(modINI::GetIniKeys(ini, "Next"), std::vector<std::string>{"Four"});
   EXPECT_EQ(logText(), "");
 }
 
 TEST_F(IniTest, ListThatFails_IsEmptyAndLogged) {
   put("[P]\r\nA=1\r\n");
-  EXPECT_EQ(list("Q", true), std::vector<std::string>());
-  EXPECT_EQ(list("P[", true), std::vector<std::string>());
+  EXPECT_EQ(modINI::GetIniKeys(ini, "Q"), std::vector<std::string>());
+  EXPECT_EQ(modINI::GetIniKeys(ini, "P["), std::vector<std::string>());
   rig.machine().files().remove(Ini);
-  EXPECT_EQ(list("P", false), std::vector<std::string>());
+  EXPECT_EQ(modINI::GetIniLines(ini, "P"), std::vector<std::string>());
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 3U);
   EXPECT_EQ(errors[0].description,
@@ -209,12 +212,12 @@ TEST_F(IniTest, ListThatFails_IsEmptyAndLogged) {
 
 TEST_F(IniTest, Section_IsThereByItsHeaderAlone) {
   put("[Product] text\r\n;[Gone]\r\n [Indented]\r\n");
-  EXPECT_TRUE(modINI::IsValidIniSection(run, "PRODUCT", Ini));
+  EXPECT_TRUE(modINI::IsValidIniSection(ini, "PRODUCT"));
   for (const char* name : {"Prod", "Gone", "Indented", "Product] text"}) {
-    EXPECT_FALSE(modINI::IsValidIniSection(run, name, Ini)) << name;
+    EXPECT_FALSE(modINI::IsValidIniSection(ini, name)) << name;
   }
   rig.machine().files().remove(Ini);
-  EXPECT_FALSE(modINI::IsValidIniSection(run, "Product", Ini));
+  EXPECT_FALSE(modINI::IsValidIniSection(ini, "Product"));
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 2U) << "a bad name and a missing file are failures, a missing section is none";
   for (const LogRow& row : errors) {
@@ -224,7 +227,7 @@ TEST_F(IniTest, Section_IsThereByItsHeaderAlone) {
 
 TEST_F(IniTest, Search_LeavesItsIndexAtTheLastLineExamined) {
   put(";comment\r\n[A]\r\nx=1\r\n\r\n[B]\r\ny=2\r\n");
-  modINI::IniLines lines = modINI::OpenIniFile(run, Ini);
+  modINI::IniLines lines = modINI::OpenIniFile(ini);
   EXPECT_EQ(modINI::LineCount(lines), 6U) << "an empty line before each header, none for comments and empty lines";
   std::size_t index = 0;
   EXPECT_TRUE(modINI::FindLine(lines, index, "[B]", false));

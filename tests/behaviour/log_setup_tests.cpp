@@ -6,6 +6,8 @@
 
 namespace {
 
+using namespace assistant;
+
 using LogOfARun = Installing;
 
 constexpr const char* Program = "QX Installation Assistant";
@@ -14,12 +16,14 @@ constexpr const char* DefaultLog = "C:\\QX\\QX Installation Assistant.html";
 class LogSetUp : public Procedures {
  protected:
   LogSetUp() {
-    run.productName = "Office";
-    run.appIniPath = "C:\\app.ini";
-    run.log.Start();
+    run.product.inis.application = "C:\\app.ini";
+    run.services.log.start();
     rig.machine().clock().setTime("2006-11-15 14:03:27.481");
   }
 
+  LogFolders setUp(LogStart start = LogStart::Fresh) {
+    return SetUpLog(run.services, run.program, InstallLogPlace(run.applicationIni(), "Office"), start);
+  }
   static std::string folder(const std::string& root) { return root + "\\" + Program + "\\Office"; }
 };
 
@@ -38,25 +42,23 @@ TEST_F(LogSetUp, InstallRun_PutsItsFoldersUnderTheGivenPath) {
   };
   for (const auto& row : table) {
     rig.file("C:\\app.ini", std::string("[Product]\n") + row.line + "\n");
-    SetUpLog(run);
-    EXPECT_EQ(run.log.LogFilename(), folder(row.root) + "\\QX Installation Assistant.html") << row.line;
-    EXPECT_EQ(run.logFolders.msiLogs, folder(row.root) + "\\MSI Log Files") << row.line;
-    EXPECT_EQ(run.logFolders.archive, folder(row.root) + "\\QXIA Archive Logs") << row.line;
-    EXPECT_TRUE(run.fso.FolderExists(folder(row.root))) << row.line;
+    const LogFolders folders = setUp();
+    EXPECT_EQ(run.services.log.logFilename(), folder(row.root) + "\\QX Installation Assistant.html") << row.line;
+    EXPECT_EQ(folders.msiLogs, folder(row.root) + "\\MSI Log Files") << row.line;
+    EXPECT_EQ(folders.archive, folder(row.root) + "\\QXIA Archive Logs") << row.line;
+    EXPECT_TRUE(run.services.fso.folderExists(folder(row.root))) << row.line;
     EXPECT_EQ(logText(), "") << "a path that is not given is no error: " << row.line;
   }
 }
 
 TEST_F(LogSetUp, UninstallRun_HasFixedFoldersOfItsOwn) {
   rig.file("C:\\app.ini", "[Product]\nLogFilePath=C:\\Logs\n");
-  run.uninstall = true;
-  run.uninstallProduct = "Office";
-  SetUpLog(run);
+  const LogFolders folders = SetUpLog(run.services, run.program, UninstallLogPlace("Office"), LogStart::Fresh);
   const std::string place = folder("c:\\program files\\Tarvel\\Installation");
-  EXPECT_EQ(run.log.LogFilename(), place + "\\QX Installation Assistant Uninstall.html");
-  EXPECT_EQ(run.logFolders.msiLogs, place + "\\Uninstall MSI Log Files");
-  EXPECT_EQ(run.logFolders.archive, place + "\\Uninstall QXIA Archive Logs");
-  EXPECT_TRUE(run.fso.FolderExists(place));
+  EXPECT_EQ(run.services.log.logFilename(), place + "\\QX Installation Assistant Uninstall.html");
+  EXPECT_EQ(folders.msiLogs, place + "\\Uninstall MSI Log Files");
+  EXPECT_EQ(folders.archive, place + "\\Uninstall QXIA Archive Logs");
+  EXPECT_TRUE(run.services.fso.folderExists(place));
 }
 
 TEST_F(LogSetUp, EarlierLog_IsArchivedByAFreshRunAndGoneOnWithByAResumedOne) {
@@ -66,11 +68,10 @@ TEST_F(LogSetUp, EarlierLog_IsArchivedByAFreshRunAndGoneOnWithByAResumedOne) {
   for (const bool resumed : {true, false}) {
     SCOPED_TRACE(resumed ? "resumed" : "fresh");
     rig.file(log, "earlier\n");
-    run.rebooted = resumed;
-    run.log.LogFilename(DefaultLog);
-    run.log.Start();
-    run.log.Log("Main", 0, "now");
-    SetUpLog(run);
+    run.services.log.logFilename(DefaultLog);
+    run.services.log.start();
+    run.services.log.log("Main", 0, "now");
+    setUp(resumed ? LogStart::Continued : LogStart::Fresh);
     EXPECT_EQ(rig.text(log).rfind("earlier\r\n", 0) == 0, resumed);
     EXPECT_NE(rig.text(log).find(">now<"), std::string::npos);
     EXPECT_EQ(rig.text(archived), resumed ? "" : "earlier\r\n");
@@ -81,7 +82,7 @@ TEST_F(LogSetUp, FreshRunWithoutEarlierLog_LeavesTheArchiveAlone) {
   rig.file("C:\\app.ini", "[Product]\nLogFilePath=C:\\Logs\n");
   const std::string full = folder("C:\\Logs") + "\\QXIA Archive Logs\\a.html";
   rig.machine().files().put(full, std::string(10000001, 'x'));
-  SetUpLog(run);
+  setUp();
   EXPECT_TRUE(rig.exists(full));
 }
 
@@ -90,7 +91,7 @@ TEST_F(LogSetUp, EarlierLogThatCannotBeArchived_IsGoneOnWith) {
   const std::string log = folder("C:\\Logs") + "\\QX Installation Assistant.html";
   rig.file(log, "earlier\n");
   rig.file(folder("C:\\Logs") + "\\QXIA Archive Logs", "a file in its place");
-  SetUpLog(run);
+  setUp();
   EXPECT_EQ(rig.text(log).rfind("earlier\r\n", 0), 0U) << "nothing of the earlier run may be lost";
 }
 
@@ -99,10 +100,10 @@ TEST_F(LogSetUp, FolderThatCannotBeMade_IsOneWarningInTheDefaultLog) {
   for (const char* path : {"Q:\\Logs", "D:\\Logs", "C:\\Taken", "C:\\Logs?", "nonsense:|"}) {
     SCOPED_TRACE(path);
     rig.file("C:\\app.ini", std::string("[Product]\nLogFilePath=") + path + "\n");
-    run.log.LogFilename(DefaultLog);
-    run.log.Start();
-    run.log.Log("Main", 0, "held");
-    SetUpLog(run);
+    run.services.log.logFilename(DefaultLog);
+    run.services.log.start();
+    run.services.log.log("Main", 0, "held");
+    setUp();
     const std::vector<LogRow> found = LogRows(rig.text(DefaultLog));
     ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[0].description, "held");

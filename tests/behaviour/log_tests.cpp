@@ -9,6 +9,8 @@
 
 namespace {
 
+using namespace assistant;
+
 constexpr const char* LogFile = "C:\\QX\\T.html";
 constexpr const char* Archive = "C:\\Logs\\Archive";
 
@@ -18,7 +20,7 @@ class LogTest : public Procedures {
   LogTest() { rig.machine().clock().setTime("2006-11-15 14:03:27.081"); }
 
   std::string text() { return rig.text(LogFile); }
-  std::vector<std::string> archived() { return run.fso.ListFiles(Archive); }
+  std::vector<std::string> archived() { return run.services.fso.listFiles(Archive); }
   /// Sets the archive up with files of these sizes: 1.html, 2.html and so on.
   void archiveOf(const std::vector<std::size_t>& sizes) {
     int number = 0;
@@ -55,25 +57,25 @@ TEST_F(LogTest, Entry_OfEachTypeAndNumber_HasItsMarkAndSource) {
   };
   for (const auto& row : table) {
     rig.machine().files().remove(LogFile);
-    log.Log("X", row.number, row.description, false, row.type);
+    log.log("X", row.number, row.description, Shown::No, row.type);
     EXPECT_EQ(LogRows(text()), (std::vector<LogRow>{{"15/11/06 14:03:27.081", row.mark, row.thirdCell}}))
         << row.number << " " << row.description << " of type " << row.type;
-    EXPECT_EQ(log.LastErrNumber(), row.number) << row.description;
-    EXPECT_EQ(log.LastErrDescription(), row.description);
+    EXPECT_EQ(log.lastErrNumber(), row.number) << row.description;
+    EXPECT_EQ(log.lastErrDescription(), row.description);
   }
 }
 
 TEST_F(LogTest, Entry_WithNothingToSay_IsNotMade) {
-  log.LastErrNumber(77);
-  log.Log("X", 0, "", false, EntryType::Error);
+  log.lastErrNumber(77);
+  log.log("X", 0, "", Shown::No, EntryType::Error);
   EXPECT_FALSE(rig.exists(LogFile));
-  EXPECT_EQ(log.LastErrNumber(), 77);
+  EXPECT_EQ(log.lastErrNumber(), 77);
 }
 
 TEST_F(LogTest, Entry_OfAnErrorHandlerWithoutSource_BearsTheSourceOfTheError) {
   const Error failure(6161, "no key", "modRegistry.RegRead");
-  log.Log("", failure);
-  log.Log("Initialise", failure);
+  log.log("", failure);
+  log.log("Initialise", failure);
   const std::vector<LogRow> rows = LogRows(text());
   ASSERT_EQ(rows.size(), 2U);
   EXPECT_EQ(rows[0].description, "no key<BR>Source: modRegistry.RegRead Error No = 6161");
@@ -81,42 +83,42 @@ TEST_F(LogTest, Entry_OfAnErrorHandlerWithoutSource_BearsTheSourceOfTheError) {
 }
 
 TEST_F(LogTest, Exit_ExactlySpelled_IsFollowedByALineOfOneSpace) {
-  log.Log("X", 0, "exit");
-  log.Log("X", 0, "Exit");
+  log.log("X", 0, "exit");
+  log.log("X", 0, "Exit");
   const std::string whole = text();
   ASSERT_EQ(whole.find("\r\n \r\n"), whole.size() - 5) << whole;
   EXPECT_EQ(LogRows(whole.substr(0, whole.size() - 3)).size(), 2U);
 }
 
 TEST_F(LogTest, SwitchedOff_LosesEntriesButRemembersTheLast) {
-  log.LogToFile(false);
-  log.Log("X", 9, "Exit");
-  log.LogToFile(true);
+  log.logToFile(false);
+  log.log("X", 9, "Exit");
+  log.logToFile(true);
   EXPECT_FALSE(rig.exists(LogFile));
-  EXPECT_EQ(log.LastErrNumber(), 9);
-  EXPECT_EQ(log.LastErrDescription(), "Exit");
+  EXPECT_EQ(log.lastErrNumber(), 9);
+  EXPECT_EQ(log.lastErrDescription(), "Exit");
 }
 
 TEST_F(LogTest, BlankFileName_MeansTheDefaultPlace) {
-  log.LogFilename("  ");
-  log.Log("X", 0, "here");
-  EXPECT_EQ(log.LogFilename(), LogFile);
+  log.logFilename("  ");
+  log.log("X", 0, "here");
+  EXPECT_EQ(log.logFilename(), LogFile);
   EXPECT_EQ(LogRows(text()).size(), 1U);
 }
 
 TEST_F(LogTest, Start_DeletesTheDefaultLogAndHoldsEntriesUntilTheirFileIsKnown) {
   rig.file(LogFile, "of an earlier run");
   rig.machine().files().setAttributes(LogFile, {.readOnly = true});
-  log.Start();
+  log.start();
   EXPECT_FALSE(rig.exists(LogFile));
-  log.Log("X", 0, "first");
+  log.log("X", 0, "first");
   rig.machine().clock().sleep(2000);
-  log.Log("X", 0, "second");
+  log.log("X", 0, "second");
   EXPECT_FALSE(rig.exists(LogFile));
-  log.LogFilename("C:\\Logs\\run.html");
+  log.logFilename("C:\\Logs\\run.html");
   rig.machine().files().makeFolder("C:\\Logs");
-  log.ReleaseEntries();
-  log.Log("X", 0, "third");
+  log.releaseEntries();
+  log.log("X", 0, "third");
   const std::vector<LogRow> rows = LogRows(rig.text("C:\\Logs\\run.html"));
   ASSERT_EQ(rows.size(), 3U);
   EXPECT_EQ(rows[0], (LogRow{"15/11/06 14:03:27.081", ActionMark, "first"})) << "the moment when it was made";
@@ -128,8 +130,8 @@ TEST_F(LogTest, Start_DeletesTheDefaultLogAndHoldsEntriesUntilTheirFileIsKnown) 
 TEST_F(LogTest, ShowMessage_ShowsErrorsOnlyAndAfterTheyWereWritten) {
   std::string written;
   rig.machine().screen().answer({"T Error", "", platform::BoxAnswer::Ok, [&] { written = text(); }});
-  log.Log("X", 0, "no number, no box", true);
-  log.Log("X", 5, "gone", true);
+  log.log("X", 0, "no number, no box", Shown::Always);
+  log.log("X", 5, "gone", Shown::Always);
   EXPECT_EQ(
       rig.effects("box"),
       std::vector<std::string>{"box \"T Error\": A critical run-time error has occurred  |  | Error #5: 'gone' -> " +
@@ -164,45 +166,45 @@ TEST_F(LogTest, Entry_ThatCannotBeWritten_GoesToABoxAndTheEventLog) {
   };
   for (const auto& row : table) {
     SCOPED_TRACE(row.file);
-    log.LogFilename(row.file);
-    log.LastErrNumber(1);
-    log.LastErrDescription("before");
+    log.logFilename(row.file);
+    log.lastErrNumber(1);
+    log.lastErrDescription("before");
     const std::size_t records = rig.effects("event log").size();
     const std::size_t boxes = rig.effects("box").size();
     rig.answer("T", platform::BoxAnswer::Ok, "Main");
-    log.Log("Main", 12, "started", true);
+    log.log("Main", 12, "started", Shown::Always);
     std::vector<std::string> added = rig.effects("event log");
     added.erase(added.begin(), added.begin() + static_cast<std::ptrdiff_t>(records));
     ExpectRecords(added, row.failure);
     ASSERT_EQ(rig.effects("box").size(), boxes + 1) << "the box of the error itself is not shown";
     EXPECT_EQ(rig.effects("box").back(), "box \"T\": Main -> ok");
-    EXPECT_EQ(log.LastErrNumber(), 1);
-    EXPECT_EQ(log.LastErrDescription(), "before");
+    EXPECT_EQ(log.lastErrNumber(), 1);
+    EXPECT_EQ(log.lastErrDescription(), "before");
   }
 }
 
 TEST_F(LogTest, Entry_ThatCannotBeWrittenOnASilentRun_ShowsNoBox) {
-  log.SilentRun(true);
-  log.LogFilename("D:\\T.html");
-  log.Log("Main", 12, "started");
+  log.beSilent(true);
+  log.logFilename("D:\\T.html");
+  log.log("Main", 12, "started");
   ExpectRecords(rig.effects("event log"), "5 Description : Permission denied");
-  log.LogFilename(LogFile);
-  log.Log("Main", 0, "the medium is back");
+  log.logFilename(LogFile);
+  log.log("Main", 0, "the medium is back");
   EXPECT_EQ(LogRows(text()).size(), 1U);
 }
 
 TEST_F(LogTest, Entry_ThatCannotBeWrittenWithoutEventLog_IsLostQuietly) {
   rig.machine().setSystem("Windows 98");
-  log.SilentRun(true);
-  log.LogFilename("D:\\T.html");
-  log.Log("Main", 12, "started");
+  log.beSilent(true);
+  log.logFilename("D:\\T.html");
+  log.log("Main", 12, "started");
   EXPECT_EQ(rig.effects("event log"), std::vector<std::string>());
 }
 
 TEST_F(LogTest, Archive_ThreeTimesInAMinute_KeepsTheFirstAndTheLast) {
   for (const char* content : {"one", "two", "three"}) {
     rig.file(LogFile, content);
-    EXPECT_TRUE(log.ArchiveLogFile(Archive));
+    EXPECT_TRUE(log.archiveLogFile(Archive));
     rig.machine().clock().sleep(10000);
   }
   EXPECT_EQ(archived(), (std::vector<std::string>{"T0611151403.html", "T0611151403a.html"}));
@@ -210,7 +212,7 @@ TEST_F(LogTest, Archive_ThreeTimesInAMinute_KeepsTheFirstAndTheLast) {
   EXPECT_EQ(rig.text("C:\\Logs\\Archive\\T0611151403a.html"), "three");
   EXPECT_EQ(text(), "three") << "the log stays in its place";
   rig.machine().clock().sleep(60000);
-  log.ArchiveLogFile(Archive);
+  log.archiveLogFile(Archive);
   EXPECT_TRUE(rig.exists("C:\\Logs\\Archive\\T0611151404.html"));
 }
 
@@ -229,19 +231,19 @@ TEST_F(LogTest, Archive_AboveItsLimit_LosesItsFirstFileAndNoOther) {
     rig.machine().files().remove(Archive);
     rig.machine().files().makeFolder(Archive);
     archiveOf(row.sizes);
-    log.ArchiveLogFile(Archive);
+    log.archiveLogFile(Archive);
     EXPECT_EQ(archived(), row.left) << row.sizes.size() << " files, the first of " << row.sizes[0] << " bytes";
   }
   archiveOf({6000000, 6000000, 12000000});
   rig.machine().files().setAttributes("C:\\Logs\\Archive\\1.html", {.readOnly = true});
-  log.ArchiveLogFile(Archive);
+  log.archiveLogFile(Archive);
   EXPECT_EQ(archived(), (std::vector<std::string>{"2.html", "3.html"})) << "a read-only file goes like any other";
 }
 
 TEST_F(LogTest, Archive_CountsTheLogThatItJustGot) {
   archiveOf({10000000});
   rig.file(LogFile, "x");
-  log.ArchiveLogFile(Archive);
+  log.archiveLogFile(Archive);
   EXPECT_EQ(archived(), std::vector<std::string>{"T0611151403.html"});
 }
 
@@ -250,8 +252,8 @@ TEST_F(LogTest, Archive_CopyFails_IsLoggedAndStillTrims) {
   faulty.faults().fail("files.copyFile", "", platform::Status::DiskFull);
   clsAppLog failing(faulty, "T", "C:\\QX");
   archiveOf({6000000, 6000000});
-  failing.Log("X", 0, "to be archived");
-  EXPECT_FALSE(failing.ArchiveLogFile(Archive));
+  failing.log("X", 0, "to be archived");
+  EXPECT_FALSE(failing.archiveLogFile(Archive));
   EXPECT_EQ(archived(), std::vector<std::string>{"2.html"});
   const std::vector<LogRow> errors = RowsOf(text(), ErrorMark);
   ASSERT_EQ(errors.size(), 1U);
@@ -260,8 +262,8 @@ TEST_F(LogTest, Archive_CopyFails_IsLoggedAndStillTrims) {
 
 TEST_F(LogTest, Archive_FolderCannotBeMade_IsLoggedWithItsName) {
   rig.file("C:\\Logs", "a file in its place");
-  log.Log("X", 0, "to be archived");
-  EXPECT_FALSE(log.ArchiveLogFile(Archive));
+  log.log("X", 0, "to be archived");
+  EXPECT_FALSE(log.archiveLogFile(Archive));
   const std::vector<LogRow> errors = RowsOf(text(), ErrorMark);
   ASSERT_FALSE(errors.empty());
   EXPECT_EQ(errors[0].description, "Cannot create folder C:\\Logs<BR>Source: ArchiveLogFile Error No = 6021");

@@ -7,29 +7,25 @@
 
 namespace {
 
+using namespace assistant;
+
 constexpr const char* Package = "C:\\Media\\Office.msi";
 constexpr const char* Code = "{11111111-2222-3333-4444-555555555555}";
 constexpr const char* Other = "{22222222-2222-3333-4444-555555555555}";
 
 class MsiQuery : public Procedures {
  protected:
-  bool query(::Run& asking, const std::string& path) {
-    name = version = code = "left from before";
-    return modMSI::GetMSIData(asking, path, name, version, code);
-  }
-  void expectNothing(bool result) {
-    EXPECT_FALSE(result);
-    EXPECT_EQ(name + version + code, "");
+  static void expectNothing(const PackageData& data) {
+    EXPECT_FALSE(data.read);
+    EXPECT_EQ(data.name + data.version + data.code, "");
   }
   /// Codes, names and versions of the list.
   std::vector<std::string> listed() {
     std::vector<std::string> products;
-    for (const InstalledProduct& product : run.installedProducts)
+    for (const InstalledProduct& product : ListInstalledProducts(run.services).list)
       products.push_back(product.code + "|" + product.name + "|" + product.version);
     return products;
   }
-
-  std::string name, version, code;
 };
 
 TEST_F(MsiQuery, PackageData_AreThoseOfItsPropertyTable) {
@@ -47,19 +43,20 @@ TEST_F(MsiQuery, PackageData_AreThoseOfItsPropertyTable) {
   };
   for (const auto& row : table) {
     Rig other;
-    ::Run asking(other.machine());
+    assistant::Run asking(other.machine());
     other.package(row.package);
-    EXPECT_TRUE(query(asking, Package)) << row.what;
-    EXPECT_EQ(name, row.package.name) << row.what;
-    EXPECT_EQ(version, row.package.version) << row.what;
-    EXPECT_EQ(code, row.package.code) << row.what;
+    const PackageData data = GetMSIData(asking.services, Package);
+    EXPECT_TRUE(data.read) << row.what;
+    EXPECT_EQ(data.name, row.package.name) << row.what;
+    EXPECT_EQ(data.version, row.package.version) << row.what;
+    EXPECT_EQ(data.code, row.package.code) << row.what;
     EXPECT_EQ(other.machine().installer().openHandles(), 0U) << row.what;
   }
 }
 
 TEST_F(MsiQuery, PackageData_AreToldInTheLog) {
   rig.package({Package, "Office", "2.1.0.15", Code});
-  ASSERT_TRUE(query(run, Package));
+  ASSERT_TRUE(GetMSIData(run.services, Package).read);
   std::vector<std::string> told;
   for (const LogRow& row : rows()) told.push_back(row.type + " " + row.description);
   EXPECT_EQ(told, (std::vector<std::string>{"Action Reading C:\\Media\\Office.msi", "Action Name:Office",
@@ -81,9 +78,9 @@ TEST_F(MsiQuery, PackageThatCannotBeRead_IsTheErrorOfItsStep) {
     SCOPED_TRACE(row.operation);
     faults::Platform faulty(rig.machine());
     faulty.faults().fail(row.operation, "", platform::Status::PackageOpenFailed);
-    ::Run failing(faulty);
+    assistant::Run failing(faulty);
     emptyLog();
-    expectNothing(query(failing, Package));
+    expectNothing(GetMSIData(failing.services, Package));
     ASSERT_FALSE(rows().empty());
     EXPECT_EQ(rows().back().description, row.text + std::string(Package) +
                                              "<BR>Source: modMSI.GetMSIData Error No = " + std::to_string(row.number));
@@ -92,9 +89,9 @@ TEST_F(MsiQuery, PackageThatCannotBeRead_IsTheErrorOfItsStep) {
 }
 
 TEST_F(MsiQuery, FileThatIsNoPackage_LeavesEmptyData) {
-  expectNothing(query(run, "C:\\Media\\gone.msi"));
+  expectNothing(GetMSIData(run.services, "C:\\Media\\gone.msi"));
   rig.file("C:\\Media\\notes.msi", "no package");
-  expectNothing(query(run, "C:\\Media\\notes.msi"));
+  expectNothing(GetMSIData(run.services, "C:\\Media\\notes.msi"));
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 2U);
   EXPECT_EQ(errors[0].description,
@@ -104,18 +101,15 @@ TEST_F(MsiQuery, FileThatIsNoPackage_LeavesEmptyData) {
 }
 
 TEST_F(MsiQuery, ProductList_HasARecordForEachOrOneEmpty) {
-  ListInstalledProducts(run);
   EXPECT_EQ(listed(), std::vector<std::string>{"||"});
   rig.machine().installer().install({Code, "Office", "2.1.0.15"});
   rig.machine().installer().install({Other, std::string(127, 'n'), "1"});
   for (int times = 0; times < 2; ++times) {
-    ListInstalledProducts(run);
     EXPECT_EQ(listed(), (std::vector<std::string>{std::string(Code) + "|Office|2.1.0.15",
                                                   std::string(Other) + "|" + std::string(127, 'n') + "|1"}));
   }
   rig.machine().installer().remove(Code);
-  ListInstalledProducts(run);
-  EXPECT_EQ(run.installedProducts.size(), 1U);
+  EXPECT_EQ(listed().size(), 1U);
   std::vector<std::string> told;
   for (const LogRow& row : rows()) told.push_back(row.description);
   EXPECT_EQ(told, (std::vector<std::string>{"There are 0 installed products", "There are 2 installed products",
@@ -127,12 +121,12 @@ TEST_F(MsiQuery, ProductThatDoesNotTell_KeepsEmptyFieldsAndAnErrorEach) {
   rig.machine().installer().install({Other, "Tools", "1.0"});
   faults::Platform faulty(rig.machine());
   faulty.faults().fail("installer.productInformation", Code, platform::Status::UnknownProperty);
-  ::Run failing(faulty);
-  ListInstalledProducts(failing);
-  ASSERT_EQ(failing.installedProducts.size(), 2U);
-  EXPECT_EQ(failing.installedProducts[0].code, Code);
-  EXPECT_EQ(failing.installedProducts[0].name + failing.installedProducts[0].version, "");
-  EXPECT_EQ(failing.installedProducts[1].name, "Tools");
+  assistant::Run failing(faulty);
+  const std::vector<InstalledProduct> products = ListInstalledProducts(failing.services).list;
+  ASSERT_EQ(products.size(), 2U);
+  EXPECT_EQ(products[0].code, Code);
+  EXPECT_EQ(products[0].name + products[0].version, "");
+  EXPECT_EQ(products[1].name, "Tools");
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 2U);
   EXPECT_EQ(errors[0].description.rfind(std::string("Error returning product Installed Product Name for ") + Code, 0),
@@ -144,9 +138,10 @@ TEST_F(MsiQuery, ProductThatDoesNotTell_KeepsEmptyFieldsAndAnErrorEach) {
 
 TEST_F(MsiQuery, TextsThatAreTooLong_AreLeftEmptyAndTold) {
   rig.package({Package, std::string(100, 'n'), "1", Code});
-  EXPECT_TRUE(query(run, Package));
-  EXPECT_EQ(name, "");
-  EXPECT_EQ(version + code, std::string("1") + Code);
+  const PackageData data = GetMSIData(run.services, Package);
+  EXPECT_TRUE(data.read);
+  EXPECT_EQ(data.name, "");
+  EXPECT_EQ(data.version + data.code, std::string("1") + Code);
   const std::vector<LogRow> told = rows();
   const auto warnings = std::count_if(told.begin(), told.end(), [](const LogRow& row) {
     return row.description == "ProductName of the package could not be read; it may be longer than 99 characters";
@@ -154,7 +149,6 @@ TEST_F(MsiQuery, TextsThatAreTooLong_AreLeftEmptyAndTold) {
   EXPECT_EQ(warnings, 1);
 
   rig.machine().installer().install({Other, std::string(128, 'n'), std::string(127, '1')});
-  ListInstalledProducts(run);
   EXPECT_EQ(listed(), std::vector<std::string>{std::string(Other) + "||" + std::string(127, '1')});
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 1U);
@@ -166,9 +160,10 @@ TEST_F(MsiQuery, PropertyThatCannotBeRead_IsLeftEmptyAndTold) {
   rig.package({Package, "Office", "2.1.0.15", Code});
   faults::Platform faulty(rig.machine());
   faulty.faults().fail("installer.propertyValue", "ProductVersion", platform::Status::InvalidParameter);
-  ::Run failing(faulty);
-  EXPECT_TRUE(query(failing, Package));
-  EXPECT_EQ(name + version + code, std::string("Office") + Code);
+  const assistant::Run failing(faulty);
+  const PackageData data = GetMSIData(failing.services, Package);
+  EXPECT_TRUE(data.read);
+  EXPECT_EQ(data.name + data.version + data.code, std::string("Office") + Code);
   const std::vector<LogRow> told = rows();
   EXPECT_TRUE(std::any_of(told.begin(), told.end(), [](const LogRow& row) {
     return row.description == "ProductVersion of the package could not be read; it may be longer than 99 characters";
@@ -177,16 +172,15 @@ TEST_F(MsiQuery, PropertyThatCannotBeRead_IsLeftEmptyAndTold) {
 
 TEST_F(MsiQuery, MachineWithoutWindowsInstaller_HasNoProducts) {
   rig.machine().installer().setInstalled(false);
-  ListInstalledProducts(run);
   EXPECT_EQ(listed(), std::vector<std::string>{"||"});
   rig.file(Package, "package");
-  expectNothing(query(run, Package));
+  expectNothing(GetMSIData(run.services, Package));
 }
 
 TEST_F(MsiQuery, LogOfProducts_HasALineForEach) {
-  run.verbose = true;
+  run.services.log.beVerbose(true);
   rig.machine().installer().install({Code, "Office", "2.1.0.15"});
-  LogInstalledMSIs(run);
+  LogInstalledMSIs(run.services);
   std::vector<std::string> told;
   for (const LogRow& row : rows()) told.push_back(row.description);
   EXPECT_EQ(told, (std::vector<std::string>{"Retrieving Installed MSI's from PC", "There are 1 installed products",

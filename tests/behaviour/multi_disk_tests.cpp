@@ -429,7 +429,8 @@ TEST_F(FindVolume, EveryDrive_IsLookedAtByItsLabel) {
   rig.machine().addDrive({.letter = 'F', .type = platform::DriveType::Removable, .label = "Office Two"});
   const std::pair<const char*, char> rows[] = {
       {"DISC1", 'D'}, {"disc1", 'D'}, {"OFFICE TWO", 'F'}, {"Office", 0}, {"DISC10", 0}};
-  for (const auto& [name, letter] : rows) EXPECT_EQ(frmChangeDisk::FindVolume(run, name), letter) << name;
+  for (const auto& [name, letter] : rows)
+    EXPECT_EQ(assistant::frmChangeDisk::FindVolume(rig.machine().files(), name).value_or(0), letter) << name;
 }
 
 }  // namespace

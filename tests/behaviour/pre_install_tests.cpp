@@ -113,11 +113,13 @@ TEST(PreInstall, SectionThatIsLeftOutOrSkipped_RunsNothing) {
 class DiskSpace : public Procedures {
  protected:
   DiskSpace() {
-    run.component.name = "One";
-    run.component.key = ComponentRecord("One");
-    run.driveTable = {{'C', 1000 * 1024.0}, {'D', 5000000000.0}};
-    run.shares = {{"Data", "d:\\QX\\Data", ""}, {"Far", "\\\\server\\far", ""}, {"Gone", "Q:\\Gone", ""}};
+    component.name = "One";
+    component.iniPath = "C:\\one.ini";
+    run.facts.drives = {{'C', 1000 * 1024.0}, {'D', 5000000000.0}};
+    run.product.shares = {{"Data", "d:\\QX\\Data", ""}, {"Far", "\\\\server\\far", ""}, {"Gone", "Q:\\Gone", ""}};
   }
+
+  assistant::Component component;
 };
 
 TEST_F(DiskSpace, Cost_IsComparedShareByShareWithinItsBounds) {
@@ -151,9 +153,8 @@ TEST_F(DiskSpace, Cost_IsComparedShareByShareWithinItsBounds) {
   };
   for (const auto& row : rows) {
     emptyLog();
-    rig.set(run.component.key, "Cost", row.cost);
-    rig.set(run.component.key, "IniPath", "C:\\one.ini");
-    EXPECT_EQ(CheckDiskSpace(run), row.fits) << row.cost;
+    component.cost = row.cost;
+    EXPECT_EQ(CheckDiskSpace(run, component), row.fits) << row.cost;
     Names told;
     for (const LogRow& entry : LogRows(logText()))
       if (entry.type != ErrorMark && entry.description.find("resolved to") == std::string::npos)

@@ -1,41 +1,52 @@
 // What initialisation records of a product and its components, and ini files of which it cannot.
 
 #include "core/initialise.h"
-#include "exec/captions.h"
+
+#include <optional>
+
+#include "core/run_stops.h"
 #include "tests/support/media.h"
 #include "tests/support/procedures.h"
 
 namespace {
 
+using assistant::RunStops;
+using Stop = std::optional<RunStops::How>;
+
 constexpr const char* Failed = "Failed while trying to get value of key: ";
 constexpr const char* ToolsIni = "C:\\Media\\Tools\\Tools.ini";
-constexpr int GoesOn = -1;
+constexpr Stop GoesOn;
 
 class Records : public Procedures {
  protected:
   Records() {
-    run.silent = true;
-    run.productName = run.productDisplayName = "Office Suite";
-    run.appIniPath = "C:\\Media\\app.ini";
-    modLanguage::CreateEDictionary(run);
+    beSilent(true);
+    run.product.name = "Office Suite";
+    run.product.inis.application = "C:\\Media\\app.ini";
   }
 
-  /// The exit code with which initialisation ended the run, or GoesOn.
-  int initialise(::Run& initialising) {
+  void beSilent(bool silent) {
+    run.options.silent = silent;
+    run.services.log.beSilent(silent);
+  }
+  /// How initialisation stopped the run (and with which reason), or GoesOn.
+  Stop initialiseAsWritten() {
     try {
-      Initialise(initialising);
+      Initialise(run);
       return GoesOn;
-    } catch (const ProgramEnd& end) {
-      return end.exitCode;
+    } catch (const RunStops& stop) {
+      stopReason = stop.reason;
+      return stop.how;
     }
   }
-  int initialise() {
+  Stop initialise() {
     media.write();
-    return initialise(run);
+    return initialiseAsWritten();
   }
   std::string tools(const std::string& value) { return rig.value(ComponentRecord("Tools"), value); }
   bool logged(const std::string& text) { return logText().find(text) != std::string::npos; }
 
+  std::string stopReason;
   Media media{rig};
 };
 
@@ -44,8 +55,8 @@ TEST_F(Records, ApplicationIni_EachKey_IsRecordedInItsPlace) {
   media.product["ForceUninstallReboot"] = "Always";
   media.product["PreviousVolumeName"] = "DISC0";
   media.product["NextVolumeName"] = "DISC2";
-  run.endMessage = "Office is ready.";
-  run.numberOfLoops = "3";
+  run.product.endMessage = "Office is ready.";
+  run.product.numberOfLoops = "3";
   media.program("Tools").program("Office");
   ASSERT_EQ(initialise(), GoesOn);
   const struct {
@@ -105,7 +116,7 @@ TEST_F(Records, ApplicationIni_KeyLeftOut_LeavesItsDefault) {
     media.config = config;
     media.product.erase(row.key);
     media.config.erase(row.key);
-    run.productIniPath = "C:\\Media\\product.ini";
+    run.product.inis.product = "C:\\Media\\product.ini";
     EXPECT_EQ(initialise(), GoesOn) << row.key;
     EXPECT_EQ(rig.value(row.record, row.value), row.text) << row.key;
     EXPECT_EQ(logged(std::string(Failed) + row.key + " from section: "), row.logged) << row.key;
@@ -134,7 +145,7 @@ TEST_F(Records, LoopsAndEndMessage_AreWrittenOnlyWhenTheySaySomething) {
   media.program("Tools");
   for (const auto& row : table) {
     rig.machine().registry().removeTree(std::string("HKLM\\") + ProductRecord);
-    run.numberOfLoops = row.loops;
+    run.product.numberOfLoops = row.loops;
     ASSERT_EQ(initialise(), GoesOn);
     EXPECT_EQ(rig.value(ProductRecord, "NumberOfLoops"), row.recorded) << "'" << row.loops << "'";
     EXPECT_EQ(rig.hasValue(ProductRecord, "NumberOfLoops"), *row.recorded != 0) << "'" << row.loops << "'";
@@ -167,15 +178,15 @@ TEST_F(Records, Log_TellsTheStepsInTheirOrder) {
 TEST_F(Records, ForcedLists_AreReadFromTheirSectionsAndMayBeAbsent) {
   media.program("Tools");
   ASSERT_EQ(initialise(), GoesOn);
-  EXPECT_EQ(run.forceUninstall.size() + run.forceDelete.size(), 0U);
+  EXPECT_EQ(run.product.forced.uninstall.size() + run.product.forced.remove.size(), 0U);
   EXPECT_EQ(RowsOf(logText(), ErrorMark), std::vector<LogRow>()) << "a complete product logs no error";
   media.write();
   rig.file("C:\\Media\\app.ini",
            rig.text("C:\\Media\\app.ini") +
                "[ForceUninstall]\nOldOffice=\nOlder=x\nbare\n[ForceDelete]\nC:\\a=b.dll\nC:\\c.dll\n");
-  ASSERT_EQ(initialise(run), GoesOn);
-  EXPECT_EQ(run.forceUninstall, (std::vector<std::string>{"OldOffice", "Older"}));
-  EXPECT_EQ(run.forceDelete, (std::vector<std::string>{"C:\\a=b.dll", "C:\\c.dll"}));
+  ASSERT_EQ(initialiseAsWritten(), GoesOn);
+  EXPECT_EQ(run.product.forced.uninstall, (std::vector<std::string>{"OldOffice", "Older"}));
+  EXPECT_EQ(run.product.forced.remove, (std::vector<std::string>{"C:\\a=b.dll", "C:\\c.dll"}));
 }
 
 TEST_F(Records, Versions_ThatDiffer_AreAskedAbout) {
@@ -184,7 +195,7 @@ TEST_F(Records, Versions_ThatDiffer_AreAskedAbout) {
       "file. |  | Do you wish to continue with this version? -> ";
   media.productIni = "[General]\nVersion=2.2.0\n";
   media.program("Tools");
-  run.silent = false;
+  beSilent(false);
   rig.answer("Product Version", platform::BoxAnswer::Yes);
   EXPECT_EQ(initialise(), GoesOn);
   EXPECT_TRUE(logged("Versions do not match, product.ini is 2.2.0, installer .ini is 2.1.0"));
@@ -192,12 +203,16 @@ TEST_F(Records, Versions_ThatDiffer_AreAskedAbout) {
   EXPECT_EQ(rig.effects("box"), std::vector<std::string>{question + "yes"});
 
   rig.answer("Product Version", platform::BoxAnswer::No);
-  EXPECT_EQ(initialise(), 2);
+  EXPECT_EQ(initialise(), RunStops::How::Declined);
   EXPECT_EQ(rig.effects("box"), (std::vector<std::string>{question + "yes", question + "no"}));
-  EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "User aborted run");
+  EXPECT_EQ(stopReason, "User aborted run");
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_FALSE(errors.empty());
   EXPECT_EQ(errors[0].description, "User aborted run");
+
+  rig.answer("Product Version", platform::BoxAnswer::No);
+  EXPECT_EQ(rig.run(Media::arguments("")), 2);
+  EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "User aborted run");
 }
 
 TEST_F(Records, VersionThatCannotBeRead_IsLoggedAndTheCheckPassedOver) {

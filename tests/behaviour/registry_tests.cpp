@@ -7,6 +7,8 @@
 
 namespace {
 
+using namespace assistant;
+
 using modRegistry::RegistryRoot;
 using modRegistry::ValueType;
 
@@ -33,17 +35,18 @@ class RegistryTest : public Procedures {
   }
 
   faults::Platform faulty{rig.machine()};
-  ::Run failing{faulty};
+  assistant::Run failing{faulty};
+  platform::Registry& registry = rig.machine().registry();
 };
 
 TEST_F(RegistryTest, Text_OfAnyLengthUpTo1023_IsReadBack) {
   for (const std::size_t length : {0U, 1U, 255U, 1022U, 1023U}) {
     rig.set(Key, "Name", std::string(length, 'x'));
-    EXPECT_EQ(modRegistry::RegRead(run, Key, "Name"), std::string(length, 'x')) << length;
+    EXPECT_EQ(modRegistry::RegRead(registry, Key, "Name"), std::string(length, 'x')) << length;
   }
   for (const std::size_t length : {1024U, 1025U, 100000U}) {
     rig.set(Key, "Name", std::string(length, 'x'));
-    EXPECT_EQ(modRegistry::RegRead(run, Key, "Name"), "") << length;
+    EXPECT_EQ(modRegistry::RegRead(registry, Key, "Name"), "") << length;
   }
 }
 
@@ -51,28 +54,27 @@ TEST_F(RegistryTest, Text_WithoutTerminator_IsReadWhole) {
   put("Bytes", 3, "abc");
   put("Terminated", 3, std::string("abc\0", 4));
   put("Empty", 1, "");
-  EXPECT_EQ(modRegistry::RegRead(run, Key, "Bytes"), "abc");
-  EXPECT_EQ(modRegistry::RegRead(run, Key, "Terminated"), "abc");
-  EXPECT_EQ(modRegistry::RegRead(run, Key, "Empty"), "");
+  EXPECT_EQ(modRegistry::RegRead(registry, Key, "Bytes"), "abc");
+  EXPECT_EQ(modRegistry::RegRead(registry, Key, "Terminated"), "abc");
+  EXPECT_EQ(modRegistry::RegRead(registry, Key, "Empty"), "");
 }
 
 TEST_F(RegistryTest, MissingThings_AreEmptyOrRaisedAsTheirOperationSays) {
   rig.set(Key, "Name", "value");
-  std::vector<std::string> names;
-  EXPECT_EQ(modRegistry::RegRead(run, Key, "Other"), "") << "a missing value is no failure";
-  EXPECT_EQ(raised([&] { modRegistry::RegRead(run, "Software\\No", "Name"); }),
+  EXPECT_EQ(modRegistry::RegRead(registry, Key, "Other"), "") << "a missing value is no failure";
+  EXPECT_EQ(raised([&] { modRegistry::RegRead(registry, "Software\\No", "Name"); }),
             "6161 Could not open registry key HKLM\\Software\\No\\Name (modRegistry.RegRead)");
-  EXPECT_EQ(raised([&] { modRegistry::RegListKeys(run, "Software\\No", names); }),
+  EXPECT_EQ(raised([&] { modRegistry::RegListKeys(registry, "Software\\No"); }),
             "6161 Could not open registry key HKLM\\Software\\No (modRegistry.RegListKeys)");
-  EXPECT_EQ(raised([&] { modRegistry::RegListValues(run, "Software\\No", names); }),
+  EXPECT_EQ(raised([&] { modRegistry::RegListValues(registry, "Software\\No"); }),
             "6161 Could not open registry key HKLM\\Software\\No (modRegistry.RegListValues)");
-  EXPECT_EQ(raised([&] { modRegistry::RegDelete(run, "Software\\No"); }),
+  EXPECT_EQ(raised([&] { modRegistry::RegDelete(registry, "Software\\No"); }),
             "6166 Error deleting registry key HKLM\\Software\\No (modRegistry.RegDelete)");
-  EXPECT_EQ(modRegistry::ReadOrEmpty(run, "Software\\No", "Name"), "");
-  EXPECT_EQ(modRegistry::SubKeys(run, "Software\\No"), std::vector<std::string>());
-  EXPECT_EQ(modRegistry::ReadNumber(run, "Software\\No", "Name"), 0);
-  modRegistry::DeleteIfThere(run, "Software\\No");
-  modRegistry::RemoveValue(run, "Software\\No", "Name");
+  EXPECT_EQ(modRegistry::ReadOrEmpty(registry, "Software\\No", "Name"), "");
+  EXPECT_EQ(modRegistry::SubKeys(registry, "Software\\No"), std::vector<std::string>());
+  EXPECT_EQ(modRegistry::ReadNumber(registry, "Software\\No", "Name"), 0);
+  modRegistry::DeleteIfThere(run.services, "Software\\No");
+  modRegistry::RemoveValue(run.services, "Software\\No", "Name");
   EXPECT_FALSE(rig.hasKey("Software\\No"));
   EXPECT_EQ(logText(), "");
 }
@@ -81,7 +83,7 @@ TEST_F(RegistryTest, Write_OfEachType_StoresItsBytes) {
   const struct {
     const char* value;
     std::uint32_t type;
-    int written;
+    bool written;
     std::string data;
   } table[] = {
       {"text", 1, 1, std::string("text\0", 5)},
@@ -98,12 +100,11 @@ TEST_F(RegistryTest, Write_OfEachType_StoresItsBytes) {
   for (const auto& row : table) {
     const std::string what = std::string(row.value) + " as type " + std::to_string(row.type);
     rig.machine().registry().removeTree(std::string("HKLM\\") + Key);
-    EXPECT_EQ(modRegistry::RegWrite(run, Key, "Name", row.value, RegistryRoot::LocalMachine,
-                                    static_cast<ValueType>(row.type)),
+    EXPECT_EQ(modRegistry::RegWrite(run.services, Key, "Name", {row.value, static_cast<ValueType>(row.type)}),
               row.written)
         << what;
     const simulated::RegistryValue* value = stored(Key, "Name");
-    ASSERT_EQ(value != nullptr, row.written == 1) << what;
+    ASSERT_EQ(value != nullptr, row.written) << what;
     if (value == nullptr) continue;
     EXPECT_EQ(value->type, row.type) << what;
     EXPECT_EQ(value->data, row.data) << what;
@@ -114,27 +115,25 @@ TEST_F(RegistryTest, Write_OfEachType_StoresItsBytes) {
   EXPECT_NE(errors[0].description.find("Source: RegWrite"), std::string::npos) << errors[0];
 }
 
-TEST_F(RegistryTest, Write_OfABlankValue_KeepsItEmptyOrRemovesIt) {
+TEST_F(RegistryTest, Write_OfABlankValue_KeepsItEmpty_RemovalTakesIt) {
   for (const char* blank : {"", "   "}) {
     rig.set(Key, "Name", "value");
-    EXPECT_EQ(modRegistry::RegWrite(run, Key, "Name", blank), 1);
+    EXPECT_TRUE(modRegistry::RegWrite(run.services, Key, "Name", blank));
     ASSERT_NE(stored(Key, "Name"), nullptr);
     EXPECT_EQ(rig.value(Key, "Name"), "");
     EXPECT_EQ(stored(Key, "Name")->type, 1U);
-    const auto remove = [&] {
-      return modRegistry::RegWrite(run, Key, "Name", blank, RegistryRoot::LocalMachine, ValueType::Text, false);
-    };
-    EXPECT_EQ(remove(), 1);
+    EXPECT_TRUE(modRegistry::RemoveValue(run.services, Key, "Name"));
     EXPECT_FALSE(rig.hasValue(Key, "Name"));
     EXPECT_TRUE(rig.hasKey(Key));
-    EXPECT_EQ(remove(), 0) << "nothing was left to remove";
+    EXPECT_FALSE(modRegistry::RemoveValue(run.services, Key, "Name")) << "nothing was left to remove";
   }
-  EXPECT_EQ(modRegistry::RegWrite(run, Deep, "Name", ""), 1);
+  EXPECT_TRUE(modRegistry::RegWrite(run.services, Deep, "Name", ""));
   EXPECT_TRUE(rig.hasValue(Deep, "Name")) << "an empty value creates its key like any other";
 }
 
 TEST_F(RegistryTest, Write_UnderAMissingKeyOfTheUser_CreatesItForTheMachine) {
-  EXPECT_EQ(modRegistry::RegWrite(run, Deep, "Name", "value", RegistryRoot::CurrentUser), 0);
+  EXPECT_FALSE(
+      modRegistry::RegWrite(run.services, Deep, "Name", {"value", ValueType::Text, RegistryRoot::CurrentUser}));
   EXPECT_TRUE(rig.hasKey(Deep));
   EXPECT_FALSE(rig.machine().registry().hasKey(std::string("HKCU\\") + Deep));
 }
@@ -142,20 +141,20 @@ TEST_F(RegistryTest, Write_UnderAMissingKeyOfTheUser_CreatesItForTheMachine) {
 TEST_F(RegistryTest, Write_ThatTheMachineRefuses_WritesNothingAndRaisesNothing) {
   rig.set(Key, "Name", "before");
   faulty.faults().fail("registry.openKey", "Test", platform::Status::AccessDenied);
-  EXPECT_EQ(modRegistry::RegWrite(failing, Key, "Name", "after"), 0);
+  EXPECT_FALSE(modRegistry::RegWrite(failing.services, Key, "Name", "after"));
   EXPECT_FALSE(faulty.faults().operations() > 0) << "a refused key is not created";
-  EXPECT_EQ(modRegistry::RegWrite(failing, Key, "Name", "after"), 0);
+  EXPECT_FALSE(modRegistry::RegWrite(failing.services, Key, "Name", "after"));
   EXPECT_EQ(rig.value(Key, "Name"), "before");
   rig.set("Software\\Full", "Name", "before");
   faulty.faults().fail("registry.setValue", "Full", platform::Status::DiskFull);
-  EXPECT_EQ(modRegistry::RegWrite(failing, "Software\\Full", "Name", "after"), 0);
+  EXPECT_FALSE(modRegistry::RegWrite(failing.services, "Software\\Full", "Name", "after"));
   faulty.faults().fail("registry.createKey", "Three", platform::Status::AccessDenied);
-  EXPECT_EQ(modRegistry::RegWrite(failing, Deep, "Name", "after"), 0);
+  EXPECT_FALSE(modRegistry::RegWrite(failing.services, Deep, "Name", "after"));
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 1U);
   EXPECT_EQ(errors[0].description,
             std::string("Error creating registry key HKLM\\") + Deep + "<BR>Source: RegWrite Error No = 6165");
-  EXPECT_EQ(raised([&] { modRegistry::RegCreate(failing, Deep); }),
+  EXPECT_EQ(raised([&] { modRegistry::RegCreate(faulty.registry(), Deep); }),
             std::string("6165 Error creating registry key HKLM\\") + Deep + " (modRegistry.RegCreate)");
 }
 
@@ -165,7 +164,7 @@ TEST_F(RegistryTest, Delete_OfAKey_TakesEverythingBelowAndNothingBeside) {
   rig.set("Software\\A\\B\\C1\\D", "Name", "1");
   rig.set("Software\\A\\B\\C2\\D\\E", "Name", "1");
   rig.set("Software\\A\\B2", "Stays", "1");
-  EXPECT_EQ(modRegistry::RegDelete(run, "Software\\A\\B"), 0);
+  EXPECT_EQ(modRegistry::RegDelete(registry, "Software\\A\\B"), platform::Status::Ok);
   EXPECT_FALSE(rig.hasKey("Software\\A\\B"));
   EXPECT_TRUE(rig.hasKey("Software\\A\\B2"));
   EXPECT_EQ(rig.value("Software\\A", "Stays"), "1");
@@ -174,26 +173,23 @@ TEST_F(RegistryTest, Delete_OfAKey_TakesEverythingBelowAndNothingBeside) {
 TEST_F(RegistryTest, Delete_ThatIsRefused_IsAWarning) {
   rig.set("Software\\A\\B", "Name", "1");
   faulty.faults().fail("registry.deleteKey", "", platform::Status::AccessDenied);
-  modRegistry::DeleteIfThere(failing, "Software\\A");
+  modRegistry::DeleteIfThere(failing.services, "Software\\A");
   EXPECT_TRUE(rig.hasKey("Software\\A\\B"));
   const std::vector<LogRow> warnings = RowsOf(logText(), WarningMark);
   ASSERT_EQ(warnings.size(), 1U);
   EXPECT_NE(warnings[0].description.find("HKLM\\Software\\A"), std::string::npos) << warnings[0];
 }
 
-TEST_F(RegistryTest, Lists_HoldEveryNameOrOneEmptyOne) {
+TEST_F(RegistryTest, Lists_HoldEveryName) {
   rig.set("Software\\A\\B", "", "1");
   rig.set("Software\\A\\" + std::string(254, 'k'), "", "1");
   rig.set("Software\\A", "One", "1");
   rig.set("Software\\A", "Two", "");
-  std::vector<std::string> names = {"left from before"};
-  EXPECT_EQ(modRegistry::RegListKeys(run, "Software\\A", names), 2);
-  EXPECT_EQ(names, (std::vector<std::string>{"B", std::string(254, 'k')}));
-  EXPECT_EQ(modRegistry::RegListValues(run, "Software\\A", names), 2);
-  EXPECT_EQ(names, (std::vector<std::string>{"One", "Two"}));
-  EXPECT_EQ(modRegistry::RegListKeys(run, "Software\\A\\B", names), 0);
-  EXPECT_EQ(names, std::vector<std::string>{""});
-  EXPECT_EQ(modRegistry::SubKeys(run, "Software\\A\\B"), std::vector<std::string>());
+  const std::vector<std::string> keys = {"B", std::string(254, 'k')};
+  EXPECT_EQ(modRegistry::RegListKeys(registry, "Software\\A"), keys);
+  EXPECT_EQ(modRegistry::RegListValues(registry, "Software\\A"), (std::vector<std::string>{"One", "Two"}));
+  EXPECT_EQ(modRegistry::RegListKeys(registry, "Software\\A\\B"), std::vector<std::string>());
+  EXPECT_EQ(modRegistry::SubKeys(registry, "Software\\A\\B"), std::vector<std::string>());
 }
 
 TEST_F(RegistryTest, Existence_IsToldOrRaised) {
@@ -217,14 +213,14 @@ TEST_F(RegistryTest, Existence_IsToldOrRaised) {
       {"Software\\\\Malformed", "", ValueType::Text, false},
   };
   for (const auto& row : table) {
-    EXPECT_EQ(modRegistry::RegKeyExists(run, row.key, row.value, RegistryRoot::LocalMachine, row.type), row.there)
+    EXPECT_EQ(modRegistry::RegKeyExists(registry, row.key, row.value, RegistryRoot::LocalMachine, row.type), row.there)
         << row.key << " " << row.value;
   }
-  EXPECT_EQ(raised([&] { modRegistry::RegKeyExists(run, Key, "Long"); }),
+  EXPECT_EQ(raised([&] { modRegistry::RegKeyExists(registry, Key, "Long"); }),
             "6162 RegOpenKeyEx API Call failed, returning 234 (modRegistry.RegKeyExists)");
   faulty.faults().fail("registry.openKey", "Test", platform::Status::AccessDenied);
   for (const char* value : {"", "Name"}) {
-    EXPECT_EQ(raised([&] { modRegistry::RegKeyExists(failing, Key, value); }),
+    EXPECT_EQ(raised([&] { modRegistry::RegKeyExists(faulty.registry(), Key, value); }),
               "6162 RegOpenKeyEx API Call failed, returning 5 (modRegistry.RegKeyExists)");
   }
 }
@@ -232,12 +228,12 @@ TEST_F(RegistryTest, Existence_IsToldOrRaised) {
 TEST_F(RegistryTest, Number_IsReadInEitherForm) {
   put("Number", 4, std::string("\xFE\xFF\xFF\xFF", 4));
   rig.set(Key, "Text", "300");
-  std::int32_t number = 5;
-  EXPECT_EQ(modRegistry::DWORDValueGet(run, Key, "Number", number), 0);
-  EXPECT_EQ(number, -2);
-  EXPECT_EQ(modRegistry::ReadNumber(run, Key, "Number"), -2);
-  EXPECT_EQ(modRegistry::ReadNumber(run, Key, "Text"), 300);
-  EXPECT_EQ(modRegistry::ReadNumber(run, Key, "Other"), 0);
+  const modRegistry::ReadNumberValue read = modRegistry::DWORDValueGet(run.services, Key, "Number");
+  EXPECT_EQ(read.status, platform::Status::Ok);
+  EXPECT_EQ(read.number, -2);
+  EXPECT_EQ(modRegistry::ReadNumber(registry, Key, "Number"), -2);
+  EXPECT_EQ(modRegistry::ReadNumber(registry, Key, "Text"), 300);
+  EXPECT_EQ(modRegistry::ReadNumber(registry, Key, "Other"), 0);
   EXPECT_EQ(logText(), "");
 }
 
@@ -254,9 +250,9 @@ TEST_F(RegistryTest, Number_ThatIsNotThere_IsLoggedWithTheHandleUnderTheSiblings
   };
   for (const auto& row : table) {
     emptyLog();
-    std::int32_t number = 5;
-    EXPECT_NE(modRegistry::DWORDValueGet(run, row.key, "Count", number), 0) << row.key;
-    EXPECT_EQ(number, 5) << row.key;
+    const modRegistry::ReadNumberValue read = modRegistry::DWORDValueGet(run.services, row.key, "Count");
+    EXPECT_NE(read.status, platform::Status::Ok) << row.key;
+    EXPECT_EQ(read.number, 0) << row.key;
     ASSERT_EQ(rows().size(), 1U) << row.key;
     const std::string text = rows()[0].description;
     const std::size_t start = std::string(row.start).size();

@@ -12,6 +12,8 @@
 
 namespace {
 
+using namespace assistant;
+
 using Names = std::vector<std::string>;
 
 constexpr const char* Locations = "Software\\Tarvel\\Installation\\Locations";
@@ -20,16 +22,14 @@ constexpr const char* SystemShares = "System\\CurrentControlSet\\Services\\lanma
 class Shares : public Procedures {
  protected:
   Shares() {
-    run.appIniPath = "C:\\Media\\app.ini";
-    run.productIniPath = "C:\\Media\\product.ini";
-    run.productName = "Office Suite";
-    run.verbose = false;
+    run.product.inis = {"C:\\Media\\app.ini", "C:\\Media\\product.ini"};
+    run.product.name = "Office Suite";
   }
 
   void shares(const std::string& lines) {
     rig.file("C:\\Media\\Config\\Shares.csv", lines);
     emptyLog();
-    ValidateShares(run);
+    run.product.shares = ValidateShares(run);
   }
   Names descriptions(const std::string& type) {
     Names texts;
@@ -70,15 +70,15 @@ TEST_F(Shares, LineThatCannotBeUsed_IsToldAndPassedOver) {
     const Names warnings = descriptions(WarningMark);
     ASSERT_EQ(warnings.size(), 1U) << line;
     EXPECT_NE(warnings[0].find(std::string("Line 2 of C:\\Media\\Config\\Shares.csv ") + told), std::string::npos);
-    EXPECT_EQ(run.shares.front().name, "Good");
+    EXPECT_EQ(run.product.shares.front().name, "Good");
   }
 }
 
 TEST_F(Shares, MachineTypes_DecideWhichAreCreated) {
-  run.serverType = "dcunit";
+  run.facts.serverType = "dcunit";
   rig.program("net share");
   shares("Here,C:\\Here,\"dcchild,dcunit\"\nThere,C:\\There,dcchild\nAll,C:\\All,all machines\n");
-  EXPECT_EQ(CreateShares(run), 0);
+  EXPECT_TRUE(CreateShares(run));
   EXPECT_EQ(rig.ran().size(), 2U);
   EXPECT_FALSE(rig.exists("C:\\There"));
   EXPECT_NE(logText().find("Share There should not be created on this machine type<br>Skipping this share creation!"),
@@ -89,7 +89,7 @@ TEST_F(Shares, ShareOfTheSystem_IsRecordedAndNotMadeAgain) {
   rig.set(SystemShares, "Data", "CSCFlags=0");
   rig.set(Locations, "Data", "C:\\Before");
   shares("Data,C:\\Data\n");
-  EXPECT_EQ(CreateShares(run), 0);
+  EXPECT_TRUE(CreateShares(run));
   EXPECT_TRUE(rig.ran().empty());
   EXPECT_EQ(rig.value(Locations, "Data"), "C:\\Data");
 }
@@ -126,7 +126,7 @@ TEST_F(Shares, OneThatFails_EndsTheCreationAndIsNoFailureOfTheProduct) {
 
 TEST_F(Shares, Path_LeadingToAShare_IsItsFolder) {
   rig.set(Locations, "Data", "D:\\Recorded");
-  run.shares = {{"data", "C:\\New", ""}, {"Fresh", "C:\\Fresh", ""}};
+  run.product.shares = {{"data", "C:\\New", ""}, {"Fresh", "C:\\Fresh", ""}};
   const struct {
     const char* path;
     const char* resolved;
@@ -142,7 +142,7 @@ TEST_F(Shares, Path_LeadingToAShare_IsItsFolder) {
   };
   for (const auto& row : rows) {
     emptyLog();
-    EXPECT_EQ(ResolveQXSharePath(run, row.path), row.resolved) << row.path;
+    EXPECT_EQ(ResolveQXSharePath(run.shareResolver(), row.path), row.resolved) << row.path;
     EXPECT_EQ(descriptions(ActionMark), *row.logged == '\0' ? Names() : Names{row.logged}) << row.path;
   }
 }
@@ -150,7 +150,7 @@ TEST_F(Shares, Path_LeadingToAShare_IsItsFolder) {
 TEST_F(Shares, Folders_OfTheProductIniAreMade) {
   rig.set(Locations, "Data", "C:\\Shared");
   rig.file("C:\\file.txt", "text");
-  rig.file(run.productIniPath,
+  rig.file(run.product.inis.product,
            "[folders]\nOne=C:\\One\\Deep\\\nTwo=\\Data\\Two\nThree=relative\nFour=Q:\\Four\nFive=C:\\file.txt\nSix=\n"
            "Seven=C:\\Seven\n");
   CreateFolders(run);
@@ -161,17 +161,17 @@ TEST_F(Shares, Folders_OfTheProductIniAreMade) {
   const char* told[] = {"Correct key Three in section [folders] of C:\\Media\\product.ini", "Drive Q: does not exist",
                         "Cannot create folder C:\\file.txt"};
   for (int i = 0; i < 3; ++i) EXPECT_NE(errors[i].find(told[i]), std::string::npos) << errors[i];
-  EXPECT_TRUE(FolderWillExist(run, "D:\\anything"));
-  EXPECT_FALSE(FolderWillExist(run, "Q:\\anything"));
+  EXPECT_TRUE(FolderWillExist(run.services.fso, "D:\\anything"));
+  EXPECT_FALSE(FolderWillExist(run.services.fso, "Q:\\anything"));
 }
 
 TEST_F(Shares, InteractiveRun_LetsTheUserReadThem) {
   rig.program("net share");
-  run.window.Create("QX");
-  run.window.Show();
+  run.services.window.create("QX");
+  run.services.window.show();
   shares("Data,C:\\Data\n");
   const std::uint64_t start = rig.machine().clock().elapsed();
-  EXPECT_EQ(CreateShares(run), 0);
+  EXPECT_TRUE(CreateShares(run));
   EXPECT_GE(rig.machine().clock().elapsed() - start, 500U + 1000U);
   const std::string shown = rig.machine().screen().text(platform::Control::Status);
   EXPECT_NE(shown.find("Creating 'Shares' Writing:\r\nData=C:\\Data"), std::string::npos) << shown;
@@ -206,17 +206,18 @@ TEST_F(Shares, MappedDrive_FollowsItsSettings) {
   for (const auto& row : rows) {
     Rig own;
     own.tolerateUnused();
-    ::Run mapping(own.machine());
-    mapping.productIniPath = "C:\\Media\\product.ini";
+    assistant::Run mapping(own.machine());
+    mapping.product.inis.product = "C:\\Media\\product.ini";
     own.program("net use", {.exitCode = row.exitCode});
-    own.file(mapping.productIniPath,
+    own.file(mapping.product.inis.product,
              std::string("[Connection]\nBuildServerDriveMapping=") + row.drive + "\n" + row.settings);
-    MapDriveIfRequired(mapping);
+    const std::string drive = MapDriveIfRequired(mapping.services, mapping.productIni());
     EXPECT_EQ(own.ran(), *row.command == '\0' ? Names() : Names{row.command});
     const bool mapped = *row.command != '\0' && row.exitCode == 0;
-    EXPECT_EQ(mapping.mappedDrive, mapped ? std::string(row.drive).substr(0, 1) + ":" : "") << row.drive;
+    EXPECT_EQ(drive, mapped ? std::string(row.drive).substr(0, 1) + ":" : "") << row.drive;
     std::string told;
-    for (const LogRow& entry : RowsOf(own.text(mapping.log.LogFilename()), row.type)) told += entry.description + "\n";
+    for (const LogRow& entry : RowsOf(own.text(mapping.services.log.logFilename()), row.type))
+      told += entry.description + "\n";
     EXPECT_NE(told.find(row.told), std::string::npos) << row.told << " in " << told;
   }
 }

@@ -8,10 +8,11 @@
 
 namespace {
 
+using namespace assistant;
+
 TEST_F(Procedures, Captions_AreFiftyWithTheirBlanksAndAccessKeys) {
-  modLanguage::CreateEDictionary(run);
   std::string numbers;
-  for (const auto& [number, text] : run.captions) {
+  for (const auto& [number, text] : modLanguage::CreateEDictionary()) {
     numbers += std::to_string(number) + " ";
     EXPECT_EQ(text, Trim(text) + (text.back() == ' ' ? " " : "")) << number << ": at most one blank, and that behind";
     EXPECT_FALSE(Trim(text).empty()) << number;
@@ -45,7 +46,7 @@ TEST_F(Procedures, Captions_AreFiftyWithTheirBlanksAndAccessKeys) {
       {9000, "Error:"},
       {1034, ""},
   };
-  for (const auto& row : table) EXPECT_EQ(modLanguage::Text(run, row.number), row.text) << row.number;
+  for (const auto& row : table) EXPECT_EQ(modLanguage::Text(row.number), row.text) << row.number;
 }
 
 TEST(Numbers, Thousands_AreRoundedAndZeroIsNothing) {

@@ -12,6 +12,7 @@ namespace {
 
 using Uninstalling = Installing;
 using Sharing = Installing;
+using assistant::RemovalEnd;
 using Names = std::vector<std::string>;
 
 constexpr const char* Place = "c:\\program files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite";
@@ -192,39 +193,45 @@ TEST_F(Sharing, Product_ThatKeepsItsRecordStillCounts) {
 class RemovalOfOne : public Procedures {
  protected:
   RemovalOfOne() {
-    run.productName = "Office Suite";
-    run.component.name = "Core";
-    run.component.key = ComponentRecord("Core");
-    run.component.productCode = CodeOf("Core");
+    run.product.name = "Office Suite";
+    core.name = "Core";
+    core.key = ComponentRecord("Core");
+    core.install = "Core.msi";
+    core.productCode = CodeOf("Core");
     run.logFolders.msiLogs = "C:\\Logs";
     rig.machine().installer().install({CodeOf("Core"), "Core", "1.0"});
     AlsoUsedBy(rig, "Office Suite", "Core");
     AlsoUsedBy(rig, "Other", "Core");
   }
+  RemovalEnd removeByForce(const std::string& name) {
+    return ExecuteUninstall(run, core, name, assistant::OtherUsers::DoNotCount);
+  }
+
+  assistant::Component core;
 };
 
 TEST_F(RemovalOfOne, WithForce_GoesAtOnceWhoeverUsesIt) {
-  EXPECT_EQ(UserCount(run, "Core"), 2);
-  EXPECT_EQ(modQXInstallationMain::ExecuteUninstall(run, "Core", true, false), RemovalEnd::KeptForOthers);
+  EXPECT_EQ(UserCount(run.services, core, "Core"), 2);
+  EXPECT_EQ(ExecuteUninstall(run, core, "Core"), RemovalEnd::KeptForOthers);
   EXPECT_EQ(InstalledPackages(rig), Names{"Core"});
-  EXPECT_EQ(modQXInstallationMain::ExecuteUninstall(run, "Core", true, true), RemovalEnd::Removed);
+  EXPECT_EQ(removeByForce("Core"), RemovalEnd::Removed);
   EXPECT_TRUE(InstalledPackages(rig).empty());
   EXPECT_EQ(rig.ran(), Names{"msiexec /x " + CodeOf("Core") + "  /qn REBOOT=\"REALLYSUPPRESS\"  STUNINST=\"TRUE\" "});
 }
 
 TEST_F(RemovalOfOne, UserCount_TellsTheUsersWhenVerbose) {
-  run.verbose = true;
-  EXPECT_EQ(UserCount(run, "Core"), 2);
-  EXPECT_EQ(UserCount(run, "core"), 0);
+  run.services.log.beVerbose(true);
+  EXPECT_EQ(UserCount(run.services, core, "Core"), 2);
+  EXPECT_EQ(UserCount(run.services, core, "core"), 0);
   Names told;
   for (const LogRow& row : rows()) told.push_back(row.description);
   EXPECT_EQ(told, (Names{"Core used by Office Suite", "Core used by Other", "Core has no other users"}));
 }
 
 TEST_F(RemovalOfOne, NameThatNoFileCanHave_IsReplacedInTheLogsName) {
-  run.verbose = true;
+  run.services.log.beVerbose(true);
   rig.machine().files().makeFolder("C:\\Logs");
-  EXPECT_EQ(modQXInstallationMain::ExecuteUninstall(run, "Tools: \"A/B\"", true, true), RemovalEnd::Removed);
+  EXPECT_EQ(removeByForce("Tools: \"A/B\""), RemovalEnd::Removed);
   EXPECT_TRUE(rig.exists("C:\\Logs\\UninstallTools_ _A_B_.log"));
 }
 

@@ -15,6 +15,8 @@
 
 namespace {
 
+using namespace assistant;
+
 /// The simulated workstation, but on the host's own files.
 class View : public platform::ForwardingPlatform {
  public:
@@ -39,8 +41,8 @@ constexpr const char* Message = "Executing C:\\Media\\Tools\\setup.exe /quiet re
 
 void Log_OneEntry(benchmark::State& state) {
   Bench bench;
-  bench.run.log.LogFilename(bench.path("log.html"));
-  for (auto _ : state) bench.run.log.Log("modMain.ExecuteInstall", 0, Message);
+  bench.run.services.log.logFilename(bench.path("log.html"));
+  for (auto _ : state) bench.run.services.log.log("modMain.ExecuteInstall", 0, Message);
 }
 BENCHMARK(Log_OneEntry);
 
@@ -48,8 +50,8 @@ BENCHMARK(Log_OneEntry);
 void Log_BareSystemCalls(benchmark::State& state) {
   Bench bench;
   const std::string path = bench.path("bare.html");
-  bench.run.log.LogFilename(path);
-  bench.run.log.Log("modMain.ExecuteInstall", 0, Message);
+  bench.run.services.log.logFilename(path);
+  bench.run.services.log.log("modMain.ExecuteInstall", 0, Message);
   std::string line;
   DirectFiles files;
   files.read(path, line);
@@ -84,9 +86,10 @@ std::string WriteBigIni(Bench& bench) {
 void Ini_LastKeyOfBigFile(benchmark::State& state) {
   Bench bench;
   const std::string path = WriteBigIni(bench);
-  if (modINI::GetIniString(bench.run, "Product", "Last", "", path, true) != "found") state.SkipWithError("not found");
+  const modINI::IniFile ini{bench.view.files(), bench.run.services.log, path};
+  if (modINI::GetIniString(ini, "Product", "Last", "") != "found") state.SkipWithError("not found");
   for (auto _ : state) {
-    benchmark::DoNotOptimize(modINI::GetIniString(bench.run, "Product", "Last", "", path, true));
+    benchmark::DoNotOptimize(modINI::GetIniString(ini, "Product", "Last", ""));
   }
 }
 BENCHMARK(Ini_LastKeyOfBigFile);

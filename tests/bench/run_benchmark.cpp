@@ -43,7 +43,7 @@ void Run_Components(benchmark::State& state) {
     simulated::Workstation machine(folder.path());
     PutProduct(machine, static_cast<int>(state.range(0)));
     state.ResumeTiming();
-    const int exitCode = RunProgram(machine);
+    const int exitCode = assistant::RunProgram(machine);
     if (exitCode != 0) state.SkipWithError("the run failed");
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Includes point down the layers and never up, and the Windows headers stay behind the boundary."""
+"""Includes point down the layers and never up or in circles, and the Windows headers stay behind the boundary."""
 import re
 import sys
 
@@ -21,13 +21,6 @@ LAYERS = {
     'app/qxia': {'app/qxia', 'platform/simulated', 'core', 'env', 'exec', 'base', 'ports'},
 }
 
-# The only includes that point up: (the file that includes, what it includes), where the work itself goes that way.
-UPWARD = {
-    ('exec/msi_run.cpp', 'env/uninstall_component.h'),  # a newer package has the older one uninstalled first,
-    ('exec/msi_run.cpp', 'env/install_type.h'),  # and the kind of install is put back after it
-    ('exec/disk_space.cpp', 'env/shares.h'),  # a copy target may lie on a share
-}
-
 # What may include headers of the system: those of Windows, or of the host.
 WINDOWS = ('platform/win32', 'app/windows')
 HOST = ('platform/simulated', 'platform/faults', 'app/qxia')
@@ -42,7 +35,12 @@ def layer_of(path):
     return next((layer for layer in LAYERS if path.startswith(layer + '/')), None)
 
 
-def _problem_of(path, layer, bracket, included):
+def _includes(text):
+    """(line, bracket, what is included) of each include."""
+    return [(text.count('\n', 0, match.start(2)) + 1, *match.groups()) for match in _INCLUDE.finditer(text)]
+
+
+def _problem_of(layer, bracket, included):
     if bracket == '<':
         if included in TOO_NEW and layer not in HOST:
             return 'the Windows program does without <%s>' % included
@@ -52,25 +50,49 @@ def _problem_of(path, layer, bracket, included):
     target = layer_of(included)
     if '/' not in included:
         return 'includes are written from the root of the project'
-    if target in LAYERS[layer] or (path, included) in UPWARD:
-        return None
-    return '%s may not include %s' % (layer, target or included.split('/')[0])
+    return None if target in LAYERS[layer] else '%s may not include %s' % (layer, target or included.split('/')[0])
 
 
 def problems(path, text):
     """What is wrong with one file's includes, one text each."""
     layer = layer_of(path)
-    found = []
-    for match in _INCLUDE.finditer(text) if layer else ():
-        problem = _problem_of(path, layer, match.group(1), match.group(2))
-        if problem:
-            line = text.count('\n', 0, match.start(2)) + 1
-            found.append('%s:%d: "%s": %s' % (path, line, match.group(2), problem))
+    found = [(line, included, _problem_of(layer, bracket, included))
+             for line, bracket, included in (_includes(text) if layer else ())]
+    return ['%s:%d: "%s": %s' % (path, line, included, problem) for line, included, problem in found if problem]
+
+
+def _topic(path):
+    """x.h and x.cpp are one."""
+    return re.sub(r'\.(h|cpp)$', '', path)
+
+
+def circles(files):
+    """The circles that includes make among (path, text) pairs, one text each."""
+    edges = {}  # a topic: the topics that it includes, and where
+    for path, text in files:
+        for line, _, included in _includes(text):
+            if _topic(included) != _topic(path):
+                edges.setdefault(_topic(path), {}).setdefault(_topic(included), '%s:%d' % (path, line))
+    found, done = [], set()
+
+    def follow(topic, way):
+        if topic in way:
+            circle = way[way.index(topic):] + [topic]
+            found.append('%s: a circle of includes, %s: move what both ends need to a file of its own'
+                         % (edges[way[-1]][topic], ' -> '.join(circle)))
+        elif topic not in done:
+            for included in sorted(edges.get(topic, ())):
+                follow(included, way + [topic])
+            done.add(topic)
+
+    for topic in sorted(edges):
+        follow(topic, [])
     return found
 
 
 def main():
-    found = [problem for path in tree.cpp_files() for problem in problems(path, tree.read(path))]
+    files = [(path, tree.read(path)) for path in tree.cpp_files()]
+    found = [problem for path, text in files for problem in problems(path, text)] + circles(files)
     print('\n'.join(found) or 'includes: clean')
     return 1 if found else 0
 

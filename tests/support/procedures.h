@@ -37,10 +37,10 @@ class Procedures : public testing::Test {
   Procedures() { rig.tolerateUnused(); }
   ~Procedures() override;
 
-  std::string logText() { return rig.text(run.log.LogFilename()); }
+  std::string logText() { return rig.text(run.services.log.logFilename()); }
   std::vector<LogRow> rows() { return LogRows(logText()); }
-  void emptyLog() { rig.machine().files().remove(run.log.LogFilename()); }
+  void emptyLog() { rig.machine().files().remove(run.services.log.logFilename()); }
 
   Rig rig;
-  ::Run run{rig.machine()};
+  assistant::Run run{rig.machine()};
 };

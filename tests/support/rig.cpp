@@ -84,7 +84,7 @@ int Rig::run(const std::string& arguments) {
 
 int Rig::run(const std::string& arguments, platform::Platform& machine) {
   machine_->machine().setProgram(machine_->machine().programPath(), arguments);
-  return RunProgram(machine);
+  return assistant::RunProgram(machine);
 }
 
 int Rig::runFailing(const std::string& operation, const std::string& target, platform::Status status,
@@ -97,7 +97,7 @@ int Rig::runFailing(const std::string& operation, const std::string& target, pla
 int Rig::runCommand(const std::string& programPath, const std::string& commandLine) {
   machine_->machine().setProgram(programPath, "");
   machine_->machine().setCommandLine(commandLine);
-  return RunProgram(*machine_);
+  return assistant::RunProgram(*machine_);
 }
 
 bool Rig::runUntilPowerCut(const std::string& arguments, int operation) {

@@ -1,19 +1,18 @@
-#include "base/records.h"
+#include "base/record_keys.h"
 
+#include "base/error.h"
 #include "base/registry.h"
 #include "base/text.h"
+
+namespace assistant {
 
 std::string ProductKey(const std::string& product) {
   return product.empty() ? std::string(ProductsKey) : std::string(ProductsKey) + "\\" + product;
 }
 
-std::string ProductKey(const Run& run) {
-  return ProductKey(run.productName);
-}
-
-std::string KeyOf(const Run& run, RecordKey key) {
+std::string KeyOf(RecordKey key, const std::string& product) {
   if (key == RecordKey::Installation) return InstallationKey;
-  return key == RecordKey::Products ? std::string(ProductsKey) : ProductKey(run);
+  return key == RecordKey::Products ? std::string(ProductsKey) : ProductKey(product);
 }
 
 std::string ComponentKey(const std::string& product, const std::string& component) {
@@ -22,6 +21,10 @@ std::string ComponentKey(const std::string& product, const std::string& componen
 
 bool IsNotGiven(const std::string& text) {
   return text.empty() || EqualIgnoringCase(text, NotApplicable) || text == MissingValue;
+}
+
+std::string Given(const std::string& text) {
+  return IsNotGiven(text) ? std::string() : text;
 }
 
 void RequireStorable(const std::string& text, const std::string& key, const std::string& section,
@@ -34,11 +37,4 @@ void RequireStorable(const std::string& text, const std::string& key, const std:
               "RequireStorable");
 }
 
-std::string ComponentValue(Run& run, const char* value) {
-  return modRegistry::ReadOrEmpty(run, run.component.key, value);
-}
-
-std::string GivenComponentValue(Run& run, const char* value) {
-  const std::string text = ComponentValue(run, value);
-  return IsNotGiven(text) ? std::string() : text;
-}
+}  // namespace assistant

@@ -1,0 +1,87 @@
+#include "core/identify.h"
+
+#include <utility>
+#include <vector>
+
+#include "base/paths.h"
+#include "base/registry.h"
+#include "base/text.h"
+#include "core/discovery.h"
+#include "core/run_stops.h"
+#include "env/drive_mapping.h"
+#include "env/multi_disk.h"
+
+namespace assistant {
+namespace {
+
+constexpr int CopyStarted = 0;
+constexpr int CopyFailed = 1;
+
+std::string OfProduct(const Run& run, const char* key, modINI::Missing missing = modINI::Missing::IsFine) {
+  return modINI::GetIniString(run.applicationIni(), "Product", key, "", missing);
+}
+
+/// The name becomes a registry key and a folder.
+void RequireUsableName(Run& run, const Procedure& here) {
+  const std::string where = "section [Product] of " + run.product.inis.application;
+  if (Trim(run.product.name).empty()) {
+    throw here.failure("The application ini names no product. Give it a key Name in " + where + ".");
+  }
+  if (IsUsableName(run.product.name)) return;
+  const std::string name = std::exchange(run.product.name, std::string());
+  throw here.failure("The product's name \"" + name +
+                     "\" holds a character that no folder name may hold. Correct Name in " + where + ".");
+}
+
+void ReadIdentity(Run& run, const Procedure& here) {
+  run.product.name = OfProduct(run, "Name", modINI::Missing::IsLogged);
+  run.product.numberOfLoops = OfProduct(run, Value::NumberOfLoops.name);
+  run.product.endMessage = OfProduct(run, Value::EndMessage.name);
+  RequireUsableName(run, here);
+}
+
+/// On several discs the program goes on as a local copy, so that the drive is free.
+void LeaveDiscIfNeeded(const Run& run) {
+  if (!modCDFunctions::StartedFromDisc(run.machine.files(), run.program)) return;
+  const modCDFunctions::LocalCopy copy = modCDFunctions::IsMultiCD(run, InisAtStart(run));
+  if (copy == modCDFunctions::LocalCopy::NotNeeded) return;
+  const bool started = copy == modCDFunctions::LocalCopy::Started;
+  throw RunStops{.how = RunStops::How::AtOnce, .exitCode = started ? CopyStarted : CopyFailed};
+}
+
+/// True for a value of the old record that is to stand in the new one as well.
+bool Outlives(const Run& run, const RecordValue& value) {
+  // Where the application ini means the root that an earlier run recorded, that root outlives the earlier record.
+  if (value.overWipe == OverWipe::KeptWhenMeant && !MeansRecordedRoot(OfProduct(run, value.iniKey()))) return false;
+  return value.overWipe != OverWipe::Goes && run.record().has(value);
+}
+
+}  // namespace
+
+void IdentifyProduct(Run& run, const Procedure& here) {
+  LeaveDiscIfNeeded(run);
+  run.product.inis.application = GetAppIni(run, run.options.applicationIni);
+  ReadIdentity(run, here);
+  const LogStart start = run.state.kind == RunKind::Resumed ? LogStart::Continued : LogStart::Fresh;
+  run.logFolders = SetUpLog(run.services, run.program, InstallLogPlace(run.applicationIni(), run.product.name), start);
+  run.state.mappedDrive = MapDriveIfRequired(run.services, run.productIni());
+}
+
+void WipeProductRecord(const Run& run, const Procedure& here) {
+  const ProductRecord record = run.record();
+  if (!record.exists()) return;
+  std::vector<std::pair<const RecordValue*, std::string>> kept;
+  for (const RecordValue* value : RecordValues()) {
+    if (!Outlives(run, *value)) continue;
+    const bool asTrue = value->overWipe == OverWipe::KeptAsTrue;
+    if (asTrue) here.action(std::string(value->name) + " value found.");
+    kept.emplace_back(value, asTrue ? TrueOrFalse(true) : record.read(*value));
+  }
+  modRegistry::DeleteIfThere(run.services, record.key());
+  for (const auto& [value, text] : kept) {
+    if (value->overWipe == OverWipe::KeptAsTrue) here.action("Recreating " + std::string(value->name) + " value.");
+    if (!text.empty()) record.write(*value, text);
+  }
+}
+
+}  // namespace assistant

@@ -1,0 +1,22 @@
+// The result of the whole product.
+#pragma once
+
+#include <string>
+
+#include "base/run.h"
+
+namespace assistant {
+
+/// Records the outcome of the product run in the run and under the product's key: "Succeeded" as a number (-1 or 0),
+/// and for a failure one more line of "Abort Reason". A success empties the reasons.
+void SetProductResult(Run& run, bool succeeded, const std::string& reason);
+
+struct ProductResult {
+  bool succeeded = false;
+  std::string reasons;  ///< one a line; "" after a success
+};
+
+/// What the record says, which the product's own programs may have changed.
+ProductResult GetProductResult(const Run& run);
+
+}  // namespace assistant

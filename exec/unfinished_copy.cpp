@@ -1,0 +1,39 @@
+#include "exec/unfinished_copy.h"
+
+#include "base/error.h"
+#include "base/paths.h"
+#include "base/text.h"
+
+namespace assistant {
+namespace {
+
+constexpr const char* UnfinishedMark = "QX copy not finished.txt";
+
+}  // namespace
+
+void MarkUnfinished(clsFso& fso, const std::string& folder) {
+  fso.writeNewFile(
+      Joined(folder, UnfinishedMark),
+      std::string("The copy to this folder was begun and is not finished, or it is being deleted.") + LineBreak);
+}
+
+void MarkFinished(clsFso& fso, const std::string& folder) {
+  fso.deleteFileForced(Joined(folder, UnfinishedMark));
+}
+
+bool HoldsUnfinishedCopy(clsFso& fso, const std::string& folder) {
+  return fso.fileExists(Joined(folder, UnfinishedMark));
+}
+
+void DeleteCopy(const Services& services, const std::string& folder) {
+  platform::Attributes attributes;
+  services.machine.files().attributes(folder, attributes);
+  try {
+    if (!attributes.link) MarkUnfinished(services.fso, folder);
+  } catch (const Error&) {
+    // A full disk takes the empty file, which is enough. Where that is refused, so is the deletion.
+  }
+  services.fso.deleteFolderForced(folder, UnfinishedMark);
+}
+
+}  // namespace assistant

@@ -1,0 +1,51 @@
+#include "platform/simulated/computer.h"
+
+#include "platform/simulated/host.h"
+#include "platform/simulated/text.h"
+
+namespace simulated {
+namespace {
+
+std::string Prepared(const std::string& folder) {
+  MakeHostFolder(folder);
+  return folder;
+}
+
+}  // namespace
+
+Computer::Computer(const std::string& folder)
+    : folder_(Prepared(folder)), registry_(folder + "/registry.reg", journal_) {}
+
+void Computer::makeSystemFolders() {
+  const System& system = machine_.system();
+  for (const std::string& folder :
+       {std::string(system.windowsFolder), std::string(system.systemFolder), machine_.environment("TEMP"),
+        machine_.environment("ProgramFiles"), machine_.startupFolder(), std::string("C:\\Program Files")})
+    if (!folder.empty()) files_.makeFolder(folder);
+}
+
+void Computer::setSystem(const std::string& name) {
+  machine_.setSystem(FindSystem(name));
+  files_.setAccessControl(machine_.isNt());
+  if (files_.allDrives().count('C') != 0) makeSystemFolders();
+}
+
+void Computer::setUser(const std::string& user, const std::string& domain) {
+  machine_.user = user;
+  machine_.domain = domain;
+  if (files_.allDrives().count('C') != 0) makeSystemFolders();
+}
+
+std::string Computer::ownFolder(char letter) const {
+  return folder_ + "/drive_" + Lower(std::string(1, letter));
+}
+
+void Computer::addDrive(Drive drive) {
+  if (drive.folder.empty()) {
+    drive.folder = ownFolder(drive.letter);
+    MakeHostFolder(drive.folder);
+  }
+  files_.setDrive(std::move(drive));
+}
+
+}  // namespace simulated
