@@ -33,14 +33,14 @@ constexpr Field FieldsBeforeNumber[] = {
     {"Upgrade", &Component::upgrade, Origin::Ini, MissingValue, Need::Required},
     {"CopyOp", &Component::copyOp, Origin::Ini, MissingValue, Need::Required},
     {"Cleanup", &Component::cleanup, Origin::Ini, "false", Need::Optional, Form::Truth},
-    {"CopyOpTarget", &Component::copyTarget, Origin::Ini},
+    {ComponentValue::CopyOpTarget, &Component::copyTarget, Origin::Ini},
     {"MachineType", &Component::machineType, Origin::Ini, MissingValue, Need::Required},
     {"Cost", &Component::cost, Origin::Ini, MissingValue, Need::Required},
 };
 
 // The sequence number stands between the two.
 constexpr Field FieldsBehindNumber[] = {
-    {"UninstallCommandLine", &Component::uninstallCommandLine, Origin::Ini},
+    {ComponentValue::UninstallCommandLine, &Component::uninstallCommandLine, Origin::Ini},
     {"RunOnUninstall", &Component::runOnUninstall},
     {ComponentValue::AbortOnFail, &Component::abortOnFail, Origin::Ini, "false", Need::Optional, Form::Truth},
 };

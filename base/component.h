@@ -39,13 +39,16 @@ struct Component {
   std::string displayName() const;
 };
 
-/// Names of the values of a component's key that are written while it is worked on, and of the keys below it.
+/// Names of values of a component's key that are spoken of outside the table as well: those that are written while it
+/// is worked on, and those that messages or keys below it name.
 namespace ComponentValue {
 inline constexpr const char* AbortOnFail = ValueName::AbortOnFail;
+inline constexpr const char* CopyOpTarget = "CopyOpTarget";
 inline constexpr const char* Message = ValueName::Message;
 inline constexpr const char* OlderCondition = "Condition";
 inline constexpr const char* ProcessReturn = ValueName::ProcessReturn;
 inline constexpr const char* SequenceNumber = "SequenceNumber";
+inline constexpr const char* UninstallCommandLine = "UninstallCommandLine";
 inline constexpr const char* Uninstalled = ValueName::Uninstalled;
 }  // namespace ComponentValue
 std::string ConditionListKey(const std::string& componentKey);

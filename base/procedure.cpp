@@ -30,4 +30,8 @@ Error Procedure::failure(int number, const std::vector<std::string>& values) con
   return modErrorBase::MakeError(number, values, std::string(handler_));
 }
 
+Error Procedure::failure(platform::Status status, const std::string& text) const {
+  return Error(platform::Number(status), text, std::string(handler_));
+}
+
 }  // namespace assistant

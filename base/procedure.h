@@ -11,6 +11,7 @@
 
 #include "base/app_log.h"
 #include "base/error.h"
+#include "platform/status.h"
 
 namespace assistant {
 
@@ -41,6 +42,8 @@ class Procedure {
   /// A failure to be thrown, of the table's number or of the general one, with this procedure as its source.
   Error failure(int number, const std::vector<std::string>& values = {}) const;
   Error failure(const std::string& text) const { return Error(GeneralError, text, std::string(handler_)); }
+  /// The same with the system's number.
+  Error failure(platform::Status status, const std::string& text) const;
 
   /// The error handler: runs the body; when it fails, tells that and returns the neutral result of the body's type.
   template <class Body>
@@ -67,7 +70,7 @@ class Procedure {
     }
   }
 
-  /// The same procedure for a row that bears the plain name although it has a number.
+  /// The same procedure, for a row that bears the plain name although it has a number.
   Procedure plain() const { return {log_, name_}; }
   std::string name() const { return std::string(name_); }
   clsAppLog& log() const { return log_; }

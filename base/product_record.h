@@ -2,8 +2,10 @@
 // comes from and what becomes of it. docs/registry-reference.md tells the same to users.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "base/procedure.h"
 #include "base/record_keys.h"
@@ -71,7 +73,7 @@ inline constexpr RecordValue InstallerDirectory{
     RecordKey::Installation, "Installer Directory", {}, AtClosedown::Emptied};
 inline constexpr RecordValue InstallType{RecordKey::Installation, "Install Type"};
 inline constexpr RecordValue OperatingSystem{RecordKey::Installation, "Operating System"};
-inline constexpr RecordValue Reboot{RecordKey::Installation, "Reboot"};
+inline constexpr RecordValue Reboot{RecordKey::Installation, "Reboot", {}, AtClosedown::Emptied};
 inline constexpr RecordValue ServerBuildVersion{RecordKey::Installation, "Server Build Version"};
 inline constexpr RecordValue ServerType{RecordKey::Installation, "Server Type"};
 inline constexpr RecordValue SiteProduct{RecordKey::Installation, ValueName::Product};

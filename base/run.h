@@ -25,8 +25,7 @@ struct Options {
   std::string argumentText;  ///< without the program's own path
   bool silent = false;
   bool verbose = false;
-  bool uninstall = false;
-  std::string uninstallProduct;  ///< "" until it is known
+  std::string uninstallProduct;  ///< of an uninstall; "" until it is known
   std::string applicationIni;    ///< as given; "" when it is not
   std::string productIni;
 };
@@ -105,6 +104,8 @@ struct Run {
   mutable MachineFacts facts;
   LogFolders logFolders;
   RunState state;
+
+  bool isUninstall() const { return state.kind == RunKind::Uninstall; }
 
   /// The record of the product in work.
   ProductRecord record() const { return {services, product.name}; }

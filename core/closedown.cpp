@@ -5,7 +5,7 @@
 #include "base/numbers.h"
 #include "base/procedure.h"
 #include "base/registry.h"
-#include "base/text.h"
+#include "core/exit_codes.h"
 #include "env/add_remove_programs.h"
 #include "env/auto_login.h"
 #include "env/drive_mapping.h"
@@ -17,12 +17,6 @@ namespace assistant {
 namespace {
 
 constexpr const char* RunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-
-namespace ExitCode {
-constexpr int Succeeded = 0;
-constexpr int Failed = 1;
-constexpr int Cancelled = 2;
-}  // namespace ExitCode
 
 /// "dd-mmm-yyyy"
 std::string InstallDate(const platform::LocalTime& today) {
@@ -96,7 +90,7 @@ int ExitCodeOf(const Run& run) {
 
 }  // namespace
 
-Closing Closedown(Run& run) {
+Closing Closedown(const Run& run) {
   const Procedure here(run.services.log, "Closedown");
   const ProductRecord record = run.record();
   const bool productKnown = here.guard([&] { return !run.product.name.empty() && record.exists(); });
@@ -109,7 +103,6 @@ Closing Closedown(Run& run) {
   here.guard([&] { ResetValues(run, here, productKnown); });
   here.guard([&] { ResetStart(run, here); });
   here.guard([&] { ResetStartForUser(run, here); });
-  here.guard([&] { record.writeOrTell(here, Value::Reboot, ""); });
   if (logonRequested && !run.state.logonDeclined) here.guard([&] { SwitchAutoLoginOff(run); });
   here.guard([&] { RemoveLocalProgram(run, here); });
   here.guard([&] { ForgetCleanUp(run); });

@@ -14,6 +14,6 @@ struct Closing {
 /// Closes the run down, however it went: removes the drive mapping, resets the run's registry values, switches
 /// automatic logon off, arranges the removal of a local program copy, closes and archives the log. A step that fails
 /// does not keep the later ones from running.
-Closing Closedown(Run& run);
+Closing Closedown(const Run& run);
 
 }  // namespace assistant

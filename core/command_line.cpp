@@ -62,8 +62,10 @@ void ReadSwitches(Run& run, const Procedure& here, const std::string& commandLin
   options.verbose = ContainsIgnoringCase(commandLine, "/v");
   run.services.log.beVerbose(options.verbose);
   if (options.verbose) run.record().write(Value::Verbose, TrueOrFalse(true));
-  options.uninstall = ContainsIgnoringCase(commandLine, "/x");
-  if (options.uninstall) return ReadUninstall(run, here, commandLine);
+  if (ContainsIgnoringCase(commandLine, "/x")) {
+    run.state.kind = RunKind::Uninstall;
+    return ReadUninstall(run, here, commandLine);
+  }
   options.applicationIni = IniPath(run, commandLine, "/is=", "/isr", Value::InstallationIni);
   options.productIni = IniPath(run, commandLine, "/ia=", "/iar", Value::ProductIni);
   run.product.inis = {options.applicationIni, options.productIni};
@@ -93,7 +95,7 @@ void GetCommandLine(Run& run, const std::string& commandLine) {
   const Procedure here(run.services.log, "GetCommandLine");
   const auto failure = here.failureOf([&] { ReadSwitches(run, here, commandLine); }, Shown::UnlessSilent);
   if (!failure) return;
-  if (run.options.uninstall) throw RunStops{RunStops::How::Refused, *failure};
+  if (run.isUninstall()) throw RunStops{RunStops::How::Refused, *failure};
   SetProductResult(run, false, *failure);
 }
 

@@ -1,5 +1,7 @@
 #include "core/component_data.h"
 
+#include <utility>
+
 #include "base/ini.h"
 #include "base/paths.h"
 #include "base/procedure.h"

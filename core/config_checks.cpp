@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/procedure.h"
+#include "core/run_stops.h"
 
 namespace assistant {
 namespace {
@@ -50,17 +51,19 @@ void PrepareMsiLogFolder(const Run& run, const Procedure& here) {
 
 }  // namespace
 
-bool ConfigChecks(Run& run) {
+void ConfigChecks(Run& run) {
   const Procedure here(run.services.log, "ConfigChecks");
-  return here.guard([&] {
+  const auto failure = here.failureOf([&] {
     RecordFolders(run);
     RecordOperatingSystem(run, here);
     RecordDrives(run, here);
     run.facts.serverType = run.record().read(Value::ServerType);
     here.detail("Machine type = " + run.facts.serverType);
     PrepareMsiLogFolder(run, here);
-    return true;
   });
+  if (!failure) return;
+  here.error("Process halted after ConfigChecks failed.");
+  throw RunStops{RunStops::How::Refused, "Configuration checks failed"};
 }
 
 }  // namespace assistant

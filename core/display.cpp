@@ -12,9 +12,9 @@ namespace {
 namespace Caption = modLanguage::Caption;
 using platform::Control;
 
-std::string TrayTip(const Options& options) {
+std::string TrayTip(const Run& run) {
   // No blank stands before the product's name.
-  return options.uninstall ? "QX Installation Assistant is uninstalling" + options.uninstallProduct + "..."
+  return run.isUninstall() ? "QX Installation Assistant is uninstalling" + run.options.uninstallProduct + "..."
                            : "QX Installation Assistant is running";
 }
 
@@ -33,14 +33,14 @@ void ShowWindow(const Services& services) {
 void ShowTrayIcon(const Run& run) {
   // A second copy that looks for the window would show it.
   run.machine.mainWindow().destroy();
-  run.machine.mainWindow().addTrayIcon(TrayTip(run.options));
+  run.machine.mainWindow().addTrayIcon(TrayTip(run));
 }
 
-std::string ReadyText(const Options& options) {
+std::string ReadyText(const Run& run) {
   const std::string blankLine = std::string(LineBreak) + LineBreak;
-  if (!options.uninstall)
+  if (!run.isUninstall())
     return "Initialisation complete" + blankLine + "Click 'Continue' to proceed with installation.";
-  return "This will uninstall the " + options.uninstallProduct + " product." + blankLine +
+  return "This will uninstall the " + run.options.uninstallProduct + " product." + blankLine +
          "WARNING: if any shared components are included in this product, continuing with this uninstallation may "
          "result in other programs not functioning correctly" +
          blankLine + "Click Continue to proceed with uninstallation.";
@@ -51,7 +51,7 @@ std::string SuccessText(const Product& product) {
 }
 
 int FailureCaption(const Run& run) {
-  if (run.options.uninstall) return run.state.aborted ? Caption::UninstallAborted : Caption::SomeFailedToUninstall;
+  if (run.isUninstall()) return run.state.aborted ? Caption::UninstallAborted : Caption::SomeFailedToUninstall;
   return run.state.aborted ? Caption::InstallAborted : Caption::SomeFailedToInstall;
 }
 
@@ -66,14 +66,14 @@ void ShowRun(const Run& run) {
 }
 
 void ShowReady(const Run& run) {
-  const int caption = run.options.uninstall ? Caption::Ready : Caption::ReadyToInstall;
+  const int caption = run.isUninstall() ? Caption::Ready : Caption::ReadyToInstall;
   run.services.window.statusLine(modLanguage::Text(caption));
-  run.services.window.longMessage(ReadyText(run.options));
+  run.services.window.longMessage(ReadyText(run));
 }
 
 void ShowWork(const Run& run) {
   run.services.window.enableButtons(false);
-  const bool uninstall = run.options.uninstall;
+  const bool uninstall = run.isUninstall();
   run.services.window.longMessage(modLanguage::Text(uninstall ? Caption::Uninstalling : Caption::Installing) +
                                   (uninstall ? run.options.uninstallProduct : run.product.name));
 }
@@ -84,7 +84,7 @@ void ShowResult(const Run& run) {
   if (result.succeeded) return window.longMessage(SuccessText(run.product));
   window.longMessage(modLanguage::Text(FailureCaption(run)) + LineBreak + LineBreak + result.reasons);
   // Many reasons fit only where they can be scrolled.
-  const int heading = run.options.uninstall ? FailureCaption(run) : Caption::FollowingErrors;
+  const int heading = run.isUninstall() ? FailureCaption(run) : Caption::FollowingErrors;
   window.status(modLanguage::Text(heading) + LineBreak + result.reasons);
 }
 
@@ -95,7 +95,7 @@ void OfferFinish(const Services& services) {
   services.window.enableEndButtons();
 }
 
-void ShowAboutBox(const Run& run) {
+void ShowAboutBox(const Services& services) {
   constexpr const char* lines[] = {
       Title,
       "",
@@ -108,8 +108,8 @@ void ShowAboutBox(const Run& run) {
   };
   std::string text;
   for (const char* line : lines) text += std::string(line) + LineBreak;
-  text += "The log of this run is " + run.services.log.logFilename();
-  run.machine.dialogs().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
+  text += "The log of this run is " + services.log.logFilename();
+  services.machine.dialogs().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
 }
 
 void ViewLog(const Services& services) {

@@ -25,7 +25,7 @@ void ShowResult(const Run& run);
 void OfferFinish(const Services& services);
 
 /// What About does: before the end it tells the switches and where the log is, then it opens the log.
-void ShowAboutBox(const Run& run);
+void ShowAboutBox(const Services& services);
 void ViewLog(const Services& services);
 
 }  // namespace assistant

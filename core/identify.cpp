@@ -1,5 +1,6 @@
 #include "core/identify.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -7,15 +8,13 @@
 #include "base/registry.h"
 #include "base/text.h"
 #include "core/discovery.h"
+#include "core/exit_codes.h"
 #include "core/run_stops.h"
 #include "env/drive_mapping.h"
 #include "env/multi_disk.h"
 
 namespace assistant {
 namespace {
-
-constexpr int CopyStarted = 0;
-constexpr int CopyFailed = 1;
 
 std::string OfProduct(const Run& run, const char* key, modINI::Missing missing = modINI::Missing::IsFine) {
   return modINI::GetIniString(run.applicationIni(), "Product", key, "", missing);
@@ -46,14 +45,17 @@ void LeaveDiscIfNeeded(const Run& run) {
   const modCDFunctions::LocalCopy copy = modCDFunctions::IsMultiCD(run, InisAtStart(run));
   if (copy == modCDFunctions::LocalCopy::NotNeeded) return;
   const bool started = copy == modCDFunctions::LocalCopy::Started;
-  throw RunStops{.how = RunStops::How::AtOnce, .exitCode = started ? CopyStarted : CopyFailed};
+  throw RunStops{.how = RunStops::How::AtOnce, .exitCode = started ? ExitCode::Succeeded : ExitCode::Failed};
 }
 
 /// True for a value of the old record that is to stand in the new one as well.
 bool Outlives(const Run& run, const RecordValue& value) {
   // Where the application ini means the root that an earlier run recorded, that root outlives the earlier record.
   if (value.overWipe == OverWipe::KeptWhenMeant && !MeansRecordedRoot(OfProduct(run, value.iniKey()))) return false;
-  return value.overWipe != OverWipe::Goes && run.record().has(value);
+  // By name, whatever the value holds.
+  const auto names = modRegistry::ValueNames(run.machine.registry(), run.record().key());
+  return value.overWipe != OverWipe::Goes &&
+         std::any_of(names.begin(), names.end(), [&](const auto& name) { return EqualIgnoringCase(name, value.name); });
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "core/initialise.h"
 
-#include "base/error_texts.h"
 #include "base/procedure.h"
 #include "base/text.h"
 #include "core/config_checks.h"
@@ -85,7 +84,7 @@ void CarryOutPreInstall(Run& run, const Procedure& here, const std::string& prod
   run.services.window.progressBar(Progress::PreInstallDone);
 }
 
-void StoreApplication(Run& run, Discs disc) {
+void StoreApplication(Run& run, Disc disc) {
   if (const auto failure = StoreAppData(run, disc)) {
     const std::string text = "The application data could not be stored: " + *failure;
     throw CannotInitialise(text, text);
@@ -142,7 +141,7 @@ void RequestLogonDetails(Run& run) {
 /// The sequence stands at its start, and the user may begin it.
 void BecomeReady(const Run& run) {
   // The uninstall of a product that is not recorded leaves no record of it.
-  if (!run.options.uninstall || run.record().exists()) run.record().write(Value::LastSequence, "0");
+  if (!run.isUninstall() || run.record().exists()) run.record().write(Value::LastSequence, "0");
   EndIfWanted(run.services);
   ShowReady(run);
 }
@@ -156,7 +155,7 @@ void PrepareFirstDisc(Run& run, const Procedure& here) {
   FindPackageRoot(run, here);
   const std::string known = KnownProductIni(run);
   CarryOutPreInstall(run, here, known);
-  StoreApplication(run, Discs::FirstOnly);
+  StoreApplication(run, Disc::First);
   RequireProductIni(run, here);
   // The actions of a product ini that only the user could find run now.
   if (known.empty()) CarryOutPreInstall(run, here, run.product.inis.product);
@@ -169,7 +168,7 @@ void PrepareFirstDisc(Run& run, const Procedure& here) {
 void PrepareNextDisc(Run& run, const Procedure& here) {
   FindAppIni(run);
   FindPackageRoot(run, here);
-  StoreApplication(run, Discs::Each);
+  StoreApplication(run, Disc::Further);
   RequireProductIni(run, here);
   const std::vector<std::string> components = StoreProduct(run, RecordedComponents(run));
   StoreComponents(run, here, components, static_cast<int>(HighestSequenceNumber(run)) / SequenceStep);
@@ -197,7 +196,7 @@ void Prepare(Run& run, Steps steps) {
 }  // namespace
 
 void Initialise(Run& run) {
-  Prepare(run, run.options.uninstall ? PrepareUninstall : PrepareFirstDisc);
+  Prepare(run, run.isUninstall() ? PrepareUninstall : PrepareFirstDisc);
   run.services.window.enableButtons(true);
 }
 
@@ -213,12 +212,8 @@ void FindProductIni(Run& run) {
 }
 
 void CheckConfiguration(Run& run) {
-  const Procedure here(run.services.log, "CheckConfiguration");
   run.services.window.statusLine(modLanguage::Text(Caption::CheckingConfiguration));
-  if (!ConfigChecks(run)) {
-    here.error("Process halted after ConfigChecks failed.");
-    throw RunStops{RunStops::How::Refused, "Configuration checks failed"};
-  }
+  ConfigChecks(run);
   run.services.window.progressBar(Progress::Checked);
   if (run.services.log.isVerbose()) LogInstalledMSIs(run.services);
 }

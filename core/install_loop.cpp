@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/error_texts.h"
@@ -55,7 +56,7 @@ bool WriteLastSequence(Run& run, const Procedure& here, double number) {
 }
 
 /// Acts on what the component asked for; an immediate restart stops the run.
-void ActOnRebootRequest(const Run& run, const Procedure& here, Progress& progress) {
+void ActOnRebootRequest(const Run& run, const Procedure& here, InstallProgress& progress) {
   const std::string request = run.record().read(Value::Reboot);
   here.action("Reboot status is " + request);
   if (EqualIgnoringCase(request, "immediate")) throw RunStops{RunStops::How::ForRestart};
@@ -66,7 +67,7 @@ void ActOnRebootRequest(const Run& run, const Procedure& here, Progress& progres
   }
 }
 
-void Finish(const Run& run, const Progress& progress) {
+void Finish(const Run& run, const InstallProgress& progress) {
   run.services.window.statusLine("Finish");
   run.services.window.progressBar(100);
   if (run.services.log.isVerbose()) LogInstalledMSIs(run.services);
@@ -94,7 +95,8 @@ NextInstall FindNextComponent(const Run& run, const Procedure& here, const Disc&
 enum class Round { Done, NoneLeft, CutShort };
 
 /// What follows a component that was worked on: its place is recorded, and its request for a restart acted on.
-Round CloseRound(Run& run, const Procedure& here, Progress& progress, Disc& disc, double number, double lastSequence) {
+Round CloseRound(Run& run, const Procedure& here, InstallProgress& progress, Disc& disc, double number,
+                 double lastSequence) {
   if (std::exchange(progress.positionIsBeforeRestart, false) && !ResetPosition(here, lastSequence, disc)) {
     TellPositionUnknown(run, here);
     return Round::CutShort;
@@ -106,7 +108,7 @@ Round CloseRound(Run& run, const Procedure& here, Progress& progress, Disc& disc
   return Round::Done;
 }
 
-Round InstallNext(Run& run, const Procedure& here, Progress& progress, Disc& disc) {
+Round InstallNext(Run& run, const Procedure& here, InstallProgress& progress, Disc& disc) {
   const double lastSequence = run.record().readNumber(Value::LastSequence);
   ShowProgress(run.services.window, disc, lastSequence);
   const NextInstall next = FindNextComponent(run, here, disc, lastSequence);
@@ -121,7 +123,7 @@ Round InstallNext(Run& run, const Procedure& here, Progress& progress, Disc& dis
 
 }  // namespace
 
-LoopEnd StartInstall(Run& run, Progress& progress) {
+LoopEnd StartInstall(Run& run, InstallProgress& progress) {
   // Rows without a number bear the short name, the others have always borne the module's as well.
   const Procedure here(run.services.log, "StartInstall", "modQXInstallationMain.StartInstall");
   Round round = Round::CutShort;

@@ -6,7 +6,7 @@
 namespace assistant {
 
 /// How far an install has come, over all its discs and restarts.
-struct Progress {
+struct InstallProgress {
   /// The first component done sets the loop's position from the sequence number that was done before the restart.
   bool positionIsBeforeRestart = false;
   bool restartIsDeferred = false;  ///< a component asked for a restart behind the last one
@@ -18,8 +18,8 @@ enum class LoopEnd {
 };
 
 /// Installs the components whose sequence numbers lie above "LastSequence", in their order, and records each as it is
-/// done. A component may ask for a restart (RunStops). At the end of the product's last disc the product is registered
-/// and a deferred restart carried out.
-LoopEnd StartInstall(Run& run, Progress& progress);
+/// done. A component may ask for a restart, and a person for the end (RunStops). At the end of the product's last disc
+/// the product is registered and a deferred restart carried out.
+LoopEnd StartInstall(Run& run, InstallProgress& progress);
 
 }  // namespace assistant

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "core/closedown.h"
 #include "core/display.h"
+#include "core/exit_codes.h"
 #include "core/run_stops.h"
 #include "core/start.h"
 #include "core/work.h"
@@ -28,12 +29,12 @@ void AwaitContinue(Run& run) {
   for (;;) {
     switch (run.machine.mainWindow().waitForEvent()) {
       case WindowEvent::About:
-        ShowAboutBox(run);
+        ShowAboutBox(run.services);
         break;
       case WindowEvent::Continue:
         return;
       default:
-        throw RunStops{RunStops::How::Cancelled, run.options.uninstall ? "" : UserAbortedRun};
+        throw RunStops{RunStops::How::Cancelled, run.isUninstall() ? "" : UserAbortedRun};
     }
   }
 }
@@ -66,23 +67,23 @@ void TakeNote(Run& run, const RunStops& stop) {
   if (!run.options.silent) AwaitFinish(run);
 }
 
-int CloseAndLeave(Run& run) {
+int CloseAndLeave(const Run& run) {
   const Closing closing = Closedown(run);
   if (closing.restart) Reboot(run.services, run.record(), run.product.name, Restart::Final);
   return closing.exitCode;
 }
 
-/// How a run ends that was not cut short. A silent one has an icon to take away.
-int EndInstall(Run& run) {
+/// How a run ends whose end has been told. A silent one has an icon to take away.
+int EndInstall(const Run& run) {
   const Procedure here(run.services.log, "EndInstall");
   if (run.options.silent) here.guard([&] { run.machine.mainWindow().removeTrayIcon(); });
   return CloseAndLeave(run);
 }
 
-int LeaveForRestart(Run& run) {
+int LeaveForRestart(const Run& run) {
   modAutoRun::CreateAutoRun(run.services, run.program.folder, Trim(run.options.argumentText));
   Reboot(run.services, run.record(), run.product.name, Restart::ToGoOn);
-  return 0;
+  return ExitCode::Succeeded;
 }
 
 int EndEarly(Run& run, const RunStops& stop) {

@@ -1,7 +1,6 @@
 #include "core/resume.h"
 
 #include "base/procedure.h"
-#include "base/text.h"
 #include "core/discovery.h"
 #include "core/display.h"
 #include "core/initialise.h"

@@ -10,7 +10,7 @@ namespace assistant {
 bool ResumesRun(Run& run);
 
 /// Restores the run from the registry, removes the script that started it and shows the window or the tray icon. Its
-/// work goes on with the component after "LastSequence".
+/// work goes on with the component after "LastSequence". Checks of the configuration that fail stop the run (RunStops).
 void StartFromReboot(Run& run);
 
 }  // namespace assistant

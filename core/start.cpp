@@ -1,12 +1,10 @@
 #include "core/start.h"
 
-#include <algorithm>
-
 #include "base/procedure.h"
-#include "base/registry.h"
 #include "base/text.h"
 #include "core/command_line.h"
 #include "core/display.h"
+#include "core/exit_codes.h"
 #include "core/identify.h"
 #include "core/initialise.h"
 #include "core/resume.h"
@@ -17,8 +15,6 @@
 
 namespace assistant {
 namespace {
-
-constexpr int AnotherCopyRuns = 3;
 
 bool LocalInstanceIsRecorded(const Run& run) {
   return run.record().has(Value::LocalInstance);
@@ -36,11 +32,7 @@ void ReadCommandLine(Run& run) {
 }
 
 void DecideKind(Run& run) {
-  if (run.options.uninstall) {
-    run.state.kind = RunKind::Uninstall;
-  } else if (ResumesRun(run)) {
-    run.state.kind = RunKind::Resumed;
-  }
+  if (!run.isUninstall() && ResumesRun(run)) run.state.kind = RunKind::Resumed;
 }
 
 void StartUninstallRun(Run& run) {
@@ -125,7 +117,7 @@ void Main(Run& run) {
 void PreventDuplicate(const Run& run) {
   if (!IsSecondCopy(run)) return;
   BringOtherCopyForward(run.machine.mainWindow(), run.machine.otherWindows());
-  throw RunStops{.how = RunStops::How::AtOnce, .exitCode = AnotherCopyRuns};
+  throw RunStops{.how = RunStops::How::AtOnce, .exitCode = ExitCode::AnotherCopyRuns};
 }
 
 }  // namespace assistant

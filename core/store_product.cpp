@@ -75,8 +75,8 @@ void Store(const Run& run, const Procedure& here, const RecordValue& value) {
 }
 
 /// True for a value that this disc's application ini gives.
-bool IsGivenBy(const RecordValue& value, Discs disc) {
-  return value.ini.section != nullptr && (value.discs == Discs::Each || disc == Discs::FirstOnly);
+bool IsGivenBy(const RecordValue& value, Disc disc) {
+  return value.ini.section != nullptr && (value.discs == Discs::Each || disc == Disc::First);
 }
 
 std::string RequiredProductKey(const Run& run, const char* key) {
@@ -204,7 +204,7 @@ std::vector<std::string> ListComponents(const Run& run, const Procedure& here,
 
 }  // namespace
 
-std::optional<std::string> StoreAppData(Run& run, Discs disc) {
+std::optional<std::string> StoreAppData(Run& run, Disc disc) {
   const Procedure here = StoringProcedure(run);
   return here.failureOf([&] {
     run.services.window.status(modLanguage::Text(modLanguage::Caption::StoringData));
@@ -215,7 +215,7 @@ std::optional<std::string> StoreAppData(Run& run, Discs disc) {
     StorePaths(run);
     const ForcedLists forced = ListForced(run, here);
     // The lists belong to the disc that the product begins with.
-    if (disc == Discs::FirstOnly) run.product.forced = forced;
+    if (disc == Disc::First) run.product.forced = forced;
   });
 }
 

@@ -9,10 +9,13 @@
 
 namespace assistant {
 
+/// Which of a product's discs is being stored.
+enum class Disc { First, Further };
+
 /// Product part: the application ini's values, under the products key and under the product's own, and the lists of
-/// forced uninstalls and deletes. `disc` is FirstOnly for the disc that the product begins with. The text of a failure,
+/// forced uninstalls and deletes. The text of a failure,
 /// which is logged; nothing when there was none.
-std::optional<std::string> StoreAppData(Run& run, Discs disc);
+std::optional<std::string> StoreAppData(Run& run, Disc disc);
 
 /// Version part: compares the product ini's version with the recorded one, and lists the product's components, each
 /// once and none that a disc before this one had (`earlier`). A difference that the user does not accept (a silent run

@@ -1,7 +1,6 @@
 #include "core/work.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,24 +46,20 @@ std::string CircleText(const Product& product) {
          product.inis.product + " or " + product.inis.application + ".";
 }
 
-/// The drive of the product's next disc; nothing when there is none, which is told and recorded.
-std::optional<char> FindNextDisc(Run& run, std::vector<std::string>& discs) {
-  const std::string volume = run.product.nextVolume;
-  if (WasInstalled(discs, volume)) {
-    const Procedure here(run.services.log, "DoContinue");
-    here.tell(here.failure(CircleText(run.product)));
-    SetProductResult(run, false, CircleText(run.product));
-    return std::nullopt;
+/// The drive of the product's next disc. Where there is none, that is told and the run goes no further.
+char FindNextDisc(Run& run, const Procedure& here, const std::vector<std::string>& discs) {
+  if (WasInstalled(discs, run.product.nextVolume)) {
+    const Error circle = here.failure(CircleText(run.product));
+    here.plain().tell(circle);
+    throw RunStops{RunStops::How::CannotGoOn, circle.text()};
   }
-  discs.push_back(volume);
   const auto letter = modCDFunctions::PromptForDisk(run);
-  if (letter) return letter;
-  const Procedure here(run.services.log, "Change Disk Dialog");
-  const Error cancelled = here.failure("User cancelled disk change prompt");
-  here.tell(cancelled);
+  if (letter) return *letter;
+  const Procedure dialog(run.services.log, "Change Disk Dialog");
+  const Error cancelled = dialog.failure("User cancelled disk change prompt");
+  dialog.tell(cancelled);
   run.state.cancelled = true;
-  SetProductResult(run, false, cancelled.text());
-  return std::nullopt;
+  throw RunStops{RunStops::How::CannotGoOn, cancelled.text()};
 }
 
 void PrepareFolders(const Run& run) {
@@ -72,42 +67,43 @@ void PrepareFolders(const Run& run) {
   CreateShares(run);
 }
 
-/// Goes over to the product's next disc; false when that could not be found.
-bool ChangeDisc(Run& run, std::vector<std::string>& discs) {
-  const auto letter = FindNextDisc(run, discs);
-  if (!letter) return false;
-  modCDFunctions::UseDrive(run.services.fso, run.product, *letter);
+/// Goes over to the product's next disc. `discs` are those that it has been asked for before.
+void ChangeDisc(Run& run, const Procedure& here, const std::vector<std::string>& discs) {
+  const char letter = FindNextDisc(run, here, discs);
+  modCDFunctions::UseDrive(run.services.fso, run.product, letter);
   InitialiseNextDisc(run);
   ShowWork(run);
   PrepareFolders(run);
-  return true;
 }
 
 /// Once forced removals are done, the discs are installed one after another. A disc whose work was cut short is the
 /// last.
-void Install(Run& run) {
+void Install(Run& run, const Procedure& here) {
   const bool resumed = run.state.kind == RunKind::Resumed;
   const bool forcedBefore = run.record().isTrue(Value::FUDone);
   if (!resumed && !forcedBefore && ForceUninstall(run) == ForcedEnd::RestartWanted) {
     throw RunStops{RunStops::How::ForRestart};
   }
   ForceDelete(run);
-  Progress progress{.positionIsBeforeRestart = resumed && !forcedBefore};
+  InstallProgress progress{.positionIsBeforeRestart = resumed && !forcedBefore};
   std::vector<std::string> discs;
   while (StartInstall(run, progress) == LoopEnd::NoneLeft && !run.product.nextVolume.empty()) {
-    if (!ChangeDisc(run, discs)) return;
+    const std::string volume = run.product.nextVolume;
+    ChangeDisc(run, here, discs);
+    discs.push_back(volume);
   }
 }
 
 }  // namespace
 
 void DoContinue(Run& run) {
-  const Procedure here(run.services.log, "modMain.DoContinue");
+  // A failure bears the module's name as well; a circle of discs has always borne the plain one.
+  const Procedure here(run.services.log, "DoContinue", "modMain.DoContinue");
   run.state.phase = Phase::Working;
   const auto failure = here.failureOf([&] {
     ShowWork(run);
     if (run.state.kind == RunKind::Fresh) PrepareFolders(run);
-    run.state.kind == RunKind::Uninstall ? Uninstall(run) : Install(run);
+    run.state.kind == RunKind::Uninstall ? Uninstall(run) : Install(run, here);
   });
   if (failure) SetProductResult(run, false, *failure);
 }

@@ -98,7 +98,7 @@ CleanUp CleanUpUninstallFiles(const Run& run) {
 }
 
 void ForgetCleanUp(const Run& run) {
-  if (run.options.uninstall && !run.state.failed && IsCleanUpUnfinished(run)) {
+  if (run.isUninstall() && !run.state.failed && IsCleanUpUnfinished(run)) {
     run.record().remove(Value::UninstalledProduct);
   }
 }

@@ -59,7 +59,7 @@ std::string Content(platform::FileReader& files, const Procedure& here, const st
   std::string bytes;
   const platform::Status read = files.read(path, bytes);
   if (read == platform::Status::Ok) return bytes;
-  throw Error(Number(read), modErrorBase::SystemErrorText(read) + ": " + path, here.name());
+  throw here.failure(read, modErrorBase::SystemErrorText(read) + ": " + path);
 }
 
 void ReadShares(const Services& services, const Procedure& here, SharesFile& file) {
@@ -149,7 +149,7 @@ Shares ValidateShares(const Run& run) {
   const Procedure here(run.services.log, "ValidateShares");
   const std::string& applicationIni = run.product.inis.application;
   SharesFile file{Joined(FolderPart(applicationIni), "Config\\Shares.csv"), {}};
-  if (run.options.uninstall || applicationIni.empty() || !run.services.fso.fileExists(file.path)) return {};
+  if (run.isUninstall() || applicationIni.empty() || !run.services.fso.fileExists(file.path)) return {};
   here.guard([&] { ReadShares(run.services, here, file); });
   return file.shares;
 }

@@ -46,7 +46,7 @@ enum class Way {
 Way WayToRemove(platform::RegistryReader& registry, const Component& component) {
   if (!IsTrue(component.runOnUninstall)) return Way::Skip;
   if (CopyCodeOf(component) == CopyCode::IsTheInstallation) return Way::DeleteCopies;
-  if (IsPackage(KindOf(component.install))) return Way::Uninstall;
+  if (RemovalOf(component.install) == RemovedBy::Msiexec) return Way::Uninstall;
   return IsTrue(ReadNow(registry, component, ComponentValue::Uninstalled)) ? Way::RemovedBefore : Way::Uninstall;
 }
 

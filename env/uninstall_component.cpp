@@ -38,7 +38,7 @@ bool IsInstalled(const Removal& removal) {
   return found;
 }
 
-RemovalPlan PlanPackage(const Run& run, const Removal& removal) {
+RemovalPlan PlanByMsiexec(const Run& run, const Removal& removal) {
   const bool installed = IsInstalled(removal);
   removal.here.action("Checking component code " + removal.component.productCode + " against installed components");
   const std::string log = Joined(run.logFolders.msiLogs, AsFileName("Uninstall" + removal.name + ".log"));
@@ -71,8 +71,8 @@ RemovalEnd RemoveByProgram(const Removal& removal, const std::string& command) {
 
 RemovalEnd FailWithoutProgram(const Removal& removal, const std::string& command) {
   removal.here.error("There is no program that \"" + WithoutHost(command) +
-                     "\" could start. Put it back, or set the value UninstallCommandLine of HKLM\\" +
-                     removal.component.key + " to N/A, and uninstall again.");
+                     "\" could start. Put it back, or set the value " + ComponentValue::UninstallCommandLine +
+                     " of HKLM\\" + removal.component.key + " to N/A, and uninstall again.");
   throw removal.here.failure(6092, {removal.name});
 }
 
@@ -148,8 +148,8 @@ RemovalEnd ExecuteUninstall(const Run& run, const Component& component, const st
     services.window.statusLine("Uninstalling component");
     here.action(modLanguage::Text(modLanguage::Caption::Uninstalling) + name);
     if (IsKeptForOthers(services, here, component, name, otherUsers)) return RemovalEnd::KeptForOthers;
-    const bool isPackage = IsPackage(KindOf(component.install));
-    return CarryOut(removal, isPackage ? PlanPackage(run, removal) : PlanProgramRemoval(services, component));
+    const bool byMsiexec = RemovalOf(component.install) == RemovedBy::Msiexec;
+    return CarryOut(removal, byMsiexec ? PlanByMsiexec(run, removal) : PlanProgramRemoval(services, component));
   });
 }
 

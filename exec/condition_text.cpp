@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/component.h"
 #include "base/error.h"
 #include "base/procedure.h"
 #include "base/record_keys.h"
@@ -53,7 +54,7 @@ bool IsRunOnUninstall(const Condition& condition) {
 std::vector<std::string> ReadIniConditions(const modINI::IniFile& ini, const std::string& section) {
   const Procedure here(ini.log, "ReadIniConditions");
   return here.guard([&]() -> std::vector<std::string> {
-    const std::string key = "Condition";
+    const std::string key = ComponentValue::OlderCondition;
     const std::string single = modINI::GetIniString(ini, section, key, MissingValue);
     here.action("Single condition string returned " + single);
     if (single != MissingValue) {

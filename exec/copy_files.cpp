@@ -41,7 +41,7 @@ void CopyFiles(const Services& services, const Procedure& here, const CopySource
     // Nothing stays read-only that came from a CD.
     const platform::Status freed = services.machine.files().setAttributes(to, {});
     if (freed == platform::Status::Ok) continue;
-    throw Error(platform::Number(freed), modErrorBase::SystemErrorText(freed) + ": " + to, here.name());
+    throw here.failure(freed, modErrorBase::SystemErrorText(freed) + ": " + to);
   }
 }
 
@@ -54,9 +54,8 @@ void SetPermissions(platform::Files& files, const Procedure& here, const std::st
                                                              {Account::LocalSystem, AccessRight::Full},
                                                              {Account::Users, AccessRight::ReadAndExecute}});
   if (set == platform::Status::Ok || set == platform::Status::CallNotImplemented) return;
-  throw Error(platform::Number(set),
-              "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set),
-              here.name());
+  throw here.failure(set,
+                     "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set));
 }
 
 /// True for a path whose text alone says whether it lies in another one.

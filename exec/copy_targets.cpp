@@ -8,7 +8,7 @@
 namespace assistant {
 
 std::string NumberedTarget(int number) {
-  return "CopyOpTarget" + std::to_string(number);
+  return ComponentValue::CopyOpTarget + std::to_string(number);
 }
 
 std::vector<std::string> ReadIniCopyOps(const modINI::IniFile& ini, const std::string& section) {

@@ -13,10 +13,13 @@ namespace {
 // file, and what judges it, does not depend on letter case.
 constexpr FileKind Kinds[] = {
     // msiexec's exit code is judged where it is run.
-    {"msi", Runner::Msiexec, "", BadExitCode::NeverCounts, LetterCase::Any, JudgedBy::InstalledProducts},
-    {"exe", Runner::Itself, "", BadExitCode::CountsWhenNotStarted, LetterCase::Lower, JudgedBy::Nothing},
-    {"bat", Runner::Itself, "", BadExitCode::NeverCounts, LetterCase::Any, JudgedBy::Nothing},
-    {"vbs", Runner::Host, "wscript.exe ", BadExitCode::Counts, LetterCase::Lower, JudgedBy::Nothing},
+    {"msi", Runner::Msiexec, "", BadExitCode::NeverCounts, LetterCase::Any, JudgedBy::InstalledProducts,
+     RemovedBy::Msiexec},
+    {"exe", Runner::Itself, "", BadExitCode::CountsWhenNotStarted, LetterCase::Lower, JudgedBy::Nothing,
+     RemovedBy::Command},
+    {"bat", Runner::Itself, "", BadExitCode::NeverCounts, LetterCase::Any, JudgedBy::Nothing, RemovedBy::Command},
+    {"vbs", Runner::Host, "wscript.exe ", BadExitCode::Counts, LetterCase::Lower, JudgedBy::Nothing,
+     RemovedBy::Command},
 };
 
 template <class Matches>
@@ -42,6 +45,11 @@ const FileKind* KindByEnding(const std::string& text) {
 
 bool IsPackage(const FileKind* kind) {
   return kind != nullptr && kind->runner == Runner::Msiexec;
+}
+
+RemovedBy RemovalOf(const std::string& file) {
+  const FileKind* kind = KindOf(file);
+  return kind == nullptr ? RemovedBy::Command : kind->removedBy;
 }
 
 bool ExitCodeCounts(const FileKind& kind, const std::string& extension) {

@@ -25,6 +25,12 @@ enum class LetterCase { Any, Lower };
 /// What judges a component that said nothing itself.
 enum class JudgedBy { Nothing, InstalledProducts };
 
+/// What takes such a component off again.
+enum class RemovedBy {
+  Command,  ///< its recorded command
+  Msiexec,  ///< its product code, as long as Windows Installer has that
+};
+
 struct FileKind {
   const char* extension;  ///< in lower case
   Runner runner;
@@ -32,6 +38,7 @@ struct FileKind {
   BadExitCode badExitCode;
   LetterCase letterCase;
   JudgedBy judgedBy;
+  RemovedBy removedBy;
 };
 
 /// All kinds, in the order of their document.
@@ -45,6 +52,9 @@ const FileKind* KindOf(const std::string& file);
 const FileKind* KindByEnding(const std::string& text);
 
 bool IsPackage(const FileKind* kind);
+
+/// How a component with this file is removed; one of no kind by its command.
+RemovedBy RemovalOf(const std::string& file);
 
 /// True when a bad exit code counts at all for a file with this extension as it is written.
 bool ExitCodeCounts(const FileKind& kind, const std::string& extension);

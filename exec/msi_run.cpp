@@ -84,7 +84,7 @@ std::vector<std::string> RunningNames(const Procedure& here, platform::Processes
   std::string askedThrough;
   const platform::Status asked = processes.runningNames(names, askedThrough);
   if (asked == platform::Status::Ok) return names;
-  throw Error(platform::Number(asked), "The list of processes could not be read through " + askedThrough, here.name());
+  throw here.failure(asked, "The list of processes could not be read through " + askedThrough);
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ std::string WithLine(const std::string& lines, const std::string& line) {
 /// it.
 bool HasRecord(const Run& run) {
   if (run.product.name.empty()) return false;
-  return !run.options.uninstall || run.record().exists();
+  return !run.isUninstall() || run.record().exists();
 }
 
 void KeepInRun(RunState& state, bool succeeded, const std::string& reason) {

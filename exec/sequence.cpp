@@ -36,6 +36,7 @@ double HighestSequenceNumber(const Run& run) {
 }
 
 Sequence GetSequence(const Run& run, const std::vector<std::string>& components) {
+  // Failures bear the module's name as well, as they always have.
   const Procedure here(run.services.log, "GetSequence", "modQXInstallationMain.GetSequence");
   return here.guard([&] {
     Sequence sequence;
@@ -50,6 +51,7 @@ Sequence GetSequence(const Run& run, const std::vector<std::string>& components)
 }
 
 NextInstall GetNextInstall(const Run& run, const Sequence& sequence, double lastSequence) {
+  // Failures bear the module's name as well, as they always have.
   const Procedure here(run.services.log, "GetNextInstall", "modMain.GetNextInstall");
   return here.guard([&]() -> NextInstall {
     const auto next = std::find_if(sequence.begin(), sequence.end(),
