@@ -156,10 +156,21 @@ IniLines OpenIniFile(const IniFile& ini) {
   if (bytes.rfind("\xFF\xFE", 0) == 0 || bytes.rfind("\xFE\xFF", 0) == 0) {
     throw failed("The file is Unicode text. Save it as ANSI text");
   }
+  constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+  if (bytes.rfind(utf8Mark, 0) == 0) bytes.erase(0, utf8Mark.size());
   try {
     return IniLines(std::move(bytes));
   } catch (const Error& overflow) {
     throw failed(overflow.text());  // the file's name belongs to it
+  }
+}
+
+bool IsReadable(const IniFile& ini) {
+  try {
+    OpenIniFile(ini);
+    return true;
+  } catch (const Error&) {
+    return false;  // whoever needs the file tells why
   }
 }
 

@@ -64,8 +64,11 @@ std::vector<std::string> GetIniLines(const IniFile& ini, const std::string& sect
 /// True when the file has the section. A failure is logged; the result is false.
 bool IsValidIniSection(const IniFile& ini, const std::string& section);
 
-/// Loads a file. Raises 6122 with the reason.
+/// Loads a file; a mark of UTF-8 at its start is passed over. Raises 6122 with the reason.
 IniLines OpenIniFile(const IniFile& ini);
+
+/// True when the file can be loaded; nothing is told.
+bool IsReadable(const IniFile& ini);
 
 /// Searches behind `index` for a line that begins with `text` (letter case ignored); with `stopAtSection` only up to
 /// the next section. `index` becomes the line found, or the last line examined that is not empty.

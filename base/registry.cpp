@@ -45,10 +45,11 @@ std::int32_t NumberOf(const std::string& bytes) {
   return static_cast<std::int32_t>(bits);
 }
 
-std::string BytesToWrite(const std::string& value, ValueType type) {
-  if (type != ValueType::Number) return value;
-  const auto number = WholeInteger(value);
-  if (!number) throw Error(GeneralError, "\"" + value + "\" is no 32-bit number", "RegWrite");
+/// A number that is none is a mistake of this program.
+std::string BytesToWrite(const NewValue& value) {
+  if (value.type != ValueType::Number) return value.text;
+  const auto number = WholeInteger(value.text);
+  if (!number) throw Error(GeneralError, "\"" + value.text + "\" is no 32-bit number", "RegWrite");
   return NumberBytes(*number);
 }
 
@@ -65,8 +66,9 @@ Status Query(RegistryReader& registry, KeyHandle key, const std::string& name, s
   return Status::MoreData;
 }
 
+/// False when the machine refuses it.
 bool WriteData(platform::Registry& registry, const std::string& keyPath, const std::string& valueName,
-               const NewValue& value, const std::string& data) {
+               const NewValue& value) {
   OwnedKey key(registry);
   Status opened = registry.openKey(value.root, keyPath, KeyAccess::SetValue, key.receive());
   if (IsMissing(opened)) {
@@ -75,7 +77,7 @@ bool WriteData(platform::Registry& registry, const std::string& keyPath, const s
     opened = registry.openKey(value.root, keyPath, KeyAccess::SetValue, key.receive());
   }
   // The size of a text leaves out its terminating zero; the system adds it where it stores one.
-  return opened == Status::Ok && registry.setValue(*key, valueName, value.type, data) == Status::Ok;
+  return opened == Status::Ok && registry.setValue(*key, valueName, value.type, BytesToWrite(value)) == Status::Ok;
 }
 
 using Enumerate = Status (RegistryReader::*)(KeyHandle, std::uint32_t, std::string&);
@@ -128,19 +130,20 @@ std::string RegRead(RegistryReader& registry, const std::string& keyPath, const 
 bool RegWrite(const Services& services, const std::string& keyPath, const std::string& valueName,
               const NewValue& value) {
   const Procedure here(services.log, "RegWrite");
-  return here.guard([&] {
-    platform::Registry& registry = services.machine.registry();
-    if (Trim(value.text).empty()) return WriteData(registry, keyPath, valueName, {"", ValueType::Text, value.root}, "");
-    return IsWritable(value.type) &&
-           WriteData(registry, keyPath, valueName, value, BytesToWrite(value.text, value.type));
-  });
+  return IsWritable(value.type) && WriteOrTell(services, here, keyPath, valueName, value);
 }
 
 bool RemoveValue(const Services& services, const std::string& keyPath, const std::string& valueName) {
+  const Procedure here(services.log, "RemoveValue");
   platform::Registry& registry = services.machine.registry();
   OwnedKey key(registry);
-  return registry.openKey(RegistryRoot::LocalMachine, keyPath, KeyAccess::SetValue, key.receive()) == Status::Ok &&
-         registry.deleteValue(*key, valueName) == Status::Ok;
+  Status status = registry.openKey(RegistryRoot::LocalMachine, keyPath, KeyAccess::SetValue, key.receive());
+  if (status == Status::Ok) status = registry.deleteValue(*key, valueName);
+  if (status == Status::Ok || IsMissing(status)) return status == Status::Ok;
+  const Error refused = here.failure(6087, {ShownRoot + keyPath, valueName});
+  services.refusals.add(refused.text());
+  here.tell(refused);
+  return false;
 }
 
 Status RegDelete(platform::Registry& registry, const std::string& keyPath, RegistryRoot root) {
@@ -220,9 +223,16 @@ void WriteNumber(const Services& services, const std::string& keyPath, const std
 
 void WriteOrRaise(const Services& services, const Procedure& here, const std::string& keyPath,
                   const std::string& valueName, const NewValue& value) {
-  if (RegWrite(services, keyPath, valueName, value)) return;
   const std::string shownRoot = value.root == RegistryRoot::LocalMachine ? ShownRoot : "HKCU\\";
-  throw here.failure(6087, {shownRoot + keyPath, valueName});
+  const NewValue written = Trim(value.text).empty() ? NewValue("", ValueType::Text, value.root) : value;
+  // Whatever the reason, what was to be written is not there.
+  try {
+    if (WriteData(services.machine.registry(), keyPath, valueName, written)) return;
+    throw here.failure(6087, {shownRoot + keyPath, valueName});
+  } catch (const Error& refused) {
+    services.refusals.add(refused.text());
+    throw;
+  }
 }
 
 bool WriteOrTell(const Services& services, const Procedure& here, const std::string& keyPath,

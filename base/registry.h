@@ -58,12 +58,13 @@ struct NewValue {
 };
 
 /// Writes a value, creating its key when that is not there; true when it was written. A blank value is written as an
-/// empty text. Types other than Text, Binary and Number write nothing. Never raises: a number that is none is logged
-/// with the source "RegWrite", and so is a key that cannot be made.
+/// empty text. Types other than Text, Binary and Number write nothing. Never raises: what could not be written is
+/// logged with the source "RegWrite" and counts as refused.
 bool RegWrite(const Services& services, const std::string& keyPath, const std::string& valueName,
               const NewValue& value);
 
-/// Removes one value; true when it was there and is gone.
+/// Removes one value; true when it was there and is gone. What could not be removed is logged with the source
+/// "RemoveValue" (6087) and counts as refused.
 bool RemoveValue(const Services& services, const std::string& keyPath, const std::string& valueName);
 
 /// Deletes a key with everything below it and returns the status of that. Raises 6166 when it cannot be opened.
@@ -85,7 +86,7 @@ std::vector<std::string> SubKeys(RegistryReader& registry, const std::string& ke
 std::vector<std::string> ValueNames(RegistryReader& registry, const std::string& keyPath);
 void WriteNumber(const Services& services, const std::string& keyPath, const std::string& valueName,
                  std::int32_t number);
-/// RegWrite of a text that a later step reads. Raises 6087, as a failure of `here`, when the write is refused.
+/// The same for a value that a later step reads. Raises 6087, as a failure of `here`, when the write is refused.
 void WriteOrRaise(const Services& services, const Procedure& here, const std::string& keyPath,
                   const std::string& valueName, const NewValue& value);
 /// The same, but the refusal is told and gives false.

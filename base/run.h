@@ -117,9 +117,10 @@ struct Run {
   clsFso fso_;
   frmMain window_;
   clsAppLog log_;
+  Refusals refusals_;
 
  public:
-  const Services services{machine, fso_, window_, log_};
+  const Services services{machine, fso_, window_, log_, refusals_};
 };
 
 }  // namespace assistant

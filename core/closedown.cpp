@@ -85,7 +85,8 @@ void CloseLog(const Run& run, const Procedure& here) {
 
 int ExitCodeOf(const Run& run) {
   if (run.state.cancelled) return ExitCode::Cancelled;
-  return GetProductResult(run).succeeded ? ExitCode::Succeeded : ExitCode::Failed;
+  // Closing down writes as well.
+  return !run.services.refusals.any() && GetProductResult(run).succeeded ? ExitCode::Succeeded : ExitCode::Failed;
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 #include "core/command_line.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "base/log_setup.h"
 #include "base/paths.h"
 #include "base/procedure.h"
@@ -9,6 +12,13 @@
 
 namespace assistant {
 namespace {
+
+/// True when one of the arguments is this switch, in any case.
+bool HasArgument(const std::string& argumentText, const char* argument) {
+  const std::vector<std::string> arguments = Split(argumentText, ' ');
+  return std::any_of(arguments.begin(), arguments.end(),
+                     [&](const std::string& given) { return EqualIgnoringCase(given, argument); });
+}
 
 bool ConfirmedByUser(const Run& run) {
   const platform::BoxAnswer answer = run.machine.dialogs().messageBox(
@@ -38,12 +48,14 @@ void ReadUninstall(Run& run, const Procedure& here, const std::string& commandLi
   run.options.uninstallProduct = product;
   RequireUsableProduct(here, product);
   run.logFolders = SetUpLog(run.services, run.program, UninstallLogPlace(product), LogStart::Fresh);
-  if (!ConfirmedByUser(run)) {
+  const bool answered = HasArgument(commandLine, "/yes");
+  if (answered) here.action("The question whether to uninstall product " + product + " is answered with Yes by /yes");
+  if (!answered && !ConfirmedByUser(run)) {
     here.action("Uninstall of product " + product + " cancelled at user request");
     throw RunStops{RunStops::How::Declined};
   }
   run.product.name = product;
-  here.action("Uninstall requested for product " + product + " and confirmed by user");
+  here.action("Uninstall requested for product " + product + " and confirmed by " + (answered ? "/yes" : "user"));
 }
 
 /// A path given by a switch, or else remembered in the registry, or else none. Letter case counts here.
@@ -97,6 +109,10 @@ void GetCommandLine(Run& run, const std::string& commandLine) {
   if (!failure) return;
   if (run.isUninstall()) throw RunStops{RunStops::How::Refused, *failure};
   SetProductResult(run, false, *failure);
+}
+
+bool AsksForHelp(const std::string& argumentText) {
+  return HasArgument(argumentText, "/?") || HasArgument(argumentText, "/help");
 }
 
 std::string ParseCommand(const std::string& commandLine, const std::string& name) {

@@ -10,9 +10,12 @@ namespace assistant {
 /// The argument text: the command line without the program's own path (quoted or not) and without the blank behind it.
 std::string ArgumentText(const std::string& commandLine, const std::string& programPath);
 
+/// True for /? and /help, in any case, as arguments of their own.
+bool AsksForHelp(const std::string& argumentText);
+
 /// Reads the switches into the run's options: /s silent, /v verbose, /x uninstall of the product that follows, /is= and
 /// /ia= the ini paths, /isr and /iar the remembered ones. An uninstall sets up its log and asks for confirmation, on
-/// silent runs too; refused, or without a product name, it stops the run (RunStops).
+/// silent runs too, which /yes answers; refused, or without a product name, it stops the run (RunStops).
 void GetCommandLine(Run& run, const std::string& commandLine);
 
 /// What stands behind a switch (found without regard to letter case), up to the character before the next "/".

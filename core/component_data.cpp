@@ -118,6 +118,7 @@ ComponentData ReadComponent(const Run& run, const Procedure& here, const std::st
   component.runOnUninstall = TrueOrFalse(true);
   if (!run.services.fso.fileExists(component.iniPath)) throw here.failure(6081, {component.iniPath});
   const modINI::IniFile ini{run.machine.files(), run.services.log, component.iniPath};
+  modINI::OpenIniFile(ini);  // one that cannot be read says nothing that could be recorded
   ReadFromIni(component, ini);
   component.path = ComponentPath(component, entry, run.product.packageRoot);
   ReadPackage(run, component);

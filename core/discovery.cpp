@@ -23,6 +23,14 @@ std::string AskForIni(const Run& run, const char* title) {
       .value_or("");
 }
 
+/// True for an ini file that is there and can be read. One that cannot counts as not there, and why is told.
+bool IsUsable(const Run& run, const Procedure& here, const std::string& path) {
+  if (!run.services.fso.fileExists(path)) return false;
+  const auto unreadable = here.failureOf([&] { modINI::OpenIniFile({run.machine.files(), run.services.log, path}); });
+  if (unreadable) here.warn(path + " counts as not found. See that this user can read it, and save it as ANSI text.");
+  return !unreadable;
+}
+
 /// The application ini beside the program.
 std::string OwnIni(const ProgramFile& program) {
   return Joined(program.folder, program.name + ".ini");
@@ -64,22 +72,20 @@ IniPaths InisAtStart(const Run& run) {
 
 std::string GetAppIni(const Run& run, const std::string& given) {
   const Procedure here(run.services.log, "GetAppIni");
-  clsFso& fso = run.services.fso;
   const std::string wanted = given.empty() ? OwnIni(run.program) : given;
-  std::string ini = Unquoted(wanted);
-  if (!fso.fileExists(ini) && run.state.kind == RunKind::Resumed) ini = run.record().read(Value::InstallationIni);
-  if (!fso.fileExists(ini)) {
-    here.action("Could not find ini file : " + wanted);
-    const std::string chosen = AskForIni(run, "Select Application Ini File");
-    if (!chosen.empty()) ini = chosen;
-  }
-  if (!fso.fileExists(ini)) throw here.failure("Failed to find application ini file.");
-  return ini;
+  const std::string plain = Unquoted(wanted);
+  if (IsUsable(run, here, plain)) return plain;
+  const std::string remembered =
+      run.state.kind == RunKind::Resumed ? run.record().read(Value::InstallationIni) : std::string();
+  if (IsUsable(run, here, remembered)) return remembered;
+  here.action("Could not find ini file : " + wanted);
+  const std::string chosen = AskForIni(run, "Select Application Ini File");
+  if (IsUsable(run, here, chosen)) return chosen;
+  throw here.failure("Failed to find application ini file.");
 }
 
 void GetProductIni(Run& run) {
   const Procedure here(run.services.log, "GetProductIni");
-  clsFso& fso = run.services.fso;
   std::string& ini = run.product.inis.product;
   run.services.window.status("Finding product information file");
   here.action("Searching for Product ini file");
@@ -90,19 +96,20 @@ void GetProductIni(Run& run) {
   }
   const std::string given = ini;
   ini = Unquoted(given);
-  if (!fso.fileExists(ini)) {
+  if (!IsUsable(run, here, ini)) {
     here.action("Could not find product ini file: " + given + " requesting ini file with common dialog");
     const std::string chosen = AskForProductIni(run);
     if (!chosen.empty()) ini = chosen;
+    if (chosen.empty() || !IsUsable(run, here, ini)) throw here.failure("Failed to find a product ini file.");
   }
-  if (!fso.fileExists(ini)) throw here.failure("Failed to find a product ini file.");
   here.action("Product ini file found at " + ini);
 }
 
 std::string KnownProductIni(const Run& run) {
   const std::string& given = run.product.inis.product;
   const std::string path = Unquoted(given.empty() ? RecordedOrSpecifiedIni(run) : given);
-  return run.services.fso.fileExists(path) ? path : std::string();
+  const modINI::IniFile ini{run.machine.files(), run.services.log, path};
+  return run.services.fso.fileExists(path) && modINI::IsReadable(ini) ? path : std::string();
 }
 
 std::string ResolvePath(const Run& run, const std::string& coded) {

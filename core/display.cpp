@@ -101,9 +101,10 @@ void ShowAboutBox(const Services& services) {
       "",
       "/s  silent run",
       "/v  more detail in the log",
-      "/x product  uninstall the product",
+      "/x product  uninstall the product,  /yes  without asking",
       "/is=path  application ini,  /isr  the one of the last run",
       "/ia=path  product ini,  /iar  the one of the last run",
+      "/?  this text",
       "",
   };
   std::string text;

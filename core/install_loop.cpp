@@ -67,11 +67,11 @@ void ActOnRebootRequest(const Run& run, const Procedure& here, InstallProgress& 
   }
 }
 
-void Finish(const Run& run, const InstallProgress& progress) {
+void Finish(Run& run, const InstallProgress& progress) {
   run.services.window.statusLine("Finish");
   run.services.window.progressBar(100);
   if (run.services.log.isVerbose()) LogInstalledMSIs(run.services);
-  SetLocalIAForUninstall(run);
+  if (const auto failure = SetLocalIAForUninstall(run)) SetProductResult(run, false, *failure);
   if (progress.restartIsDeferred) throw RunStops{RunStops::How::ForRestart};
 }
 

@@ -46,7 +46,14 @@ void AwaitFinish(Run& run) {
   while (run.machine.mainWindow().waitForEvent() == WindowEvent::About) ViewLog(run.services);
 }
 
+/// A run whose records could not all be written has not succeeded, and the run that goes on behind a restart must know.
+void CountRefusals(Run& run) {
+  const Refusals& refusals = run.services.refusals;
+  if (refusals.any() && !run.state.failed) SetProductResult(run, false, refusals.first());
+}
+
 void ShowEnd(Run& run) {
+  CountRefusals(run);
   if (run.options.silent) return;
   ShowResult(run);
   AwaitFinish(run);
@@ -67,20 +74,22 @@ void TakeNote(Run& run, const RunStops& stop) {
   if (!run.options.silent) AwaitFinish(run);
 }
 
-int CloseAndLeave(const Run& run) {
+int CloseAndLeave(Run& run) {
+  CountRefusals(run);
   const Closing closing = Closedown(run);
   if (closing.restart) Reboot(run.services, run.record(), run.product.name, Restart::Final);
   return closing.exitCode;
 }
 
 /// How a run ends whose end has been told. A silent one has an icon to take away.
-int EndInstall(const Run& run) {
+int EndInstall(Run& run) {
   const Procedure here(run.services.log, "EndInstall");
   if (run.options.silent) here.guard([&] { run.machine.mainWindow().removeTrayIcon(); });
   return CloseAndLeave(run);
 }
 
-int LeaveForRestart(const Run& run) {
+int LeaveForRestart(Run& run) {
+  CountRefusals(run);
   modAutoRun::CreateAutoRun(run.services, run.program.folder, Trim(run.options.argumentText));
   Reboot(run.services, run.record(), run.product.name, Restart::ToGoOn);
   return ExitCode::Succeeded;

@@ -27,12 +27,20 @@ bool IsLocalInstance(const Run& run) {
 }
 
 void ReadCommandLine(Run& run) {
-  run.options.argumentText = ArgumentText(run.machine.machine().commandLine(), run.program.path);
   if (!run.options.argumentText.empty()) GetCommandLine(run, run.options.argumentText);
 }
 
 void DecideKind(Run& run) {
   if (!run.isUninstall() && ResumesRun(run)) run.state.kind = RunKind::Resumed;
+}
+
+/// Without a record nothing could be taken off again, and a restart would lead nowhere.
+void RequireRecords(const Run& run, const Procedure& here) {
+  run.record().write(Value::RunProcessReturn, "");
+  const Refusals& refusals = run.services.refusals;
+  if (!refusals.any()) return;
+  throw here.failure("The run ends because its records cannot be written: " + refusals.first() +
+                     ". Administrator rights are needed: log on as an administrator and start the program again.");
 }
 
 void StartUninstallRun(Run& run) {
@@ -55,6 +63,7 @@ void StartFreshRun(Run& run, const Procedure& here) {
   modAutoRun::ForgetAutoRun(run.services);
   WipeProductRecord(run, here);
   SetProductResult(run, true, "");
+  RequireRecords(run, here);
   if (LocalInstanceIsRecorded(run)) here.action("Starting Local instance of QXIA");
   ShowRun(run);
   Initialise(run);
@@ -93,6 +102,11 @@ std::string WindowClass(platform::OtherWindows& windows, platform::WindowHandle 
 
 void Main(Run& run) {
   const Procedure here(run.services.log, "Main");
+  run.options.argumentText = ArgumentText(run.machine.machine().commandLine(), run.program.path);
+  if (AsksForHelp(run.options.argumentText)) {
+    ShowAboutBox(run.services);
+    throw RunStops{.how = RunStops::How::AtOnce};
+  }
   const auto failure = here.failureOf(
       [&] {
         run.services.window.create(Title);
@@ -101,6 +115,7 @@ void Main(Run& run) {
         run.state.localInstance = IsLocalInstance(run);
         ReadCommandLine(run);
         DecideKind(run);
+        RequireRecords(run, here);
         switch (run.state.kind) {
           case RunKind::Uninstall:
             return StartUninstallRun(run);

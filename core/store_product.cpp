@@ -221,12 +221,15 @@ std::optional<std::string> StoreAppData(Run& run, Disc disc) {
 
 std::vector<std::string> StoreProductData(const Run& run, const std::vector<std::string>& earlier) {
   const Procedure here = StoringProcedure(run);
-  return here.guard([&] {
+  std::vector<std::string> components;
+  const auto failure = here.failureOf([&] {
     here.action("Writing product data to registry.");
     CheckVersion(run, here);
     StoreVolumes(run, here);
-    return ListComponents(run, here, earlier);
+    components = ListComponents(run, here, earlier);
   });
+  if (failure) throw RunStops{RunStops::How::CannotGoOn, "The product data could not be stored: " + *failure};
+  return components;
 }
 
 ForcedLists ReadForcedLists(const Run& run) {

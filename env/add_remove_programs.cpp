@@ -1,5 +1,8 @@
 #include "env/add_remove_programs.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "base/ini.h"
 #include "base/procedure.h"
 #include "base/registry.h"
@@ -21,7 +24,7 @@ struct EntryValue {
   modRegistry::NewValue data;
 };
 
-void WriteEntry(const Run& run) {
+void WriteEntry(const Run& run, const Procedure& here) {
   const std::string& product = run.product.name;
   const std::string program = LocalProgram(run.machine.machine(), run.program);
   const EntryValue values[] = {
@@ -37,7 +40,7 @@ void WriteEntry(const Run& run) {
       {"NoRepair", {"1", platform::ValueType::Number}},
   };
   for (const EntryValue& value : values) {
-    modRegistry::RegWrite(run.services, EntryKey(product), value.name, value.data);
+    modRegistry::WriteOrRaise(run.services, here, EntryKey(product), value.name, value.data);
   }
 }
 
@@ -50,10 +53,10 @@ void CopyIALocal(const Run& run, const std::string& wanted) {
   CopyProgramToLocalFolder(run.services, run.program);
   here.action("Copy Successful");
   const ProductRecord record = run.record();
-  record.write(Value::CanUninstall, wanted);
+  record.writeOrRaise(here, Value::CanUninstall, wanted);
   here.action("Setting Registry value " + record.key() + "\\" + Value::CanUninstall.name + " = " + wanted);
   here.action("Setting Add/Remove Programs entries");
-  WriteEntry(run);
+  WriteEntry(run, here);
 }
 
 /// What is left of the record must keep its entry, by which the uninstall is run again.
@@ -62,9 +65,29 @@ void DeleteKey(const Services& services, const Procedure& here, const std::strin
   if (modRegistry::RegKeyExists(services.machine.registry(), key, "")) throw here.failure(6166, {"HKLM\\" + key});
 }
 
+/// The products whose clean-up began: several, where one broke off and another product was removed before it was tried
+/// again. No name holds the separator.
+std::vector<std::string> UnfinishedCleanUps(const ProductRecord& record) {
+  const std::string marked = record.read(Value::UninstalledProduct);
+  return marked.empty() ? std::vector<std::string>() : Split(marked, '|');
+}
+
+std::string Joined(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : "|") + name;
+  return text;
+}
+
+std::vector<std::string> Without(std::vector<std::string> names, const std::string& unwanted) {
+  std::erase_if(names, [&](const std::string& name) { return EqualIgnoringCase(name, unwanted); });
+  return names;
+}
+
 void RemoveTraces(const Services& services, const Procedure& here, const std::string& product) {
   const ProductRecord record(services, product);
-  record.write(Value::UninstalledProduct, product);
+  std::vector<std::string> marked = Without(UnfinishedCleanUps(record), product);
+  marked.push_back(product);
+  record.write(Value::UninstalledProduct, Joined(marked));
   if (record.exists()) {
     here.action("Removing Product registry entries");
     DeleteKey(services, here, record.key());
@@ -75,13 +98,15 @@ void RemoveTraces(const Services& services, const Procedure& here, const std::st
 
 }  // namespace
 
-void SetLocalIAForUninstall(const Run& run) {
+std::optional<std::string> SetLocalIAForUninstall(const Run& run) {
   const Procedure here(run.services.log, "SetLocalIAForUninstall");
-  here.guard([&] {
+  const auto failure = here.failureOf([&] {
     const std::string wanted = modINI::GetIniString(run.productIni(), "Product", Value::CanUninstall.name, "False");
     here.action("CanUninstall reported as " + wanted);
     if (IsTrue(wanted)) CopyIALocal(run, wanted);
   });
+  if (!failure) return std::nullopt;
+  return run.product.name + " could not be registered for removal: " + *failure;
 }
 
 CleanUp CleanUpUninstallFiles(const Run& run) {
@@ -98,13 +123,16 @@ CleanUp CleanUpUninstallFiles(const Run& run) {
 }
 
 void ForgetCleanUp(const Run& run) {
-  if (run.isUninstall() && !run.state.failed && IsCleanUpUnfinished(run)) {
-    run.record().remove(Value::UninstalledProduct);
-  }
+  if (!run.isUninstall() || run.state.failed || !IsCleanUpUnfinished(run)) return;
+  const std::vector<std::string> others = Without(UnfinishedCleanUps(run.record()), run.product.name);
+  others.empty() ? run.record().remove(Value::UninstalledProduct)
+                 : run.record().write(Value::UninstalledProduct, Joined(others));
 }
 
 bool IsCleanUpUnfinished(const Run& run) {
-  return EqualIgnoringCase(run.record().read(Value::UninstalledProduct), run.product.name);
+  const std::vector<std::string> marked = UnfinishedCleanUps(run.record());
+  return std::any_of(marked.begin(), marked.end(),
+                     [&](const std::string& name) { return EqualIgnoringCase(name, run.product.name); });
 }
 
 }  // namespace assistant

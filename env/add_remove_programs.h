@@ -9,8 +9,8 @@
 namespace assistant {
 
 /// Keeps a local copy of the program and enters the product in the list, when the product ini's [Product]
-/// "CanUninstall" asks for it.
-void SetLocalIAForUninstall(const Run& run);
+/// "CanUninstall" asks for it. The reason of a failure, which is logged; nothing when there was none.
+std::optional<std::string> SetLocalIAForUninstall(const Run& run);
 
 /// What the removal of a product's traces came to.
 struct CleanUp {

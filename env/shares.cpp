@@ -112,7 +112,7 @@ void RecordShare(const Services& services, const Procedure& here, const Share& s
   }
 }
 
-void CreateShare(const Run& run, const Procedure& here, const Share& share) {
+void CreateShare(const Run& run, const Services& services, const Procedure& here, const Share& share) {
   if (!IsValidMachine(run, share.machineTypes)) {
     here.action("Share " + share.name + " should not be created on this machine type" + LineBreak +
                 "Skipping this share creation!");
@@ -122,7 +122,7 @@ void CreateShare(const Run& run, const Procedure& here, const Share& share) {
           ReadingMilliseconds);
   MakeShareFolder(run.services.fso, here, share.folder);
   MakeSystemShare(run.services, here, share);
-  RecordShare(run.services, here, share);
+  RecordShare(services, here, share);
 }
 
 void RequireFullPath(const Procedure& here, const modINI::IniFile& ini, const std::string& folder,
@@ -172,10 +172,13 @@ void CreateFolders(const Run& run) {
 
 bool CreateShares(const Run& run) {
   const Procedure here(run.services.log, "CreateShares");
+  // A share that cannot be recorded is told, and is no failure of the product.
+  Refusals ofShares;
+  const Services services{run.machine, run.services.fso, run.services.window, run.services.log, ofShares};
   return here.guard([&] {
     run.services.window.status("Creating 'Shares'");
     if (run.product.shares.empty()) return true;
-    for (const Share& share : run.product.shares) CreateShare(run, here, share);
+    for (const Share& share : run.product.shares) CreateShare(run, services, here, share);
     ShowFor(run.services, std::string("Creating 'Shares'") + LineBreak + "Completed", CompletedMilliseconds);
     return true;
   });

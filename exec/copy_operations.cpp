@@ -78,9 +78,9 @@ CopyEnd StartCopyOp(const Run& run, const Component& component, const InstalledP
                     const std::string& file) {
   // Its failures have always been spelt with a small letter.
   const Procedure here(run.services.log, "StartCopyOp", "StartCopyop");
-  const CopyTargets recorded = ReadRegCopyOps(run.services, component);
   // What was not copied must not be run either.
   try {
+    const CopyTargets recorded = ReadRegCopyOps(run.services, component);
     run.services.window.status("Doing Copy operations");
     const char code = CopyCodeOf(component);
     if (code != CopyCode::None) here.detail(std::string("CopyOp is ") + code);

@@ -43,8 +43,9 @@ CopyTargets ReadRegCopyOps(const Services& services, const Component& component)
       targets.folders.push_back(target);
     }
   };
-  // The targets that were found before a failure count.
-  here.guard(read, Shown::UnlessSilent);
+  if (const auto failure = here.failureOf(read, Shown::UnlessSilent)) {
+    throw here.failure("The copy targets of component " + component.name + " could not be read: " + *failure);
+  }
   return targets;
 }
 

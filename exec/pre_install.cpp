@@ -61,17 +61,19 @@ void RunAction(const Procedure& here, const Run& run, const modINI::IniFile& ini
   if (code != 0) here.error("Executing " + command + " returned error " + std::to_string(code));
 }
 
-/// Runs the actions until one of them has marked the product as failed.
-void RunActions(const Procedure& here, const Run& run, const modINI::IniFile& ini,
+/// Runs the actions until one of them has marked the product as failed; false then.
+bool RunActions(const Procedure& here, const Run& run, const modINI::IniFile& ini,
                 const std::vector<std::string>& entries) {
   here.action("Starting Pre-Install Actions");
   for (const std::string& entry : entries) {
     RunAction(here, run, ini, ParseActionEntry(entry).name);
     if (GetProductResult(run).succeeded) continue;
     run.record().write(Value::RunProcessReturn, Abort);
-    break;
+    here.action("Pre-Install Actions Complete");
+    return false;
   }
   here.action("Pre-Install Actions Complete");
+  return run.record().read(Value::RunProcessReturn) != Abort;
 }
 
 }  // namespace
@@ -93,8 +95,7 @@ PreInstallEnd PreInstallActions(const Run& run, const std::string& productIni) {
       here.action("Pre-Install Actions skipped at request of SkipPreInstall.");
       return {true, ""};
     }
-    RunActions(here, run, ini, entries);
-    return {run.record().read(Value::RunProcessReturn) != Abort, ""};
+    return {RunActions(here, run, ini, entries), ""};
   });
 }
 

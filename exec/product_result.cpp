@@ -11,6 +11,11 @@ std::string WithLine(const std::string& lines, const std::string& line) {
   return lines.empty() ? line : lines + LineBreak + line;
 }
 
+/// The record's reasons hold those of the run before a restart as well, where they could be written.
+const std::string& Longer(const std::string& recorded, const std::string& ofThisRun) {
+  return recorded.size() >= ofThisRun.size() ? recorded : ofThisRun;
+}
+
 /// False where no product is known, and on the uninstall of a product that has no record (any more): none is made for
 /// it.
 bool HasRecord(const Run& run) {
@@ -57,6 +62,8 @@ ProductResult GetProductResult(const Run& run) {
   return here.guard([&]() -> ProductResult {
     if (!HasRecord(run)) return {!run.state.failed, run.state.failureReasons};
     const ProductRecord record = run.record();
+    // What a refused write left in the record may be the result of an earlier run.
+    if (run.state.failed) return {false, Longer(record.read(Value::AbortReason), run.state.failureReasons)};
     if (record.readNumber(Value::Succeeded) != 0) return {true, ""};
     return {false, record.read(Value::AbortReason)};
   });

@@ -16,7 +16,8 @@ struct ProductResult {
   std::string reasons;  ///< one a line; "" after a success
 };
 
-/// What the record says, which the product's own programs may have changed.
+/// A success only where the record says so, which the product's own programs may have changed, and nothing in this run
+/// recorded a failure.
 ProductResult GetProductResult(const Run& run);
 
 }  // namespace assistant

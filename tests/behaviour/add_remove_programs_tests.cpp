@@ -14,12 +14,13 @@ constexpr const char* LocalProgram =
     "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\QX Installation Assistant.exe";
 
 /// A product with one package that may be uninstalled.
-void InstallRemovable(Rig& rig, const std::string& name = "Office Suite", const std::string& canUninstall = "true") {
+void InstallRemovable(Rig& rig, const std::string& name = "Office Suite", const std::string& canUninstall = "true",
+                      int exitCode = 0) {
   rig.file(Program, "the program");
   Media media(rig);
   media.product["Name"] = name;
   media.productIni = "[Product]\nName=" + name + "\nCanUninstall=" + canUninstall + "\n[General]\nVersion=2.1.0\n";
-  EXPECT_EQ(media.package("Core of " + name, "1.2").install(), 0) << name;
+  EXPECT_EQ(media.package("Core of " + name, "1.2").install(), exitCode) << name;
 }
 
 /// Uninstalls by the local copy, with the arguments that the entry gives it.
@@ -91,7 +92,8 @@ TEST_F(AddRemovePrograms, ProductThatIsNotRemovable_IsNotEntered) {
 
 TEST_F(AddRemovePrograms, DriveOfTheProgramFilesMissing_IsToldAndNothingIsEntered) {
   rig.machine().machine().variables["ProgramFiles"] = "Q:\\Program Files";
-  InstallRemovable(rig);
+  InstallRemovable(rig, "Office Suite", "true", 1);
+  EXPECT_NE(rig.value(ProductRecord, "Abort Reason").find("could not be registered for removal"), std::string::npos);
   EXPECT_TRUE(Logged(rig, "Cannot create the path as drive Q: is missing"));
   EXPECT_FALSE(rig.hasKey(EntryRecord));
   EXPECT_FALSE(rig.hasValue(ProductRecord, "CanUninstall"));

@@ -160,4 +160,27 @@ TEST_F(CommandLine, UninstallWithoutProduct_IsError2000AndUninstallsNothing) {
   }
 }
 
+TEST_F(CommandLine, Help_IsShownBeforeEverythingElse) {
+  for (const char* arguments : {"/?", "/s /HELP /x Office Suite", "/is=C:\\gone.ini /?"}) {
+    fresh();
+    const std::vector<std::string> before = rig.registryLines("Software");
+    rig.answer("QX Installation Assistant", platform::BoxAnswer::Ok, "/yes  without asking");
+    EXPECT_EQ(rig.run(arguments), 0) << arguments;
+    EXPECT_EQ(rig.registryLines("Software"), before) << arguments;
+    EXPECT_EQ(rig.effects("file").size() + rig.effects("window").size(), 0U) << arguments;
+  }
+  EXPECT_EQ(rig.run("/s /is=C:\\gone/?.ini"), 1) << "no argument of its own";
+}
+
+TEST_F(CommandLine, Yes_AnswersTheUninstallsQuestionAndNothingElse) {
+  media.package("Core", "1.0").install();
+  EXPECT_EQ(rig.run("/s /x Office Suite /YES"), 0);
+  EXPECT_TRUE(InstalledPackages(rig).empty());
+  EXPECT_TRUE(UninstallLogged(rig, "is answered with Yes by /yes"));
+  fresh();
+  media.product["Version"] = "3";
+  rig.answer("Product Version", platform::BoxAnswer::No);
+  EXPECT_EQ(media.install("/yes"), 2);
+}
+
 }  // namespace

@@ -142,7 +142,9 @@ TEST_F(RegistryTest, Write_ThatTheMachineRefuses_WritesNothingAndRaisesNothing) 
   rig.set(Key, "Name", "before");
   faulty.faults().fail("registry.openKey", "Test", platform::Status::AccessDenied);
   EXPECT_FALSE(modRegistry::RegWrite(failing.services, Key, "Name", "after"));
-  EXPECT_FALSE(faulty.faults().operations() > 0) << "a refused key is not created";
+  for (const std::string& operation : faulty.faults().history()) {
+    EXPECT_EQ(operation.rfind("registry", 0), std::string::npos) << "a refused key is not created";
+  }
   EXPECT_FALSE(modRegistry::RegWrite(failing.services, Key, "Name", "after"));
   EXPECT_EQ(rig.value(Key, "Name"), "before");
   rig.set("Software\\Full", "Name", "before");
@@ -151,8 +153,11 @@ TEST_F(RegistryTest, Write_ThatTheMachineRefuses_WritesNothingAndRaisesNothing) 
   faulty.faults().fail("registry.createKey", "Three", platform::Status::AccessDenied);
   EXPECT_FALSE(modRegistry::RegWrite(failing.services, Deep, "Name", "after"));
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
-  ASSERT_EQ(errors.size(), 1U);
-  EXPECT_EQ(errors[0].description,
+  ASSERT_EQ(errors.size(), 4U);
+  EXPECT_EQ(errors[0].description, std::string("Could not write to registry key: HKLM\\") + Key +
+                                       ", value:Name<BR>Source: RegWrite Error No = 6087");
+  EXPECT_TRUE(failing.services.refusals.any());
+  EXPECT_EQ(errors[3].description,
             std::string("Error creating registry key HKLM\\") + Deep + "<BR>Source: RegWrite Error No = 6165");
   EXPECT_EQ(raised([&] { modRegistry::RegCreate(faulty.registry(), Deep); }),
             std::string("6165 Error creating registry key HKLM\\") + Deep + " (modRegistry.RegCreate)");

@@ -1,0 +1,23 @@
+// Writes of a run's records that the machine refused.
+#pragma once
+
+#include <string>
+
+namespace assistant {
+
+/// A run with any of them has not succeeded, whatever else became of it: what later steps, a resumed run or an
+/// uninstall rely on is not there.
+class Refusals {
+ public:
+  void add(const std::string& what) {
+    if (first_.empty()) first_ = what;
+  }
+  bool any() const { return !first_.empty(); }
+  /// The first of them, as the log tells it; "" for none.
+  const std::string& first() const { return first_; }
+
+ private:
+  std::string first_;
+};
+
+}  // namespace assistant
