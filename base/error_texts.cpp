@@ -40,6 +40,7 @@ constexpr ErrorText ErrorTexts[] = {
     {6094, "No uninstallation command found at %"},
     {6095, "No uninstallation actions found, check the registry key %"},
     {6096, "Unable to determine the operating system of the local computer"},
+    {6098, "% cannot be installed on this server as it is not compatible with an existing installation"},
     // ini access
     {6120, "ini section % not found in %"},
     {6121, "ini string % not found in section % of %"},
@@ -65,6 +66,8 @@ constexpr ErrorText ErrorTexts[] = {
     {6164, "Could not enable editing priviledges for the registry key"},
     {6165, "Error creating registry key %"},
     {6166, "Error deleting registry key %"},
+    // copy operations
+    {8024, "Failed to copy component to %"},
 };
 
 struct SystemText {

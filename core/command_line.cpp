@@ -8,16 +8,17 @@
 #include "base/procedure.h"
 #include "base/text.h"
 #include "core/run_stops.h"
+#include "core/switches.h"
 #include "exec/product_result.h"
 
 namespace assistant {
 namespace {
 
 /// True when one of the arguments is this switch, in any case.
-bool HasArgument(const std::string& argumentText, const char* argument) {
+bool IsArgument(const std::string& argumentText, const Switch& wanted) {
   const std::vector<std::string> arguments = Split(argumentText, ' ');
   return std::any_of(arguments.begin(), arguments.end(),
-                     [&](const std::string& given) { return EqualIgnoringCase(given, argument); });
+                     [&](const std::string& given) { return EqualIgnoringCase(given, wanted.text); });
 }
 
 bool ConfirmedByUser(const Run& run) {
@@ -48,7 +49,7 @@ void ReadUninstall(Run& run, const Procedure& here, const std::string& commandLi
   run.options.uninstallProduct = product;
   RequireUsableProduct(here, product);
   run.logFolders = SetUpLog(run.services, run.program, UninstallLogPlace(product), LogStart::Fresh);
-  const bool answered = HasArgument(commandLine, "/yes");
+  const bool answered = IsArgument(commandLine, Switches::Yes);
   if (answered) here.action("The question whether to uninstall product " + product + " is answered with Yes by /yes");
   if (!answered && !ConfirmedByUser(run)) {
     here.action("Uninstall of product " + product + " cancelled at user request");
@@ -59,27 +60,32 @@ void ReadUninstall(Run& run, const Procedure& here, const std::string& commandLi
 }
 
 /// A path given by a switch, or else remembered in the registry, or else none. Letter case counts here.
-std::string IniPath(const Run& run, const std::string& commandLine, const char* given, const char* remembered,
+std::string IniPath(const Run& run, const std::string& commandLine, const Switch& given, const Switch& remembered,
                     const RecordValue& value) {
-  if (Contains(commandLine, given)) return ParseCommand(commandLine, given);
-  return Contains(commandLine, remembered) ? run.record().read(value) : std::string();
+  if (Contains(commandLine, given.text)) return ParseCommand(commandLine, given.text);
+  return Contains(commandLine, remembered.text) ? run.record().read(value) : std::string();
+}
+
+bool IsGiven(const std::string& commandLine, const Switch& wanted) {
+  return ContainsIgnoringCase(commandLine, wanted.text);
 }
 
 void ReadSwitches(Run& run, const Procedure& here, const std::string& commandLine) {
   here.action("Command line is " + commandLine);
   Options& options = run.options;
-  options.silent = ContainsIgnoringCase(commandLine, "/s");
+  options.silent = IsGiven(commandLine, Switches::Silent);
   run.services.log.beSilent(options.silent);
   run.record().write(Value::Silent, TrueOrFalse(options.silent));
-  options.verbose = ContainsIgnoringCase(commandLine, "/v");
+  options.verbose = IsGiven(commandLine, Switches::Verbose);
   run.services.log.beVerbose(options.verbose);
   if (options.verbose) run.record().write(Value::Verbose, TrueOrFalse(true));
-  if (ContainsIgnoringCase(commandLine, "/x")) {
+  if (IsGiven(commandLine, Switches::Uninstall)) {
     run.state.kind = RunKind::Uninstall;
     return ReadUninstall(run, here, commandLine);
   }
-  options.applicationIni = IniPath(run, commandLine, "/is=", "/isr", Value::InstallationIni);
-  options.productIni = IniPath(run, commandLine, "/ia=", "/iar", Value::ProductIni);
+  options.applicationIni =
+      IniPath(run, commandLine, Switches::ApplicationIni, Switches::LastApplicationIni, Value::InstallationIni);
+  options.productIni = IniPath(run, commandLine, Switches::ProductIni, Switches::LastProductIni, Value::ProductIni);
   run.product.inis = {options.applicationIni, options.productIni};
 }
 
@@ -112,7 +118,7 @@ void GetCommandLine(Run& run, const std::string& commandLine) {
 }
 
 bool AsksForHelp(const std::string& argumentText) {
-  return HasArgument(argumentText, "/?") || HasArgument(argumentText, "/help");
+  return IsArgument(argumentText, Switches::Help) || IsArgument(argumentText, Switches::LongHelp);
 }
 
 std::string ParseCommand(const std::string& commandLine, const std::string& name) {
@@ -125,10 +131,12 @@ std::string ParseCommand(const std::string& commandLine, const std::string& name
 }
 
 std::string GetUninstallProduct(const std::string& commandLine) {
-  const std::size_t at = FindIgnoringCase(commandLine, "/x");
+  const std::string wanted = Switches::Uninstall.text;
+  const std::size_t at = FindIgnoringCase(commandLine, wanted);
   if (at == std::string::npos) return std::string();
-  const std::size_t next = commandLine.find('/', at + 2);
-  return Trim(commandLine.substr(at + 2, next == std::string::npos ? next : next - at - 2));
+  const std::size_t start = at + wanted.size();
+  const std::size_t next = commandLine.find('/', start);
+  return Trim(commandLine.substr(start, next == std::string::npos ? next : next - start));
 }
 
 }  // namespace assistant

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/text.h"
+#include "core/switches.h"
 #include "exec/captions.h"
 #include "exec/product_result.h"
 
@@ -48,6 +49,16 @@ std::string ReadyText(const Run& run) {
 
 std::string SuccessText(const Product& product) {
   return product.endMessage.empty() ? modLanguage::Text(Caption::AllCompleted) : product.endMessage;
+}
+
+/// The switches, with a blank line in front.
+std::string SwitchLines() {
+  std::string text = LineBreak;
+  for (const Switch* one : Switches::All) {
+    text += one->sharesLine ? ",  " : LineBreak;
+    text.append(one->text).append(one->argument).append("  ").append(one->effect);
+  }
+  return text;
 }
 
 int FailureCaption(const Run& run) {
@@ -96,20 +107,8 @@ void OfferFinish(const Services& services) {
 }
 
 void ShowAboutBox(const Services& services) {
-  constexpr const char* lines[] = {
-      Title,
-      "",
-      "/s  silent run",
-      "/v  more detail in the log",
-      "/x product  uninstall the product,  /yes  without asking",
-      "/is=path  application ini,  /isr  the one of the last run",
-      "/ia=path  product ini,  /iar  the one of the last run",
-      "/?  this text",
-      "",
-  };
-  std::string text;
-  for (const char* line : lines) text += std::string(line) + LineBreak;
-  text += "The log of this run is " + services.log.logFilename();
+  const std::string text =
+      Title + SwitchLines() + LineBreak + LineBreak + "The log of this run is " + services.log.logFilename();
   services.machine.dialogs().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
 }
 

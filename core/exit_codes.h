@@ -1,9 +1,9 @@
-// What the process returns.
+// The exit codes of the process, as docs/operators-guide.md tells them.
 #pragma once
 
 namespace assistant::ExitCode {
 
-inline constexpr int Succeeded = 0;  ///< also of a run that goes on elsewhere: behind a restart, or as the local copy
+inline constexpr int Succeeded = 0;
 inline constexpr int Failed = 1;
 inline constexpr int Cancelled = 2;  ///< a person cancelled or declined
 inline constexpr int AnotherCopyRuns = 3;

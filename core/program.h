@@ -6,7 +6,7 @@
 namespace assistant {
 
 /// Runs the program on this machine from start to end, the window's event loop included, and returns the exit code of
-/// the process: 0 the product run succeeded, 1 it failed, 2 a person cancelled or declined, 3 another copy is running.
+/// the process (core/exit_codes.h).
 int RunProgram(platform::Platform& machine);
 
 }  // namespace assistant

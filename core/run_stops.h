@@ -20,7 +20,7 @@ struct RunStops {
   How how;
   std::string reason = {};      ///< of the product's failure; "" when it is none
   std::string windowText = {};  ///< what an interactive run's window tells of it; "" for nothing
-  int exitCode = 0;
+  int exitCode = 0;             ///< of core/exit_codes.h
 };
 
 }  // namespace assistant

@@ -15,7 +15,6 @@ namespace assistant {
 namespace {
 
 constexpr const char* Remedy = ". Give CopyOpTarget, CopyOpRoot or CopyOpHold a folder outside the package root.";
-constexpr int CopyFailedError = 8024;
 
 /// What is copied: the component's folder, looked at before anything is changed.
 struct CopySource {
@@ -126,7 +125,7 @@ void TellNothingToCopy(const Procedure& here, const Component& component, const 
 
 Copied Failed(const Procedure& here, const Error& failure, const std::string& destination) {
   here.tell(failure, Shown::Always);
-  here.plain().tell(Error(CopyFailedError, "Failed to copy component to " + destination, here.name()), Shown::Always);
+  here.plain().error(8024, {destination}, Shown::Always);
   return {false, "Copying to " + destination + " failed"};
 }
 

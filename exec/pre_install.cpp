@@ -19,7 +19,6 @@ namespace assistant {
 namespace {
 
 constexpr const char* Section = "PreInstallActions";
-constexpr int ForbiddenError = 6098;
 
 /// Stops the run before its first component, whether an action or this program writes it.
 constexpr const char* Abort = "Abort";
@@ -33,10 +32,9 @@ bool IsForbidden(const Run& run) {
 
 /// The reason returned speaks of this computer, the error logged of this server.
 PreInstallEnd Refuse(const Procedure& here, const std::string& product) {
-  const std::string start = product + " cannot be installed on this ";
-  const std::string end = " as it is not compatible with an existing installation";
-  here.tell(Error(ForbiddenError, start + "server" + end, here.name()));
-  return {false, start + "computer" + end};
+  here.error(6098, {product});
+  return {false,
+          product + " cannot be installed on this computer as it is not compatible with an existing installation"};
 }
 
 std::vector<std::string> Entries(const modINI::IniFile& ini) {
