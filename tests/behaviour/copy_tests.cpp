@@ -111,6 +111,7 @@ TEST(Copy, VersionsBesideTheTarget_AreComparedAndCleared) {
        {"v1.1.0.0", "v1.2.0.16"},
        false},
       {"a newer short one, too", "T\\v1.2.0.15", "CopyOp=1\n", {"xv.2"}, {"v1.2.0.15", "xv.2"}, true},
+      {"a newer one without a v, too", "T\\v1.2.0.15", "CopyOp=1\n", {"2.0.0.0"}, {"v1.2.0.15"}, true},
       {"a capital V is only cleared", "T\\v1.2.0.15", "CopyOp=1\n", {"V1.3.0.0"}, {"v1.2.0.15"}, true},
       {"code 2 never compares",
        "T\\v1.2.0.15",

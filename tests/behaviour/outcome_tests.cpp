@@ -8,7 +8,7 @@ namespace {
 
 using Outcome = Installing;
 
-enum class Kind { Exe, Bat, Script };
+enum class Kind { Exe, Bat, Script, CapitalExe, CapitalScript };
 
 struct Case {
   Kind kind;
@@ -35,12 +35,17 @@ const Case Cases[] = {
     {Kind::Exe, 3011, "", true, "", NoErrors},
     {Kind::Exe, 3012, "", true, "", " gave a return number of 3012"},
     {Kind::Exe, -1, "", false, "-1", " returned Error number -1"},
+    {Kind::Exe, -1, "Pass", false, "-1", " returned Error number -1"},
+    {Kind::CapitalExe, -1, "", true, "", " returned Error number -1"},
+    {Kind::CapitalExe, 1, "Fail", false, "", " returned Error number 1"},
+    {Kind::CapitalScript, 1, "", true, "", " returned Error number 1"},
     {Kind::Bat, 0, "", true, "", NoErrors},
     {Kind::Bat, 5, "", true, "", " returned Error number 5"},
     {Kind::Bat, 5, "Fail", false, "", " returned Error number 5"},
     {Kind::Script, 0, "Pass", true, "", NoErrors},
     {Kind::Script, 0, "Fail", false, "", "*** Install Failed ***<BR>"},
     {Kind::Script, 3010, "", true, "", NoErrors},
+    {Kind::Script, 3011, "Pass", true, "", NoErrors},
     {Kind::Script, 3012, "", false, "3012", " returned Error number 3012"},
     {Kind::Script, 1, "Pass", false, "1", " returned Error number 1"},
     {Kind::Script, -1, "", false, "-1", " returned Error number -1"},
@@ -51,10 +56,13 @@ void Add(Rig& rig, Media& media, const Case& row) {
   outcome.exitCode = row.exitCode;
   if (row.kind == Kind::Exe) media.program("Tools", outcome);
   if (row.kind == Kind::Script) media.script("Tools", outcome);
-  if (row.kind != Kind::Bat) return;
-  rig.file("C:\\Media\\Tools\\Tools.bat", "");
-  rig.program("Tools.bat", outcome);
-  media.component("Tools", "Tools.bat");
+  if (row.kind == Kind::Exe || row.kind == Kind::Script) return;
+  const std::string file = row.kind == Kind::Bat          ? "Tools.bat"
+                           : row.kind == Kind::CapitalExe ? "Tools.EXE"
+                                                          : "Tools.VBS";
+  rig.file("C:\\Media\\Tools\\" + file, "");
+  rig.program(file, outcome);
+  media.component("Tools", file);
 }
 
 TEST_F(Outcome, ExitCodeAndVerdict_DecideByTheKindOfFile) {

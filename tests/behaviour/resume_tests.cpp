@@ -183,6 +183,34 @@ TEST_F(Resuming, InteractiveRun_ShowsItsWindowAndGoesOnUnasked) {
   EXPECT_EQ(rig.machine().screen().shown(platform::Control::LongMessage).back(), "All completed successfully");
 }
 
+TEST_F(Resuming, WhatTheIniSaysOfSilence_CountsOnlyForARunWithoutArguments) {
+  constexpr struct {
+    const char* arguments;
+    const char* ini;
+    bool silentAtFirst;
+    bool silentThen;
+  } rows[] = {{"", "true", false, true},
+              {"", "false", false, false},
+              {"/v", "true", false, false},
+              {"/s", "false", true, true}};
+  for (const auto& row : rows) {
+    fresh();
+    media.config["Silent"] = row.ini;
+    media.program("A", RequestsReboot("immediate"));
+    media.write();
+    rig.machine().files().put("C:\\QX\\QX Installation Assistant.ini", rig.text("C:\\Media\\app.ini"));
+    rig.machine().files().put("C:\\QX\\product.ini", rig.text("C:\\Media\\product.ini"));
+    const std::size_t before = rig.effects("window shown").size();
+    if (!row.silentAtFirst) rig.press({platform::WindowEvent::Continue});
+    EXPECT_EQ(rig.run(row.arguments), 0) << row.arguments << row.ini;
+    const std::size_t atFirst = rig.effects("window shown").size();
+    EXPECT_EQ(atFirst == before, row.silentAtFirst) << row.arguments << row.ini;
+    if (!row.silentThen) rig.press({platform::WindowEvent::Continue});
+    EXPECT_EQ(Resume(rig, row.arguments), 0) << row.arguments << row.ini;
+    EXPECT_EQ(rig.effects("window shown").size() == atFirst, row.silentThen) << row.arguments << row.ini;
+  }
+}
+
 TEST_F(Resuming, MediaMovedToAnotherDrive_IsFoundAgain) {
   media.product["PackageRoot"] = "CDROM(\\Packages)";
   rig.file("C:\\disc\\Packages\\A\\A.exe", "");
