@@ -6,6 +6,9 @@ import sys
 import tempfile
 import unittest
 
+import code_tables
+import documents
+import error_numbers
 import formatting
 import includes
 import pages
@@ -30,6 +33,12 @@ class Checks(unittest.TestCase):
 
     def test_pages(self):
         self.check('pages.py')
+
+    def test_documents(self):
+        self.check('documents.py')
+
+    def test_error_numbers(self):
+        self.check('error_numbers.py')
 
     def test_imports(self):
         self.check('imports.py', os.path.join(tree.ROOT, 'out', 'win32', 'QX Installation Assistant.exe'))
@@ -163,6 +172,100 @@ class Pages(unittest.TestCase):
         for text in ('', '| step | where |\n|---|---|\n| a | `exec/` |\n', '## Where does my code go?\n\nSomewhere.\n'):
             with self.subTest(text=text):
                 self.expect('no table under', pages.guide_problems(text, list(self.TREE), self.TREE.get))
+
+
+class Documents(unittest.TestCase):
+    """Each row is a slip in a file of the project: what it replaces, and what is to be found."""
+    GUIDE, INI, REGISTRY = documents.GUIDE, documents.INI, documents.REGISTRY
+    SLIPS = (
+        (GUIDE, '| `/isr` |', '| `/isx` |', 'switch `/isx` is not in the code'),
+        (GUIDE, '| `/isr` |', '| `/isx` |', 'switch `/isr` is missing'),
+        (GUIDE, '| switch | effect |', '| argument | effect |', 'no table "switch" under "Starting it"'),
+        (GUIDE, '## Exit codes', '## Codes', 'no table "code" under "Exit codes"'),
+        (GUIDE, '| 3 | Another', '| 4 | Another', 'exit code `3` is missing'),
+        (GUIDE, '| 7000 to 7006 |', '| 7000 to 7001 |', 'no row of "Error numbers" holds 7006'),
+        ('core/switches.h', '{"/v", ""', '{"/w", ""', 'switch `/w` is missing'),
+        ('core/switches.h', '&Verbose, ', '', '"All" does not list every switch'),
+        ('core/command_line.cpp', 'Switches::Verbose', '"/v"', '"/v" is spelt again'),
+        ('core/exit_codes.h', 'Cancelled = 2', 'Cancelled = 5', 'exit code `5` is missing'),
+        ('core/start.cpp', 'ExitCode::AnotherCopyRuns', '3', 'an exit code as a number'),
+        (REGISTRY, '| `FUDone` |', '| `Forced` |', 'the value `FUDone` is missing'),
+        (REGISTRY, '| `Cleanup`, ', '| `CleanUp`, ', "the component's value `CleanUp` is not in the code"),
+        (REGISTRY, '| `ConditionList` |', '| `Conditions` |', "the component's sub-key `ConditionList` is missing"),
+        (REGISTRY, '`HelpLink`', '`HelpLine`', 'elsewhere the value `HelpLink` is missing'),
+        (REGISTRY, 'Message Cause', 'Message Reason', 'elsewhere the value `Message Reason` is not in the code'),
+        ('base/product_record.h', '"LastSequence", {}, AtClosedown::Emptied', '"LastSequence"',
+         '`LastSequence` is not emptied at closedown'),
+        ('base/product_record.h', 'RecordValue FUDone{RecordKey', 'RecordValue FUDone = {RecordKey', 'not written like'),
+        (INI, '| `Cleanup` |', '| `CleanUp` |', 'the key `[] Cleanup of the component ini` is missing'),
+        (INI, '| `5` | Optional. |', '| `6` | Optional. |', '[Product] NumberOfLoops: its default is `5`, not `6`'),
+        (INI, '| `Administrator` |', '| none |', '[Connection] Username: its default is `Administrator`'),
+        (INI, '| any machine | Required: logged', '| any machine | Optional: logged', 'MachineType: the log tells'),
+        (INI, '| unknown | Optional. |', '| unknown | Required. |', 'ServerType: the log does not tell'),
+        (INI, 'error 6091', 'error 6097', 'no error has the number 6097'),
+        ('exec/machine_types.cpp', '"ServerType", ""', '"Server", ""', '[Product] Server of the product ini` is missing'),
+        ('core/discovery.cpp', 'Value::ProductIni.name', 'someKey', 'which key GetIniString(ini, "Product", someKey)'),
+        ('base/component.cpp', '"Cost", &Component::cost, Origin::Ini', '"Cost", &Component::cost, Origin::Computed',
+         'the key `[] Cost of the component ini` is not in the code'),
+    )
+
+    def test_each_slip(self):
+        for path, old, new, expected in self.SLIPS:
+            with self.subTest(path=path, new=new):
+                self.assertIn(old, tree.read(path))
+                read = lambda file: tree.read(file).replace(old, new) if file == path else tree.read(file)
+                try:
+                    found = '\n'.join(documents.problems(read, tree.files))
+                except code_tables.NotFound as missing:
+                    found = str(missing)
+                self.assertIn(expected, found)
+
+
+class ErrorNumbers(unittest.TestCase):
+    ROWS = (  # the texts, the rows beside them, the numbers in use, what is to be found
+        ({6000: 'A'}, [(6000, '', 'cause', 'remedy')], {6000}, None),
+        ({6000: 'A'}, [(6000, '', '-', '-')], set(), None),
+        ({}, [], set(), 'no table of error texts'),
+        ({6000: 'A', 6001: 'B'}, [(6000, '', '-', '-')], set(), 'no row for 6001'),
+        ({6000: 'A'}, [(6000, '', '-', '-')], {7000}, 'no row for 7000'),
+        ({6000: 'A'}, [(6000, '', '-', '-'), (7000, '', 'cause', 'remedy')], {7000}, '7000 has no text'),
+        ({6000: 'A'}, [(6000, 'B', '-', '-')], set(), '6000 has its text in'),
+        ({6000: 'A'}, [(6000, '', '-', '-'), (6000, '', '-', '-')], set(), '6000 stands twice'),
+        ({6000: 'A', 6001: 'B'}, [(6001, '', '-', '-'), (6000, '', '-', '-')], set(), 'not in the order'),
+        ({6000: 'A'}, [(6000, '', 'cause', 'remedy')], set(), '6000 is logged by nothing'),
+        ({6000: 'A'}, [(6000, '', '-', '-')], {6000}, '6000 is logged by the program'),
+    )
+
+    def test_each_row(self):
+        for texts, rows, used, expected in self.ROWS:
+            with self.subTest(expected=expected, rows=rows):
+                found = error_numbers.table_problems(texts, rows, used)
+                self.assertEqual(len(found), 1 if expected else 0, found)
+                self.assertIn(expected or '', ''.join(found))
+
+    def test_texts_are_read_from_the_code(self):
+        source = 'constexpr ErrorText ErrorTexts[] = {\n    // log\n    {6000, "one "\n     "text"},\n    {6020, "%"},\n};\n'
+        self.assertEqual(error_numbers.texts(source), {6000: 'one text', 6020: '%'})
+        self.assertEqual(error_numbers.texts('constexpr Text Texts[] = {{6000, "one"}};'), {})
+
+    def test_numbers_in_use_are_found_however_they_are_written(self):
+        for line, number in (('throw here.failure(6081, {path});', 6081), ('here.error(6092, {name});', 6092),
+                             ('throw Error(6162, "text", source);', 6162), ('constexpr int Missing = 6081;', 6081),
+                             ('inline constexpr int Named = 7000;', 7000), ('require(a(b(c)) == d, 6141);', 6141),
+                             ('// raises here.failure(6100, {})', None), ('sleep(60000);', None)):
+            with self.subTest(line=line):
+                self.assertEqual(error_numbers.used([line]), {number} - {None})
+
+    def test_a_row_without_cause_or_remedy_is_refused(self):
+        self.assertEqual(error_numbers.helps('# n\n6000\t\tcause\tremedy\n'), [(6000, '', 'cause', 'remedy')])
+        for line in ('6000\tcause\tremedy', '6000\t\tcause\t', 'x\t\tcause\tremedy'):
+            with self.subTest(line=line), self.assertRaises(ValueError):
+                error_numbers.helps(line)
+
+    def test_the_page_follows_its_tables(self):
+        rows = [(6000, '', 'a cause', 'a remedy')]
+        self.assertIn('| 6000 | `A %` | a cause | a remedy |', error_numbers.page({6000: 'A %'}, rows))
+        self.assertNotEqual(error_numbers.page({6000: 'A %'}, rows), error_numbers.page({6000: 'B %'}, rows))
 
 
 class Tools(unittest.TestCase):
