@@ -7,15 +7,13 @@
 
 namespace assistant::modAutoRun {
 
-/// Full path of the script.
-std::string AutoRunScript(platform::Machine& machine);
-
-/// Writes the script that starts the program in this folder again, with these arguments, when the current user logs on.
+/// Writes the script that starts the program in this folder again, with these arguments, when the current user logs on:
+/// into the Startup folder below the user's profile, or, where that is not there, into the one that the system names.
 /// The Startup folder itself is not made. False after a failure, which is logged, and shown except on a silent run.
 bool CreateAutoRun(const Services& services, const std::string& programFolder, const std::string& arguments);
 
-/// Deletes the script. False after a failure, a missing script included, which is logged, and shown except on a silent
-/// run.
+/// Deletes the script wherever it is. False after a failure, a missing script included, which is logged, and shown
+/// except on a silent run.
 bool DestroyAutoRun(const Services& services);
 
 /// Deletes a script that was left behind; none is no failure.

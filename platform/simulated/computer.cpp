@@ -6,6 +6,10 @@
 namespace simulated {
 namespace {
 
+constexpr const char* ShellFoldersKey =
+    "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
+constexpr const char* StartupValue = "Startup";
+
 std::string Prepared(const std::string& folder) {
   MakeHostFolder(folder);
   return folder;
@@ -22,6 +26,14 @@ void Computer::makeSystemFolders() {
        {std::string(system.windowsFolder), std::string(system.systemFolder), machine_.environment("TEMP"),
         machine_.environment("ProgramFiles"), machine_.startupFolder(), std::string("C:\\Program Files")})
     if (!folder.empty()) files_.makeFolder(folder);
+  // Without profiles, the registry alone says where the Startup folder is.
+  if (*system.startup != '\0' && registry_.text(ShellFoldersKey, StartupValue) != system.startup)
+    registry_.putText(ShellFoldersKey, StartupValue, system.startup);
+}
+
+std::string Computer::startupFolder() const {
+  const std::string named = registry_.text(ShellFoldersKey, StartupValue);
+  return named.empty() ? machine_.startupFolder() : named;
 }
 
 void Computer::setSystem(const std::string& name) {

@@ -42,6 +42,9 @@ class Computer : public platform::Platform {
   void addDrive(Drive drive);
   /// The host folder that such a drive has in the machine's state.
   std::string ownFolder(char letter) const;
+  /// The folder with the programs that start at this user's logon, as the registry or else the profile has it; "" where
+  /// there is none.
+  std::string startupFolder() const;
   Journal& journal() { return journal_; }
 
  protected:

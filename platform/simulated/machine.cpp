@@ -27,16 +27,17 @@ std::string Fitting(const std::string& text, std::size_t size) {
 }  // namespace
 
 const std::vector<System>& Systems() {
+  static constexpr const char* windowsStartup = "C:\\WINDOWS\\Start Menu\\Programs\\StartUp";
   static constexpr const char* documents = "C:\\Documents and Settings";
   static const std::vector<System> systems = {
-      {"Windows 95", {1, 4, 0, Build9x(4, 0, 950)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
-      {"Windows 98", {1, 4, 10, Build9x(4, 10, 1998)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
-      {"Windows ME", {1, 4, 90, Build9x(4, 90, 3000)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", ""},
-      {"Windows NT 3.51", {2, 3, 51, 1057}, "C:\\WINNT35", "C:\\WINNT35\\System32", ""},
-      {"Windows NT 4.0", {2, 4, 0, 1381}, "C:\\WINNT", "C:\\WINNT\\System32", "C:\\WINNT\\Profiles"},
-      {"Windows 2000", {2, 5, 0, 2195}, "C:\\WINNT", "C:\\WINNT\\system32", documents},
-      {"Windows XP", {2, 5, 1, 2600}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", documents},
-      {"Windows 2003", {2, 5, 2, 3790}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", documents},
+      {"Windows 95", {1, 4, 0, Build9x(4, 0, 950)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", "", windowsStartup},
+      {"Windows 98", {1, 4, 10, Build9x(4, 10, 1998)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", "", windowsStartup},
+      {"Windows ME", {1, 4, 90, Build9x(4, 90, 3000)}, "C:\\WINDOWS", "C:\\WINDOWS\\SYSTEM", "", windowsStartup},
+      {"Windows NT 3.51", {2, 3, 51, 1057}, "C:\\WINNT35", "C:\\WINNT35\\System32", "", ""},
+      {"Windows NT 4.0", {2, 4, 0, 1381}, "C:\\WINNT", "C:\\WINNT\\System32", "C:\\WINNT\\Profiles", ""},
+      {"Windows 2000", {2, 5, 0, 2195}, "C:\\WINNT", "C:\\WINNT\\system32", documents, ""},
+      {"Windows XP", {2, 5, 1, 2600}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", documents, ""},
+      {"Windows 2003", {2, 5, 2, 3790}, "C:\\WINDOWS", "C:\\WINDOWS\\system32", documents, ""},
   };
   return systems;
 }
@@ -75,7 +76,7 @@ std::string Machine::profileFolder() const {
 
 std::string Machine::startupFolder() const {
   const std::string profile = profileFolder();
-  return profile.empty() ? "" : profile + "\\Start Menu\\Programs\\Startup";
+  return profile.empty() ? system_->startup : profile + "\\Start Menu\\Programs\\Startup";
 }
 
 std::string Machine::systemVariable(const std::string& name) const {

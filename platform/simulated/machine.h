@@ -20,6 +20,7 @@ struct System {
   const char* windowsFolder;
   const char* systemFolder;
   const char* profiles;  ///< parent of the users' profiles; "" where users have none
+  const char* startup;   ///< the one Startup folder of a system without profiles; "" where there is none
 };
 
 const std::vector<System>& Systems();
@@ -56,7 +57,7 @@ class Machine : public platform::Machine {
   void setProgram(const std::string& path, const std::string& arguments);
   void setCommandLine(const std::string& whole) { commandLine_ = whole; }
   void setAnotherCopyRuns(bool runs) { anotherCopy_ = runs; }
-  /// The user's folder with the programs that start at logon; "" where the system has no profiles.
+  /// The user's folder with the programs that start at logon; "" where the system has none.
   std::string startupFolder() const;
   std::string profileFolder() const;
 

@@ -84,7 +84,7 @@ std::vector<std::string> Workstation::logonCommands() {
     for (const std::string& name : registry_.values(key))
       if (const std::string command = registry_.text(key, name); !command.empty()) commands.push_back(command);
   std::vector<platform::FolderEntry> entries;
-  const std::string folder = machine_.startupFolder();
+  const std::string folder = startupFolder();
   files_.list(folder, entries);
   for (const platform::FolderEntry& entry : entries) {
     if (!EndsWithText(entry.name, ".vbs")) continue;

@@ -17,12 +17,12 @@ constexpr const char* Systems[] = {"Windows 95",     "Windows 98",   "Windows ME
                                    "Windows NT 4.0", "Windows 2000", "Windows XP", "Windows 2003"};
 
 std::string Script(Rig& rig) {
-  return rig.machine().machine().startupFolder() + "\\Start QX Installation Assistant.vbs";
+  return rig.machine().startupFolder() + "\\Start QX Installation Assistant.vbs";
 }
 
-/// The Windows 95 family and NT 3.51 have no Startup folder of the user: somebody has to start the program again.
+/// NT 3.51 has no Startup folder: somebody has to start the program again.
 bool StartsAtLogon(Rig& rig) {
-  return !rig.machine().machine().startupFolder().empty();
+  return !rig.machine().startupFolder().empty();
 }
 
 /// Restarts, and runs what the logon or else the operator starts; its exit code.
