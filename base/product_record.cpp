@@ -40,6 +40,7 @@ constexpr const RecordValue* Values[] = {
     &Value::InstallationIni,
     &Value::InstallDate,
     &Value::InstallType,
+    &Value::LogonSwitchedOnBy,
     &Value::OperatingSystem,
     &Value::PackageRoot,
     &Value::ProductIni,

@@ -86,6 +86,8 @@ inline constexpr RecordValue ForceUninstallReboot{
     RecordKey::Products, "Force Uninstall Reboot", {"Product", "ForceUninstallReboot", "False"}};
 inline constexpr RecordValue InstallationIni{RecordKey::Products, "InstallationIni"};
 inline constexpr RecordValue LocalInstance{RecordKey::Products, ValueName::QXIALocalInstall, {}, AtClosedown::Removed};
+/// The product that switched automatic logon on; there as long as that is on.
+inline constexpr RecordValue LogonSwitchedOnBy{RecordKey::Products, "Automatic Logon"};
 inline constexpr RecordValue MailAddress{RecordKey::Products, "MailAddress", {}, AtClosedown::Emptied};
 inline constexpr RecordValue Notify{RecordKey::Products, "Notify", {}, AtClosedown::Emptied};
 inline constexpr RecordValue ProductIni{RecordKey::Products, "ProductIni"};
@@ -131,7 +133,7 @@ inline constexpr RecordValue PreviousVolumeName{
     RecordKey::Product, "PreviousVolumeName", {"Product", nullptr, "", Need::Optional}};
 inline constexpr RecordValue ProductIniPath{RecordKey::Product, "ProductIniPath"};
 inline constexpr RecordValue ProductProcessReturn{RecordKey::Product, ValueName::ProcessReturn};
-/// Automatic logon that the first disc asked for is switched off at the end, whatever a later disc says.
+/// The password belongs to the first disc, whatever a later one says.
 inline constexpr RecordValue RequestLogon{
     RecordKey::Product, "RequestLogon", {"Config", "RequestLogonDetails", MissingValue, Need::Required, Form::Truth},
     AtClosedown::Stays, OverWipe::Goes, Discs::FirstOnly};
@@ -151,6 +153,7 @@ class ProductRecord {
  public:
   ProductRecord(const Services& services, std::string product) : services_(services), product_(std::move(product)) {}
 
+  const std::string& product() const { return product_; }
   std::string key() const { return ProductKey(product_); }
   /// Raises 6162 when that cannot be told, as all that reads here does.
   bool exists() const;

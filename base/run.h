@@ -86,8 +86,10 @@ struct RunState {
   std::string failureReasons;   ///< one a line
   bool aborted = false;         ///< a failed component ended the loop
   bool cancelled = false;       ///< a person ended the run
-  bool logonDeclined = false;   ///< a person cancelled the password window
   bool localInstance = false;   ///< this is the local copy of a product on several discs
+  bool requestsAreOwn = false;  ///< "Reboot" was emptied at the start: what it says was asked for in this run
+  bool removalBegan = false;    ///< of an uninstall: until then the product's record stays as it was
+  std::string askedFor;         ///< product of this start, where the pending restart of another one goes on; else ""
   std::string mappedDrive;      ///< drive mapped for this run, with its colon
   std::string programToRemove;  ///< local copy of the program that no product needs any more
 };

@@ -5,6 +5,7 @@
 #include "base/numbers.h"
 #include "base/procedure.h"
 #include "base/registry.h"
+#include "base/text.h"
 #include "core/exit_codes.h"
 #include "env/add_remove_programs.h"
 #include "env/auto_login.h"
@@ -24,8 +25,14 @@ std::string InstallDate(const platform::LocalTime& today) {
   return Padded(today.day, 2) + "-" + months[std::clamp(today.month, 1, 12) - 1] + "-" + Padded(today.year, 4);
 }
 
+/// An uninstall that came to no removal leaves what is recorded as it was.
+bool LeavesRecord(const Run& run) {
+  return run.isUninstall() && !run.state.removalBegan;
+}
+
 /// What the run leaves to be read by others.
 void RecordProduct(const Run& run, const Procedure& here, bool productKnown) {
+  if (LeavesRecord(run)) return;
   const ProductRecord record = run.record();
   const std::string version = productKnown ? record.read(Value::Version) : "";
   // A run that failed to find a product says nothing about the one that is installed.
@@ -35,10 +42,19 @@ void RecordProduct(const Run& run, const Procedure& here, bool productKnown) {
   if (productKnown) record.writeOrTell(here, Value::InstallDate, InstallDate(run.machine.clock().now()));
 }
 
+/// False for values that are still needed, and for those of a product that has no record.
+bool IsReset(const Run& run, const RecordValue& value, bool productKnown) {
+  if (value.key == RecordKey::Installation) return true;
+  if (LeavesRecord(run)) return false;
+  if (value.key == RecordKey::Product) return productKnown;
+  // What goes on behind a pending restart takes them from there.
+  return !IsResumeRecorded(run.record());
+}
+
 void ResetValues(const Run& run, const Procedure& here, bool productKnown) {
   const ProductRecord record = run.record();
   for (const RecordValue* value : RecordValues()) {
-    if (value->key == RecordKey::Product && !productKnown) continue;
+    if (!IsReset(run, *value, productKnown)) continue;
     if (value->atClosedown == AtClosedown::Emptied) record.writeOrTell(here, *value, "");
     if (value->atClosedown == AtClosedown::Removed) record.remove(*value);
   }
@@ -54,8 +70,11 @@ void ResetStartForUser(const Run& run, const Procedure& here) {
   modRegistry::WriteOrTell(run.services, here, RunKey, Title, {"", platform::ValueType::Text, user});
 }
 
+/// While a restart is pending, the logon behind it is still wanted.
 void SwitchAutoLoginOff(const Run& run) {
-  if (DisableAutoLogin(run.services) || run.options.silent) return;
+  const ProductRecord record = run.record();
+  if (!IsAutoLoginOurs(record) || IsResumeRecorded(record)) return;
+  if (DisableAutoLogin(run.services, record) || run.options.silent) return;
   run.machine.dialogs().messageBox({.title = Title,
                                     .text = "Could not disable autologon - please contact support",
                                     .icon = platform::BoxIcon::Critical});
@@ -70,8 +89,9 @@ void RemoveLocalProgram(const Run& run, const Procedure& here) {
   }
 }
 
-void CloseLog(const Run& run, const Procedure& here) {
+void CloseLog(const Run& run, const Procedure& here, bool restart) {
   for (const char* row : {"************************", "QX Installer Run complete", "*********"}) here.action(row);
+  if (restart) AnnounceRestart(run.services.log);
   clsAppLog& log = run.services.log;
   if (log.holdsEntries()) {
     // The run never got a log of its own. Nobody is asked about a default log that cannot be written.
@@ -84,6 +104,7 @@ void CloseLog(const Run& run, const Procedure& here) {
 }
 
 int ExitCodeOf(const Run& run) {
+  if (!run.state.askedFor.empty()) return ExitCode::AnotherProductWaited;
   if (run.state.cancelled) return ExitCode::Cancelled;
   // Closing down writes as well.
   return !run.services.refusals.any() && GetProductResult(run).succeeded ? ExitCode::Succeeded : ExitCode::Failed;
@@ -95,20 +116,22 @@ Closing Closedown(const Run& run) {
   const Procedure here(run.services.log, "Closedown");
   const ProductRecord record = run.record();
   const bool productKnown = here.guard([&] { return !run.product.name.empty() && record.exists(); });
-  const bool logonRequested = here.guard([&] { return productKnown && record.isTrue(Value::RequestLogon); });
-  const bool restart = here.guard([&] { return IsCommit(record.read(Value::Reboot)); });
+  const bool restart = here.guard([&] { return run.state.requestsAreOwn && IsCommit(record.read(Value::Reboot)); });
 
   here.guard([&] { RemoveDriveMapping(run.services, here, run.state.mappedDrive); });
+  // A resumed run that comes here goes on no more, wherever it ended.
+  if (run.state.kind == RunKind::Resumed) here.guard([&] { CallOffRestart(run.services, record); });
   here.action("Resetting system registry");
   here.guard([&] { RecordProduct(run, here, productKnown); });
   here.guard([&] { ResetValues(run, here, productKnown); });
   here.guard([&] { ResetStart(run, here); });
   here.guard([&] { ResetStartForUser(run, here); });
-  if (logonRequested && !run.state.logonDeclined) here.guard([&] { SwitchAutoLoginOff(run); });
+  here.guard([&] { record.writeOrTell(here, Value::Reboot, ""); });
+  here.guard([&] { SwitchAutoLoginOff(run); });
   here.guard([&] { RemoveLocalProgram(run, here); });
   here.guard([&] { ForgetCleanUp(run); });
   here.guard([&] { run.machine.mainWindow().removeTrayIcon(); });
-  here.guard([&] { CloseLog(run, here); });
+  here.guard([&] { CloseLog(run, here, restart); });
   return {ExitCodeOf(run), restart};
 }
 

@@ -75,14 +75,15 @@ void ReadSwitches(Run& run, const Procedure& here, const std::string& commandLin
   Options& options = run.options;
   options.silent = IsGiven(commandLine, Switches::Silent);
   run.services.log.beSilent(options.silent);
-  run.record().write(Value::Silent, TrueOrFalse(options.silent));
   options.verbose = IsGiven(commandLine, Switches::Verbose);
   run.services.log.beVerbose(options.verbose);
-  if (options.verbose) run.record().write(Value::Verbose, TrueOrFalse(true));
   if (IsGiven(commandLine, Switches::Uninstall)) {
+    // It records nothing: what is recorded may be that of a run whose restart is pending.
     run.state.kind = RunKind::Uninstall;
     return ReadUninstall(run, here, commandLine);
   }
+  run.record().write(Value::Silent, TrueOrFalse(options.silent));
+  if (options.verbose) run.record().write(Value::Verbose, TrueOrFalse(true));
   options.applicationIni =
       IniPath(run, commandLine, Switches::ApplicationIni, Switches::LastApplicationIni, Value::InstallationIni);
   options.productIni = IniPath(run, commandLine, Switches::ProductIni, Switches::LastProductIni, Value::ProductIni);

@@ -4,6 +4,7 @@
 #include "base/paths.h"
 #include "base/procedure.h"
 #include "base/text.h"
+#include "core/await.h"
 #include "core/coded_paths.h"
 
 namespace assistant {
@@ -74,10 +75,13 @@ std::string GetAppIni(const Run& run, const std::string& given) {
   const Procedure here(run.services.log, "GetAppIni");
   const std::string wanted = given.empty() ? OwnIni(run.program) : given;
   const std::string plain = Unquoted(wanted);
-  if (IsUsable(run, here, plain)) return plain;
   const std::string remembered =
       run.state.kind == RunKind::Resumed ? run.record().read(Value::InstallationIni) : std::string();
-  if (IsUsable(run, here, remembered)) return remembered;
+  const bool found = IsThereInTime(run, here, "The application ini " + wanted, [&] {
+    return run.services.fso.fileExists(plain) || run.services.fso.fileExists(remembered);
+  });
+  if (found && IsUsable(run, here, plain)) return plain;
+  if (found && IsUsable(run, here, remembered)) return remembered;
   here.action("Could not find ini file : " + wanted);
   const std::string chosen = AskForIni(run, "Select Application Ini File");
   if (IsUsable(run, here, chosen)) return chosen;
@@ -96,7 +100,9 @@ void GetProductIni(Run& run) {
   }
   const std::string given = ini;
   ini = Unquoted(given);
-  if (!IsUsable(run, here, ini)) {
+  const bool found =
+      IsThereInTime(run, here, "The product ini " + ini, [&] { return run.services.fso.fileExists(ini); });
+  if (!found || !IsUsable(run, here, ini)) {
     here.action("Could not find product ini file: " + given + " requesting ini file with common dialog");
     const std::string chosen = AskForProductIni(run);
     if (!chosen.empty()) ini = chosen;
@@ -156,6 +162,12 @@ std::string SpecifiedProductIni(const Run& run, const std::string& applicationIn
   const std::string coded = modINI::GetIniString(ini, "Product", Value::ProductIni.name, MissingValue);
   if (IsNotGiven(coded)) return std::string();
   return ResolveFile(run, coded, {FolderPart(applicationIni), applicationIni, DefaultProductIni});
+}
+
+bool CanBeResolved(const std::string& coded) {
+  if (IsFullPath(coded)) return true;
+  const PathCode code = TakeApartByLetters(coded).code;
+  return code != PathCode::None && code != PathCode::AppIniFolder;
 }
 
 bool MeansRecordedRoot(const std::string& coded) {

@@ -8,7 +8,8 @@
 namespace assistant {
 
 /// The application ini that exists: the one given, else the one beside the program under its name, on a resumed run
-/// else the one remembered, else the one that the user chooses. Raises "Failed to find application ini file.".
+/// else the one remembered, for which it waits (RunStops where a person ends that), else the one that the user chooses.
+/// Raises "Failed to find application ini file.".
 std::string GetAppIni(const Run& run, const std::string& given);
 
 /// The ini files as far as they are known before anything is asked or logged: the application ini given or beside the
@@ -16,8 +17,8 @@ std::string GetAppIni(const Run& run, const std::string& given);
 IniPaths InisAtStart(const Run& run);
 
 /// Makes the run's product ini the one that exists: the one given, else the one recorded for the product, else the one
-/// that the application ini specifies, else the one that the user chooses, which is then recorded. Raises "Failed to
-/// find a product ini file.".
+/// that the application ini specifies, else the one that the user chooses, which is then recorded. A resumed run waits
+/// for it as for the application ini. Raises "Failed to find a product ini file.".
 void GetProductIni(Run& run);
 
 /// The product ini that GetProductIni would find without asking anybody; "" when it would find none.
@@ -27,6 +28,9 @@ std::string KnownProductIni(const Run& run);
 /// first such drive that has the folder, RE... the product's recorded root, CU... the program's folder. "" when there
 /// is none; an unknown code is logged.
 std::string ResolvePath(const Run& run, const std::string& coded);
+
+/// False for a text that ResolvePath does not know.
+bool CanBeResolved(const std::string& coded);
 
 /// Where a file is looked for that a coded path stands for.
 struct FileSearch {

@@ -8,6 +8,7 @@
 #include "base/registry.h"
 #include "base/text.h"
 #include "core/discovery.h"
+#include "core/display.h"
 #include "core/exit_codes.h"
 #include "core/run_stops.h"
 #include "env/drive_mapping.h"
@@ -32,11 +33,13 @@ void RequireUsableName(Run& run, const Procedure& here) {
                      "\" holds a character that no folder name may hold. Correct Name in " + where + ".");
 }
 
+/// A resumed run knows its name from the record.
 void ReadIdentity(Run& run, const Procedure& here) {
-  run.product.name = OfProduct(run, "Name", modINI::Missing::IsLogged);
+  const bool isKnown = !run.product.name.empty();
+  if (!isKnown) run.product.name = OfProduct(run, "Name", modINI::Missing::IsLogged);
   run.product.numberOfLoops = OfProduct(run, Value::NumberOfLoops.name);
   run.product.endMessage = OfProduct(run, Value::EndMessage.name);
-  RequireUsableName(run, here);
+  if (!isKnown) RequireUsableName(run, here);
 }
 
 /// On several discs the program goes on as a local copy, so that the drive is free.
@@ -45,7 +48,10 @@ void LeaveDiscIfNeeded(const Run& run) {
   const modCDFunctions::LocalCopy copy = modCDFunctions::IsMultiCD(run, InisAtStart(run));
   if (copy == modCDFunctions::LocalCopy::NotNeeded) return;
   const bool started = copy == modCDFunctions::LocalCopy::Started;
-  throw RunStops{.how = RunStops::How::AtOnce, .exitCode = started ? ExitCode::Succeeded : ExitCode::Failed};
+  const int exitCode = started ? ExitCode::Succeeded : ExitCode::Failed;
+  const bool otherWasAskedFor = !run.state.askedFor.empty();
+  throw RunStops{.how = RunStops::How::AtOnce,
+                 .exitCode = otherWasAskedFor ? ExitCode::AnotherProductWaited : exitCode};
 }
 
 /// True for a value of the old record that is to stand in the new one as well.
@@ -62,6 +68,8 @@ bool Outlives(const Run& run, const RecordValue& value) {
 
 void IdentifyProduct(Run& run, const Procedure& here) {
   LeaveDiscIfNeeded(run);
+  // It may have to wait for its media, and nobody is asked to continue.
+  if (run.state.kind == RunKind::Resumed) ShowRun(run);
   run.product.inis.application = GetAppIni(run, run.options.applicationIni);
   ReadIdentity(run, here);
   const LogStart start = run.state.kind == RunKind::Resumed ? LogStart::Continued : LogStart::Fresh;

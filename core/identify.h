@@ -6,10 +6,10 @@
 
 namespace assistant {
 
-/// For a run that installs: finds the application ini, takes the product's name from it, sets up the log and maps the
-/// product's drive. From a disc of a product on several ones a local copy is started in place of this program, which
-/// stops the run (RunStops). Raises an error for a product that cannot be identified. `here` is the procedure that
-/// starts the run.
+/// For a run that installs: finds the application ini, takes the product's name from it where that is not known yet,
+/// sets up the log and maps the product's drive. A resumed run shows its window or tray icon before. From a disc of a
+/// product on several ones a local copy is started in place of this program, which stops the run (RunStops). Raises an
+/// error for a product that cannot be identified. `here` is the procedure that starts the run.
 void IdentifyProduct(Run& run, const Procedure& here);
 
 /// Wipes the record of an earlier install of the product, but for what outlives it.

@@ -92,17 +92,11 @@ void StoreApplication(Run& run, Disc disc) {
   run.services.window.progressBar(Progress::AppDataStored);
 }
 
-void RequireProductIni(Run& run, const Procedure& here) {
-  try {
-    FindProductIni(run);
-  } catch (const Error& failure) {
-    // Told under the name of the search, and as what it means to the run, which stops with it.
-    run.services.log.log("", failure);
-    const std::string text = "Product ini file " + run.product.inis.product + " could not be found";
-    here.error(text);
-    throw CannotInitialise(text, "Product ini file not found");
-  }
-  run.services.window.progressBar(Progress::ProductIniFound);
+void FindProductIni(Run& run) {
+  GetProductIni(run);
+  run.record().write(Value::InstallationIni, run.product.inis.application);
+  run.record().write(Value::ProductIni, run.product.inis.product);
+  if (run.state.mappedDrive.empty()) run.state.mappedDrive = MapDriveIfRequired(run.services, run.productIni());
 }
 
 /// A component that could not be stored, told under its name.
@@ -133,15 +127,12 @@ std::vector<std::string> StoreProduct(Run& run, const std::vector<std::string>& 
 
 /// The password for the logons after restarts, where the product asks for it.
 void RequestLogonDetails(Run& run) {
-  if (!frmLogin::IsWanted(run.record()) || frmLogin::Show(run.services)) return;
-  run.state.logonDeclined = true;
+  if (!frmLogin::IsWanted(run.record()) || frmLogin::Show(run.services, run.record())) return;
   throw RunStops{RunStops::How::Cancelled, UserAbortedRun};
 }
 
-/// The sequence stands at its start, and the user may begin it.
+/// The user may begin.
 void BecomeReady(const Run& run) {
-  // The uninstall of a product that is not recorded leaves no record of it.
-  if (!run.isUninstall() || run.record().exists()) run.record().write(Value::LastSequence, "0");
   EndIfWanted(run.services);
   ShowReady(run);
 }
@@ -162,6 +153,7 @@ void PrepareFirstDisc(Run& run, const Procedure& here) {
   StoreComponents(run, here, StoreProduct(run, {}), 0);
   CheckConfiguration(run);
   RequestLogonDetails(run);
+  run.record().write(Value::LastSequence, "0");
   BecomeReady(run);
 }
 
@@ -185,7 +177,8 @@ void Prepare(Run& run, Steps steps) {
       [&] {
         run.services.window.enableButtons(false);
         run.services.window.statusLine(modLanguage::Text(Caption::Initialising));
-        run.record().write(Value::RunProcessReturn, "");
+        // An uninstall records nothing before its first removal.
+        if (!run.isUninstall()) run.record().write(Value::RunProcessReturn, "");
         run.product.shares = ValidateShares(run);
         steps(run, here);
       },
@@ -204,11 +197,17 @@ void InitialiseNextDisc(Run& run) {
   Prepare(run, PrepareNextDisc);
 }
 
-void FindProductIni(Run& run) {
-  GetProductIni(run);
-  run.record().write(Value::InstallationIni, run.product.inis.application);
-  run.record().write(Value::ProductIni, run.product.inis.product);
-  if (run.state.mappedDrive.empty()) run.state.mappedDrive = MapDriveIfRequired(run.services, run.productIni());
+void RequireProductIni(Run& run, const Procedure& here) {
+  try {
+    FindProductIni(run);
+  } catch (const Error& failure) {
+    // Told under the name of the search, and as what it means to the run, which stops with it.
+    run.services.log.log("", failure);
+    const std::string text = "Product ini file " + run.product.inis.product + " could not be found";
+    here.error(text);
+    throw CannotInitialise(text, "Product ini file not found");
+  }
+  run.services.window.progressBar(Progress::ProductIniFound);
 }
 
 void CheckConfiguration(Run& run) {

@@ -1,6 +1,7 @@
 // Preparing a run before the user's Continue: ini files, package root, records, configuration.
 #pragma once
 
+#include "base/procedure.h"
 #include "base/run.h"
 
 namespace assistant {
@@ -14,8 +15,8 @@ void Initialise(Run& run);
 void InitialiseNextDisc(Run& run);
 
 /// Finds the product ini, remembers the paths of both ini files, from which /isr and /iar take them, and maps the
-/// product's drive. Raises "Failed to find a product ini file.".
-void FindProductIni(Run& run);
+/// product's drive. Without a product ini the run stops (RunStops), which `here` tells.
+void RequireProductIni(Run& run, const Procedure& here);
 
 /// Checks and records the configuration; where that fails the run stops (RunStops).
 void CheckConfiguration(Run& run);

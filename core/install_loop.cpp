@@ -31,18 +31,23 @@ void TellPositionUnknown(Run& run, const Procedure& here) {
   SetProductResult(run, false, "The next component could not be determined");
 }
 
-/// The logged position is one less than the one taken. False when the number lies beyond the table.
-bool ResetPosition(const Procedure& here, double lastSequence, Disc& disc) {
-  if (lastSequence < SequenceStep) {
-    disc.position = 1;
-    return true;
+/// A number above all stored ones is that of no component.
+bool IsBeyondTable(const Run& run) {
+  return run.record().readNumber(Value::LastSequence) > HighestSequenceNumber(run);
+}
+
+/// Entries of [Actions] that were passed over have numbers but no components, so that these are counted. The logged
+/// position is one less than the one taken.
+void ResetPosition(const Run& run, const Procedure& here, double lastSequence, Disc& disc) {
+  const auto done =
+      static_cast<int>(std::count_if(disc.components.begin(), disc.components.end(), [&](const std::string& component) {
+        return RecordedSequenceNumber(run.machine.registry(), run.product.name, component) <= lastSequence;
+      }));
+  if (done > 0) {
+    here.action("Recent reboot detected.  Re-setting current sequence number, from " + std::to_string(disc.position) +
+                " to " + std::to_string(done));
   }
-  const double done = lastSequence / SequenceStep;
-  if (done > static_cast<double>(disc.components.size())) return false;
-  here.action("Recent reboot detected.  Re-setting current sequence number, from " + std::to_string(disc.position) +
-              " to " + NumberText(done));
-  disc.position = static_cast<int>(RoundedToEven(done + 1));
-  return true;
+  disc.position = done + 1;
 }
 
 /// Without this record the next round would install the component again.
@@ -97,10 +102,7 @@ enum class Round { Done, NoneLeft, CutShort };
 /// What follows a component that was worked on: its place is recorded, and its request for a restart acted on.
 Round CloseRound(Run& run, const Procedure& here, InstallProgress& progress, Disc& disc, double number,
                  double lastSequence) {
-  if (std::exchange(progress.positionIsBeforeRestart, false) && !ResetPosition(here, lastSequence, disc)) {
-    TellPositionUnknown(run, here);
-    return Round::CutShort;
-  }
+  if (std::exchange(progress.positionIsBeforeRestart, false)) ResetPosition(run, here, lastSequence, disc);
   if (!WriteLastSequence(run, here, number)) return Round::CutShort;
   EndIfWanted(run.services);
   ActOnRebootRequest(run, here, progress);
@@ -131,6 +133,7 @@ LoopEnd StartInstall(Run& run, InstallProgress& progress) {
     Disc disc{RecordedComponents(run)};
     if (disc.components.empty()) here.warn(6090);
     EndIfWanted(run.services);
+    if (run.state.kind == RunKind::Resumed && IsBeyondTable(run)) return TellPositionUnknown(run, here);
     do {
       round = InstallNext(run, here, progress, disc);
     } while (round == Round::Done);

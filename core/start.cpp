@@ -26,6 +26,20 @@ bool IsLocalInstance(const Run& run) {
          EqualIgnoringCase(run.program.path, LocalProgram(run.machine.machine(), run.program));
 }
 
+/// What an earlier run asked for, or one that was broken off, must not restart the machine in this one.
+bool ForgetRestartRequest(const Run& run, const Procedure& here) {
+  return here.guard([&] {
+    const ProductRecord record = run.record();
+    return record.read(Value::Reboot).empty() || record.writeOrTell(here, Value::Reboot, "");
+  });
+}
+
+/// Nobody could tell whether a component asked for a restart. An uninstall asks for none.
+void RequireOwnRequests(const Run& run, const Procedure& here) {
+  if (run.state.requestsAreOwn || run.isUninstall()) return;
+  throw here.failure(6087, {std::string("HKLM\\") + InstallationKey, Value::Reboot.name});
+}
+
 void ReadCommandLine(Run& run) {
   if (!run.options.argumentText.empty()) GetCommandLine(run, run.options.argumentText);
 }
@@ -46,12 +60,12 @@ void RequireRecords(const Run& run, const Procedure& here) {
 void StartUninstallRun(Run& run) {
   run.product.endMessage =
       "QX Installation Assistant has successfully un-installed the product " + run.options.uninstallProduct;
-  SetProductResult(run, true, "");
   ShowRun(run);
   Initialise(run);
 }
 
 void StartResumedRun(Run& run, const Procedure& here) {
+  KnowPendingProduct(run, here);
   IdentifyProduct(run, here);
   here.action("System has been re-booted by the application.");
   StartFromReboot(run);
@@ -112,9 +126,11 @@ void Main(Run& run) {
         run.services.window.create(Title);
         PreventDuplicate(run);
         run.services.log.start();
+        run.state.requestsAreOwn = ForgetRestartRequest(run, here);
         run.state.localInstance = IsLocalInstance(run);
         ReadCommandLine(run);
         DecideKind(run);
+        RequireOwnRequests(run, here);
         RequireRecords(run, here);
         switch (run.state.kind) {
           case RunKind::Uninstall:

@@ -14,7 +14,6 @@
 #include "env/add_remove_programs.h"
 #include "env/forced_removal.h"
 #include "env/multi_disk.h"
-#include "env/reboot.h"
 #include "env/shares.h"
 #include "env/uninstall.h"
 #include "exec/product_result.h"
@@ -27,10 +26,10 @@ void Uninstall(Run& run) {
   EndIfWanted(run.services);
   // What failed stays recorded, so that the uninstall can be run again.
   if (run.state.failed) return;
+  BeginRemoval(run);
   const CleanUp cleanUp = CleanUpUninstallFiles(run);
   if (cleanUp.failure) SetProductResult(run, false, *cleanUp.failure);
   run.state.programToRemove = cleanUp.programToRemove;
-  ForgetResume(run.services, run.record(), run.product.name);
 }
 
 /// Discs that lead to each other in a circle would be asked for without end.

@@ -31,12 +31,35 @@ void Write(const Services& services, const Procedure& here, const char* key, con
   modRegistry::WriteOrRaise(services, here, key, value.name, {value.text});
 }
 
+/// Empties what is there. A password that stays behind is worse than any other value, so that each is tried.
+bool Empty(const Services& services, const Procedure& here, const char* key, const char* name) {
+  return here.guard([&] {
+    if (modRegistry::RegKeyExists(services.machine.registry(), key, name)) Write(services, here, key, {name, ""});
+    return true;
+  });
+}
+
+bool SwitchOff(const Services& services, const Procedure& here) {
+  if (PlatformIdentifier(here, services.machine.machine()) == Windows95Family) {
+    Write(services, here, NetworkLogon, {"Default Password", ""});
+    return true;
+  }
+  bool done = modRegistry::WriteOrTell(services, here, Winlogon, "AutoAdminLogon", {"0"});
+  // The domains stay as they are.
+  for (const char* name : {"DefaultUserName", "DefaultPassword", "AltDefaultUserName", "AltDefaultPassword"}) {
+    if (!Empty(services, here, Winlogon, name)) done = false;
+  }
+  return done;
+}
+
 }  // namespace
 
-bool EnableAutoLogin(const Services& services, const LogonAccount& account) {
+bool EnableAutoLogin(const Services& services, const ProductRecord& record, const LogonAccount& account) {
   const Procedure here(services.log, BothOperations);
   return here.guard([&] {
-    if (PlatformIdentifier(here, services.machine.machine()) == Windows95Family) {
+    const bool is95 = PlatformIdentifier(here, services.machine.machine()) == Windows95Family;
+    record.writeOrRaise(here, Value::LogonSwitchedOnBy, record.product());
+    if (is95) {
       Write(services, here, NetworkLogon, {"Default Password", account.password});
       return true;
     }
@@ -54,20 +77,15 @@ bool EnableAutoLogin(const Services& services, const LogonAccount& account) {
   });
 }
 
-bool DisableAutoLogin(const Services& services) {
+bool IsAutoLoginOurs(const ProductRecord& record) {
+  return record.has(Value::LogonSwitchedOnBy);
+}
+
+bool DisableAutoLogin(const Services& services, const ProductRecord& record) {
   const Procedure here(services.log, BothOperations);
   return here.guard([&] {
-    if (PlatformIdentifier(here, services.machine.machine()) == Windows95Family) {
-      Write(services, here, NetworkLogon, {"Default Password", ""});
-      return true;
-    }
-    Write(services, here, Winlogon, {"AutoAdminLogon", "0"});
-    // The domains stay as they are.
-    for (const char* name : {"DefaultUserName", "DefaultPassword", "AltDefaultUserName", "AltDefaultPassword"}) {
-      if (modRegistry::RegKeyExists(services.machine.registry(), Winlogon, name)) {
-        Write(services, here, Winlogon, {name, ""});
-      }
-    }
+    if (!SwitchOff(services, here)) return false;
+    record.remove(Value::LogonSwitchedOnBy);
     return true;
   });
 }

@@ -44,29 +44,29 @@ std::string Environment(const Services& services, const Procedure& here, const c
   return value;
 }
 
-void UsePassword(const Services& services, const Procedure& here, const std::string& system,
-                 const std::string& password) {
+void UsePassword(const Services& services, const ProductRecord& record, const Procedure& here,
+                 const std::string& system, const std::string& password) {
   if (IsOneOf(Windows95Family, system)) {
     here.detail("Password captured for the default user on a " + system + " machine");
-    EnableAutoLogin(services, {.password = password, .user = "", .domain = ""});
+    EnableAutoLogin(services, record, {.password = password, .user = "", .domain = ""});
   } else if (IsOneOf(NtFamily, system)) {
     const std::string user = Environment(services, here, "USERNAME");
     const std::string domain = Environment(services, here, "USERDOMAIN");
-    EnableAutoLogin(services, {password, user, domain});
+    EnableAutoLogin(services, record, {password, user, domain});
     here.detail("Password captured for user " + user + " on a " + system + " machine in the " + domain + " domain");
   }
 }
 
 /// What OK does; false leaves the window open for another attempt.
-bool Accept(const Services& services, const std::string& system, const std::string& password,
-            const std::string& confirmation) {
+bool Accept(const Services& services, const ProductRecord& record, const std::string& system,
+            const std::string& password, const std::string& confirmation) {
   // Logs have always told the work under the window's older name and its failures under the newer one.
   const Procedure here(services.log, "frmPassword.cmdOK_Click", "FrmLogin.CmdOK_Click");
   if (Trim(password) != Trim(confirmation)) {
     services.machine.dialogs().messageBox({.title = Title, .text = "The two passwords do not match, please try again"});
     return false;
   }
-  here.guard([&] { UsePassword(services, here, system, password); });
+  here.guard([&] { UsePassword(services, record, here, system, password); });
   return true;
 }
 
@@ -77,7 +77,7 @@ bool IsWanted(const ProductRecord& record) {
          modCDFunctions::RecordedVolume(record, Value::PreviousVolumeName).empty();
 }
 
-bool Show(const Services& services) {
+bool Show(const Services& services, const ProductRecord& record) {
   const std::string system = LowerCase(services.fso.operatingSystem());
   return services.machine.dialogs().askPassword({.title = Title,
                                                  .message = Prompt(services.machine.machine(), system),
@@ -86,7 +86,7 @@ bool Show(const Services& services) {
                                                  .okCaption = modLanguage::Text(modLanguage::Caption::OK),
                                                  .cancelCaption = modLanguage::Text(modLanguage::Caption::Cancel)},
                                                 [&](const std::string& password, const std::string& confirmation) {
-                                                  return Accept(services, system, password, confirmation);
+                                                  return Accept(services, record, system, password, confirmation);
                                                 });
 }
 

@@ -10,8 +10,8 @@ namespace assistant::frmLogin {
 bool IsWanted(const ProductRecord& record);
 
 /// Shows the window, on silent runs too, until two equal passwords are given or it is cancelled, and switches automatic
-/// logon on. False when it was cancelled: nothing is written then. Failures of the writing are logged and let the run
-/// go on.
-bool Show(const Services& services);
+/// logon on for the product of this record. False when it was cancelled: nothing is written then. Failures of the
+/// writing are logged and let the run go on.
+bool Show(const Services& services, const ProductRecord& record);
 
 }  // namespace assistant::frmLogin

@@ -11,7 +11,7 @@ void Reboot(const Services& services, const ProductRecord& record, const std::st
   platform::MainWindow& window = services.machine.mainWindow();
   here.guard([&] {
     if (restart == Restart::ToGoOn) record.writeOrTell(here, Value::RunProduct, product);
-    here.action("Re-booting now");
+    if (restart == Restart::ToGoOn) AnnounceRestart(services.log);
     services.window.statusLine(modLanguage::Text(modLanguage::Caption::Rebooting));
     window.setBusyCursor(true);
     record.writeOrTell(here, Value::Reboot, "");
@@ -21,6 +21,11 @@ void Reboot(const Services& services, const ProductRecord& record, const std::st
     services.machine.power().restartByForce();
     window.pumpMessages();
   });
+}
+
+void AnnounceRestart(clsAppLog& log) {
+  const Procedure here(log, "Reboot");
+  here.action("Re-booting now");
 }
 
 void AdjustToken(platform::Power& power) {
@@ -35,17 +40,21 @@ bool IsResumeRecorded(const ProductRecord& record) {
   return record.read(Value::Rebooted) == TrueOrFalse(true);
 }
 
-std::string TakeUpResume(const Procedure& here, const ProductRecord& record) {
+void TakeUpResume(const Procedure& here, const ProductRecord& record) {
   record.writeOrTell(here, Value::Reboot, "");
   record.writeOrTell(here, Value::Rebooted, "");
-  return record.read(Value::RunProduct);
+}
+
+void CallOffRestart(const Services& services, const ProductRecord& record) {
+  const Procedure here(services.log, "ForgetResume");
+  if (!IsResumeRecorded(record)) return;
+  // The script first: without the mark it would start an installation from the beginning.
+  modAutoRun::ForgetAutoRun(services);
+  record.writeOrTell(here, Value::Rebooted, "");
 }
 
 void ForgetResume(const Services& services, const ProductRecord& record, const std::string& product) {
-  const Procedure here(services.log, "ForgetResume");
-  if (!IsResumeRecorded(record) || !EqualIgnoringCase(record.read(Value::RunProduct), product)) return;
-  record.writeOrTell(here, Value::Rebooted, "");
-  modAutoRun::DestroyAutoRun(services);
+  if (EqualIgnoringCase(record.read(Value::RunProduct), product)) CallOffRestart(services, record);
 }
 
 }  // namespace assistant

@@ -18,6 +18,9 @@ enum class Restart {
 /// the run as it is. `record` is that of the product in work, named `product`.
 void Reboot(const Services& services, const ProductRecord& record, const std::string& product, Restart restart);
 
+/// The row that a restart begins with. That of a closing restart is written before the log is closed.
+void AnnounceRestart(clsAppLog& log);
+
 /// Enables the shutdown privilege of this process. Failures pass silently: the restart is tried anyway.
 void AdjustToken(platform::Power& power);
 
@@ -28,10 +31,12 @@ bool IsCommit(const std::string& rebootRequest);
 bool IsResumeRecorded(const ProductRecord& record);
 
 /// Takes up a recorded resume for the procedure that goes on with it, `here`: the requests that led to it are answered.
-/// The product that goes on; "" when the record names none.
-std::string TakeUpResume(const Procedure& here, const ProductRecord& record);
+void TakeUpResume(const Procedure& here, const ProductRecord& record);
 
-/// Takes a restart's request to go on back when it is for this product, which is installed no more.
+/// Takes a restart's request to go on back, with the script that would start it. Without either it does nothing.
+void CallOffRestart(const Services& services, const ProductRecord& record);
+
+/// The same when the request is for this product, which is being uninstalled.
 void ForgetResume(const Services& services, const ProductRecord& record, const std::string& product);
 
 }  // namespace assistant

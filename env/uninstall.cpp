@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "base/component.h"
 #include "base/numbers.h"
@@ -11,6 +12,7 @@
 #include "base/text.h"
 #include "env/add_remove_programs.h"
 #include "env/install_type.h"
+#include "env/reboot.h"
 #include "env/uninstall_component.h"
 #include "exec/copy_targets.h"
 #include "exec/file_kinds.h"
@@ -143,6 +145,14 @@ void ReportNoComponents(Run& run, const Procedure& here) {
 
 }  // namespace
 
+void BeginRemoval(Run& run) {
+  if (std::exchange(run.state.removalBegan, true)) return;
+  SetProductResult(run, true, "");
+  const ProductRecord record = run.record();
+  if (record.exists()) record.write(Value::LastSequence, "0");
+  ForgetResume(run.services, record, run.product.name);
+}
+
 void StartUninstall(Run& run) {
   const Procedure here(run.services.log, "StartUninstall");
   const std::optional<std::string> failure = here.failureOf([&] {
@@ -152,6 +162,8 @@ void StartUninstall(Run& run) {
       return;
     }
     if (run.services.log.isVerbose()) run.services.fso.createFolder(run.logFolders.msiLogs);
+    if (run.services.window.endWanted()) return;
+    BeginRemoval(run);
     RemoveAll(run, here, sequence);
     run.services.window.statusLine("Finish");
   });

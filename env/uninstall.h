@@ -10,4 +10,8 @@ namespace assistant {
 /// components (6095).
 void StartUninstall(Run& run);
 
+/// From here on the product's record follows the uninstall: its result and place are set to their start, and a restart
+/// behind which the product's installation was to go on is called off. What began already is left alone.
+void BeginRemoval(Run& run);
+
 }  // namespace assistant

@@ -16,11 +16,11 @@ const std::string& Longer(const std::string& recorded, const std::string& ofThis
   return recorded.size() >= ofThisRun.size() ? recorded : ofThisRun;
 }
 
-/// False where no product is known, and on the uninstall of a product that has no record (any more): none is made for
-/// it.
+/// False where no product is known, on an uninstall that has removed nothing yet, and on that of a product that has no
+/// record (any more): none is made for it.
 bool HasRecord(const Run& run) {
   if (run.product.name.empty()) return false;
-  return !run.isUninstall() || run.record().exists();
+  return !run.isUninstall() || (run.state.removalBegan && run.record().exists());
 }
 
 void KeepInRun(RunState& state, bool succeeded, const std::string& reason) {

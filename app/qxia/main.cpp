@@ -28,7 +28,8 @@ constexpr const char* Usage =
     "  --machine FILE  what the workstation is and what its programs do (platform/simulated/README.md)\n"
     "  -- ARGUMENTS    the program's own switches, such as /s /is=D:\\setup.ini\n"
     "\n"
-    "Exit code: that of the program (0 succeeded, 1 failed, 2 cancelled, 3 another copy runs); 64 when the\n"
+    "Exit code: that of the program (0 succeeded, 1 failed, 2 cancelled, 3 another copy runs, 4 another\n"
+    "product's restart was pending and was carried on); 64 when the\n"
     "rehearsal could not be set up.\n";
 
 struct Options {

@@ -168,6 +168,10 @@ TEST_F(Closedown, AutomaticLogonOfTheWindows95Family_LosesItsPassword) {
   EXPECT_FALSE(rig.hasKey(Winlogon));
 }
 
+constexpr const char* Archived =
+    "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite\\QXIA Archive Logs\\"
+    "QX Installation Assistant0603051403.html";
+
 TEST_F(Closedown, CommitRequest_RestartsOnceWithoutResume) {
   for (const char* request : {"commit", "COMMIT"}) {
     fresh();
@@ -177,6 +181,11 @@ TEST_F(Closedown, CommitRequest_RestartsOnceWithoutResume) {
     EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "");
     EXPECT_EQ(rig.value(ProductsRecord, "Product"), "");
     EXPECT_EQ(rig.value(InstallationRecord, "Reboot"), "");
+    const std::string log = rig.log("Office Suite");
+    const std::size_t closing = log.find("*********<", log.find("QX Installer Run complete"));
+    EXPECT_EQ(TimesLogged(rig, "Re-booting now"), 1);
+    EXPECT_LT(closing, log.find("Re-booting now"));
+    EXPECT_EQ(rig.text(Archived), log) << "the archived log has the row too";
   }
 }
 

@@ -63,6 +63,15 @@ const Ending Endings[] = {
      [](Rig&, Media& media) { media.program("Tools", RequestsReboot("immediate")); }},
     {"failed, with a closing restart", 1, "/s",
      [](Rig&, Media& media) { media.program("Tools", RequestsReboot("commit")).component("Office", "gone.exe"); }},
+    {"another product's restart pending", 4, "/s",
+     [](Rig& rig, Media& media) {
+       rig.file("C:\\Waiting\\app.ini", "[Product]\nName=Waiting\n");
+       rig.set(ProductsRecord, "Rebooted", "True");
+       rig.set(ProductsRecord, "Product", "Waiting");
+       rig.set(ProductsRecord, "Silent", "True");
+       rig.set(ProductsRecord, "InstallationIni", "C:\\Waiting\\app.ini");
+       media.component("Tools", "setup.exe");
+     }},
     {"uninstall declined", 2, "/s /x Office Suite",
      [](Rig& rig, Media&) { rig.answer("Confirm Uninstall", BoxAnswer::No); }},
     {"uninstall of what is not there", 1, "/s /x Office Suite",

@@ -339,6 +339,25 @@ TEST(MultiDisk, DiscInAnotherDrive_IsInstalledFromThereAlsoAfterARestart) {
   }
 }
 
+TEST(MultiDisk, LogonThatTheFirstDiscAskedFor_IsSwitchedOffWhateverTheSecondSays) {
+  Rig rig;
+  Discs discs(rig);
+  discs.writePair();
+  const std::string ini = "D:\\QX Installation Assistant.ini";
+  std::string text = rig.text(ini);
+  text.replace(text.find("RequestLogonDetails=false"), 25, "RequestLogonDetails=true");
+  rig.file(ini, text);
+  rig.program("AT ", simulated::Match::Prefix);
+  rig.machine().screen().type({"secret", "secret"});
+  discs.changeAt(Prompt, "DISC2");
+  EXPECT_EQ(discs.installLocally(), 0);
+  EXPECT_EQ(discs.ran(), (Names{"One", "Two", "Three"}));
+  const std::string winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
+  EXPECT_EQ(rig.value(winlogon, "AutoAdminLogon"), "0");
+  EXPECT_EQ(rig.value(winlogon, "DefaultPassword"), "");
+  EXPECT_EQ(rig.value(winlogon, "AltDefaultPassword"), "");
+}
+
 TEST(MultiDisk, DeferredRestart_WaitsForTheLastDisc) {
   Rig rig;
   Discs discs(rig);
