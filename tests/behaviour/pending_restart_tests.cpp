@@ -408,6 +408,9 @@ TEST_F(Pending, UninstallOfAnotherProduct_LeavesWhatThePendingRunNeeds) {
   rig.restart();
   EXPECT_EQ(Uninstall(rig, "/s /x Other"), 0);
   EXPECT_FALSE(rig.hasKey(std::string(ProductsRecord) + "\\Other"));
+  for (const auto& [name, text] : {std::pair{"Product", "Office Suite"}, {"Silent", "False"}, {"Rebooted", "True"}}) {
+    EXPECT_EQ(rig.value(ProductsRecord, name), text) << name;
+  }
   EXPECT_EQ(rig.run(rig.logonArguments()), 0);
   EXPECT_EQ(RanComponents(rig), (Names{"C", "A", "C:\\Tools\\remove.exe", "B"}));
   EXPECT_TRUE(rig.effects("window shown").empty()) << "the pending run was a silent one";
