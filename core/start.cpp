@@ -49,12 +49,9 @@ void DecideKind(Run& run) {
 }
 
 /// Without a record nothing could be taken off again, and a restart would lead nowhere.
-void RequireRecords(const Run& run, const Procedure& here) {
+void TryRecords(const Run& run, const Procedure& here) {
   run.record().write(Value::RunProcessReturn, "");
-  const Refusals& refusals = run.services.refusals;
-  if (!refusals.any()) return;
-  throw here.failure("The run ends because its records cannot be written: " + refusals.first() +
-                     ". Administrator rights are needed: log on as an administrator and start the program again.");
+  RequireRecords(run, here);
 }
 
 void StartUninstallRun(Run& run) {
@@ -131,7 +128,8 @@ void Main(Run& run) {
         ReadCommandLine(run);
         DecideKind(run);
         RequireOwnRequests(run, here);
-        RequireRecords(run, here);
+        // An uninstall records nothing before its first removal.
+        if (!run.isUninstall()) TryRecords(run, here);
         switch (run.state.kind) {
           case RunKind::Uninstall:
             return StartUninstallRun(run);

@@ -21,12 +21,12 @@
 namespace assistant {
 namespace {
 
-void Uninstall(Run& run) {
+void Uninstall(Run& run, const Procedure& here) {
   StartUninstall(run);
   EndIfWanted(run.services);
   // What failed stays recorded, so that the uninstall can be run again.
   if (run.state.failed) return;
-  BeginRemoval(run);
+  BeginRemoval(run, here);
   const CleanUp cleanUp = CleanUpUninstallFiles(run);
   if (cleanUp.failure) SetProductResult(run, false, *cleanUp.failure);
   run.state.programToRemove = cleanUp.programToRemove;
@@ -102,7 +102,7 @@ void DoContinue(Run& run) {
   const auto failure = here.failureOf([&] {
     ShowWork(run);
     if (run.state.kind == RunKind::Fresh) PrepareFolders(run);
-    run.state.kind == RunKind::Uninstall ? Uninstall(run) : Install(run, here);
+    run.state.kind == RunKind::Uninstall ? Uninstall(run, here) : Install(run, here);
   });
   if (failure) SetProductResult(run, false, *failure);
 }

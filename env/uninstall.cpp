@@ -145,12 +145,13 @@ void ReportNoComponents(Run& run, const Procedure& here) {
 
 }  // namespace
 
-void BeginRemoval(Run& run) {
+void BeginRemoval(Run& run, const Procedure& here) {
   if (std::exchange(run.state.removalBegan, true)) return;
   SetProductResult(run, true, "");
   const ProductRecord record = run.record();
   if (record.exists()) record.write(Value::LastSequence, "0");
   ForgetResume(run.services, record, run.product.name);
+  RequireRecords(run, here);
 }
 
 void StartUninstall(Run& run) {
@@ -163,7 +164,7 @@ void StartUninstall(Run& run) {
     }
     if (run.services.log.isVerbose()) run.services.fso.createFolder(run.logFolders.msiLogs);
     if (run.services.window.endWanted()) return;
-    BeginRemoval(run);
+    BeginRemoval(run, here);
     RemoveAll(run, here, sequence);
     run.services.window.statusLine("Finish");
   });

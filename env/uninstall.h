@@ -1,6 +1,7 @@
 // Taking a product off again.
 #pragma once
 
+#include "base/procedure.h"
 #include "base/run.h"
 
 namespace assistant {
@@ -11,7 +12,8 @@ namespace assistant {
 void StartUninstall(Run& run);
 
 /// From here on the product's record follows the uninstall: its result and place are set to their start, and a restart
-/// behind which the product's installation was to go on is called off. What began already is left alone.
-void BeginRemoval(Run& run);
+/// behind which the product's installation was to go on is called off. What began already is left alone. An error where
+/// this cannot be recorded: nothing is to be removed then.
+void BeginRemoval(Run& run, const Procedure& here);
 
 }  // namespace assistant

@@ -1,6 +1,5 @@
 #include "exec/product_result.h"
 
-#include "base/procedure.h"
 #include "base/registry.h"
 #include "base/text.h"
 
@@ -67,6 +66,13 @@ ProductResult GetProductResult(const Run& run) {
     if (record.readNumber(Value::Succeeded) != 0) return {true, ""};
     return {false, record.read(Value::AbortReason)};
   });
+}
+
+void RequireRecords(const Run& run, const Procedure& here) {
+  const Refusals& refusals = run.services.refusals;
+  if (!refusals.any()) return;
+  throw here.failure("The run ends because its records cannot be written: " + refusals.first() +
+                     ". Administrator rights are needed: log on as an administrator and start the program again.");
 }
 
 }  // namespace assistant

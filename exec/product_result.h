@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "base/procedure.h"
 #include "base/run.h"
 
 namespace assistant {
@@ -19,5 +20,9 @@ struct ProductResult {
 /// A success only where the record says so, which the product's own programs may have changed, and nothing in this run
 /// recorded a failure.
 ProductResult GetProductResult(const Run& run);
+
+/// Raises an error where a record of this run could not be written: it cannot begin. `here` is the procedure that
+/// begins.
+void RequireRecords(const Run& run, const Procedure& here);
 
 }  // namespace assistant
