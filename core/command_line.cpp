@@ -50,13 +50,16 @@ void ReadUninstall(Run& run, const Procedure& here, const std::string& commandLi
   RequireUsableProduct(here, product);
   run.logFolders = SetUpLog(run.services, run.program, UninstallLogPlace(product), LogStart::Fresh);
   const bool answered = IsArgument(commandLine, Switches::Yes);
-  if (answered) here.action("The question whether to uninstall product " + product + " is answered with Yes by /yes");
+  if (answered)
+    here.action("The question whether to uninstall product " + product + " is answered with Yes by " +
+                Switches::Yes.text);
   if (!answered && !ConfirmedByUser(run)) {
     here.action("Uninstall of product " + product + " cancelled at user request");
     throw RunStops{RunStops::How::Declined};
   }
   run.product.name = product;
-  here.action("Uninstall requested for product " + product + " and confirmed by " + (answered ? "/yes" : "user"));
+  here.action("Uninstall requested for product " + product + " and confirmed by " +
+              (answered ? Switches::Yes.text : "user"));
 }
 
 /// A path given by a switch, or else remembered in the registry, or else none. Letter case counts here.

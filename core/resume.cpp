@@ -10,6 +10,7 @@
 #include "core/initialise.h"
 #include "core/run_stops.h"
 #include "core/store_product.h"
+#include "core/switches.h"
 #include "env/auto_run.h"
 #include "env/multi_disk.h"
 #include "env/reboot.h"
@@ -21,10 +22,11 @@ namespace {
 
 /// What this start would have been, had it been for the pending product.
 std::string PendingArguments(const Options& options) {
-  std::string text = "/is=" + options.applicationIni;
-  if (!options.productIni.empty()) text += " /ia=" + options.productIni;
-  if (options.silent) text += " /s";
-  if (options.verbose) text += " /v";
+  std::string text = Switches::ApplicationIni.text + options.applicationIni;
+  const auto add = [&](const Switch& added, const std::string& of) { text += std::string(" ") + added.text + of; };
+  if (!options.productIni.empty()) add(Switches::ProductIni, options.productIni);
+  if (options.silent) add(Switches::Silent, "");
+  if (options.verbose) add(Switches::Verbose, "");
   return text;
 }
 
@@ -105,7 +107,8 @@ void KnowPendingProduct(Run& run, const Procedure& here) {
   const std::string ini = InisAtStart(run).application;
   if (run.product.name.empty() || !run.services.fso.fileExists(ini)) return;
   const modINI::IniFile asked{run.machine.files(), run.services.log, ini};
-  const std::string name = Trim(modINI::GetIniString(asked, "Product", Value::RunProduct.iniKey(), ""));
+  const RecordValue& value = Value::RunProduct;
+  const std::string name = Trim(modINI::GetIniString(asked, value.ini.section, value.iniKey(), ""));
   if (EqualIgnoringCase(name, run.product.name)) return;
   UseRememberedInis(run, here);
   run.state.askedFor = name;

@@ -55,7 +55,7 @@ std::vector<std::string> ReadIniConditions(const modINI::IniFile& ini, const std
   const Procedure here(ini.log, "ReadIniConditions");
   return here.guard([&]() -> std::vector<std::string> {
     const std::string key = ComponentValue::OlderCondition;
-    const std::string single = modINI::GetIniString(ini, section, key, MissingValue);
+    const std::string single = modINI::GetIniString(ini, section, ComponentValue::OlderCondition, MissingValue);
     here.action("Single condition string returned " + single);
     if (single != MissingValue) {
       const std::vector<std::string> pieces = Split(single, ',');

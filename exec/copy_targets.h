@@ -27,8 +27,8 @@ std::string NumberedTarget(int number);
 /// failure is logged and shown.
 std::vector<std::string> ReadIniCopyOps(const modINI::IniFile& ini, const std::string& section);
 
-/// The targets that the component's record holds: its list, or else its single "CopyOpTarget". Raises a failure, which is
-/// logged and shown: a list that cannot be read is no reason to take another target.
+/// The targets that the component's record holds: its list, or else its single "CopyOpTarget". Raises a failure, which
+/// is logged and shown: a list that cannot be read is no reason to take another target.
 CopyTargets ReadRegCopyOps(const Services& services, const Component& component);
 
 /// The targets, or where there is no first one the product's own folder for such copies ("CopyOpRoot", "CopyOpHold").

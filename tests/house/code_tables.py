@@ -119,6 +119,7 @@ _HANDED_IN = {('core/identify.cpp', 'key'): 'OfProduct', ('core/store_product.cp
               ('env/drive_mapping.cpp', 'key'): 'Setting'}
 _OF_TABLE_OR_LIST = {('base/component.cpp', 'field.value'), ('core/store_product.cpp', 'value.iniKey()'),
                      ('env/multi_disk.cpp', 'value.iniKey()'), ('core/identify.cpp', 'value.iniKey()'),
+                     ('core/resume.cpp', 'value.iniKey()'),
                      ('env/shares.cpp', 'key'), ('env/forced_removal.cpp', 'entry'),
                      ('core/store_component.cpp', 'component'), ('exec/condition_text.cpp', 'key + std::to_string(number)'),
                      ('exec/copy_targets.cpp', 'NumberedTarget(number)')}
