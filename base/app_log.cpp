@@ -1,11 +1,13 @@
 #include "base/app_log.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <utility>
 
 #include "base/error_texts.h"
 #include "base/numbers.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "platform/owned.h"
 
@@ -68,9 +70,9 @@ clsAppLog::clsAppLog(platform::Platform& machine, std::string title, std::string
   logFilename_ = defaultLogFilename();
 }
 
-void clsAppLog::start() {
+void clsAppLog::start(bool goesOn) {
   holding_ = true;
-  if (!fso_.fileExists(logFilename_)) return;
+  if (goesOn || !fso_.fileExists(logFilename_)) return;
   try {
     fso_.deleteFileForced(logFilename_);
   } catch (const Error& failure) {
@@ -189,21 +191,40 @@ bool clsAppLog::attempt(void (clsAppLog::*step)(const std::string&), const std::
     (this->*step)(archiveFolder);
     return true;
   } catch (const Error& failure) {
-    log("ArchiveLogFile", failure);
+    if (logToFile_) {
+      log("ArchiveLogFile", failure);
+    } else {
+      machine_.eventLog().reportError(title_, "The log " + logFilename_ + " could not be archived: " + failure.text());
+    }
     return false;
   }
 }
 
+/// What somebody else's link leads to is none of the log's.
+void clsAppLog::requireNoLink(const std::string& archiveFolder) {
+  platform::Attributes attributes;
+  machine_.files().attributes(archiveFolder, attributes);
+  if (!attributes.link) return;
+  throw Error(GeneralError,
+              archiveFolder + " is a link to another folder, so no log is archived there. Put a folder in its place.",
+              "ArchiveLogFile");
+}
+
 void clsAppLog::copyToArchive(const std::string& archiveFolder) {
+  requireNoLink(archiveFolder);
   fso_.createFolder(archiveFolder);
   const std::string name = archiveFolder + "\\" + title_ + ArchiveStamp(machine_.clock().now());
   std::string archived = name + ".html";
   // No further letters: a third archive within one minute replaces the second.
   if (fso_.fileExists(archived)) archived = name + "a.html";
+  // Not copied over: what bears the name may be a link to another file.
+  if (fso_.fileExists(archived)) fso_.deleteFileForced(archived);
   fso_.copyFileOver(logFilename_, archived);
+  archived_.push_back(LastElement(archived));
 }
 
 void clsAppLog::trimArchive(const std::string& archiveFolder) {
+  requireNoLink(archiveFolder);
   std::vector<platform::FolderEntry> entries;
   const platform::Status listed = machine_.files().list(archiveFolder, entries);
   if (listed != platform::Status::Ok && !platform::IsNotThere(listed)) {
@@ -214,10 +235,12 @@ void clsAppLog::trimArchive(const std::string& archiveFolder) {
   std::string first;
   for (const platform::FolderEntry& entry : entries) {
     if (entry.isFolder()) continue;
-    if (first.empty()) first = entry.name;
+    const bool isOwn = std::any_of(archived_.begin(), archived_.end(),
+                                   [&](const std::string& own) { return EqualIgnoringCase(own, entry.name); });
+    if (first.empty() && !isOwn) first = entry.name;
     sum += entry.size;
   }
-  if (sum >= ArchiveLimit) fso_.deleteFileForced(archiveFolder + "\\" + first);
+  if (sum >= ArchiveLimit && !first.empty()) fso_.deleteFileForced(archiveFolder + "\\" + first);
 }
 
 }  // namespace assistant

@@ -30,9 +30,9 @@ class clsAppLog {
   clsAppLog(const clsAppLog&) = delete;
   clsAppLog& operator=(const clsAppLog&) = delete;
 
-  /// Begins a new log at the default place: deletes the one that an earlier run left there. Entries are held from now
-  /// on.
-  void start();
+  /// Begins the log at the default place, and deletes the one that an earlier run left there, unless this run goes on
+  /// with it. Entries are held from now on.
+  void start(bool goesOn = false);
 
   bool logToFile() const { return logToFile_; }
   void logToFile(bool on) { logToFile_ = on; }
@@ -61,7 +61,8 @@ class clsAppLog {
   void log(const std::string& source, const Error& error, Shown shown = Shown::No);
 
   /// Copies the log into the folder under a dated name and, when the folder holds too much, deletes its first file.
-  /// False when there was a log and it could not be copied; every failure is logged.
+  /// Never deletes a copy that this run made, and follows no link. False when there was a log and it could not be
+  /// copied; every failure is logged, or where the log is closed already, told in the event log.
   bool archiveLogFile(const std::string& archiveFolder);
 
   /// Appends one line. Raises the system's number with the source "clsAppLog.WriteLogEntry Line no: " + statement.
@@ -85,6 +86,7 @@ class clsAppLog {
   bool attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder);
   std::string row(const std::string& source, int errNumber, const std::string& description, int type);
   void showBox(int errNumber, const std::string& description);
+  void requireNoLink(const std::string& archiveFolder);
   void copyToArchive(const std::string& archiveFolder);
   void trimArchive(const std::string& archiveFolder);
 
@@ -101,6 +103,7 @@ class clsAppLog {
   bool verbose_ = false;
   bool holding_ = false;
   std::vector<Entry> held_;
+  std::vector<std::string> archived_;  ///< names of the copies that this run made
 };
 
 }  // namespace assistant

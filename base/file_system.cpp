@@ -85,6 +85,13 @@ void clsFso::copyFileOver(const std::string& from, const std::string& to) {
   machine_.mainWindow().pumpMessages();  // a folder of many files must not make the window look dead
 }
 
+void clsFso::moveFileOver(const std::string& from, const std::string& to) {
+  platform::Attributes attributes;
+  const bool replaces = machine_.files().attributes(to, attributes) == platform::Status::Ok;
+  if (replaces && attributes.readOnly) machine_.files().setAttributes(to, {});
+  Require(machine_.files().moveFile(from, to), from + " to " + to, "clsFso.MoveFile");
+}
+
 void clsFso::copyFolderOver(const std::string& from, const std::string& to) {
   createFolder(to);
   // A folder that is not there any more is a disc that was pulled out, not an empty folder.

@@ -34,6 +34,10 @@ class clsFso {
   /// Copies over any existing file, a read-only or hidden one as well. Raises the system's number.
   void copyFileOver(const std::string& from, const std::string& to);
 
+  /// Moves a file within its volume over any existing one, a read-only or hidden one as well. Raises the system's
+  /// number.
+  void moveFileOver(const std::string& from, const std::string& to);
+
   /// Copies a folder with everything in it, over what is there. Raises the system's number, also when it is not there.
   void copyFolderOver(const std::string& from, const std::string& to);
 

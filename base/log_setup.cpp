@@ -1,5 +1,6 @@
 #include "base/log_setup.h"
 
+#include <optional>
 #include <string>
 
 #include "base/paths.h"
@@ -34,6 +35,18 @@ void MakeRoomForLog(const Services& services, const Procedure& here, const LogFo
   here.guard([&] { services.fso.deleteFileForced(log.logFilename()); });
 }
 
+/// The failure's text; nothing when the folder is there. A link that somebody put there is no place for a log.
+std::optional<std::string> WhyNoFolder(const Services& services, const std::string& folder) {
+  try {
+    services.fso.createFolder(folder);
+  } catch (const Error& failure) {
+    return failure.text();
+  }
+  platform::Attributes attributes;
+  services.machine.files().attributes(folder, attributes);
+  return attributes.link ? std::optional(folder + " is a link to another folder") : std::nullopt;
+}
+
 }  // namespace
 
 LogPlace UninstallLogPlace(const std::string& product) {
@@ -61,6 +74,18 @@ LogFolders SetUpLog(const Services& services, const ProgramFile& program, const 
   }
   services.log.releaseEntries();
   return folders;
+}
+
+void MakeMsiLogFolder(const Services& services, const Procedure& here, LogFolders& folders) {
+  const auto failure = WhyNoFolder(services, folders.msiLogs);
+  if (!failure) return;
+  const std::string inTemp =
+      Joined(services.machine.machine().windowsFolder(), "Temp\\" + LastElement(folders.msiLogs));
+  const bool usable = !WhyNoFolder(services, inTemp);
+  here.warn("The folder " + folders.msiLogs + " for Windows Installer's logs could not be made (" + *failure + "); " +
+            (usable ? "they are kept in " + inTemp + " instead." : "none are kept.") +
+            " Give section [Product] of the application ini a LogFilePath below which folders can be made.");
+  folders.msiLogs = usable ? inTemp : "";
 }
 
 }  // namespace assistant

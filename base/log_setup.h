@@ -5,13 +5,14 @@
 
 #include "base/identity.h"
 #include "base/ini.h"
+#include "base/procedure.h"
 #include "base/services.h"
 
 namespace assistant {
 
 /// Folders beside a run's log.
 struct LogFolders {
-  std::string msiLogs;
+  std::string msiLogs;  ///< "" where none can be made: msiexec writes no log then
   std::string archive;
 };
 
@@ -34,5 +35,9 @@ enum class LogStart { Fresh, Continued };
 /// Makes the folder, archives the log that an earlier run left and releases the entries held so far into the run's own
 /// log. Never raises: when the folder cannot be made, a warning says so and the log stays in the default place.
 LogFolders SetUpLog(const Services& services, const ProgramFile& program, const LogPlace& place, LogStart start);
+
+/// Makes the folder of Windows Installer's logs, or else one below the Windows folder's Temp, or leaves none, which is
+/// told by a warning. Never raises.
+void MakeMsiLogFolder(const Services& services, const Procedure& here, LogFolders& folders);
 
 }  // namespace assistant

@@ -86,6 +86,7 @@ struct RunState {
   std::string failureReasons;   ///< one a line
   bool aborted = false;         ///< a failed component ended the loop
   bool cancelled = false;       ///< a person ended the run
+  bool sessionEnded = false;    ///< the session ended before the work or behind it, and the run has closed down
   bool localInstance = false;   ///< this is the local copy of a product on several discs
   bool requestsAreOwn = false;  ///< "Reboot" was emptied at the start: what it says was asked for in this run
   bool removalBegan = false;    ///< of an uninstall: until then the product's record stays as it was

@@ -84,7 +84,7 @@ void SwitchAutoLoginOff(const Run& run) {
 void RemoveLocalProgram(const Run& run, const Procedure& here) {
   if (!run.state.programToRemove.empty()) {
     ScheduleRemoval(run.services, here, run.state.programToRemove);
-  } else if (run.state.localInstance && !IsLocalCopyNeeded(run.machine.registry())) {
+  } else if (run.state.localInstance && !IsLocalCopyNeeded(run.machine.registry(), run.program.path)) {
     ScheduleRemoval(run.services, here, run.program.path);
   }
 }
@@ -98,10 +98,14 @@ void CloseLog(const Run& run, const Procedure& here, bool restart) {
     log.beSilent(true);
     log.releaseEntries();
   } else {
+    // Nothing stands behind the closing rows.
+    log.logToFile(false);
     log.archiveLogFile(run.logFolders.archive);
   }
   log.logToFile(false);
 }
+
+}  // namespace
 
 int ExitCodeOf(const Run& run) {
   if (!run.state.askedFor.empty()) return ExitCode::AnotherProductWaited;
@@ -109,8 +113,6 @@ int ExitCodeOf(const Run& run) {
   // Closing down writes as well.
   return !run.services.refusals.any() && GetProductResult(run).succeeded ? ExitCode::Succeeded : ExitCode::Failed;
 }
-
-}  // namespace
 
 Closing Closedown(const Run& run) {
   const Procedure here(run.services.log, "Closedown");

@@ -11,6 +11,9 @@ struct Closing {
   bool restart;  ///< a closing restart is due
 };
 
+/// What the process tells its caller of the run.
+int ExitCodeOf(const Run& run);
+
 /// Closes the run down, however it went: removes the drive mapping, resets the run's registry values, switches
 /// automatic logon off, arranges the removal of a local program copy, closes and archives the log. A step that fails
 /// does not keep the later ones from running.

@@ -42,10 +42,11 @@ void RecordDrives(Run& run, const Procedure& here) {
   }
 }
 
-void PrepareMsiLogFolder(const Run& run, const Procedure& here) {
+void PrepareMsiLogFolder(Run& run, const Procedure& here) {
   const std::string& folder = run.logFolders.msiLogs;
   const bool exists = run.services.fso.folderExists(folder);
-  if (!exists) run.services.fso.createFolder(folder);
+  MakeMsiLogFolder(run.services, here, run.logFolders);
+  if (folder.empty()) return;
   here.detail((exists ? "MSI log path exists as " : "MSI log path created as ") + folder);
 }
 

@@ -1,9 +1,13 @@
-// A person's wish to end a run that is at work.
+// Where work begins, and a person's wish to end it.
 #pragma once
 
+#include "base/run.h"
 #include "base/services.h"
 
 namespace assistant {
+
+/// From here on the program objects to the end of the session. Stops the run (RunStops) where that has come already.
+void BeginWork(const Run& run);
 
 /// Stops the run (RunStops) when the window was closed while work ran and that was confirmed; to be called between two
 /// components.

@@ -42,18 +42,6 @@ void ReadIdentity(Run& run, const Procedure& here) {
   if (!isKnown) RequireUsableName(run, here);
 }
 
-/// On several discs the program goes on as a local copy, so that the drive is free.
-void LeaveDiscIfNeeded(const Run& run) {
-  if (!modCDFunctions::StartedFromDisc(run.machine.files(), run.program)) return;
-  const modCDFunctions::LocalCopy copy = modCDFunctions::IsMultiCD(run, InisAtStart(run));
-  if (copy == modCDFunctions::LocalCopy::NotNeeded) return;
-  const bool started = copy == modCDFunctions::LocalCopy::Started;
-  const int exitCode = started ? ExitCode::Succeeded : ExitCode::Failed;
-  const bool otherWasAskedFor = !run.state.askedFor.empty();
-  throw RunStops{.how = RunStops::How::AtOnce,
-                 .exitCode = otherWasAskedFor ? ExitCode::AnotherProductWaited : exitCode};
-}
-
 /// True for a value of the old record that is to stand in the new one as well.
 bool Outlives(const Run& run, const RecordValue& value) {
   // Where the application ini means the root that an earlier run recorded, that root outlives the earlier record.
@@ -66,8 +54,20 @@ bool Outlives(const Run& run, const RecordValue& value) {
 
 }  // namespace
 
+void LeaveDiscIfNeeded(const Run& run, const Procedure& here, const IniPaths& inis) {
+  if (!modCDFunctions::StartedFromDisc(run.machine.files(), run.program)) return;
+  const modCDFunctions::LocalCopy copy = modCDFunctions::IsMultiCD(run, inis);
+  if (copy == modCDFunctions::LocalCopy::NotNeeded) return;
+  RemoveDriveMapping(run.services, here, run.state.mappedDrive);  // the copy maps it for itself
+  const bool started = copy == modCDFunctions::LocalCopy::Started;
+  const int exitCode = started ? ExitCode::Succeeded : ExitCode::Failed;
+  const bool otherWasAskedFor = !run.state.askedFor.empty();
+  throw RunStops{.how = RunStops::How::AtOnce,
+                 .exitCode = otherWasAskedFor ? ExitCode::AnotherProductWaited : exitCode};
+}
+
 void IdentifyProduct(Run& run, const Procedure& here) {
-  LeaveDiscIfNeeded(run);
+  LeaveDiscIfNeeded(run, here, InisAtStart(run));
   // It may have to wait for its media, and nobody is asked to continue.
   if (run.state.kind == RunKind::Resumed) ShowRun(run);
   run.product.inis.application = GetAppIni(run, run.options.applicationIni);

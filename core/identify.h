@@ -12,6 +12,10 @@ namespace assistant {
 /// error for a product that cannot be identified. `here` is the procedure that starts the run.
 void IdentifyProduct(Run& run, const Procedure& here);
 
+/// From a disc of a product on several ones, as these ini files say, starts the local copy in place of this program and
+/// stops the run (RunStops), so that the drive is free.
+void LeaveDiscIfNeeded(const Run& run, const Procedure& here, const IniPaths& inis);
+
 /// Wipes the record of an earlier install of the product, but for what outlives it.
 void WipeProductRecord(const Run& run, const Procedure& here);
 

@@ -6,6 +6,7 @@
 #include "core/discovery.h"
 #include "core/display.h"
 #include "core/end_wanted.h"
+#include "core/identify.h"
 #include "core/run_stops.h"
 #include "core/store_component.h"
 #include "core/store_product.h"
@@ -79,7 +80,9 @@ void RefusePreInstall(Run& run, const Procedure& here, const std::string& reason
 }
 
 void CarryOutPreInstall(Run& run, const Procedure& here, const std::string& productIni) {
+  BeginWork(run);
   const PreInstallEnd end = PreInstallActions(run, productIni);
+  EndIfWanted(run.services);
   if (!end.passed) RefusePreInstall(run, here, end.reason);
   run.services.window.progressBar(Progress::PreInstallDone);
 }
@@ -148,7 +151,9 @@ void PrepareFirstDisc(Run& run, const Procedure& here) {
   CarryOutPreInstall(run, here, known);
   StoreApplication(run, Disc::First);
   RequireProductIni(run, here);
-  // The actions of a product ini that only the user could find run now.
+  // Of a product ini that only the user could find, it is not known before whether the product lies on several discs.
+  if (known.empty()) LeaveDiscIfNeeded(run, here, run.product.inis);
+  // Its actions run now.
   if (known.empty()) CarryOutPreInstall(run, here, run.product.inis.product);
   StoreComponents(run, here, StoreProduct(run, {}), 0);
   CheckConfiguration(run);

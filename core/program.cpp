@@ -26,6 +26,7 @@ bool AsksBeforeWork(const Run& run) {
 /// Leaving the window now cancels the run. An uninstall that has not begun leaves the product as it is.
 void AwaitContinue(Run& run) {
   run.state.phase = Phase::Waiting;
+  run.machine.mainWindow().objectToSessionEnd(false);
   for (;;) {
     switch (run.machine.mainWindow().waitForEvent()) {
       case WindowEvent::About:
@@ -33,6 +34,8 @@ void AwaitContinue(Run& run) {
         break;
       case WindowEvent::Continue:
         return;
+      case WindowEvent::SessionEnds:
+        throw RunStops{.how = RunStops::How::AtOnce, .exitCode = ExitCodeOf(run)};
       default:
         throw RunStops{RunStops::How::Cancelled, run.isUninstall() ? "" : UserAbortedRun};
     }
@@ -43,6 +46,7 @@ void AwaitContinue(Run& run) {
 void AwaitFinish(Run& run) {
   run.state.phase = Phase::Ended;
   OfferFinish(run.services);
+  run.machine.mainWindow().objectToSessionEnd(false);
   while (run.machine.mainWindow().waitForEvent() == WindowEvent::About) ViewLog(run.services);
 }
 
@@ -75,8 +79,11 @@ void TakeNote(Run& run, const RunStops& stop) {
 }
 
 int CloseAndLeave(Run& run) {
+  if (run.state.sessionEnded) return ExitCodeOf(run);
   CountRefusals(run);
+  run.machine.mainWindow().objectToSessionEnd(true);
   const Closing closing = Closedown(run);
+  run.machine.mainWindow().whenSessionEnds({});
   if (closing.restart) Reboot(run.services, run.record(), run.product.name, Restart::Final);
   return closing.exitCode;
 }
@@ -90,6 +97,8 @@ int EndInstall(Run& run) {
 
 int LeaveForRestart(Run& run) {
   CountRefusals(run);
+  // The restart ends the session, and what is to be gone on with must not be closed down then.
+  run.machine.mainWindow().whenSessionEnds({});
   modAutoRun::CreateAutoRun(run.services, run.program.folder, Trim(run.options.argumentText));
   Reboot(run.services, run.record(), run.product.name, Restart::ToGoOn);
   return ExitCode::Succeeded;
@@ -100,6 +109,21 @@ int EndEarly(Run& run, const RunStops& stop) {
   if (stop.how == RunStops::How::ForRestart) return LeaveForRestart(run);
   TakeNote(run, stop);
   return stop.how == RunStops::How::CannotGoOn ? EndInstall(run) : CloseAndLeave(run);
+}
+
+/// Closes down a run that waits for a person, as if that person had left it; nobody answers a box any more. The system
+/// may end the program as soon as this returns.
+void CloseForSessionEnd(Run& run) {
+  if (run.state.sessionEnded) return;
+  const Procedure here(run.services.log, "CloseForSessionEnd");
+  here.action("The session ends, and the run with it");
+  if (run.state.phase != Phase::Ended) {
+    TakeNote(run, {RunStops::How::Cancelled, run.isUninstall() ? "" : UserAbortedRun});
+  }
+  run.options.silent = true;
+  run.services.log.beSilent(true);
+  Closedown(run);
+  run.state.sessionEnded = true;
 }
 
 /// A run from its start to its end. Every way out of it is in here.
@@ -119,6 +143,7 @@ int Drive(Run& run) {
 
 int RunProgram(platform::Platform& machine) {
   Run run(machine);
+  machine.mainWindow().whenSessionEnds([&] { CloseForSessionEnd(run); });
   const int exitCode = Drive(run);
   machine.mainWindow().destroy();
   return exitCode;

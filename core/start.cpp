@@ -11,6 +11,7 @@
 #include "core/run_stops.h"
 #include "env/auto_run.h"
 #include "env/local_copy.h"
+#include "env/reboot.h"
 #include "exec/product_result.h"
 
 namespace assistant {
@@ -95,7 +96,8 @@ void BringOtherCopyForward(platform::MainWindow& window, platform::OtherWindows&
 /// What cannot be told is shown, and does not keep the run from going on: there is no log yet.
 bool IsSecondCopy(const Run& run) {
   try {
-    return !LocalInstanceIsRecorded(run) && run.machine.machine().anotherCopyRuns();
+    // Also a copy that the mark lets pass holds the place against those that come behind it.
+    return run.machine.machine().anotherCopyRuns() && !LocalInstanceIsRecorded(run);
   } catch (const Error& failure) {
     run.machine.dialogs().messageBox({.title = "Prevent Duplicate",
                                       .text = "Error: " + std::to_string(failure.number()) + LineBreak + LineBreak +
@@ -122,7 +124,7 @@ void Main(Run& run) {
       [&] {
         run.services.window.create(Title);
         PreventDuplicate(run);
-        run.services.log.start();
+        run.services.log.start(IsResumeRecorded(run.record()));
         run.state.requestsAreOwn = ForgetRestartRequest(run, here);
         run.state.localInstance = IsLocalInstance(run);
         ReadCommandLine(run);

@@ -64,6 +64,7 @@ char FindNextDisc(Run& run, const Procedure& here, const std::vector<std::string
 void PrepareFolders(const Run& run) {
   CreateFolders(run);
   CreateShares(run);
+  EndIfWanted(run.services);
 }
 
 /// Goes over to the product's next disc. `discs` are those that it has been asked for before.
@@ -80,8 +81,10 @@ void ChangeDisc(Run& run, const Procedure& here, const std::vector<std::string>&
 void Install(Run& run, const Procedure& here) {
   const bool resumed = run.state.kind == RunKind::Resumed;
   const bool forcedBefore = run.record().isTrue(Value::FUDone);
-  if (!resumed && !forcedBefore && ForceUninstall(run) == ForcedEnd::RestartWanted) {
-    throw RunStops{RunStops::How::ForRestart};
+  if (!resumed && !forcedBefore) {
+    const ForcedEnd end = ForceUninstall(run);
+    EndIfWanted(run.services);
+    if (end == ForcedEnd::RestartWanted) throw RunStops{RunStops::How::ForRestart};
   }
   ForceDelete(run);
   InstallProgress progress{.positionIsBeforeRestart = resumed && !forcedBefore};
@@ -99,6 +102,7 @@ void DoContinue(Run& run) {
   // A failure bears the module's name as well; a circle of discs has always borne the plain one.
   const Procedure here(run.services.log, "DoContinue", "modMain.DoContinue");
   run.state.phase = Phase::Working;
+  BeginWork(run);
   const auto failure = here.failureOf([&] {
     ShowWork(run);
     if (run.state.kind == RunKind::Fresh) PrepareFolders(run);

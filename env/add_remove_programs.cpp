@@ -29,7 +29,7 @@ void WriteEntry(const Run& run, const Procedure& here) {
   const std::string program = LocalProgram(run.machine.machine(), run.program);
   const EntryValue values[] = {
       {"DisplayName", {product}},
-      {"DisplayVersion", {run.record().read(Value::Version)}},
+      {"DisplayVersion", {Given(run.record().read(Value::Version))}},
       // The path is not quoted: the program cuts it off by comparing with its own.
       {"UninstallString", {program + " /v /x " + product}},
       {"DisplayIcon", {program}},
@@ -113,9 +113,9 @@ CleanUp CleanUpUninstallFiles(const Run& run) {
   const Procedure here(run.services.log, "CleanUpUninstallFiles");
   CleanUp result;
   result.failure = here.failureOf([&] {
-    const bool needed = IsLocalCopyNeeded(run.machine.registry(), run.product.name);
-    RemoveTraces(run.services, here, run.product.name);
     const std::string program = LocalProgram(run.machine.machine(), run.program);
+    const bool needed = IsLocalCopyNeeded(run.machine.registry(), program, run.product.name);
+    RemoveTraces(run.services, here, run.product.name);
     // The entry is what starts the local copy.
     if (!needed && run.services.fso.fileExists(program)) result.programToRemove = program;
   });

@@ -54,7 +54,7 @@ std::string MappingCommand(const std::string& drive, const Connection& connectio
          (connection.password.empty() ? "\"\"" : connection.password) + " /persistent:no";
 }
 
-/// True when it is mapped. Raises an error when the system refuses.
+/// True when it is mapped, whether or not the command has come to its end. Raises an error when the system refuses.
 bool MapDrive(const Services& services, const Procedure& here, const std::string& drive, const Connection& connection) {
   if (!connection.isComplete()) {
     here.warn("Unable to read all required settings for mapping drive " + drive);
@@ -62,9 +62,10 @@ bool MapDrive(const Services& services, const Procedure& here, const std::string
   }
   // No blank stands before "to".
   here.action("Mapping drive " + drive + "to " + connection.share());
-  if (GoShell(services, MappingCommand(drive, connection), "", platform::ShowWindow::Hidden) != 0) {
-    throw here.failure("Drive mapping shell failed");
-  }
+  const auto code = RunSystemCommand(
+      services, {MappingCommand(drive, connection), "net use " + drive + " " + connection.share(), NetSeconds});
+  if (!code) return services.fso.driveExists(drive.front());
+  if (*code != 0) throw here.failure("Drive mapping shell failed");
   here.action("Drive mapped successfully");
   return true;
 }
@@ -87,7 +88,8 @@ void RemoveDriveMapping(const Services& services, const Procedure& here, const s
   if (drive.empty()) return;
   const std::string removing = "Removing drive mapping for " + drive;
   here.action(removing);
-  if (GoShell(services, "net use " + drive + " /d", "", platform::ShowWindow::Hidden) == 0) {
+  const std::string command = "net use " + drive + " /d";
+  if (RunSystemCommand(services, {command, command, NetSeconds}) == 0) {
     here.action("Drive mapping successfully removed");
   } else {
     here.warnNumbered(removing + " failed - needs manual remove", Shown::UnlessSilent);

@@ -16,6 +16,8 @@
 namespace assistant {
 namespace {
 
+constexpr const char* Section = "ForceUninstall";
+
 /// One product that is to go, whoever installed it.
 struct ForcedRemoval {
   std::string entry;  ///< of the list
@@ -25,14 +27,21 @@ struct ForcedRemoval {
 
 ForcedRemoval PlanForcedRemoval(const Run& run, const std::string& entry) {
   const std::string code =
-      modINI::GetIniString(run.productIni(), "ForceUninstall", entry, MissingValue, modINI::Missing::IsLogged);
+      Trim(modINI::GetIniString(run.productIni(), Section, entry, MissingValue, modINI::Missing::IsLogged));
   const std::string log = Joined(run.logFolders.msiLogs, AsFileName("ForceUninstall_" + entry + ".log"));
-  const std::string logOption = run.services.log.isVerbose() ? " /l*v " + Quoted(log) : std::string();
+  const bool isLogged = run.services.log.isVerbose() && !run.logFolders.msiLogs.empty();
+  const std::string logOption = isLogged ? " /l*v " + Quoted(log) : std::string();
   return {entry, code, PackageRemovalCommand(code, logOption)};
 }
 
+/// Without a code msiexec would wait in its help window.
+void TellWithoutCode(const Run& run, const Procedure& here, const std::string& entry) {
+  here.error("Key " + entry + " in section [" + Section + "] of " + run.product.inis.product +
+             " is empty, so nothing is removed for it. Give it the product code of what is to go.");
+  here.error(6092, {entry});
+}
+
 void CarryOut(const Services& services, const Procedure& here, const ForcedRemoval& removal) {
-  services.window.component(removal.entry);
   here.detail("Starting forced uninstall of " + removal.entry);
   const std::int32_t result = GoShell(services, removal.command, "");
   if (result != 0) here.warn("Error " + std::to_string(result) + " returned wilst running " + removal.command);
@@ -40,12 +49,19 @@ void CarryOut(const Services& services, const Procedure& here, const ForcedRemov
   if (!installed.whole || installed.find(removal.code) != nullptr) here.error(6092, {removal.entry});
 }
 
+void RemoveForced(const Run& run, const Procedure& here, const std::string& entry) {
+  run.services.window.component(entry);
+  const ForcedRemoval removal = PlanForcedRemoval(run, entry);
+  removal.code.empty() ? TellWithoutCode(run, here, entry) : CarryOut(run.services, here, removal);
+}
+
 void UninstallAll(const Run& run, const Procedure& here) {
   const std::vector<std::string>& entries = run.product.forced.uninstall;
   int index = 0;
   for (const std::string& entry : entries) {
     ++index;
-    if (!entry.empty()) CarryOut(run.services, here, PlanForcedRemoval(run, entry));
+    if (run.services.window.endWanted()) return;
+    if (!entry.empty()) RemoveForced(run, here, entry);
     run.services.window.progressBar(index * 100 / static_cast<int>(entries.size()));
   }
 }
@@ -63,6 +79,10 @@ ForcedEnd UninstallForced(const Run& run, const Procedure& here) {
   here.detail("Starting forced uninstall");
   run.services.window.progressBar(0);
   UninstallAll(run, here);
+  if (run.services.window.endWanted()) {
+    installType.putBack();
+    return ForcedEnd::Done;
+  }
   record.write(Value::FUDone, TrueOrFalse(true));
   here.detail("Re-setting sequence to 0 in register");
   record.write(Value::LastSequence, "0");
@@ -119,6 +139,8 @@ void ForceDelete(const Run& run) {
   window.progressBar(0);
   int index = 0;
   for (const std::string& path : paths) {
+    run.services.window.pump();
+    if (run.services.window.endWanted()) return;
     here.guard([&] { DeleteForced(run, here, Normalised(Unquoted(path))); });
     window.progressBar(++index * 100 / static_cast<int>(paths.size()));
   }

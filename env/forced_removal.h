@@ -10,7 +10,8 @@ enum class ForcedEnd {
   RestartWanted,  ///< the product asks for a restart behind the forced uninstalls
 };
 
-/// Uninstalls the products of the forced-uninstall list, whether or not this program installed them.
+/// Uninstalls the products of the forced-uninstall list, whether or not this program installed them. Where a person has
+/// confirmed the end of the run, the rest is left, and so it is by the deletes.
 ForcedEnd ForceUninstall(const Run& run);
 
 /// Deletes the files and folders of the forced-delete list.

@@ -21,6 +21,18 @@ std::string ProgramFiles(platform::Machine& machine) {
   return folder.empty() ? machine.windowsFolder().substr(0, 1) + ":\\Program Files" : folder;
 }
 
+/// Where a new copy is written until it is whole. A cut can leave it behind.
+std::string UnfinishedCopy(const std::string& program) {
+  return program + ".new";
+}
+
+void DropUnfinishedCopy(const Services& services, const std::string& program) {
+  const std::string unfinished = UnfinishedCopy(program);
+  if (!services.fso.fileExists(unfinished)) return;
+  services.machine.files().setAttributes(unfinished, {});
+  services.machine.files().deleteFile(unfinished);
+}
+
 }  // namespace
 
 std::string LocalFolder(platform::Machine& machine) {
@@ -31,12 +43,21 @@ std::string LocalProgram(platform::Machine& machine, const ProgramFile& program)
   return LocalFolder(machine) + "\\" + program.name + ".exe";
 }
 
-bool IsLocalCopyNeeded(platform::RegistryReader& registry, const std::string& except) {
-  const std::vector<std::string> products = modRegistry::SubKeys(registry, ProductsKey);
-  return std::any_of(products.begin(), products.end(), [&](const std::string& product) {
-    return !EqualIgnoringCase(product, except) &&
-           modRegistry::RegKeyExists(registry, ProductKey(product), Value::CanUninstall.name);
-  });
+bool IsLocalCopyNeeded(platform::RegistryReader& registry, const std::string& localProgram, const std::string& except) {
+  const auto needs = [&](const char* list, const auto& isUser) {
+    const std::vector<std::string> names = modRegistry::SubKeys(registry, list);
+    return std::any_of(names.begin(), names.end(),
+                       [&](const std::string& name) { return !EqualIgnoringCase(name, except) && isUser(name); });
+  };
+  return needs(ProductsKey,
+               [&](const std::string& product) {
+                 return modRegistry::RegKeyExists(registry, ProductKey(product), Value::CanUninstall.name);
+               }) ||
+         needs(RemovableProgramsKey, [&](const std::string& program) {
+           const std::string key = std::string(RemovableProgramsKey) + "\\" + program;
+           const std::string command = modRegistry::ReadOrEmpty(registry, key, "UninstallString");
+           return StartsWithIgnoringCase(command, localProgram) || StartsWithIgnoringCase(command, "\"" + localProgram);
+         });
 }
 
 void CreateLocalFolder(const Services& services, const Procedure& here) {
@@ -52,18 +73,27 @@ void CopyProgramToLocalFolder(const Services& services, const ProgramFile& progr
   const std::string running = program.folder + "\\" + program.name + ".exe";
   const std::string copy = LocalProgram(services.machine.machine(), program);
   if (EqualIgnoringCase(running, copy)) return;
-  services.fso.copyFileOver(running, copy);
-  // What comes from a disc is read-only, and could not be deleted again.
-  services.machine.files().setAttributes(copy, platform::Attributes{});
+  const std::string unfinished = UnfinishedCopy(copy);
+  try {
+    services.fso.copyFileOver(running, unfinished);
+    // What comes from a disc is read-only, and could not be deleted again.
+    services.machine.files().setAttributes(unfinished, platform::Attributes{});
+    services.fso.moveFileOver(unfinished, copy);
+  } catch (const Error&) {
+    // Whoever needs the copy tells of it; what there is of the new one is of no use.
+    DropUnfinishedCopy(services, copy);
+    throw;
+  }
 }
 
 void ScheduleRemoval(const Services& services, const Procedure& here, const std::string& file) {
+  DropUnfinishedCopy(services, file);
   here.action("Setting task to remove local IA .exe");
   const std::string command =
       RemovalCommand(services.machine.clock().now(), services.machine.machine().environment("SystemRoot"), file);
   here.action("Task Scheduler command: " + command);
-  const std::int32_t result = GoShell(services, command, "", platform::ShowWindow::Hidden);
-  here.action("Task Scheduler command returned " + std::to_string(result));
+  const auto result = RunSystemCommand(services, {command, "AT, which deletes " + file, SchedulerSeconds});
+  if (result) here.action("Task Scheduler command returned " + std::to_string(*result));
 }
 
 std::string RemovalCommand(const platform::LocalTime& now, const std::string& systemRoot, const std::string& file) {

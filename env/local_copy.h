@@ -15,12 +15,15 @@ std::string LocalFolder(platform::Machine& machine);
 /// Its file, under the name of the running program.
 std::string LocalProgram(platform::Machine& machine, const ProgramFile& program);
 
-/// True when a recorded product other than `except` is registered for an uninstall, for which it needs the copy.
-bool IsLocalCopyNeeded(platform::RegistryReader& registry, const std::string& except = "");
+/// True when a product other than `except` needs the copy for its uninstall: its record says that it can be
+/// uninstalled, or its entry in the system's list of programs starts the copy.
+bool IsLocalCopyNeeded(platform::RegistryReader& registry, const std::string& localProgram,
+                       const std::string& except = "");
 
 /// Creates the folder for the procedure that needs it, `here`. Raises an error when its drive is missing.
 void CreateLocalFolder(const Services& services, const Procedure& here);
-/// Copies the running program there; a copy that runs itself is left alone. Raises the system's number.
+/// Copies the running program there; a copy that runs itself is left alone. The new copy is written beside the old one
+/// and takes its place when it is whole. Raises the system's number.
 void CopyProgramToLocalFolder(const Services& services, const ProgramFile& program);
 
 /// Asks the system's scheduler to delete a program's file in a moment: it cannot delete itself while it runs. `here` is

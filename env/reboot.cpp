@@ -18,6 +18,7 @@ void Reboot(const Services& services, const ProductRecord& record, const std::st
     if (restart == Restart::ToGoOn) record.writeOrTell(here, Value::Rebooted, TrueOrFalse(true));
     AdjustToken(services.machine.power());
     window.setBusyCursor(false);
+    window.objectToSessionEnd(false);  // the restart is not to be refused by the program itself
     services.machine.power().restartByForce();
     window.pumpMessages();
   });

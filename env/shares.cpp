@@ -94,15 +94,16 @@ void MakeShareFolder(clsFso& fso, const Procedure& here, const std::string& fold
   if (!fso.folderExists(folder)) throw here.failure("Shared folder could not be created");
 }
 
-void MakeSystemShare(const Services& services, const Procedure& here, const Share& share) {
-  if (modRegistry::RegKeyExists(services.machine.registry(), SystemSharesKey, share.name)) return;
+/// False where it is not known to be there: the command has not come to its end, which is told.
+bool MakeSystemShare(const Services& services, const Procedure& here, const Share& share) {
+  if (modRegistry::RegKeyExists(services.machine.registry(), SystemSharesKey, share.name)) return true;
   here.action("Making System Share: " + share.name);
   std::string command = "net share " + Quoted(share.name) + "=" + Quoted(share.folder);
   // Only this system gives nobody but the administrators access to a new share.
   if (LowerCase(services.fso.operatingSystem()) == "windows 2003") command += " /grant:everyone,full";
-  if (GoShell(services, command, "", platform::ShowWindow::Hidden) != 0) {
-    throw here.failure("Share creation shell failed");
-  }
+  const auto code = RunSystemCommand(services, {command, command, NetSeconds});
+  if (code && *code != 0) throw here.failure("Share creation shell failed");
+  return code || modRegistry::RegKeyExists(services.machine.registry(), SystemSharesKey, share.name);
 }
 
 void RecordShare(const Services& services, const Procedure& here, const Share& share) {
@@ -121,8 +122,7 @@ void CreateShare(const Run& run, const Services& services, const Procedure& here
   ShowFor(run.services, std::string("Creating 'Shares' Writing:") + LineBreak + share.name + "=" + share.folder,
           ReadingMilliseconds);
   MakeShareFolder(run.services.fso, here, share.folder);
-  MakeSystemShare(run.services, here, share);
-  RecordShare(services, here, share);
+  if (MakeSystemShare(run.services, here, share)) RecordShare(services, here, share);
 }
 
 void RequireFullPath(const Procedure& here, const modINI::IniFile& ini, const std::string& folder,
@@ -178,7 +178,10 @@ bool CreateShares(const Run& run) {
   return here.guard([&] {
     run.services.window.status("Creating 'Shares'");
     if (run.product.shares.empty()) return true;
-    for (const Share& share : run.product.shares) CreateShare(run, services, here, share);
+    for (const Share& share : run.product.shares) {
+      if (run.services.window.endWanted()) return true;
+      CreateShare(run, services, here, share);
+    }
     ShowFor(run.services, std::string("Creating 'Shares'") + LineBreak + "Completed", CompletedMilliseconds);
     return true;
   });

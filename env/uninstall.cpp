@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/component.h"
+#include "base/log_setup.h"
 #include "base/numbers.h"
 #include "base/paths.h"
 #include "base/procedure.h"
@@ -162,7 +163,7 @@ void StartUninstall(Run& run) {
       if (!IsCleanUpUnfinished(run)) ReportNoComponents(run, here);
       return;
     }
-    if (run.services.log.isVerbose()) run.services.fso.createFolder(run.logFolders.msiLogs);
+    if (run.services.log.isVerbose()) MakeMsiLogFolder(run.services, here, run.logFolders);
     if (run.services.window.endWanted()) return;
     BeginRemoval(run, here);
     RemoveAll(run, here, sequence);

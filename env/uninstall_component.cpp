@@ -31,9 +31,7 @@ struct Removal {
 bool IsInstalled(const Removal& removal) {
   const std::string& code = removal.component.productCode;
   const InstalledProducts installed = ListInstalledProducts(removal.services);
-  const bool found =
-      IsProductCode(code) && std::any_of(installed.list.begin(), installed.list.end(),
-                                         [&](const auto& product) { return Trim(product.code) == Trim(code); });
+  const bool found = installed.find(code) != nullptr;
   if (!installed.whole && !found) throw removal.here.failure(6092, {removal.component.displayName()});
   return found;
 }
@@ -42,7 +40,8 @@ RemovalPlan PlanByMsiexec(const Run& run, const Removal& removal) {
   const bool installed = IsInstalled(removal);
   removal.here.action("Checking component code " + removal.component.productCode + " against installed components");
   const std::string log = Joined(run.logFolders.msiLogs, AsFileName("Uninstall" + removal.name + ".log"));
-  return PlanPackageRemoval(removal.component, installed, removal.services.log.isVerbose() ? log : std::string());
+  const bool isLogged = removal.services.log.isVerbose() && !run.logFolders.msiLogs.empty();
+  return PlanPackageRemoval(removal.component, installed, isLogged ? log : std::string());
 }
 
 /// False after a failure, which the log tells of.

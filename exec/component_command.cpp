@@ -19,6 +19,10 @@ std::string TransformArgument(const Run& run, const Component& component, const 
   return " TRANSFORMS=" + Quoted(IsFullPath(file) ? file : Joined(FolderPart(package), file));
 }
 
+std::string LogArgument(const std::string& folder, const std::string& component) {
+  return folder.empty() ? "" : " /l*v " + Quoted(Joined(folder, AsFileName(component + ".log")));
+}
+
 }  // namespace
 
 std::string ProgramCommandLine(const FileKind& kind, const Component& component, const std::string& file) {
@@ -27,7 +31,7 @@ std::string ProgramCommandLine(const FileKind& kind, const Component& component,
 
 std::string MsiexecArguments(const Run& run, const Component& component, const std::string& package) {
   return Quoted(package) + WithBlankInFront(Given(component.commandLine)) + TransformArgument(run, component, package) +
-         " /l*v " + Quoted(Joined(run.logFolders.msiLogs, AsFileName(component.name + ".log"))) + " /qn";
+         LogArgument(run.logFolders.msiLogs, component.name) + " /qn";
 }
 
 std::string TransformFile(const Run& run, const Component& component) {

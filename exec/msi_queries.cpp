@@ -6,6 +6,7 @@
 #include "base/error_texts.h"
 #include "base/procedure.h"
 #include "base/record_keys.h"
+#include "base/text.h"
 #include "platform/owned.h"
 
 namespace assistant {
@@ -82,8 +83,9 @@ bool IsProductCode(const std::string& code) {
 
 const InstalledProduct* InstalledProducts::find(const std::string& code) const {
   if (!IsProductCode(code)) return nullptr;
-  const auto found =
-      std::find_if(list.begin(), list.end(), [&](const InstalledProduct& product) { return product.code == code; });
+  const auto found = std::find_if(list.begin(), list.end(), [&](const InstalledProduct& product) {
+    return EqualIgnoringCase(Trim(product.code), Trim(code));
+  });
   return found == list.end() ? nullptr : &*found;
 }
 

@@ -23,7 +23,7 @@ struct InstalledProducts {
   std::vector<InstalledProduct> list;
   bool whole = false;  ///< the list did not break off before its end
 
-  /// The first record with that product code, or null.
+  /// The first record with that product code, letter case and blanks around it aside, or null.
   const InstalledProduct* find(const std::string& code) const;
 };
 

@@ -42,21 +42,34 @@ std::vector<std::string> Entries(const modINI::IniFile& ini) {
   return modINI::GetIniLines(ini, Section);
 }
 
-std::string ActionCommand(const Procedure& here, const modINI::IniFile& ini, const std::string& section) {
+/// What an action runs.
+struct ActionCommand {
+  std::string file;  ///< its full path
+  std::string line;
+};
+
+ActionCommand ReadAction(const Procedure& here, const modINI::IniFile& ini, const std::string& section) {
   const std::string install = modINI::GetIniString(ini, section, "Install", NotApplicable);
   if (IsNotGiven(install)) throw here.failure(6080, {"Install", section, ini.path});
   const std::string arguments = Given(modINI::GetIniString(ini, section, "CommandLine", NotApplicable));
-  const std::string file = Quoted(IsFullPath(install) ? install : Joined(FolderPart(ini.path), install));
-  const std::string command = arguments.empty() ? file : file + " " + arguments;
+  const std::string file = IsFullPath(install) ? install : Joined(FolderPart(ini.path), install);
+  const std::string command = arguments.empty() ? Quoted(file) : Quoted(file) + " " + arguments;
   const FileKind* kind = KindByEnding(install);
-  return kind == nullptr ? command : kind->host + command;
+  return {file, kind == nullptr ? command : kind->host + command};
 }
 
+/// The system finds a program without its extension as well. The host of a script would wait in a box of its own.
+bool IsThere(clsFso& fso, const std::string& file) {
+  return fso.fileExists(file) || fso.fileExists(file + ".exe");
+}
+
+/// Raises 6081 when the action's file is not there.
 void RunAction(const Procedure& here, const Run& run, const modINI::IniFile& ini, const std::string& action) {
-  const std::string command = ActionCommand(here, ini, action + "_" + run.product.name);
-  here.action("Executing " + command);
-  const std::int32_t code = GoShell(run.services, command, FolderPart(ini.path) + "\\");
-  if (code != 0) here.error("Executing " + command + " returned error " + std::to_string(code));
+  const ActionCommand command = ReadAction(here, ini, action + "_" + run.product.name);
+  if (!IsThere(run.services.fso, command.file)) throw here.failure(6081, {command.file});
+  here.action("Executing " + command.line);
+  const std::int32_t code = GoShell(run.services, command.line, FolderPart(ini.path) + "\\");
+  if (code != 0) here.error("Executing " + command.line + " returned error " + std::to_string(code));
 }
 
 /// Runs the actions until one of them has marked the product as failed; false then.
@@ -65,6 +78,7 @@ bool RunActions(const Procedure& here, const Run& run, const modINI::IniFile& in
   here.action("Starting Pre-Install Actions");
   for (const std::string& entry : entries) {
     RunAction(here, run, ini, ParseActionEntry(entry).name);
+    if (run.services.window.endWanted()) break;
     if (GetProductResult(run).succeeded) continue;
     run.record().write(Value::RunProcessReturn, Abort);
     here.action("Pre-Install Actions Complete");

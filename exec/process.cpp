@@ -65,18 +65,50 @@ void TellExitCode(const Procedure& here, CodeMeans meaning, const std::string& c
   }
 }
 
-}  // namespace
+/// How a program is run.
+struct ShellOptions {
+  platform::ShowWindow showWindow;
+  std::optional<std::uint32_t> milliseconds;  ///< that it is waited for; nothing for ever
+};
 
-std::int32_t GoShell(const Services& services, const std::string& commandLine, const std::string& workingFolder,
-                     platform::ShowWindow showWindow) {
+/// The exit code; nothing when the time is over, and the process is left alone. Closes the process.
+std::optional<std::int32_t> WaitUntil(const Services& services, platform::OwnedProcess& process,
+                                      std::optional<std::uint32_t> milliseconds) {
+  const Procedure here(services.log, "WaitForTermination");
+  platform::Processes& processes = services.machine.processes();
+  StatusDots dots(services.window);
+  const std::uint32_t start = services.machine.clock().ticks();
+  const auto isOver = [&] { return milliseconds && services.machine.clock().ticks() - start >= *milliseconds; };
+  // A program that is slow to show its first window keeps this one alive as well.
+  while (!isOver() && processes.waitForInputIdle(*process, PollMilliseconds) == platform::WaitResult::TimedOut) {
+    dots.poll();
+    services.window.pump();
+  }
+  platform::WaitResult waited = platform::WaitResult::TimedOut;
+  while (waited == platform::WaitResult::TimedOut) {
+    if (isOver()) return std::nullopt;
+    waited = processes.wait(*process, PollMilliseconds);
+    dots.poll();
+    if (waited == platform::WaitResult::TimedOut) services.window.pump();
+  }
+  // Where the system does not tell the code, the program counts as one that was never started.
+  std::int32_t exitCode = NotStarted;
+  processes.exitCode(*process, exitCode);
+  here.detail("Component has finished");
+  process.close();
+  return exitCode;
+}
+
+std::optional<std::int32_t> Shell(const Services& services, const std::string& commandLine,
+                                  const std::string& workingFolder, const ShellOptions& options) {
   const Procedure here(services.log, "GoShell");
   here.detail("Running " + commandLine);
   platform::OwnedProcess process(services.machine.processes());
   const platform::Status started =
-      services.machine.processes().start(commandLine, workingFolder, showWindow, process.receive());
-  std::int32_t result = NotStarted;
+      services.machine.processes().start(commandLine, workingFolder, options.showWindow, process.receive());
+  std::optional<std::int32_t> result = NotStarted;
   if (started == platform::Status::Ok) {
-    result = WaitForTermination(services, process);
+    result = WaitUntil(services, process, options.milliseconds);
     services.machine.clock().sleep(RestMilliseconds);
   } else {
     // The text says "False" for the inheritance of handles although the call passes true, and 128 whatever the flags.
@@ -88,27 +120,26 @@ std::int32_t GoShell(const Services& services, const std::string& commandLine, c
   return result;
 }
 
+}  // namespace
+
+std::int32_t GoShell(const Services& services, const std::string& commandLine, const std::string& workingFolder,
+                     platform::ShowWindow showWindow) {
+  return Shell(services, commandLine, workingFolder, {showWindow, std::nullopt}).value_or(NotStarted);
+}
+
 std::int32_t WaitForTermination(const Services& services, platform::OwnedProcess& process) {
-  const Procedure here(services.log, "WaitForTermination");
-  platform::Processes& processes = services.machine.processes();
-  StatusDots dots(services.window);
-  // A program that is slow to show its first window keeps this one alive as well.
-  while (processes.waitForInputIdle(*process, PollMilliseconds) == platform::WaitResult::TimedOut) {
-    dots.poll();
-    services.window.pump();
+  return WaitUntil(services, process, std::nullopt).value_or(NotStarted);
+}
+
+std::optional<std::int32_t> RunSystemCommand(const Services& services, const SystemCommand& command) {
+  const Procedure here(services.log, "RunSystemCommand");
+  const auto limit = static_cast<std::uint32_t>(command.seconds) * 1000;
+  const auto code = Shell(services, command.commandLine, "", {platform::ShowWindow::Hidden, limit});
+  if (!code) {
+    here.warn("The command " + command.name + " has not ended after " + std::to_string(command.seconds) +
+              " seconds. It is left to itself, and the run goes on; run the command by hand to see what it waits for.");
   }
-  platform::WaitResult waited = platform::WaitResult::TimedOut;
-  while (waited == platform::WaitResult::TimedOut) {
-    waited = processes.wait(*process, PollMilliseconds);
-    dots.poll();
-    if (waited == platform::WaitResult::TimedOut) services.window.pump();
-  }
-  // Where the system does not tell the code, the program counts as one that was never started.
-  std::int32_t exitCode = NotStarted;
-  processes.exitCode(*process, exitCode);
-  here.detail("Component has finished");
-  process.close();
-  return exitCode;
+  return code;
 }
 
 bool ExecuteInstall(const Services& services, const Component& component, const FileKind& kind,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "base/component.h"
@@ -26,6 +27,22 @@ std::int32_t GoShell(const Services& services, const std::string& commandLine, c
 
 /// The wait behind GoShell: the exit code. Closes the process.
 std::int32_t WaitForTermination(const Services& services, platform::OwnedProcess& process);
+
+/// A command of the system that the program itself needs, run in a window that is never shown: where it asks a
+/// question, nobody can answer.
+struct SystemCommand {
+  std::string commandLine;
+  std::string name;  ///< what the log calls it: the command line may hold a password
+  int seconds;       ///< that it is waited for
+};
+
+/// Runs the command: its exit code or NotStarted, or nothing, with a warning, when it was still running at the limit.
+/// It is left alone then.
+std::optional<std::int32_t> RunSystemCommand(const Services& services, const SystemCommand& command);
+
+/// How long commands are waited for.
+inline constexpr int NetSeconds = 30;
+inline constexpr int SchedulerSeconds = 5;
 
 /// A command that runs a component's file.
 struct ComponentCommand {

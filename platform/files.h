@@ -96,6 +96,9 @@ class Files : public FileReader {
 
   /// Copies one file with its attributes; an existing file is replaced, unless it is read-only (AccessDenied).
   virtual Status copyFile(const std::string& from, const std::string& to) = 0;
+  /// Moves one file within its volume; an existing file is replaced, unless it is read-only (AccessDenied). Where the
+  /// system can, at one stroke: at every moment there is the one or the other.
+  virtual Status moveFile(const std::string& from, const std::string& to) = 0;
   /// Deletes one file; a read-only one is refused (AccessDenied).
   virtual Status deleteFile(const std::string& path) = 0;
   /// Creates one folder level. AlreadyExists, PathNotFound (parent missing).

@@ -61,6 +61,7 @@ class ForwardingFiles : public Files {
   Status write(FileHandle file, const std::string& bytes) override { return inner_.write(file, bytes); }
   Status close(FileHandle file) override { return inner_.close(file); }
   Status copyFile(const std::string& from, const std::string& to) override { return inner_.copyFile(from, to); }
+  Status moveFile(const std::string& from, const std::string& to) override { return inner_.moveFile(from, to); }
   Status deleteFile(const std::string& path) override { return inner_.deleteFile(path); }
   Status createFolder(const std::string& path) override { return inner_.createFolder(path); }
   Status deleteFolder(const std::string& path) override { return inner_.deleteFolder(path); }
@@ -176,6 +177,8 @@ class ForwardingMainWindow : public MainWindow {
   std::optional<WindowEvent> takeEvent() override { return inner_.takeEvent(); }
   WindowEvent waitForEvent() override { return inner_.waitForEvent(); }
   void setBusyCursor(bool busy) override { inner_.setBusyCursor(busy); }
+  void objectToSessionEnd(bool objects) override { inner_.objectToSessionEnd(objects); }
+  void whenSessionEnds(std::function<void()> action) override { inner_.whenSessionEnds(std::move(action)); }
   bool addTrayIcon(const std::string& tip) override { return inner_.addTrayIcon(tip); }
   void removeTrayIcon() override { inner_.removeTrayIcon(); }
 

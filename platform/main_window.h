@@ -1,6 +1,7 @@
 // Port: the main window and the program's icon in the notification area (source: user32, shell32).
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -11,8 +12,8 @@ namespace platform {
 /// The controls of the main window that the program writes or reads.
 enum class Control { Status, Action, Component, LongMessage, Progress, About, Continue, Cancel };
 
-/// What a person did with the main window.
-enum class WindowEvent { About, Continue, Cancel, Close };
+/// What a person did with the main window, or that the session ended meanwhile.
+enum class WindowEvent { About, Continue, Cancel, Close, SessionEnds };
 
 /// One main window, made once and shown when the run is interactive. All methods belong to the window's thread. Texts
 /// of controls may be set and read before the window is shown. Nothing here fails: a machine without a display shows
@@ -50,6 +51,13 @@ class MainWindow {
   virtual WindowEvent waitForEvent() = 0;
 
   virtual void setBusyCursor(bool busy) = 0;
+
+  /// Whether the system is told, when it asks at a log-off or shutdown, that the session must not end now. It asks
+  /// whether or not there is a window, and gets its answer while messages are pumped or waited for.
+  virtual void objectToSessionEnd(bool objects) = 0;
+  /// What is done when the session really ends and nobody objected. The system may end the program as soon as it
+  /// returns; until then SessionEnds is an event of the window.
+  virtual void whenSessionEnds(std::function<void()> action) = 0;
 
   /// Adds the program's icon, or changes its tip when it is there. False when the machine has no notification area.
   virtual bool addTrayIcon(const std::string& tip) = 0;

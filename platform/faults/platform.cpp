@@ -137,6 +137,11 @@ Status Files::copyFile(const std::string& from, const std::string& to) {
                 [&] { return ForwardingFiles::copyFile(from, to); });
 }
 
+Status Files::moveFile(const std::string& from, const std::string& to) {
+  return Unless(faults_.change("files.moveFile", from + " -> " + to),
+                [&] { return ForwardingFiles::moveFile(from, to); });
+}
+
 Status Files::deleteFile(const std::string& path) {
   return Unless(faults_.change("files.deleteFile", path), [&] { return ForwardingFiles::deleteFile(path); });
 }

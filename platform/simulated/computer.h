@@ -60,7 +60,7 @@ class Computer : public platform::Platform {
   Processes processes_{{journal_, clock_, registry_, files_, machine_, installer_}};
   Screen screen_{journal_};
   EventLog eventLog_{machine_, journal_};
-  Power power_{machine_, journal_};
+  Power power_{machine_, journal_, [this] { return screen_.agreesToSessionEnd(); }};
 };
 
 }  // namespace simulated

@@ -213,6 +213,24 @@ Status Files::copyFile(const std::string& from, const std::string& to) {
   return Status::Ok;
 }
 
+Status Files::moveFile(const std::string& from, const std::string& to) {
+  const Place source = locate(from);
+  if (source.status != Status::Ok) return source.status;
+  const Place target = locate(to);
+  if (const Status s = mayReplace(target); s != Status::Ok) return s;
+  if (source.folder) return Status::AccessDenied;
+  if (isOpen(source.host)) return Status::SharingViolation;
+  if (source.host == target.host) return Status::Ok;
+  if (!source.drive->writable) return Status::AccessDenied;
+  const Attributes moved = attributesOf(source);
+  WriteHostFile(target.host, ReadHostFile(source.host));
+  mark(target.host, moved);
+  unlink(source.host.c_str());
+  target.drive->free += target.size;
+  journal_.record("file move " + fullPath(from) + " -> " + fullPath(to));
+  return Status::Ok;
+}
+
 Status Files::deleteFile(const std::string& path) {
   const Place place = locate(path);
   if (place.status != Status::Ok) return place.status;

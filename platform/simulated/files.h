@@ -44,6 +44,7 @@ class Files : public platform::Files {
   platform::Status write(platform::FileHandle file, const std::string& bytes) override;
   platform::Status close(platform::FileHandle file) override;
   platform::Status copyFile(const std::string& from, const std::string& to) override;
+  platform::Status moveFile(const std::string& from, const std::string& to) override;
   platform::Status deleteFile(const std::string& path) override;
   platform::Status createFolder(const std::string& path) override;
   platform::Status deleteFolder(const std::string& path) override;

@@ -116,6 +116,7 @@ Status Power::enableShutdownPrivilege() {
 
 Status Power::restartByForce() {
   if (machine_.isNt() && !privileged_) return PrivilegeNotHeld;
+  if (!endSession_()) return Status::AccessDenied;
   restartRequested_ = true;
   journal_.record("exit windows, flags 6, reason 0");
   return Status::Ok;

@@ -1,9 +1,11 @@
 // What the simulated computer is: one of eight systems, its folders, names and environment; its event log and power.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/event_log.h"
@@ -36,7 +38,10 @@ class Machine : public platform::Machine {
   std::string environment(const std::string& name) override;
   std::string programPath() override { return programPath_; }
   std::string commandLine() override { return commandLine_; }
-  bool anotherCopyRuns() override { return anotherCopy_; }
+  bool anotherCopyRuns() override {
+    holdsPlace_ = true;
+    return anotherCopy_;
+  }
 
   const System& system() const { return *system_; }
   bool isNt() const { return system_->version.platformId == 2; }
@@ -57,6 +62,8 @@ class Machine : public platform::Machine {
   void setProgram(const std::string& path, const std::string& arguments);
   void setCommandLine(const std::string& whole) { commandLine_ = whole; }
   void setAnotherCopyRuns(bool runs) { anotherCopy_ = runs; }
+  /// Whether the program asked for the other copy, by which it keeps later ones away itself.
+  bool holdsPlace() const { return holdsPlace_; }
   /// The user's folder with the programs that start at logon; "" where the system has none.
   std::string startupFolder() const;
   std::string profileFolder() const;
@@ -70,6 +77,7 @@ class Machine : public platform::Machine {
   std::string programPath_ = "C:\\QX\\QX Installation Assistant.exe";
   std::string commandLine_ = "\"C:\\QX\\QX Installation Assistant.exe\"";
   bool anotherCopy_ = false;
+  bool holdsPlace_ = false;
 };
 
 class EventLog : public platform::EventLog {
@@ -85,7 +93,9 @@ class EventLog : public platform::EventLog {
 
 class Power : public platform::Power {
  public:
-  Power(Machine& machine, Journal& journal) : machine_(machine), journal_(journal) {}
+  /// `endSession` asks the programs, as each restart does; false when one objects.
+  Power(Machine& machine, Journal& journal, std::function<bool()> endSession)
+      : machine_(machine), journal_(journal), endSession_(std::move(endSession)) {}
   platform::Status enableShutdownPrivilege() override;
   /// The NT family refuses without the privilege (1314, "a required privilege is not held").
   platform::Status restartByForce() override;
@@ -96,6 +106,7 @@ class Power : public platform::Power {
  private:
   Machine& machine_;
   Journal& journal_;
+  std::function<bool()> endSession_;
   bool privileged_ = false;
   bool restartRequested_ = false;
 };

@@ -15,7 +15,7 @@ namespace {
 
 /// In the order of BoxAnswer, of WindowEvent and of DiskEvent.
 constexpr const char* AnswerNames[] = {"ok", "cancel", "retry", "yes", "no"};
-constexpr const char* EventNames[] = {"about", "continue", "cancel", "close"};
+constexpr const char* EventNames[] = {"about", "continue", "cancel", "close", "session ends"};
 constexpr const char* DiskEventNames[] = {"ok", "cancel"};
 
 constexpr int LineHeight = 13;
@@ -119,6 +119,7 @@ WindowEvent Screen::waitForEvent() {
   }
   const WindowEvent event = events_.front();
   events_.pop_front();
+  if (event == WindowEvent::SessionEnds) return endSession() ? event : waitForEvent();
   journal_.record(std::string("person: ") + EventNames[static_cast<int>(event)]);
   return event;
 }
@@ -238,6 +239,23 @@ void Screen::atPump(int count, std::function<void()> action) {
   pumpActions_.emplace(pumps_ + count, std::move(action));
 }
 
+bool Screen::agreesToSessionEnd() {
+  if (objects_) return false;
+  if (whenSessionEnds_) whenSessionEnds_();
+  return true;
+}
+
+void Screen::endSessionNow() {
+  if (agreesToSessionEnd()) pumped_.push_back(WindowEvent::SessionEnds);
+}
+
+bool Screen::endSession() {
+  journal_.record(objects_ ? "end of session refused" : "end of session");
+  const bool ends = agreesToSessionEnd();
+  if (ends) journal_.record("session ended");
+  return ends;
+}
+
 WindowHandle Screen::addWindow(const std::string& className, const std::string& caption) {
   windows_[nextWindow_] = {className, caption};
   return {nextWindow_++};
@@ -266,6 +284,8 @@ void Screen::clear() {
   enabled_.clear();
   trayTip_.clear();
   pumped_.clear();
+  objects_ = false;
+  whenSessionEnds_ = nullptr;
 }
 
 }  // namespace simulated

@@ -58,6 +58,8 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
   std::optional<platform::WindowEvent> takeEvent() override;
   platform::WindowEvent waitForEvent() override;
   void setBusyCursor(bool busy) override { busyCursor_ = busy; }
+  void objectToSessionEnd(bool objects) override { objects_ = objects; }
+  void whenSessionEnds(std::function<void()> action) override { whenSessionEnds_ = std::move(action); }
   bool addTrayIcon(const std::string& tip) override;
   void removeTrayIcon() override;
 
@@ -80,6 +82,7 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
 
   void answer(BoxScript script) { boxes_.push_back(std::move(script)); }
   void choose(FileScript script) { files_.push_back(std::move(script)); }
+  /// SessionEnds is a log-off while the program waits.
   void press(platform::WindowEvent event) { events_.push_back(event); }
   void type(PasswordScript script) { passwords_.push_back(std::move(script)); }
   /// A button of the disk window, pressed the next time that the program looks at it.
@@ -88,6 +91,13 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
   void pressAtPump(int count, platform::WindowEvent event);
   /// Something that happens at the n-th pump of messages from now, such as a person pulling out a disc.
   void atPump(int count, std::function<void()> action);
+  /// A log-off: the program is asked, and when it does not object, the session ends. False when it objects.
+  bool endSession();
+  bool objectsToSessionEnd() const { return objects_; }
+  /// The end itself, with its event; nothing is asked.
+  void endSessionNow();
+  /// The same as endSession without a word about it, as a restart does it.
+  bool agreesToSessionEnd();
   /// A window of another program.
   platform::WindowHandle addWindow(const std::string& className, const std::string& caption);
   /// Without a notification area no icon can be added.
@@ -133,6 +143,8 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
   std::deque<platform::WindowEvent> pumped_;
   std::multimap<int, std::function<void()>> pumpActions_;
   int pumps_ = 0;
+  bool objects_ = false;
+  std::function<void()> whenSessionEnds_;
 };
 
 /// Names as scripts write them: "yes"; raises std::runtime_error that lists the names.

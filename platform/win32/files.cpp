@@ -7,6 +7,7 @@
 #include "platform/win32/last_status.h"
 #include "platform/win32/owner.h"
 #include "platform/win32/quiet_errors.h"
+#include "platform/win32/system_library.h"
 
 namespace win32 {
 
@@ -68,6 +69,17 @@ Status ReadAll(HANDLE file, std::string& bytes) {
     bytes.resize(before + got);
   } while (got != 0);
   return Status::Ok;
+}
+
+/// The Windows 95 family has the function that replaces a file, but it does nothing there.
+Status MoveOver(const char* from, const char* to) {
+  SystemLibrary kernel("kernel32.dll");
+  auto* moveFileEx = kernel.find<decltype(MoveFileExA)>("MoveFileExA");
+  if (moveFileEx != nullptr && moveFileEx(from, to, MOVEFILE_REPLACE_EXISTING)) return Status::Ok;
+  if (moveFileEx != nullptr && GetLastError() != ERROR_CALL_NOT_IMPLEMENTED) return LastStatus();
+  if (GetFileAttributesA(from) == INVALID_FILE_ATTRIBUTES) return LastStatus();
+  if (GetFileAttributesA(to) != INVALID_FILE_ATTRIBUTES && !DeleteFileA(to)) return LastStatus();
+  return StatusOf(MoveFileA(from, to));
 }
 
 std::string SearchPattern(const std::string& folder) {
@@ -168,6 +180,12 @@ Status FilesAdapter::copyFile(const std::string& from, const std::string& to) {
   QuietErrors quiet;
   if (IsReadOnly(to)) return Status::AccessDenied;
   return StatusOf(CopyFileA(from.c_str(), to.c_str(), FALSE));
+}
+
+Status FilesAdapter::moveFile(const std::string& from, const std::string& to) {
+  QuietErrors quiet;
+  if (IsReadOnly(to)) return Status::AccessDenied;
+  return MoveOver(from.c_str(), to.c_str());
 }
 
 Status FilesAdapter::deleteFile(const std::string& path) {

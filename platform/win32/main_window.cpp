@@ -1,6 +1,7 @@
 #include "platform/win32/main_window.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/win32/main_window_layout.h"
 #include "platform/win32/progress_bar.h"
@@ -145,6 +146,17 @@ void MainWindowAdapter::repaint() {
 void MainWindowAdapter::setBusyCursor(bool busy) {
   busy_ = busy;
   SetCursor(LoadCursor(nullptr, busy ? IDC_WAIT : IDC_ARROW));
+}
+
+void MainWindowAdapter::objectToSessionEnd(bool objects) {
+  sessionWindow_.object(objects);
+}
+
+void MainWindowAdapter::whenSessionEnds(std::function<void()> action) {
+  sessionWindow_.whenItEnds([this, action = std::move(action)] {
+    if (action) action();
+    queue(WindowEvent::SessionEnds);
+  });
 }
 
 bool MainWindowAdapter::addTrayIcon(const std::string& tip) {

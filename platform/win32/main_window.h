@@ -8,6 +8,7 @@
 #include "platform/main_window.h"
 #include "platform/win32/common_controls.h"
 #include "platform/win32/disk_window.h"
+#include "platform/win32/session_window.h"
 #include "platform/win32/tray_icon.h"
 
 namespace win32 {
@@ -17,7 +18,7 @@ class MainWindowAdapter final : public platform::MainWindow {
  public:
   /// Messages go through the disk window first, which takes its own keys.
   MainWindowAdapter(HINSTANCE instance, DiskWindow& diskWindow)
-      : instance_(instance), diskWindow_(diskWindow), trayIcon_(instance) {}
+      : instance_(instance), diskWindow_(diskWindow), trayIcon_(instance), sessionWindow_(instance) {}
   ~MainWindowAdapter() override { destroy(); }
   MainWindowAdapter(const MainWindowAdapter&) = delete;
   MainWindowAdapter& operator=(const MainWindowAdapter&) = delete;
@@ -45,6 +46,8 @@ class MainWindowAdapter final : public platform::MainWindow {
   platform::WindowEvent waitForEvent() override;
 
   void setBusyCursor(bool busy) override;
+  void objectToSessionEnd(bool objects) override;
+  void whenSessionEnds(std::function<void()> action) override;
   bool addTrayIcon(const std::string& tip) override;
   void removeTrayIcon() override;
 
@@ -75,6 +78,7 @@ class MainWindowAdapter final : public platform::MainWindow {
   DiskWindow& diskWindow_;
   std::optional<CommonControls> commonControls_;
   TrayIcon trayIcon_;
+  SessionWindow sessionWindow_;
   std::optional<std::string> caption_;
   HWND window_ = nullptr;
   bool busy_ = false;

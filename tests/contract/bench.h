@@ -23,6 +23,10 @@ class Bench {
   virtual platform::Platform& machine() = 0;
   /// A command line that runs for so long and ends with this exit code.
   virtual std::string command(int milliseconds, int exitCode) = 0;
+  /// What the system's question at a log-off is answered with; the session does not end.
+  virtual bool agreesToSessionEnd() = 0;
+  /// The session ends as far as the program is told of it.
+  virtual void endSession() = 0;
   /// Path of a batch file that ends with this exit code.
   virtual std::string batchFile(const std::string& folder, int exitCode) = 0;
   /// Path of a real package in the folder; "" when the tests were built where none can be made.

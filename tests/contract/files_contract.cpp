@@ -169,4 +169,22 @@ TEST_F(Files, SetAccess_GivenToAdministrators_StaysUsable) {
   EXPECT_NE(files().setAccess(path("none.txt"), grants), Status::Ok);
 }
 
+TEST_F(Files, Move_ReplacesButNotAReadOnlyFile) {
+  write("new.txt", "new");
+  write("old.txt", "old");
+  ASSERT_EQ(files().setAttributes(path("old.txt"), {.readOnly = true}), Status::Ok);
+  EXPECT_EQ(files().moveFile(path("new.txt"), path("old.txt")), Status::AccessDenied);
+  EXPECT_EQ(content("old.txt"), "old");
+  ASSERT_EQ(files().setAttributes(path("old.txt"), {}), Status::Ok);
+  EXPECT_EQ(files().moveFile(path("new.txt"), path("OLD.txt")), Status::Ok);
+  EXPECT_EQ(content("old.txt"), "new");
+  Attributes attributes;
+  EXPECT_EQ(files().attributes(path("new.txt"), attributes), Status::FileNotFound);
+  EXPECT_EQ(files().moveFile(path("old.txt"), path("other.txt")), Status::Ok);
+  EXPECT_EQ(content("other.txt"), "new");
+  EXPECT_EQ(files().moveFile(path("none.txt"), path("other.txt")), Status::FileNotFound);
+  EXPECT_EQ(files().moveFile(path("other.txt"), path("none\\other.txt")), Status::PathNotFound);
+  EXPECT_EQ(content("other.txt"), "new");
+}
+
 }  // namespace contract

@@ -19,6 +19,9 @@ class SimulatedBench : public Bench {
     return line;
   }
 
+  bool agreesToSessionEnd() override { return !workstation_.screen().objectsToSessionEnd(); }
+  void endSession() override { workstation_.screen().endSessionNow(); }
+
   std::string batchFile(const std::string& folder, int exitCode) override {
     const std::string path = folder + "\\code.bat";
     workstation_.files().put(path, "exit " + std::to_string(exitCode));

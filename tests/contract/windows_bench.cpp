@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/win32/windows_api.h"
 #include "platform/win32/workstation.h"
 #include "tests/contract/bench.h"
 
@@ -36,6 +37,29 @@ class WindowsBench : public Bench {
   std::string command(int milliseconds, int exitCode) override {
     return "\"" + workstation_.machine().programPath() + "\" --wait " + std::to_string(milliseconds) + " --exit " +
            std::to_string(exitCode);
+  }
+
+  /// As the system asks: of every window of the desktop that is this program's.
+  bool agreesToSessionEnd() override {
+    bool agrees = true;
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM answer) -> BOOL {
+          if (!SendMessageA(window, WM_QUERYENDSESSION, 0, 0)) *reinterpret_cast<bool*>(answer) = false;
+          return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&agrees));
+    return agrees;
+  }
+
+  void endSession() override {
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM) -> BOOL {
+          SendMessageA(window, WM_ENDSESSION, TRUE, 0);
+          return TRUE;
+        },
+        0);
   }
 
   std::string batchFile(const std::string& folder, int exitCode) override {

@@ -81,4 +81,36 @@ TEST_F(Windows, DiskWindow_WithoutAPerson_StaysOpenUntilItIsClosed) {
   window().destroy();
 }
 
+TEST_F(Windows, EndOfTheSession_IsAskedForWithAndWithoutAWindow) {
+  for (const bool withWindow : {true, false}) {
+    if (withWindow) window().create("QX Contract");
+    EXPECT_TRUE(bench().agreesToSessionEnd());
+    window().objectToSessionEnd(true);
+    EXPECT_FALSE(bench().agreesToSessionEnd());
+    window().objectToSessionEnd(false);
+    EXPECT_TRUE(bench().agreesToSessionEnd());
+    window().destroy();
+  }
+}
+
+TEST_F(Windows, SessionThatEnds_IsToldAtOnceAndAnEvent_UnlessTheProgramObjected) {
+  int ended = 0;
+  window().create("QX Contract");
+  window().whenSessionEnds([&] { ++ended; });
+  for (const bool objects : {true, false}) {
+    window().objectToSessionEnd(objects);
+    bench().endSession();
+    EXPECT_EQ(ended, objects ? 0 : 1);
+    window().pumpMessages();
+    const auto event = window().takeEvent();
+    EXPECT_EQ(event.has_value(), !objects);
+    if (event) {
+      EXPECT_EQ(*event, platform::WindowEvent::SessionEnds);
+    }
+  }
+  bench().endSession();
+  EXPECT_EQ(window().waitForEvent(), platform::WindowEvent::SessionEnds);
+  window().destroy();
+}
+
 }  // namespace contract
