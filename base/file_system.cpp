@@ -20,12 +20,12 @@ void Require(platform::Status status, const std::string& path, const char* sourc
 
 bool clsFso::fileExists(const std::string& path) {
   platform::Attributes attributes;
-  return machine_.files().attributes(path, attributes) == platform::Status::Ok && !attributes.folder;
+  return machine_.files().attributes(AsAsked(path), attributes) == platform::Status::Ok && !attributes.folder;
 }
 
 bool clsFso::folderExists(const std::string& path) {
   platform::Attributes attributes;
-  return machine_.files().attributes(path, attributes) == platform::Status::Ok && attributes.folder;
+  return machine_.files().attributes(AsAsked(path), attributes) == platform::Status::Ok && attributes.folder;
 }
 
 bool clsFso::driveExists(char letter) {
@@ -59,7 +59,7 @@ std::vector<std::string> clsFso::listFolders(const std::string& folder) {
 
 std::vector<std::string> clsFso::list(const std::string& folder, bool folders) {
   std::vector<platform::FolderEntry> entries;
-  const platform::Status listed = machine_.files().list(folder, entries);
+  const platform::Status listed = machine_.files().list(AsAsked(folder), entries);
   if (!platform::IsNotThere(listed)) Require(listed, folder, "clsFso.List");
   std::vector<std::string> names;
   for (const platform::FolderEntry& entry : entries) {
@@ -92,15 +92,31 @@ void clsFso::moveFileOver(const std::string& from, const std::string& to) {
   Require(machine_.files().moveFile(from, to), from + " to " + to, "clsFso.MoveFile");
 }
 
+void clsFso::copyFileAnew(const std::string& from, const std::string& to) {
+  if (fileExists(to)) deleteFileForced(to);
+  copyFileOver(from, to);
+  // Nothing stays read-only that came from a CD.
+  Require(machine_.files().setAttributes(to, {}), to, "clsFso.CopyFile");
+}
+
+bool clsFso::isLink(const std::string& path) {
+  platform::Attributes attributes;
+  return machine_.files().attributes(AsAsked(path), attributes) == platform::Status::Ok && attributes.link;
+}
+
 void clsFso::copyFolderOver(const std::string& from, const std::string& to) {
+  if (isLink(to)) {
+    throw Error(GeneralError, to + " is a link to another folder, which is not followed. Delete the link.",
+                "clsFso.CopyFolder");
+  }
   createFolder(to);
   // A folder that is not there any more is a disc that was pulled out, not an empty folder.
   std::vector<platform::FolderEntry> entries;
-  Require(machine_.files().list(from, entries), from, "clsFso.CopyFolder");
+  Require(machine_.files().list(AsAsked(from), entries), from, "clsFso.CopyFolder");
   for (const platform::FolderEntry& entry : entries) {
     const std::string source = Joined(from, entry.name);
     const std::string target = Joined(to, entry.name);
-    entry.isFolder() ? copyFolderOver(source, target) : copyFileOver(source, target);
+    entry.isFolder() ? copyFolderOver(source, target) : copyFileAnew(source, target);
   }
 }
 

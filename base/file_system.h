@@ -38,7 +38,15 @@ class clsFso {
   /// number.
   void moveFileOver(const std::string& from, const std::string& to);
 
-  /// Copies a folder with everything in it, over what is there. Raises the system's number, also when it is not there.
+  /// Copies a file in place of any existing one, which is deleted first: written over, it could be the same file under
+  /// another name. The copy is a plain file. Raises the system's number.
+  void copyFileAnew(const std::string& from, const std::string& to);
+
+  /// True for a folder that stands for another one.
+  bool isLink(const std::string& path);
+
+  /// Copies a folder with everything in it, in place of what is there; the copies are plain files. A link where a
+  /// folder is to be is an error. Raises the system's number, also when it is not there.
   void copyFolderOver(const std::string& from, const std::string& to);
 
   /// Deletes a folder with everything in it, read-only files as well, and the file `lastFile` behind all others; of a

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "base/code_page.h"
 #include "base/error_texts.h"
 #include "base/procedure.h"
 #include "base/text.h"
@@ -193,7 +194,7 @@ bool FindLine(IniLines& lines, std::size_t& index, std::string_view text, bool s
 }
 
 bool ValidStr(const std::string& name) {
-  return name.find_first_of("[]=") == std::string::npos;
+  return WithoutTrailBytes(name).find_first_of("[]=") == std::string::npos;
 }
 
 std::size_t LineCount(const IniLines& lines) {

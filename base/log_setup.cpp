@@ -16,6 +16,13 @@ LogFolders FoldersBeside(const std::string& folder, const std::string& prefix) {
   return {folder + "\\" + prefix + "MSI Log Files", folder + "\\" + prefix + "QXIA Archive Logs"};
 }
 
+/// A folder that the ini file names without its drive lies beside the ini file.
+std::string FullLogRoot(const modINI::IniFile& applicationIni, const std::string& given) {
+  if (IsFullPath(given) && !StartsAtDriveFolder(given)) return given;
+  return applicationIni.files.fullPath(IsFullPath(given) ? given
+                                                         : Normalised(Joined(FolderPart(applicationIni.path), given)));
+}
+
 /// A failure is told with what happens in its place, and what to do.
 bool MadeFolder(const Services& services, const Procedure& here, const LogPlace& place) {
   try {
@@ -57,7 +64,8 @@ LogPlace UninstallLogPlace(const std::string& product) {
 
 LogPlace InstallLogPlace(const modINI::IniFile& applicationIni, const std::string& product) {
   const std::string given = Unquoted(Trim(modINI::GetIniString(applicationIni, "Product", "LogFilePath", "")));
-  const std::string folder = Joined(given.empty() ? DefaultLogFolder : given, Title) + "\\" + product;
+  const std::string root = given.empty() ? DefaultLogFolder : FullLogRoot(applicationIni, given);
+  const std::string folder = Joined(root, Title) + "\\" + product;
   return {folder, folder + "\\" + Title + ".html", "",
           "Give section [Product] of " + applicationIni.path +
               " a LogFilePath (and a Name) of which that folder can be made."};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/code_page.h"
 #include "base/text.h"
 
 namespace assistant {
@@ -10,11 +11,32 @@ namespace {
 
 constexpr std::string_view NotInNames = "\\/:*?\"<>|";
 
+bool BeginsWithDrive(std::string_view path) {
+  const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+  return path.size() >= 2 && isLetter(path[0]) && path[1] == ':';
+}
+
+/// Position of the last separator, or npos.
+std::size_t LastSeparator(std::string_view path) {
+  return WithoutTrailBytes(path).rfind('\\');
+}
+
 }  // namespace
 
 bool IsFullPath(std::string_view path) {
-  const auto isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-  return (path.size() >= 2 && isLetter(path[0]) && path[1] == ':') || path.substr(0, 2) == "\\\\";
+  return BeginsWithDrive(path) || path.substr(0, 2) == "\\\\";
+}
+
+bool IsDots(std::string_view name) {
+  return !name.empty() && name.front() == '.' && name.find_first_not_of(". ") == std::string_view::npos;
+}
+
+bool StartsAtDriveFolder(std::string_view path) {
+  return BeginsWithDrive(path) && path.size() > 2 && path[2] != '\\' && path[2] != '/';
+}
+
+std::string AsAsked(const std::string& path) {
+  return path.size() == 2 && BeginsWithDrive(path) ? path + "\\" : path;
 }
 
 bool IsBelowRoot(std::string_view path) {
@@ -23,21 +45,21 @@ bool IsBelowRoot(std::string_view path) {
   // A network path begins with two empty names, its server and its share.
   const std::size_t rootNames = names.front().empty() ? 4 : 1;
   return (names.front().empty() || names.front().size() == 2) && names.size() > rootNames &&
-         std::none_of(names.begin(), names.end(), [](const std::string& name) { return name == "." || name == ".."; });
+         std::none_of(names.begin(), names.end(), IsDots);
 }
 
 std::string Joined(const std::string& folder, const std::string& name) {
   if (folder.empty()) return name;
-  return folder.back() == '\\' ? folder + name : folder + "\\" + name;
+  return LastSeparator(folder) == folder.size() - 1 ? folder + name : folder + "\\" + name;
 }
 
 std::string FolderPart(const std::string& path) {
-  const std::size_t at = path.rfind('\\');
+  const std::size_t at = LastSeparator(path);
   return at == std::string::npos ? std::string() : path.substr(0, at);
 }
 
 std::string LastElement(const std::string& path) {
-  return path.substr(path.rfind('\\') + 1);
+  return path.substr(LastSeparator(path) + 1);
 }
 
 std::string Extension(const std::string& path) {
@@ -52,22 +74,28 @@ std::string WithoutExtension(const std::string& path) {
 }
 
 std::string Normalised(const std::string& path) {
+  const std::string plain = WithoutTrailBytes(path);
   std::string result;
-  for (char c : path) {
-    const bool doubled = c == '\\' && result.size() > 1 && result.back() == '\\';
-    if (!doubled) result += c;
+  std::size_t separators = 0;  // at the end of the result
+  for (std::size_t at = 0; at < path.size(); ++at) {
+    const bool separator = plain[at] == '\\';
+    if (separator && separators > 0 && result.size() > 1) continue;
+    separators = separator ? separators + 1 : 0;
+    result += path[at];
   }
-  while (result.size() > 1 && result.back() == '\\') result.pop_back();
+  for (; result.size() > 1 && separators > 0; --separators) result.pop_back();
   return result;
 }
 
 bool IsUsableName(const std::string& name) {
-  return name.find_first_of(NotInNames) == std::string::npos && name.find_first_not_of('.') != std::string::npos;
+  return WithoutTrailBytes(name).find_first_of(NotInNames) == std::string::npos &&
+         name.find_first_not_of('.') != std::string::npos;
 }
 
 std::string AsFileName(std::string text) {
-  for (char& c : text)
-    if (NotInNames.find(c) != std::string_view::npos) c = '_';
+  const std::string plain = WithoutTrailBytes(text);
+  for (std::size_t at = 0; at < text.size(); ++at)
+    if (NotInNames.find(plain[at]) != std::string_view::npos) text[at] = '_';
   return text;
 }
 

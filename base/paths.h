@@ -6,12 +6,24 @@
 
 namespace assistant {
 
+// The second byte of a character of two may look like a separator or a forbidden character: it never counts as one.
+
 /// True for a path that begins with a drive letter and ":" or with two backslashes.
 bool IsFullPath(std::string_view path);
 
-/// True for a full path of something below a drive's or a network share's root, without "." and ".." in it: what may be
-/// deleted on somebody's word.
+/// True for a full path of something below a drive's or a network share's root, without an element of dots only: what
+/// may be deleted on somebody's word.
 bool IsBelowRoot(std::string_view path);
+
+/// True for a name of nothing but dots, and blanks behind them, which systems pass over: no file's name, and on some
+/// systems a folder far above.
+bool IsDots(std::string_view name);
+
+/// True for a path like "D:file", which means another file with every current folder.
+bool StartsAtDriveFolder(std::string_view path);
+
+/// The path as the system is to be asked for it: "D:" means the drive's root, for which the system takes "D:\".
+std::string AsAsked(const std::string& path);
 
 /// Folder + "\" + name, with one backslash between them.
 std::string Joined(const std::string& folder, const std::string& name);

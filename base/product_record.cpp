@@ -46,6 +46,7 @@ constexpr const RecordValue* Values[] = {
     &Value::ProductIni,
     &Value::ProductIniPath,
     &Value::ProductProcessReturn,
+    &Value::ProductServerType,
     &Value::Reboot,
     &Value::Rebooted,
     &Value::RunProcessReturn,

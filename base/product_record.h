@@ -137,6 +137,8 @@ inline constexpr RecordValue ProductProcessReturn{RecordKey::Product, ValueName:
 inline constexpr RecordValue RequestLogon{
     RecordKey::Product, "RequestLogon", {"Config", "RequestLogonDetails", MissingValue, Need::Required, Form::Truth},
     AtClosedown::Stays, OverWipe::Goes, Discs::FirstOnly};
+/// The machine type that the product ini names; that of an earlier disc where a later one names none.
+inline constexpr RecordValue ProductServerType{RecordKey::Product, "Product Server Type"};
 inline constexpr RecordValue SkipPreInstall{
     RecordKey::Product, "SkipPreInstall", {}, AtClosedown::Stays, OverWipe::KeptAsTrue};
 inline constexpr RecordValue Succeeded{RecordKey::Product, "Succeeded"};

@@ -14,6 +14,7 @@ ProgramFile OwnFile(platform::Machine& machine) {
 
 Run::Run(platform::Platform& platform)
     : machine(platform),
+      codePage_(platform.machine()),
       program(OwnFile(platform.machine())),
       fso_(platform),
       window_(platform),

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/app_log.h"
+#include "base/code_page.h"
 #include "base/file_system.h"
 #include "base/identity.h"
 #include "base/ini.h"
@@ -26,7 +27,7 @@ struct Options {
   bool silent = false;
   bool verbose = false;
   std::string uninstallProduct;  ///< of an uninstall; "" until it is known
-  std::string applicationIni;    ///< as given; "" when it is not
+  std::string applicationIni;    ///< in full; "" when it is not given
   std::string productIni;
 };
 
@@ -101,6 +102,12 @@ struct Run {
   Run& operator=(const Run&) = delete;
 
   platform::Platform& machine;
+
+ private:
+  // Before everything that is made of paths.
+  CodePageInUse codePage_;
+
+ public:
   const ProgramFile program;
   Options options;
   Product product;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/code_page.h"
 #include "base/paths.h"
 #include "base/procedure.h"
 #include "base/registry.h"
@@ -22,13 +23,14 @@ std::string Resolved(clsAppLog& log, const std::string& name, const std::string&
 std::string ResolveQXSharePath(const ShareResolver& resolver, const std::string& path) {
   if (Contains(path, ":")) return path;
   const std::string reference = path.substr(std::min(path.find_first_not_of('\\'), path.size()));
-  const std::string name = reference.substr(0, reference.find('\\'));
+  const std::string name = reference.substr(0, WithoutTrailBytes(reference).find('\\'));
   const std::string rest = name.size() < reference.size() ? reference.substr(name.size() + 1) : std::string();
   if (name.empty()) return path;
   const std::string recorded = modRegistry::ReadOrEmpty(resolver.registry, LocationsKey, name);
   if (!recorded.empty()) return Resolved(resolver.log, name, recorded, rest, " (existing share)");
   for (const Share& share : resolver.shares) {
-    if (EqualIgnoringCase(share.name, name)) return Resolved(resolver.log, name, share.folder, rest, " (new share)");
+    if (share.applies && EqualIgnoringCase(share.name, name))
+      return Resolved(resolver.log, name, share.folder, rest, " (new share)");
   }
   return path;
 }

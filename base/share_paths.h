@@ -14,6 +14,7 @@ struct Share {
   std::string name;
   std::string folder;
   std::string machineTypes;  ///< query for the machines that need it; "" for all
+  bool applies = true;       ///< this machine is one of them
 };
 using Shares = std::vector<Share>;
 

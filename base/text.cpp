@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/code_page.h"
+
 namespace assistant {
 namespace {
 
@@ -76,9 +78,10 @@ std::size_t FindIgnoringCase(std::string_view text, std::string_view part, std::
 }
 
 std::vector<std::string> Split(std::string_view text, char separator) {
+  const std::string plain = WithoutTrailBytes(text);
   std::vector<std::string> fields;
   std::size_t start = 0;
-  for (std::size_t at = text.find(separator); at != std::string_view::npos; at = text.find(separator, start)) {
+  for (std::size_t at = plain.find(separator); at != std::string::npos; at = plain.find(separator, start)) {
     fields.emplace_back(text.substr(start, at - start));
     start = at + 1;
   }

@@ -27,7 +27,7 @@ bool ContainsIgnoringCase(std::string_view text, std::string_view part);
 /// Position of the first occurrence at or behind `from`, or npos.
 std::size_t FindIgnoringCase(std::string_view text, std::string_view part, std::size_t from = 0);
 
-/// The fields between separators; one empty field for an empty text.
+/// The fields between separators; one empty field for an empty text. No character of two bytes is cut.
 std::vector<std::string> Split(std::string_view text, char separator);
 
 std::string Replace(std::string text, std::string_view part, std::string_view by);

@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "core/run_stops.h"
 #include "core/switches.h"
+#include "env/reboot.h"
 #include "exec/product_result.h"
 
 namespace assistant {
@@ -62,10 +63,30 @@ void ReadUninstall(Run& run, const Procedure& here, const std::string& commandLi
               (answered ? Switches::Yes.text : "user"));
 }
 
+bool NeedsCurrentFolder(const std::string& path) {
+  return !IsFullPath(path) || StartsAtDriveFolder(path);
+}
+
+/// True when the remembered path can be what the typed one meant at the first start.
+bool MayBeMeant(const std::string& remembered, const std::string& typed) {
+  const std::string start = ".\\";
+  const std::string name = StartsWithIgnoringCase(typed, start) ? typed.substr(start.size()) : typed;
+  return EndsWithIgnoringCase(remembered, "\\" + name);
+}
+
+/// The ini as the rest of the run takes it. A path that needs the current folder is made full here, once. Behind a
+/// restart, whose script starts the program with the same arguments, another folder is the current one.
+std::string FullIniPath(const Run& run, const std::string& typed, const RecordValue& value) {
+  const std::string path = Unquoted(typed);
+  if (path.empty() || !NeedsCurrentFolder(path)) return typed;
+  const std::string remembered = IsResumeRecorded(run.record()) ? run.record().read(value) : std::string();
+  return MayBeMeant(remembered, path) ? remembered : run.machine.files().fullPath(path);
+}
+
 /// A path given by a switch, or else remembered in the registry, or else none. Letter case counts here.
 std::string IniPath(const Run& run, const std::string& commandLine, const Switch& given, const Switch& remembered,
                     const RecordValue& value) {
-  if (Contains(commandLine, given.text)) return ParseCommand(commandLine, given.text);
+  if (Contains(commandLine, given.text)) return FullIniPath(run, ParseCommand(commandLine, given.text), value);
   return Contains(commandLine, remembered.text) ? run.record().read(value) : std::string();
 }
 

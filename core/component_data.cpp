@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/code_page.h"
 #include "base/ini.h"
 #include "base/paths.h"
 #include "base/procedure.h"
@@ -18,7 +19,9 @@ namespace {
 
 /// The name becomes a registry key of its own.
 void RequireUsableName(const Procedure& here, const std::string& component, const std::string& productIni) {
-  if (!component.empty() && !Contains(component, "\\") && component.size() <= modRegistry::LongestName) return;
+  if (!component.empty() && !Contains(WithoutTrailBytes(component), "\\") &&
+      component.size() <= modRegistry::LongestName)
+    return;
   throw here.failure("\"" + component + "\" in section [Actions] of " + productIni +
                      " is no name for a component. Give it one to " + std::to_string(modRegistry::LongestName) +
                      " characters and no backslash.");

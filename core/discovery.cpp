@@ -17,7 +17,7 @@ std::string AskForIni(const Run& run, const char* title) {
   if (run.options.silent) return std::string();
   return run.machine.dialogs()
       .chooseFile({.title = title,
-                   .folder = run.program.folder,
+                   .folder = AsAsked(run.program.folder),
                    .extension = "ini",
                    .filterName = ".ini Files",
                    .filterPattern = "*.ini"})

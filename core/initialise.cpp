@@ -99,6 +99,8 @@ void FindProductIni(Run& run) {
   GetProductIni(run);
   run.record().write(Value::InstallationIni, run.product.inis.application);
   run.record().write(Value::ProductIni, run.product.inis.product);
+  const std::string serverType = modINI::GetIniString(run.productIni(), "Product", "ServerType", "");
+  if (!serverType.empty()) run.record().write(Value::ProductServerType, serverType);
   if (run.state.mappedDrive.empty()) run.state.mappedDrive = MapDriveIfRequired(run.services, run.productIni());
 }
 
@@ -112,9 +114,15 @@ RunStops CannotStore(const Procedure& here, const std::string& component, const 
 }
 
 /// The components are numbered on from this index.
-void StoreComponents(const Run& run, const Procedure& here, const std::vector<std::string>& components, int index) {
+void StoreComponents(Run& run, const Procedure& here, const std::vector<std::string>& components, int index) {
+  // What the components name may lie on a share, and the product ini says what machine this is.
+  MarkApplyingShares(run);
   for (const std::string& component : components) {
     const StoredComponent stored = StoreComponentData(run, component, ++index);
+    if (stored.end == StoredComponent::End::BadName) {
+      SetProductResult(run, false, stored.reason);
+      continue;
+    }
     if (stored.end != StoredComponent::End::Stored) throw CannotStore(here, component, stored);
   }
   run.services.window.progressBar(Progress::ComponentsStored);
@@ -163,6 +171,8 @@ void PrepareFirstDisc(Run& run, const Procedure& here) {
 }
 
 void PrepareNextDisc(Run& run, const Procedure& here) {
+  // The machine's type is asked for again: this disc may name another.
+  run.facts.serverType.clear();
   FindAppIni(run);
   FindPackageRoot(run, here);
   StoreApplication(run, Disc::Further);

@@ -149,7 +149,8 @@ End RunProgramOrScript(Installation& at) {
 
 End Judge(Installation& at) {
   const std::string message = ReadNow(at.run.machine.registry(), at.component, ComponentValue::Message);
-  WriteNow(at.run.services, at.component, ComponentValue::Message, message);
+  // One that is too long to be read stays where it is.
+  if (!message.empty()) WriteNow(at.run.services, at.component, ComponentValue::Message, message);
   if (!at.isJudged) return ComponentEnd::Done;
   const Verdict verdict = CheckSuccess(at.run, at.component, *at.kind);
   // Three endings tell the three kinds of failure apart.

@@ -127,6 +127,7 @@ void StartFromReboot(Run& run) {
   TakeUpResume(here, run.record());
   modAutoRun::DestroyAutoRun(run.services);
   run.product.shares = ValidateShares(run);
+  MarkApplyingShares(run);
   CheckConfiguration(run);
 }
 

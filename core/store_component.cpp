@@ -51,10 +51,19 @@ void Store(const Run& run, const Procedure& here, const std::string& component, 
   here.action("Component registry entries written");
 }
 
+/// The name is that of a key and of a section: with a bracket in it, neither could be found.
+StoredComponent RefuseName(const Run& run, const Procedure& here, const std::string& component) {
+  const std::string text = "\"" + component + "\" in section [Actions] of " + run.product.inis.product +
+                           " is no name for a component. Give it a name without [ and ].";
+  here.error(text);
+  return {StoredComponent::End::BadName, text};
+}
+
 }  // namespace
 
 StoredComponent StoreComponentData(const Run& run, const std::string& component, int index) {
   const Procedure here(run.services.log, "modQXInstallationMain.StoreComponentData");
+  if (!modINI::ValidStr(component)) return RefuseName(run, here, component);
   try {
     Store(run, here, component, index);
     return {};

@@ -11,7 +11,8 @@ struct StoredComponent {
   enum class End {
     Failed,
     IniMissing,
-    Stored,  ///< or passed over, as an entry without a value is
+    BadName,  ///< no component can be called so: the product has failed, its other components are installed
+    Stored,   ///< or passed over, as an entry without a value is
   };
   End end = End::Stored;
   std::string reason = {};  ///< of a failure, which is logged

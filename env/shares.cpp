@@ -18,6 +18,7 @@ namespace {
 
 constexpr const char* FoldersSection = "folders";
 constexpr const char* SystemSharesKey = "System\\CurrentControlSet\\Services\\lanmanserver\\Shares";
+constexpr std::size_t ShareFields = 3;
 constexpr std::uint32_t ReadingMilliseconds = 500;
 constexpr std::uint32_t CompletedMilliseconds = 1000;
 
@@ -36,6 +37,20 @@ bool HasOpenQuote(const std::string& line) {
   return std::count(line.begin(), line.end(), '"') % 2 != 0;
 }
 
+/// The line as it was meant: a quote opens a field only at its very start.
+std::string WithoutBlanksBeforeQuotes(const std::string& line) {
+  std::string result;
+  bool quoted = false;
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    const bool atStart = result.empty() || result.back() == ',';
+    const std::size_t text = line.find_first_not_of(" \t", at);
+    if (!quoted && atStart && text != std::string::npos && line[text] == '"') at = text;
+    if (line[at] == '"') quoted = !quoted;
+    result += line[at];
+  }
+  return result;
+}
+
 /// Why a line cannot be used; "" when it can.
 std::string DefectOf(const std::string& line, const std::vector<std::string>& fields) {
   if (HasOpenQuote(line)) return "has a quote that is not closed and is passed over";
@@ -46,9 +61,12 @@ std::string DefectOf(const std::string& line, const std::vector<std::string>& fi
 }
 
 void ReadShare(clsFso& fso, const Procedure& here, SharesFile& file, const std::string& line, int number) {
-  const std::vector<std::string> fields = CsvFields(line);
-  const std::string defect = DefectOf(line, fields);
+  const std::string meant = WithoutBlanksBeforeQuotes(line);
+  const std::vector<std::string> fields = CsvFields(meant);
+  const std::string defect = DefectOf(meant, fields);
   if (!defect.empty()) return WarnOfShare(here, file, number, defect);
+  if (meant != line) WarnOfShare(here, file, number, "has blanks before a quote, which do not count");
+  if (fields.size() > ShareFields) WarnOfShare(here, file, number, "has surplus fields, which are passed over");
   file.shares.push_back({Trim(fields[0]), Normalised(Trim(fields[1])), fields.size() > 2 ? Trim(fields[2]) : ""});
   if (!FolderWillExist(fso, file.shares.back().folder)) {
     WarnOfShare(here, file, number, "names a folder on a drive that is missing");
@@ -152,6 +170,10 @@ Shares ValidateShares(const Run& run) {
   if (run.isUninstall() || applicationIni.empty() || !run.services.fso.fileExists(file.path)) return {};
   here.guard([&] { ReadShares(run.services, here, file); });
   return file.shares;
+}
+
+void MarkApplyingShares(Run& run) {
+  for (Share& share : run.product.shares) share.applies = IsValidMachine(run, share.machineTypes);
 }
 
 bool FolderWillExist(clsFso& fso, const std::string& path) {

@@ -8,8 +8,12 @@
 namespace assistant {
 
 /// The share definitions beside the application ini (Config\Shares.csv: name, folder, machine types); none on an
-/// uninstall. A line that cannot be used is told in the log and passed over.
+/// uninstall. A line that cannot be used is told in the log and passed over; one that can be used in part is told too.
 Shares ValidateShares(const Run& run);
+
+/// Marks the shares that are meant for machines of this type: references mean no others. The type may stand in the
+/// product ini, which must be known.
+void MarkApplyingShares(Run& run);
 
 /// True when the folder is there or can be made: its drive exists.
 bool FolderWillExist(clsFso& fso, const std::string& path);

@@ -41,6 +41,7 @@ enum class Way {
   Skip,           ///< it does not belong to the uninstall
   DeleteCopies,   ///< it was only copied
   RemovedBefore,  ///< an earlier uninstall removed it
+  LeftBefore,     ///< an earlier uninstall left it to another product
   Uninstall,
 };
 
@@ -48,9 +49,11 @@ enum class Way {
 /// remove, so that none is run again by an uninstall that goes on after a failure of another component.
 Way WayToRemove(platform::RegistryReader& registry, const Component& component) {
   if (!IsTrue(component.runOnUninstall)) return Way::Skip;
+  const std::string told = ReadNow(registry, component, ComponentValue::Uninstalled);
+  if (told == LeftToOthers) return Way::LeftBefore;
   if (CopyCodeOf(component) == CopyCode::IsTheInstallation) return Way::DeleteCopies;
   if (RemovalOf(component.install) == RemovedBy::Msiexec) return Way::Uninstall;
-  return IsTrue(ReadNow(registry, component, ComponentValue::Uninstalled)) ? Way::RemovedBefore : Way::Uninstall;
+  return IsTrue(told) ? Way::RemovedBefore : Way::Uninstall;
 }
 
 void DeleteCopiedFolder(clsFso& fso, const Procedure& here, const std::string& folder) {
@@ -100,13 +103,25 @@ std::optional<RemovalEnd> Remove(const Run& run, const Procedure& here, const Co
     case Way::RemovedBefore:
       here.action("Component " + component.name + " was removed by an earlier uninstall - skipping");
       return RemovalEnd::NotInstalled;
+    case Way::LeftBefore:
+      here.action("Component " + component.name + " was left to another product by an earlier uninstall - skipping");
+      return RemovalEnd::KeptForOthers;
     case Way::Uninstall:
       break;
   }
   return ExecuteUninstall(run, component, component.name);
 }
 
+/// The component is this product's no longer, whatever becomes of the rest of the uninstall.
+void LetGo(const Services& services, const Component& component, RemovalEnd end) {
+  if (end == RemovalEnd::KeptForOthers) WriteNow(services, component, ComponentValue::Uninstalled, LeftToOthers);
+  if (end == RemovalEnd::Removed || end == RemovalEnd::NotInstalled) {
+    WriteNow(services, component, ComponentValue::Uninstalled, TrueOrFalse(true));
+  }
+}
+
 void Record(Run& run, const Component& component, RemovalEnd end) {
+  LetGo(run.services, component, end);
   const char* result = end == RemovalEnd::Failed || end == RemovalEnd::NoCommand ? "Fail" : "Pass";
   WriteNow(run.services, component, ComponentValue::ProcessReturn, result);
   run.record().write(Value::ProductProcessReturn, result);

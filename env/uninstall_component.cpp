@@ -112,6 +112,15 @@ RemovalEnd CarryOut(const Removal& removal, const RemovalPlan& plan) {
   return TellNoCommand(removal);
 }
 
+/// True for a product that an unfinished uninstall has taken off the component's users. The one in work is none of
+/// them.
+bool HasLetGo(platform::RegistryReader& registry, const std::string& product, const Component& component,
+              const std::string& name) {
+  if (StartsWithIgnoringCase(component.key, ProductKey(product) + "\\")) return false;
+  const std::string told = modRegistry::ReadOrEmpty(registry, ComponentKey(product, name), ComponentValue::Uninstalled);
+  return IsTrue(told) || told == LeftToOthers;
+}
+
 }  // namespace
 
 int UserCount(const Services& services, const Component& component, const std::string& name) {
@@ -121,6 +130,7 @@ int UserCount(const Services& services, const Component& component, const std::s
   for (const std::string& product : modRegistry::SubKeys(registry, ProductsKey)) {
     const std::vector<std::string> components = modRegistry::SubKeys(registry, ProductKey(product));
     if (std::find(components.begin(), components.end(), name) == components.end()) continue;
+    if (HasLetGo(registry, product, component, name)) continue;
     ++count;
     here.detail(name + " used by " + product);
   }

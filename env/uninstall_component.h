@@ -21,8 +21,12 @@ enum class RemovalEnd {
 /// Whether a component that another product uses is removed all the same.
 enum class OtherUsers { Count, DoNotCount };
 
+/// What "Uninstalled" of a component's record says when an uninstall left the component to other products.
+inline constexpr const char* LeftToOthers = "Kept";
+
 /// Number of recorded products that hold a component of exactly that name (letter case counts), the current one
-/// included. `component` is the one in work, for the log.
+/// included. One whose uninstall has removed the component, or left it to others, does not count. `component` is the
+/// one in work, for the log.
 int UserCount(const Services& services, const Component& component, const std::string& name);
 
 /// True, with a warning in the log, when another product uses the component.

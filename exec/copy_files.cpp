@@ -36,11 +36,7 @@ void CopyFiles(const Services& services, const Procedure& here, const CopySource
     const std::string from = Joined(source.folder, file);
     const std::string to = Joined(destination, file);
     here.detail("Copying file " + from + " to " + to);
-    services.fso.copyFileOver(from, to);
-    // Nothing stays read-only that came from a CD.
-    const platform::Status freed = services.machine.files().setAttributes(to, {});
-    if (freed == platform::Status::Ok) continue;
-    throw here.failure(freed, modErrorBase::SystemErrorText(freed) + ": " + to);
+    services.fso.copyFileAnew(from, to);
   }
 }
 
@@ -49,9 +45,9 @@ void CopyFiles(const Services& services, const Procedure& here, const CopySource
 void SetPermissions(platform::Files& files, const Procedure& here, const std::string& destination) {
   using platform::AccessRight;
   using platform::Account;
-  const platform::Status set = files.setAccess(destination, {{Account::Administrators, AccessRight::Full},
-                                                             {Account::LocalSystem, AccessRight::Full},
-                                                             {Account::Users, AccessRight::ReadAndExecute}});
+  const platform::Status set = files.setAccess(AsAsked(destination), {{Account::Administrators, AccessRight::Full},
+                                                                      {Account::LocalSystem, AccessRight::Full},
+                                                                      {Account::Users, AccessRight::ReadAndExecute}});
   if (set == platform::Status::Ok || set == platform::Status::CallNotImplemented) return;
   throw here.failure(set,
                      "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set));
@@ -61,7 +57,7 @@ void SetPermissions(platform::Files& files, const Procedure& here, const std::st
 bool IsPlain(const std::string& path) {
   const std::vector<std::string> names = Split(path, '\\');
   return path.find('/') == std::string::npos && (path.find(':') != 1 || names.front().size() == 2) &&
-         std::none_of(names.begin(), names.end(), [](const std::string& name) { return name == "." || name == ".."; });
+         std::none_of(names.begin(), names.end(), IsDots);
 }
 
 /// Clearing the versions at such a target would delete the source, and the copy would never come to an end.
@@ -93,6 +89,16 @@ void RequireApartFromOldVersions(const Procedure& here, const CopySource& source
       IsVersionFolderName(LowerCase(Split(source.folder.substr(parent.size()), '\\').front()))) {
     throw here.failure("The component's folder " + source.folder + " lies beside the copy's target " + destination +
                        ", where older versions are deleted" + Remedy);
+  }
+}
+
+/// The copy is an administrator's, a link may be anybody's: it would lead the copy to whatever folder it names.
+void RequireNoLink(clsFso& fso, const Procedure& here, const std::string& destination) {
+  for (std::string folder = destination; !folder.empty(); folder = FolderPart(folder)) {
+    if (!fso.isLink(folder)) continue;
+    throw here.failure(
+        "The copy's target " + destination + " leads through " + folder +
+        ", a link to another folder, which is not followed. Delete the link, or name the folder itself.");
   }
 }
 
@@ -146,6 +152,7 @@ Copied DoCopyOp(const Services& services, const Component& component, const Copy
     for (const std::string& target : targets.folders) {
       destination = CopyDestination(component, target, targets.appendPath);
       RequireUsableTarget(here, source, destination);
+      RequireNoLink(services.fso, here, destination);
       if (ReplacesVersions(component, targets.appendPath, destination)) {
         RequireApartFromOldVersions(here, source, destination);
         DeleteCopyOp(services, destination);

@@ -11,7 +11,8 @@ namespace {
 
 bool SameOrNewerIsInstalled(clsAppLog& log, const Component& component, const InstalledProducts& installed) {
   const InstalledProduct* product = installed.find(component.productCode);
-  return product != nullptr && !IsNewerVersion(log, component.productVersion, product->version);
+  return product != nullptr && !product->version.empty() &&
+         !IsNewerVersion(log, component.productVersion, product->version);
 }
 
 CopyEnd AlreadyThere(const Procedure& here, const Component& component) {

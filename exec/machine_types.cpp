@@ -50,7 +50,8 @@ bool IsValidMachine(const Run& run, const std::string& query) {
       known = run.record().read(Value::ServerType);
       if (!IsType(known)) {
         if (Contains(wanted, "vanilla")) return true;
-        known = modINI::GetIniString(run.productIni(), "Product", "ServerType", "");
+        known = modINI::GetIniString(run.productIni(), "Product", "ServerType",
+                                     run.record().read(Value::ProductServerType));
       }
     }
     if (known.empty()) {

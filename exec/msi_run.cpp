@@ -17,8 +17,14 @@ namespace {
 constexpr std::uint32_t MinuteMilliseconds = 60000;
 constexpr int DefaultLoops = 5;
 
+/// What tells no version may be advertised only, or broken: nothing that could be repaired.
+bool HasVersion(const InstalledProduct* installed) {
+  return installed != nullptr && !installed->version.empty();
+}
+
 PackagePlan::Step StepFor(clsAppLog& log, const Component& component, const InstalledProduct* installed) {
   if (installed == nullptr || IsTrue(component.upgrade)) return PackagePlan::Step::Run;
+  if (!HasVersion(installed)) return PackagePlan::Step::ReplaceOlder;
   return IsNewerVersion(log, component.productVersion, installed->version) ? PackagePlan::Step::ReplaceOlder
                                                                            : PackagePlan::Step::Skip;
 }
@@ -94,9 +100,10 @@ PackagePlan PlanPackage(clsAppLog& log, const Component& component, const Instal
   const Procedure here = PackageProcedure(log);
   PackagePlan plan;
   here.guard([&] {
-    // Two blanks behind the switch: its own and the added one.
-    plan.command = std::string("msiexec ") + (IsTrue(component.upgrade) ? "/fv " : "/i ") + " " + arguments;
     const InstalledProduct* present = installed.find(component.productCode);
+    const bool repairs = IsTrue(component.upgrade) && HasVersion(present);
+    // Two blanks behind the switch: its own and the added one.
+    plan.command = std::string("msiexec ") + (repairs ? "/fv " : "/i ") + " " + arguments;
     if (present != nullptr) {
       plan.installedVersion = present->version;
       here.detail("A Component with this code is already installed: <br>Code : " + present->code +

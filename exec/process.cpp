@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/error_texts.h"
+#include "base/paths.h"
 #include "base/procedure.h"
 #include "base/text.h"
 
@@ -105,7 +106,7 @@ std::optional<std::int32_t> Shell(const Services& services, const std::string& c
   here.detail("Running " + commandLine);
   platform::OwnedProcess process(services.machine.processes());
   const platform::Status started =
-      services.machine.processes().start(commandLine, workingFolder, options.showWindow, process.receive());
+      services.machine.processes().start(commandLine, AsAsked(workingFolder), options.showWindow, process.receive());
   std::optional<std::int32_t> result = NotStarted;
   if (started == platform::Status::Ok) {
     result = WaitUntil(services, process, options.milliseconds);

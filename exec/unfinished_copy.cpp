@@ -12,9 +12,11 @@ constexpr const char* UnfinishedMark = "QX copy not finished.txt";
 }  // namespace
 
 void MarkUnfinished(clsFso& fso, const std::string& folder) {
+  const std::string mark = Joined(folder, UnfinishedMark);
+  // One that is there may be another file under this name, which must not be written over.
+  if (fso.fileExists(mark)) fso.deleteFileForced(mark);
   fso.writeNewFile(
-      Joined(folder, UnfinishedMark),
-      std::string("The copy to this folder was begun and is not finished, or it is being deleted.") + LineBreak);
+      mark, std::string("The copy to this folder was begun and is not finished, or it is being deleted.") + LineBreak);
 }
 
 void MarkFinished(clsFso& fso, const std::string& folder) {
@@ -22,7 +24,8 @@ void MarkFinished(clsFso& fso, const std::string& folder) {
 }
 
 bool HoldsUnfinishedCopy(clsFso& fso, const std::string& folder) {
-  return fso.fileExists(Joined(folder, UnfinishedMark));
+  const std::string mark = Joined(folder, UnfinishedMark);
+  return fso.fileExists(mark) && !fso.isLink(mark);
 }
 
 void DeleteCopy(const Services& services, const std::string& folder) {

@@ -11,7 +11,7 @@ namespace assistant {
 void MarkUnfinished(clsFso& fso, const std::string& folder);
 void MarkFinished(clsFso& fso, const std::string& folder);
 
-/// True when a copy into that folder was begun and not finished.
+/// True when a copy into that folder was begun and not finished. Only a plain file is a mark.
 bool HoldsUnfinishedCopy(clsFso& fso, const std::string& folder);
 
 /// Deletes a copy. Until the folder is gone it bears the mark. Raises the system's number.

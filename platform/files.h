@@ -69,6 +69,10 @@ class FileReader {
   /// Bytes that the caller may still write to the drive; 0 after a failure.
   virtual Status freeSpace(char letter, std::uint64_t& bytes) = 0;
 
+  /// The full form of a path: a relative one starts at the current folder, one like "D:file" at the current folder of
+  /// that drive. What cannot be made full stays as it is.
+  virtual std::string fullPath(const std::string& path) = 0;
+
   /// Leaves `attributes` as they were after a failure.
   virtual Status attributes(const std::string& path, Attributes& attributes) = 0;
   /// The entries of a folder, sorted by name without regard to letter case. None after a failure at its start; those

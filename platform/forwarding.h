@@ -42,6 +42,7 @@ class ForwardingFiles : public Files {
   std::vector<Drive> drives() override { return inner_.drives(); }
   Status volumeLabel(char letter, std::string& label) override { return inner_.volumeLabel(letter, label); }
   Status freeSpace(char letter, std::uint64_t& bytes) override { return inner_.freeSpace(letter, bytes); }
+  std::string fullPath(const std::string& path) override { return inner_.fullPath(path); }
   Status attributes(const std::string& path, Attributes& attributes) override {
     return inner_.attributes(path, attributes);
   }
@@ -137,6 +138,7 @@ class ForwardingMachine : public Machine {
   std::string environment(const std::string& name) override { return inner_.environment(name); }
   std::string programPath() override { return inner_.programPath(); }
   std::string commandLine() override { return inner_.commandLine(); }
+  bool isLeadByte(unsigned char byte) override { return inner_.isLeadByte(byte); }
   bool anotherCopyRuns() override { return inner_.anotherCopyRuns(); }
 
  private:

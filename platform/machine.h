@@ -37,6 +37,9 @@ class Machine {
   /// The whole command line, the program's own path included, as the system passed it.
   virtual std::string commandLine() = 0;
 
+  /// True for a byte that begins a character of two bytes in the machine's ANSI code page.
+  virtual bool isLeadByte(unsigned char byte) = 0;
+
   /// Claims the program's place among the running programs of this session. True when another copy holds it already.
   virtual bool anotherCopyRuns() = 0;
 };

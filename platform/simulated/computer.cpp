@@ -42,6 +42,12 @@ void Computer::setSystem(const std::string& name) {
   if (files_.allDrives().count('C') != 0) makeSystemFolders();
 }
 
+void Computer::setJapanese(bool japanese) {
+  machine_.japanese = japanese;
+  files_.setJapanese(japanese);
+  registry_.setJapanese(japanese);
+}
+
 void Computer::setUser(const std::string& user, const std::string& domain) {
   machine_.user = user;
   machine_.domain = domain;

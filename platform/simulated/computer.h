@@ -37,6 +37,8 @@ class Computer : public platform::Platform {
 
   /// Turns the machine into one with this system ("Windows 98"), with its folders.
   void setSystem(const std::string& name);
+  /// Turns the machine into one with the Japanese code page, or back.
+  void setJapanese(bool japanese);
   void setUser(const std::string& user, const std::string& domain);
   /// Adds a drive whose content is a folder of the machine's state.
   void addDrive(Drive drive);

@@ -136,6 +136,7 @@ void Loader::machine(const Section& section) {
           {"computer", [&](const std::string& v) { machine.computer = v; }},
           {"user", [&](const std::string& v) { user = v; }},
           {"domain", [&](const std::string& v) { domain = v; }},
+          {"japanese", [&](const std::string& v) { computer_.setJapanese(ParseYes(v)); }},
           {"time", [&](const std::string& v) { computer_.clock().setTime(v); }},
           {"program", [&](const std::string& v) { program = v; }},
           {"arguments", [&](const std::string& v) { arguments = v; }},
@@ -323,6 +324,7 @@ std::string DescribeMachine(Computer& computer) {
   std::string text = "[machine]\nsystem=" + std::string(machine.system().name) + "\ncomputer=" + machine.computer +
                      "\nuser=" + machine.user + "\ndomain=" + machine.domain + "\ntime=" + computer.clock().timeText() +
                      "\n";
+  if (machine.japanese) text += "japanese=yes\n";
   if (!machine.variables.empty()) text += "\n[environment]\n";
   for (const auto& [name, value] : machine.variables) text.append(name).append("=").append(value).append("\n");
   for (const auto& [letter, drive] : computer.files().allDrives())

@@ -25,10 +25,12 @@ bool HasDrive(const std::string& path) {
   return path.size() >= 2 && path[1] == ':' && std::isalpha(static_cast<unsigned char>(path[0])) != 0;
 }
 
+}  // namespace
+
 /// Names between the separators, with "." and ".." worked off.
-std::vector<std::string> NamesOf(const std::string& path) {
+std::vector<std::string> Files::namesOf(const std::string& path) const {
   std::vector<std::string> names;
-  for (const std::string& name : Split(path, '\\')) {
+  for (const std::string& name : Split(path, '\\', japanese_)) {
     if (name == "..") {
       if (!names.empty()) names.pop_back();
     } else if (!name.empty() && name != ".") {
@@ -38,7 +40,24 @@ std::vector<std::string> NamesOf(const std::string& path) {
   return names;
 }
 
-}  // namespace
+std::size_t Files::lastSeparator(const std::string& path) const {
+  return WithoutTrailBytes(path, japanese_).rfind('\\');
+}
+
+void Files::setCurrentFolder(const std::string& folder) {
+  setDriveFolder(folder);
+  currentDrive_ = UpperLetter(folder[0]);
+}
+
+void Files::setDriveFolder(const std::string& folder) {
+  if (!HasDrive(folder)) Refuse("current folder '" + folder + "': name its drive");
+  driveFolders_[UpperLetter(folder[0])] = folder.substr(2);
+}
+
+std::string Files::driveFolder(char letter) const {
+  const auto found = driveFolders_.find(UpperLetter(letter));
+  return found == driveFolders_.end() ? "" : found->second;
+}
 
 Drive* Files::drive(char letter) {
   const auto found = drives_.find(UpperLetter(letter));
@@ -82,22 +101,16 @@ void Files::setFree(char letter, std::uint64_t bytes) {
   found->free = bytes;
 }
 
-std::string Files::fullPath(const std::string& path) const {
+std::string Files::full(const std::string& path) const {
   std::string text = path;
   for (char& c : text)
     if (c == '/') c = '\\';
-  std::string root = currentFolder_.substr(0, 2);
-  if (HasDrive(text)) {
-    root = text.substr(0, 2);
-    text = text.substr(2);
-    if (SameText(root, currentFolder_.substr(0, 2)) && (text.empty() || text[0] != '\\'))
-      text = currentFolder_.substr(2) + "\\" + text;
-  } else if (text.rfind("\\\\", 0) == 0) {
-    return text;
-  } else if (text.empty() || text[0] != '\\') {
-    text = currentFolder_.substr(2) + "\\" + text;
-  }
-  const std::vector<std::string> names = NamesOf(text);
+  if (text.rfind("\\\\", 0) == 0) return text;
+  const bool hasDrive = HasDrive(text);
+  std::string root = hasDrive ? text.substr(0, 2) : std::string(1, currentDrive_) + ":";
+  if (hasDrive) text = text.substr(2);
+  if (text.empty() || text[0] != '\\') text = driveFolder(root[0]) + "\\" + text;
+  const std::vector<std::string> names = namesOf(text);
   for (const std::string& name : names) root += "\\" + name;
   return names.empty() ? root + "\\" : root;
 }
@@ -114,7 +127,7 @@ void Files::fillIn(Place& place) {
 
 Files::Place Files::locate(const std::string& path) {
   Place place;
-  const std::string full = path.empty() ? path : fullPath(path);
+  const std::string full = path.empty() ? path : this->full(path);
   if (!HasDrive(full) || full.size() > LongestPath) return place;
   place.drive = drive(full[0]);
   if (place.drive == nullptr) return place;
@@ -122,11 +135,11 @@ Files::Place Files::locate(const std::string& path) {
     place.status = Status::NotReady;
     return place;
   }
-  if (full.find_first_of("<>\"|?*", 2) != std::string::npos || full.find(':', 2) != std::string::npos) {
+  if (WithoutTrailBytes(full, japanese_).find_first_of("<>\"|?*:", 2) != std::string::npos) {
     place.status = InvalidName;
     return place;
   }
-  const std::size_t last = full.rfind('\\');
+  const std::size_t last = lastSeparator(full);
   const std::string name = full.substr(last + 1);
   const std::string folder = hostFolder(*place.drive, full.substr(0, last));
   if (folder.empty()) return place;
@@ -147,7 +160,7 @@ std::string Files::hostFolder(const Drive& drive, const std::string& full) {
   if (full.size() <= 2) return drive.folder;
   std::string& known = folders_[Lower(full)];
   if (IsHostFolder(known)) return known;
-  const std::size_t last = full.rfind('\\');
+  const std::size_t last = lastSeparator(full);
   const std::string parent = hostFolder(drive, full.substr(0, last));
   const std::string name = parent.empty() ? "" : FindHostEntry(parent, full.substr(last + 1));
   known = name.empty() ? "" : parent + "/" + name;
@@ -156,7 +169,8 @@ std::string Files::hostFolder(const Drive& drive, const std::string& full) {
 
 void Files::put(const std::string& path, const std::string& bytes) {
   const std::string full = fullPath(path);
-  makeFolder(full.substr(0, full.rfind('\\')));
+  const std::size_t last = lastSeparator(full);
+  makeFolder(last == 2 ? full.substr(0, 3) : full.substr(0, last));
   const Place place = locate(full);
   if (place.status != Status::Ok && place.status != Status::FileNotFound)
     Refuse("file '" + path + "' cannot be written: its drive is missing, not ready, or the name is not valid");
@@ -171,7 +185,7 @@ void Files::makeFolder(const std::string& path) {
   if (!HasDrive(full) || drive(full[0]) == nullptr || !drive(full[0])->ready)
     Refuse("folder '" + path + "' cannot be created: its drive is missing or not ready");
   std::string host = drive(full[0])->folder;
-  for (const std::string& name : NamesOf(full.substr(2))) {
+  for (const std::string& name : namesOf(full.substr(2))) {
     const std::string found = FindHostEntry(host, name);
     host += "/" + (found.empty() ? name : found);
   }

@@ -35,6 +35,8 @@ class Files : public platform::Files {
   std::vector<platform::Drive> drives() override;
   platform::Status volumeLabel(char letter, std::string& label) override;
   platform::Status freeSpace(char letter, std::uint64_t& bytes) override;
+  /// Full form of a path: drive, no doubled separators, no "." and "..".
+  std::string fullPath(const std::string& path) override { return full(path); }
   platform::Status attributes(const std::string& path, platform::Attributes& attributes) override;
   platform::Status setAttributes(const std::string& path, const platform::Attributes& attributes) override;
   platform::Status list(const std::string& folder, std::vector<platform::FolderEntry>& entries) override;
@@ -59,8 +61,12 @@ class Files : public platform::Files {
   void ejectDisc(char letter);
   void setFree(char letter, std::uint64_t bytes);
 
-  /// Where relative paths start.
-  void setCurrentFolder(const std::string& folder) { currentFolder_ = folder; }
+  /// Where relative paths start. Its drive becomes the current one.
+  void setCurrentFolder(const std::string& folder);
+  /// Where paths like "D:file" start, and what "D:" means: the drive's own current folder, at first its root.
+  void setDriveFolder(const std::string& folder);
+  /// Whether names are in the Japanese code page.
+  void setJapanese(bool japanese) { japanese_ = japanese; }
   /// Whether volumes and the system know access control.
   void setAccessControl(bool known) { accessControl_ = known; }
 
@@ -75,8 +81,6 @@ class Files : public platform::Files {
   bool isFolder(const std::string& path);
   void remove(const std::string& path);
 
-  /// Full form of a path: drive, no doubled separators, no "." and "..".
-  std::string fullPath(const std::string& path) const;
   /// Closes every open file, as the end of the program does.
   void closeAll();
 
@@ -101,6 +105,10 @@ class Files : public platform::Files {
   };
 
   Drive* drive(char letter);
+  std::string full(const std::string& path) const;
+  std::string driveFolder(char letter) const;
+  std::vector<std::string> namesOf(const std::string& path) const;
+  std::size_t lastSeparator(const std::string& path) const;
   Place locate(const std::string& path);
   std::string hostFolder(const Drive& drive, const std::string& full);
   static void fillIn(Place& place);
@@ -116,7 +124,9 @@ class Files : public platform::Files {
   std::map<std::string, std::string> folders_;  ///< host folders of lower-case full paths
   std::map<std::uintptr_t, OpenFile> open_;
   std::uintptr_t nextHandle_ = 1;
-  std::string currentFolder_ = "C:\\";
+  char currentDrive_ = 'C';
+  std::map<char, std::string> driveFolders_;  ///< current folders without the drive; "" for those not set
+  bool japanese_ = false;
   bool accessControl_ = true;
 };
 

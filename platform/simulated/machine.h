@@ -12,6 +12,7 @@
 #include "platform/machine.h"
 #include "platform/power.h"
 #include "platform/simulated/journal.h"
+#include "platform/simulated/text.h"
 
 namespace simulated {
 
@@ -38,6 +39,7 @@ class Machine : public platform::Machine {
   std::string environment(const std::string& name) override;
   std::string programPath() override { return programPath_; }
   std::string commandLine() override { return commandLine_; }
+  bool isLeadByte(unsigned char byte) override { return japanese && IsJapaneseLeadByte(byte); }
   bool anotherCopyRuns() override {
     holdsPlace_ = true;
     return anotherCopy_;
@@ -55,6 +57,8 @@ class Machine : public platform::Machine {
   std::string computer = "QXTEST";
   std::string user = "Administrator";
   std::string domain = "QX";
+  /// Whether the code page is the Japanese one (932). Files and registry are told as well: Computer::setJapanese.
+  bool japanese = false;
   /// Variables that were set beside those of the system; "" hides one of the system.
   std::map<std::string, std::string> variables;
 

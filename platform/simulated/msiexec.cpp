@@ -1,5 +1,6 @@
 // What msiexec does with packages.
 #include <algorithm>
+#include <cstdlib>
 
 #include "platform/simulated/command_line.h"
 #include "platform/simulated/text.h"
@@ -27,6 +28,14 @@ Outcome Ends(std::int32_t exitCode) {
   Outcome outcome;
   outcome.exitCode = exitCode;
   return outcome;
+}
+
+bool IsNewer(const std::string& version, const std::string& than) {
+  const std::vector<std::string> a = Split(version, '.');
+  const std::vector<std::string> b = Split(than, '.');
+  for (std::size_t i = 0; i < a.size() && i < b.size(); ++i)
+    if (std::atoi(a[i].c_str()) != std::atoi(b[i].c_str())) return std::atoi(a[i].c_str()) > std::atoi(b[i].c_str());
+  return false;
 }
 
 bool IsSwitch(const std::string& argument) {
@@ -100,7 +109,8 @@ Outcome WindowsInstaller::installPackage(const Request& request) {
   declared->used = true;
   const Package& package = declared->package;
   const auto there = find(package.code);
-  if (there != products_.end() && there->version != package.version) return Ends(OtherVersionInstalled);
+  const bool installed = there != products_.end() && !there->version.empty();
+  if (installed && there->version != package.version) return Ends(OtherVersionInstalled);
   Outcome outcome = package.install;
   if (Succeeds(outcome.exitCode)) outcome.installs.push_back({package.code, package.name, package.version});
   return outcome;
@@ -121,10 +131,15 @@ Outcome WindowsInstaller::repairProduct(const Request& request) {
   Declared* declared = findPackage(request.target);
   if (declared == nullptr) declared = findByCode(request.target, versionOf(request.target));
   const std::string code = declared == nullptr ? request.target : declared->package.code;
-  if (find(code) == products_.end()) return Ends(UnknownProduct);
+  if (versionOf(code).empty()) return Ends(UnknownProduct);
   if (declared == nullptr) return {};
   declared->used = true;
-  return declared->package.repair;
+  const Package& package = declared->package;
+  Outcome outcome = package.repair;
+  // A repair from a newer package makes the product that version.
+  if (Succeeds(outcome.exitCode) && IsNewer(package.version, versionOf(code)))
+    outcome.installs.push_back({package.code, package.name, package.version});
+  return outcome;
 }
 
 Outcome WindowsInstaller::execute(const std::string& commandLine) {

@@ -15,7 +15,7 @@ namespace simulated {
 struct Product {
   std::string code;
   std::string name;
-  std::string version;
+  std::string version;  ///< "" for one that is only advertised
 };
 
 /// A value that a program writes. The key is a full path (HKLM\... or HKCU\...). Data is a text, or dword:, hex: or

@@ -106,6 +106,7 @@ Status Processes::start(const std::string& commandLine, const std::string& worki
     return result;
   }
   around_.journal.record(shown);
+  startedIn_.push_back(around_.files.fullPath(workingFolder.empty() ? "." : workingFolder));
   launch(commandLine, std::move(outcome), started);
   return Status::Ok;
 }

@@ -52,6 +52,8 @@ class Processes : public platform::Processes {
   std::vector<std::string> unused() const;
   /// Command lines of the programs that started, in order.
   const std::vector<std::string>& ran() const { return ran_; }
+  /// The folders in which they started, in full.
+  const std::vector<std::string>& startedIn() const { return startedIn_; }
   std::size_t openHandles() const { return handles_.size(); }
   /// Ends everything that runs, without its outcome.
   void endAll();
@@ -86,6 +88,7 @@ class Processes : public platform::Processes {
   std::map<std::uintptr_t, std::size_t> handles_;  ///< to the index of the process
   std::uintptr_t nextHandle_ = 1;
   std::vector<std::string> ran_;
+  std::vector<std::string> startedIn_;
 };
 
 }  // namespace simulated

@@ -30,9 +30,9 @@ std::string ShownValue(const RegistryValue& value) {
   return line.substr(line.find('=') + 1);
 }
 
-bool IsMalformed(const std::string& path) {
+bool IsMalformed(const std::string& path, bool japanese) {
   if (path.empty()) return false;
-  for (const std::string& part : Split(path, '\\'))
+  for (const std::string& part : Split(path, '\\', japanese))
     if (part.empty() || part.size() > LongestKeyName) return true;
   return false;
 }
@@ -55,7 +55,7 @@ Status Registry::enter(std::shared_ptr<Key> key, const std::string& fullPath, pl
 Status Registry::openKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                          KeyHandle& key) {
   key = {};
-  if (IsMalformed(path)) return Status::BadKey;
+  if (IsMalformed(path, japanese_)) return Status::BadKey;
   const std::string fullPath = FullPath(root, path);
   std::shared_ptr<Key> found = locate(fullPath);
   if (!found) return Status::FileNotFound;
@@ -65,7 +65,7 @@ Status Registry::openKey(platform::RegistryRoot root, const std::string& path, p
 Status Registry::createKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                            KeyHandle& key) {
   key = {};
-  if (IsMalformed(path)) return Status::BadKey;
+  if (IsMalformed(path, japanese_)) return Status::BadKey;
   const std::string fullPath = FullPath(root, path);
   bool made = false;
   std::shared_ptr<Key> found = make(fullPath, made);
@@ -138,7 +138,7 @@ Status Registry::deleteValue(KeyHandle key, const std::string& name) {
 }
 
 Status Registry::deleteKey(platform::RegistryRoot root, const std::string& path) {
-  if (IsMalformed(path)) return Status::BadKey;
+  if (IsMalformed(path, japanese_)) return Status::BadKey;
   const std::string fullPath = FullPath(root, path);
   const std::shared_ptr<Key> key = locate(fullPath);
   if (!key) return Status::FileNotFound;

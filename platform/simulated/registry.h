@@ -55,6 +55,11 @@ class Registry : public platform::Registry {
   std::vector<std::string> keys(const std::string& fullPath) const;
   std::vector<std::string> values(const std::string& fullPath) const;
 
+  /// Whether names are in the Japanese code page; what is stored is read again by it.
+  void setJapanese(bool japanese) {
+    japanese_ = japanese;
+    reload();
+  }
   /// Forgets everything in memory and open keys, and reads the file again.
   void reload();
   /// Keys that are open now.
@@ -103,6 +108,7 @@ class Registry : public platform::Registry {
   std::uintptr_t nextHandle_ = 1;
   std::FILE* journalFile_ = nullptr;
   std::string currentKeyLine_;
+  bool japanese_ = false;
 };
 
 }  // namespace simulated

@@ -13,8 +13,8 @@ namespace simulated {
 namespace {
 
 /// The path's names, the root's long name first.
-std::vector<std::string> PartsOf(const std::string& fullPath) {
-  std::vector<std::string> parts = Split(fullPath, '\\');
+std::vector<std::string> PartsOf(const std::string& fullPath, bool japanese) {
+  std::vector<std::string> parts = Split(fullPath, '\\', japanese);
   if (SameText(parts[0], "HKLM")) parts[0] = "HKEY_LOCAL_MACHINE";
   if (SameText(parts[0], "HKCU")) parts[0] = "HKEY_CURRENT_USER";
   if (!SameText(parts[0], "HKEY_LOCAL_MACHINE") && !SameText(parts[0], "HKEY_CURRENT_USER"))
@@ -86,7 +86,7 @@ RegistryValue* Registry::valueOf(Key& key, const std::string& name) {
 
 std::shared_ptr<Registry::Key> Registry::locate(const std::string& fullPath) const {
   std::shared_ptr<Key> key = root_;
-  for (const std::string& name : PartsOf(fullPath)) {
+  for (const std::string& name : PartsOf(fullPath, japanese_)) {
     const Position position = place(*key, name);
     if (position == key->below.end() || !SameText((*position)->name, name)) return nullptr;
     key = *position;
@@ -97,7 +97,7 @@ std::shared_ptr<Registry::Key> Registry::locate(const std::string& fullPath) con
 std::shared_ptr<Registry::Key> Registry::make(const std::string& fullPath, bool& made) {
   std::shared_ptr<Key> key = root_;
   made = false;
-  for (const std::string& name : PartsOf(fullPath)) {
+  for (const std::string& name : PartsOf(fullPath, japanese_)) {
     Position position = place(*key, name);
     if (position == key->below.end() || !SameText((*position)->name, name)) {
       made = true;
@@ -116,7 +116,7 @@ void Registry::markDeleted(Key& key) {
 }
 
 void Registry::detach(const std::string& fullPath) {
-  const std::size_t last = fullPath.rfind('\\');
+  const std::size_t last = WithoutTrailBytes(fullPath, japanese_).rfind('\\');
   if (last == std::string::npos) Refuse("registry root '" + fullPath + "' cannot be deleted");
   const std::shared_ptr<Key> parent = locate(fullPath.substr(0, last));
   const Position position = place(*parent, fullPath.substr(last + 1));

@@ -60,6 +60,27 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
+std::vector<std::string> Split(const std::string& text, char separator, bool japanese) {
+  const std::vector<std::string> plain = Split(WithoutTrailBytes(text, japanese), separator);
+  std::vector<std::string> parts;
+  std::size_t start = 0;
+  for (const std::string& part : plain) {
+    parts.push_back(text.substr(start, part.size()));
+    start += part.size() + 1;
+  }
+  return parts;
+}
+
+bool IsJapaneseLeadByte(unsigned char byte) {
+  return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
+}
+
+std::string WithoutTrailBytes(std::string text, bool japanese) {
+  for (std::size_t at = 0; japanese && at + 1 < text.size(); ++at)
+    if (IsJapaneseLeadByte(static_cast<unsigned char>(text[at]))) text[++at] = 'x';
+  return text;
+}
+
 void Refuse(const std::string& text) {
   throw std::runtime_error(text);
 }

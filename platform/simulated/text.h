@@ -17,6 +17,13 @@ bool ContainsText(const std::string& text, const std::string& part);
 std::string Trim(const std::string& text);
 /// The parts between the separators, empty ones included.
 std::vector<std::string> Split(const std::string& text, char separator);
+/// The same in a text of the machine's code page, where the second byte of a character is no separator.
+std::vector<std::string> Split(const std::string& text, char separator, bool japanese);
+
+/// True for a byte that begins a character of two in the Japanese code page (932).
+bool IsJapaneseLeadByte(unsigned char byte);
+/// The text with a letter in place of the second bytes of such characters; as it is where the machine is not Japanese.
+std::string WithoutTrailBytes(std::string text, bool japanese);
 
 /// Raises std::runtime_error with this text: a set-up that cannot be carried out.
 [[noreturn]] void Refuse(const std::string& text);

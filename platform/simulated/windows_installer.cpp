@@ -94,6 +94,8 @@ Status WindowsInstaller::productInformation(const std::string& productCode, plat
   if (!installed_) return Status::LibraryNotFound;
   const auto product = find(productCode);
   if (product == products_.end()) return Status::UnknownProduct;
+  // The version of a product that is only advertised is no property of it.
+  if (property == platform::ProductProperty::Version && product->version.empty()) return Status::UnknownProperty;
   value = property == platform::ProductProperty::Name ? product->name : product->version;
   return Status::Ok;
 }

@@ -82,8 +82,18 @@ Status MoveOver(const char* from, const char* to) {
   return StatusOf(MoveFileA(from, to));
 }
 
+/// The second byte of a character may look like a backslash.
+bool EndsWithSeparator(const std::string& path) {
+  bool separator = false;
+  for (std::size_t at = 0; at < path.size(); ++at) {
+    separator = path[at] == '\\';
+    if (IsDBCSLeadByteEx(CP_ACP, static_cast<BYTE>(path[at]))) ++at;
+  }
+  return separator;
+}
+
 std::string SearchPattern(const std::string& folder) {
-  bool joined = folder.empty() || folder.back() == '\\';
+  bool joined = folder.empty() || EndsWithSeparator(folder);
   return folder + (joined ? "*" : "\\*");
 }
 
@@ -110,6 +120,18 @@ Status WhyNothingFound(const std::string& folder) {
 }
 
 }  // namespace
+
+std::string FilesAdapter::fullPath(const std::string& path) {
+  QuietErrors quiet;
+  char* name = nullptr;
+  DWORD needed = GetFullPathNameA(path.c_str(), 0, nullptr, &name);
+  if (needed == 0) return path;
+  std::string full(needed, '\0');
+  DWORD length = GetFullPathNameA(path.c_str(), needed, full.data(), &name);
+  if (length == 0 || length >= needed) return path;
+  full.resize(length);
+  return full;
+}
 
 Status FilesAdapter::attributes(const std::string& path, Attributes& found) {
   QuietErrors quiet;

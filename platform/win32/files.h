@@ -10,6 +10,7 @@ class FilesAdapter final : public platform::Files {
   std::vector<platform::Drive> drives() override;
   platform::Status volumeLabel(char letter, std::string& label) override;
   platform::Status freeSpace(char letter, std::uint64_t& bytes) override;
+  std::string fullPath(const std::string& path) override;
   platform::Status attributes(const std::string& path, platform::Attributes& found) override;
   platform::Status list(const std::string& folder, std::vector<platform::FolderEntry>& entries) override;
   platform::Status read(const std::string& path, std::string& bytes) override;

@@ -80,6 +80,10 @@ std::string MachineAdapter::commandLine() {
   return GetCommandLineA();
 }
 
+bool MachineAdapter::isLeadByte(unsigned char byte) {
+  return IsDBCSLeadByteEx(CP_ACP, byte) != FALSE;
+}
+
 // Refused access means that it exists already, made by a copy that runs for another user.
 bool MachineAdapter::anotherCopyRuns() {
   place_.reset();

@@ -19,6 +19,7 @@ class MachineAdapter final : public platform::Machine {
   std::string environment(const std::string& name) override;
   std::string programPath() override;
   std::string commandLine() override;
+  bool isLeadByte(unsigned char byte) override;
   bool anotherCopyRuns() override;
 
  private:

@@ -1,6 +1,7 @@
 // Components that are delivered by copying: where to, over what, and what a copy that fails leaves behind.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -21,7 +22,8 @@ void ToolsIn(Rig& rig, Media& media, const std::string& path, const std::string&
   media.component("Tools", "tools.exe", lines + "Path=" + path + "\n");
   for (const char* file : {"tools.exe", "read.me", "sub\\more\\deep.txt"})
     rig.file("C:\\Media\\" + path + "\\" + file, std::string("content of ") + file);
-  rig.machine().files().setAttributes("C:\\Media\\" + path + "\\read.me", {.readOnly = true});
+  for (const char* file : {"read.me", "sub\\more\\deep.txt"})
+    rig.machine().files().setAttributes("C:\\Media\\" + path + "\\" + file, {.readOnly = true, .hidden = true});
   rig.program("tools.exe");
 }
 
@@ -50,6 +52,7 @@ TEST(Copy, CodeAndTargets_SayWhereToAndWhatRuns) {
       {"CopyOp=1\n", {"C:\\QX\\Root\\Tools"}, ""},
       {"CopyOp=1\nCopyOpTarget=C:\\Target\n", {"C:\\Target\\Tools"}, ""},
       {"CopyOp=21\nCopyOpTarget1=C:\\A\nCopyOpTarget2=C:\\B\\C\n", {"C:\\A", "C:\\B\\C"}, ""},
+      {"CopyOp=1\nCopyOpTarget1=C:\\Media\\Tools2\n", {"C:\\Media\\Tools2"}, ""},
       {"CopyOp=1\nCopyOpTarget1=\nCopyOpTarget2=C:\\B\n", {"C:\\QX\\Root\\Tools"}, ""},
       {"CopyOp=1\nCopyOpTarget=\\Data\\Kits\n", {"C:\\Shared\\Kits\\Tools"}, ""},
       {"CopyOp= 12\n", {"C:\\QX\\Hold\\Tools"}, "C:\\QX\\Hold\\Tools\\tools.exe"},
@@ -66,9 +69,11 @@ TEST(Copy, CodeAndTargets_SayWhereToAndWhatRuns) {
     EXPECT_EQ(rig.effects("file copy C:\\Media").empty(), row.copies.empty()) << row.lines;
     for (const std::string& copy : row.copies) {
       EXPECT_TRUE(IsWhole(rig, copy)) << copy;
-      platform::Attributes attributes{.readOnly = true};
-      EXPECT_EQ(rig.machine().files().attributes(copy + "\\read.me", attributes), platform::Status::Ok) << copy;
-      EXPECT_EQ(attributes, platform::Attributes{}) << copy;
+      for (const char* file : {"\\read.me", "\\sub\\more\\deep.txt"}) {
+        platform::Attributes attributes{.readOnly = true};
+        EXPECT_EQ(rig.machine().files().attributes(copy + file, attributes), platform::Status::Ok) << copy << file;
+        EXPECT_EQ(attributes, platform::Attributes{}) << copy << file;
+      }
     }
   }
 }
@@ -109,6 +114,18 @@ TEST(Copy, VersionsBesideTheTarget_AreComparedAndCleared) {
        "CopyOp=1\n",
        {"v1.1.0.0", "v1.2.0.16"},
        {"v1.1.0.0", "v1.2.0.16"},
+       false},
+      {"the newer of two, listed last",
+       "T\\v1.2.0.15",
+       "CopyOp=1\n",
+       {"v1.2.0.14", "v2.0.0.0"},
+       {"v1.2.0.14", "v2.0.0.0"},
+       false},
+      {"the newer of two, listed first",
+       "T\\v1.2.0.15",
+       "CopyOp=1\n",
+       {"v1.2.0.16", "v1.2.0.2"},
+       {"v1.2.0.16", "v1.2.0.2"},
        false},
       {"a newer short one, too", "T\\v1.2.0.15", "CopyOp=1\n", {"xv.2"}, {"v1.2.0.15", "xv.2"}, true},
       {"a newer one without a v, too", "T\\v1.2.0.15", "CopyOp=1\n", {"2.0.0.0"}, {"v1.2.0.15"}, true},
@@ -164,6 +181,21 @@ TEST(Copy, InstalledPackage_HoldsBackEveryCodeButOne) {
                           "is already installed, component will not install"),
               copied ? 1 : 0)
         << code;
+  }
+}
+
+TEST(Copy, InstalledPackageThatTellsNoVersion_HoldsNothingBack) {
+  for (const char* code : {"0", "2"}) {
+    Rig rig;
+    rig.machine().installer().install({CodeOf("Core"), "Core", ""});
+    Media media(rig);
+    media.package("Core", "1.5", {}, std::string("CopyOp=") + code + "\nCopyOpTarget1=C:\\Media\\Core2\n");
+    if (*code == '2')
+      rig.package({.path = "C:\\Media\\Core2\\Core.msi", .name = "Core", .version = "1.5", .code = CodeOf("Core")});
+    rig.tolerateUnused();
+    EXPECT_EQ(media.install(), 0) << code;
+    EXPECT_EQ(rig.ran().size(), 2U) << code;
+    EXPECT_EQ(InstalledPackages(rig), Names{"Core"}) << code;
   }
 }
 
@@ -319,6 +351,41 @@ TEST(Copy, LinkInAnOldVersion_GoesWithoutWhatItStandsFor) {
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
   EXPECT_FALSE(rig.exists("C:\\QX\\Root\\T\\v1.1.0.0"));
   EXPECT_TRUE(rig.exists("C:\\Data\\kept.txt"));
+}
+
+TEST(Copy, LinkOnTheWayToTheTarget_IsNotFollowed) {
+  for (const char* link : {"QX/Root", "QX/Root/Tools", "QX/Root/Tools/sub", "QX/Root/Tools/sub/more"}) {
+    Rig rig;
+    rig.tolerateUnused();
+    Media media(rig);
+    ToolsIn(rig, media, "Tools", "CopyOp=1\n");
+    rig.machine().files().makeFolder("C:\\Elsewhere");
+    const std::filesystem::path drive = rig.machine().ownFolder('C');
+    std::filesystem::create_directories((drive / link).parent_path());
+    std::filesystem::create_directory_symlink(drive / "Elsewhere", drive / link);
+    for (const char* text : {"link to another folder, which is not followed", "Failed to copy component to "})
+      rig.answer(Title, platform::BoxAnswer::Ok, text);
+    EXPECT_EQ(media.install(), 1) << link;
+    EXPECT_TRUE(FoldersIn(rig, "C:\\Elsewhere").empty()) << link;
+  }
+}
+
+TEST(Copy, FileThatIsAnothersToo_IsReplacedAndNotWrittenOver) {
+  for (const char* file : {"tools.exe", "sub\\more\\deep.txt", Mark}) {
+    Rig rig;
+    rig.tolerateUnused();
+    Media media(rig);
+    ToolsIn(rig, media, "Tools", "CopyOp=1\n");
+    rig.file("C:\\System.ini", "the system's");
+    const std::string target = "C:\\QX\\Root\\Tools";
+    rig.machine().files().makeFolder(target + "\\sub\\more");
+    std::string host = rig.machine().ownFolder('C') + "/QX/Root/Tools/" + file;
+    std::replace(host.begin(), host.end(), '\\', '/');
+    std::filesystem::create_hard_link(rig.machine().ownFolder('C') + "/System.ini", host);
+    EXPECT_EQ(media.install(), 0) << file;
+    EXPECT_TRUE(IsWhole(rig, target)) << file;
+    EXPECT_EQ(rig.text("C:\\System.ini"), "the system's") << file;
+  }
 }
 
 TEST(Copy, WithoutTargetOrFiles_IsNoFailureButTold) {

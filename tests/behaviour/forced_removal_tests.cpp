@@ -168,6 +168,9 @@ constexpr Delete Deletes[] = {
      false},
     {"C:\\", "C: is not deleted: ", false},
     {"C:", "C: is not deleted: ", false},
+    {"C:\\Old\\deep\\...", "C:\\Old\\deep\\... is not deleted: ", false},
+    {"C:\\Old\\....\\locked.dll", "C:\\Old\\....\\locked.dll is not deleted: ", false},
+    {"C:\\QX\\.. \\Old", "C:\\QX\\.. \\Old is not deleted: ", false},
     {"C:\\QX\\..\\Old", "C:\\QX\\..\\Old is not deleted: ", false},
     {"\\\\server\\share", "\\\\server\\share is not deleted: ", false},
 };
@@ -181,7 +184,7 @@ TEST(ForcedDelete, Line_DeletesWhatItNamesInFull) {
     run.deletes = std::string("[ForceDelete]\n") + row.line + "\n";
     EXPECT_EQ(run.install("/s /v"), 0) << row.line;
     EXPECT_EQ(run.rig.exists("C:\\Old"), !row.gone) << row.line;
-    const bool fileNamed = std::string(row.line).find("locked") != std::string::npos;
+    const bool fileNamed = std::string(row.line).find("\\\\locked") != std::string::npos;
     EXPECT_EQ(run.rig.exists("C:\\Old\\locked.dll"), !row.gone && !fileNamed) << row.line;
     EXPECT_TRUE(row.logged == nullptr || Logged(run.rig, row.logged)) << row.line;
     EXPECT_TRUE(row.gone || fileNamed || run.rig.effects("file delete").empty()) << row.line;

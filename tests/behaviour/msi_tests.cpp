@@ -9,7 +9,7 @@ namespace {
 using Packages = Installing;
 
 struct Installed {
-  const char* version;  ///< on the machine; "" when it is not
+  const char* version;  ///< on the machine; "" when it is not, "?" when it tells none, as an advertised one does
   const char* lines;
   std::vector<std::string> switches;  ///< of the msiexec runs
   int exitCode = 0;
@@ -20,7 +20,11 @@ const Installed Cases[] = {
     {"1.9", "", {"/x", "/i  "}},
     {"1.10", "", {}},
     {"1.11", "", {}},
+    {"", "Upgrade=True\n", {"/i  "}},
+    {"1.9", "Upgrade=True\n", {"/fv  "}},
     {"1.10", "Upgrade=True\n", {"/fv  "}},
+    {"?", "", {"/x", "/i  "}},
+    {"?", "Upgrade=True\n", {"/i  "}},
     // It stays the newer one, which is not what the medium holds.
     {"1.11", "Upgrade=TRUE\n", {"/fv  "}, 1},
 };
@@ -28,7 +32,10 @@ const Installed Cases[] = {
 TEST_F(Packages, InstalledVersion_DecidesWhatRuns) {
   for (const Installed& row : Cases) {
     fresh();
-    if (row.version[0] != '\0') rig.machine().installer().install({CodeOf("Office"), "Office", row.version});
+    const std::string version = row.version;
+    if (!version.empty()) {
+      rig.machine().installer().install({CodeOf("Office"), "Office", version == "?" ? "" : version});
+    }
     EXPECT_EQ(media.package("Office", "1.10", {}, row.lines).install(), row.exitCode) << row.version << row.lines;
     ASSERT_EQ(rig.ran().size(), row.switches.size()) << row.version << row.lines;
     for (std::size_t i = 0; i < row.switches.size(); ++i) {

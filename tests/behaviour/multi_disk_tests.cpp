@@ -358,6 +358,54 @@ TEST(MultiDisk, LogonThatTheFirstDiscAskedFor_IsSwitchedOffWhateverTheSecondSays
   EXPECT_EQ(rig.value(winlogon, "AltDefaultPassword"), "");
 }
 
+TEST(MultiDisk, MachineTypeOfAnEarlierDisc_HoldsWhereALaterOneNamesNone) {
+  const struct {
+    const char* second;  ///< lines of the second disc's product ini
+    const char* types;   ///< of the second disc's component
+    bool runs;
+  } rows[] = {
+      {"", "dcunit", true},
+      {"", "dcchild", false},
+      {"ServerType=dcchild\n", "dcchild", true},
+      {"ServerType=dcchild\n", "dcunit", false},
+  };
+  for (const auto& row : rows) {
+    for (const bool asked : {false, true}) {
+      Rig rig;
+      rig.tolerateUnused();
+      Discs discs(rig);
+      discs.write("DISC2", row.second, {"Two"}, std::string("MachineType=") + row.types + "\n");
+      const char* firstTypes = asked ? "MachineType=dcunit\n" : "";
+      discs.write("DISC1", "NextVolumeName=DISC2\nServerType=dcunit\n", {"One"}, firstTypes);
+      discs.declare("One");
+      discs.declare("Two");
+      rig.program("AT ", simulated::Match::Prefix);
+      discs.changeAt(Prompt, "DISC2");
+      EXPECT_EQ(discs.installLocally(), 0) << row.second << row.types;
+      EXPECT_EQ(discs.ran(), row.runs ? (Names{"One", "Two"}) : Names{"One"}) << row.second << row.types << asked;
+    }
+  }
+}
+
+TEST(MultiDisk, SharesOfTheFirstDisc_AreNotCarriedToTheSecond) {
+  Rig rig;
+  rig.tolerateUnused();
+  Discs discs(rig);
+  discs.write("DISC2", "", {"Two"}, "CopyOp=1\nCopyOpTarget=\\Kits\n");
+  discs.write("DISC1", "NextVolumeName=DISC2\n", {"One"});
+  rig.file("D:\\Config\\Shares.csv", "Kits,C:\\Kits\n");
+  discs.declare("One");
+  // What was made would be known to the machine.
+  rig.program("net share", {.exitCode = 2});
+  rig.program("AT ", simulated::Match::Prefix);
+  discs.changeAt(Prompt, "DISC2");
+  for (const char* text : {"nor on a known share", "Failed to copy component"})
+    rig.answer("QX Installation Assistant Error", BoxAnswer::Ok, text);
+  EXPECT_EQ(discs.installLocally(), 1);
+  EXPECT_FALSE(rig.exists("C:\\Kits\\Two"));
+  EXPECT_TRUE(Logged(rig, "Copyop target resolved to \\Kits<"));
+}
+
 TEST(MultiDisk, DeferredRestart_WaitsForTheLastDisc) {
   Rig rig;
   Discs discs(rig);

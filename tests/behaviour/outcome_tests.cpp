@@ -112,6 +112,14 @@ TEST_F(Outcome, SystemCheckFile_PassesWhateverTheVerdict) {
   EXPECT_FALSE(Logged(rig, "Process return = "));
 }
 
+TEST_F(Outcome, MessageTooLongToBeRead_StaysAsItIs) {
+  const std::string message(1024, 'm');
+  simulated::Outcome outcome;
+  outcome.registry.push_back({"HKLM\\" + ComponentRecord("Tools"), "Message", message});
+  EXPECT_EQ(media.program("Tools", outcome).install(), 0);
+  EXPECT_EQ(rig.value(ComponentRecord("Tools"), "Message"), message);
+}
+
 TEST_F(Outcome, MessagesOfAFailure_AreThoseDirectlyUnderTheRoot) {
   rig.machine().registry().putText("HKEY_LOCAL_MACHINE", "Message Cause", "no licence");
   simulated::Outcome fails = Reports("Tools", "Fail");

@@ -85,6 +85,52 @@ TEST_F(Shares, MachineTypes_DecideWhichAreCreated) {
             std::string::npos);
 }
 
+TEST_F(Shares, References_MeanTheRowForThisMachine) {
+  run.facts.serverType = "dcunit";
+  shares("Data,C:\\A,dcchild\nData,C:\\B,\"dcunit,dcforest\"\nData,C:\\C\nOther,C:\\Other,dcchild\n");
+  MarkApplyingShares(run);
+  EXPECT_EQ(ResolveQXSharePath(run.shareResolver(), "\\Data\\x"), "C:\\B\\x");
+  EXPECT_EQ(ResolveQXSharePath(run.shareResolver(), "\\Other\\x"), "\\Other\\x");
+}
+
+TEST_F(Shares, ShareOfAnotherMachineType_IsNeitherCopiedToNorMade) {
+  Rig own;
+  own.program("net share \"Data\"=\"C:\\B\"");
+  own.file("C:\\Media\\Config\\Shares.csv", "Data,C:\\A,dcchild\nData,C:\\B,dcunit\n");
+  Media media(own);
+  media.productIni = "[Product]\nName=Office Suite\nServerType=dcunit\n[General]\nVersion=2.1.0\n";
+  media.component("Tools", "one.txt", "CopyOp=1\nCopyOpTarget=\\Data\n");
+  own.file("C:\\Media\\Tools\\one.txt", "one");
+  EXPECT_EQ(media.install(), 0);
+  EXPECT_TRUE(own.exists("C:\\B\\Tools\\one.txt"));
+  EXPECT_FALSE(own.exists("C:\\A"));
+}
+
+TEST_F(Shares, LineWrittenAlmostRight_IsToldAndUsedAsFarAsItCanBeRead) {
+  const struct {
+    const char* line;
+    const char* folder;
+    const char* machineTypes;
+    const char* told;
+  } rows[] = {
+      {"Data,C:\\Data,dcunit,dcforest", "C:\\Data", "dcunit", "has surplus fields"},
+      {"Data,C:\\Data, \"dcunit,dcforest\"", "C:\\Data", "dcunit,dcforest", "has blanks before a quote"},
+      {" \"Data\",\t\"C:\\Data\"", "C:\\Data", "", "has blanks before a quote"},
+  };
+  for (const auto& row : rows) {
+    shares(std::string("Good,C:\\Good,\"a, b\"\n") + row.line + "\n");
+    const Names warnings = descriptions(WarningMark);
+    ASSERT_EQ(warnings.size(), 1U) << row.line;
+    EXPECT_NE(warnings[0].find(std::string("Line 2 of C:\\Media\\Config\\Shares.csv ") + row.told), std::string::npos)
+        << warnings[0];
+    ASSERT_EQ(run.product.shares.size(), 2U) << row.line;
+    EXPECT_EQ(run.product.shares[0].machineTypes, "a, b");
+    EXPECT_EQ(run.product.shares[1].name, "Data") << row.line;
+    EXPECT_EQ(run.product.shares[1].folder, row.folder) << row.line;
+    EXPECT_EQ(run.product.shares[1].machineTypes, row.machineTypes) << row.line;
+  }
+}
+
 TEST_F(Shares, ShareOfTheSystem_IsRecordedAndNotMadeAgain) {
   rig.set(SystemShares, "Data", "CSCFlags=0");
   rig.set(Locations, "Data", "C:\\Before");

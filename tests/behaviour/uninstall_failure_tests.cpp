@@ -61,6 +61,41 @@ TEST_F(Uninstalling, WhatFailed_StaysRecordedAndASecondUninstallFinishes) {
   EXPECT_FALSE(rig.hasKey(ProductRecord));
 }
 
+TEST_F(Uninstalling, ComponentRemovedByAnUninstallThatFailedElsewhere_HasOneUserLess) {
+  rig.tolerateUnused();
+  media.package("Core", "1.2").program("Tools", {}, RemovesWith("C:\\Tools\\tools.exe")).install();
+  Remover(rig, "C:\\Tools\\tools.exe", {.exitCode = 7});
+  EXPECT_EQ(Uninstall(rig), 1);
+  ASSERT_TRUE(InstalledPackages(rig).empty());
+  // Another product brings the component again; it is that product's alone.
+  Media other(rig);
+  other.product["Name"] = "Other";
+  other.productIni = "[Product]\nName=Other\n[General]\nVersion=2.1.0\n";
+  other.package("Core", "1.2");
+  EXPECT_EQ(other.install(), 0);
+  EXPECT_EQ(Uninstall(rig), 1) << "Tools fails again";
+  EXPECT_EQ(InstalledPackages(rig), Names{"Core"}) << "what is Other's";
+  EXPECT_EQ(Uninstall(rig, "/s /x Other"), 0);
+  EXPECT_TRUE(InstalledPackages(rig).empty());
+}
+
+TEST_F(Uninstalling, ComponentKeptForAnotherProduct_IsThenThatProductsAlone) {
+  media.program("Core", {}, RemovesWith("C:\\Tools\\core.exe"));
+  media.program("Tools", {}, RemovesWith("C:\\Tools\\tools.exe")).install();
+  Remover(rig, "C:\\Tools\\tools.exe", {.exitCode = 7});
+  rig.file("C:\\Tools\\core.exe", "program");
+  AlsoUsedBy(rig, "Other", "Core");
+  EXPECT_EQ(Uninstall(rig), 1);
+  EXPECT_TRUE(UninstallLogged(rig, "Another product is using this component"));
+  // Other is gone, and Core with it, if it had a command for that.
+  rig.machine().registry().removeTree(std::string("HKLM\\") + ProductsRecord + "\\Other");
+  rig.program("C:\\Tools\\tools.exe");
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_TRUE(UninstallLogged(rig, "Component Core was left to another product by an earlier uninstall - skipping"));
+  EXPECT_EQ(rig.ran().back(), "C:\\Tools\\tools.exe");
+  EXPECT_EQ(std::count(rig.ran().begin(), rig.ran().end(), "C:\\Tools\\core.exe"), 0);
+}
+
 TEST_F(Uninstalling, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
   rig.file("C:\\Media\\Manuals\\one.txt", "one");
   media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").package("Core", "1.0").install();

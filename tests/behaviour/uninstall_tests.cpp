@@ -178,13 +178,18 @@ TEST_F(Sharing, EveryKindOfComponent_IsKeptForAnotherProduct) {
   EXPECT_EQ(RowsOf(rig.uninstallLog("Office Suite"), WarningMark).size(), 6U);
 }
 
-TEST_F(Sharing, Product_ThatKeepsItsRecordStillCounts) {
+TEST_F(Sharing, Product_ThatKeepsItsRecordHasLeftTheComponentToTheOther) {
+  rig.tolerateUnused();
   media.package("Core", "1.2").program("Tools", {}, RemovesWith("C:\\Tools\\remove.exe")).install();
-  AlsoUsedBy(rig, "Other", "Core");
+  Media other(rig);
+  other.product["Name"] = "Other";
+  other.productIni = "[Product]\nName=Other\n[General]\nVersion=2.1.0\n";
+  EXPECT_EQ(other.package("Core", "1.2").install(), 0);
   Remover(rig, "C:\\Tools\\remove.exe", {.exitCode = 1});
   EXPECT_EQ(Uninstall(rig), 1);
   EXPECT_EQ(InstalledPackages(rig), Names{"Core"});
-  rig.machine().registry().removeTree(std::string("HKLM\\") + ProductsRecord + "\\Other");
+  EXPECT_EQ(Uninstall(rig, "/s /x Other"), 0);
+  EXPECT_TRUE(InstalledPackages(rig).empty());
   rig.program("C:\\Tools\\remove.exe");
   EXPECT_EQ(Uninstall(rig), 0);
   EXPECT_TRUE(InstalledPackages(rig).empty());

@@ -14,6 +14,7 @@ class DirectFiles : public platform::Files {
   std::vector<platform::Drive> drives() override { return {}; }
   platform::Status volumeLabel(char, std::string&) override { return notHere; }
   platform::Status freeSpace(char, std::uint64_t&) override { return notHere; }
+  std::string fullPath(const std::string& path) override { return path; }
   platform::Status attributes(const std::string& path, platform::Attributes& attributes) override {
     attributes = {};
     return ::access(path.c_str(), F_OK) == 0 ? platform::Status::Ok : platform::Status::FileNotFound;

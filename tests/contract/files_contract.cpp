@@ -11,6 +11,22 @@ using platform::Status;
 
 class Files : public Test {};
 
+TEST_F(Files, FullPath_StartsAtTheCurrentFolder) {
+  const struct {
+    const char* given;
+    const char* full;
+  } rows[] = {{"C:\\a\\..\\b.txt", "C:\\b.txt"},
+              {"C:\\", "C:\\"},
+              {"C:\\none\\x.txt", "C:\\none\\x.txt"},
+              {"\\\\server\\share\\x.txt", "\\\\server\\share\\x.txt"}};
+  for (const auto& row : rows) EXPECT_EQ(files().fullPath(row.given), row.full) << row.given;
+  const std::string current = files().fullPath(".");
+  ASSERT_GE(current.size(), 3u);
+  EXPECT_EQ(current.substr(1, 2), ":\\");
+  EXPECT_EQ(files().fullPath("x.txt"), current + (current.back() == '\\' ? "x.txt" : "\\x.txt"));
+  EXPECT_EQ(files().fullPath("\\x.txt"), current.substr(0, 3) + "x.txt");
+}
+
 TEST_F(Files, Append_ToNewAndExistingFile_WritesBehindTheLastByte) {
   for (const char* text : {"one\r\n", "two\r\n"}) {
     FileHandle file;

@@ -48,6 +48,12 @@ TEST_F(Machine, Environment_SetAndUnset_IsToldApart) {
   EXPECT_EQ(machine().machine().environment("QX_NO_SUCH_VARIABLE"), "");
 }
 
+TEST_F(Machine, LeadByte_IsNoneOfPlainText) {
+  for (unsigned byte = 0; byte < 0x80; ++byte) {
+    EXPECT_FALSE(machine().machine().isLeadByte(static_cast<unsigned char>(byte))) << byte;
+  }
+}
+
 TEST_F(Machine, Clock_Sleeping_MovesTicksAndKeepsAValidDate) {
   const std::uint32_t before = machine().clock().ticks();
   machine().clock().sleep(50);

@@ -1,0 +1,187 @@
+// Paths that somebody gives without their drive or folder, the roots of drives, and names of two-byte characters.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "base/code_page.h"
+#include "base/ini.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "tests/support/media.h"
+
+namespace {
+
+using Paths = Installing;
+using Names = std::vector<std::string>;
+
+constexpr const char* Ini = "C:\\Media\\app.ini";
+
+TEST_F(Paths, IniGivenWithoutItsFolder_IsMadeFullOnce) {
+  const struct {
+    const char* current;
+    const char* drive;  ///< current folder of drive C where another drive is the current one; "" for none
+    const char* arguments;
+  } rows[] = {
+      {"C:\\Media", "", "/s /is=app.ini /ia=product.ini"},
+      {"C:\\", "", "/s /is=Media\\app.ini"},
+      {"C:\\Media\\Sub", "", "/s /is=..\\app.ini"},
+      {"C:\\QX", "", "/s /is=\\Media\\app.ini"},
+      {"C:\\Media", "", "/s /is=\"app.ini\" /ia=product.ini"},
+      {"D:\\", "C:\\Media", "/s /is=C:app.ini"},
+  };
+  for (const auto& row : rows) {
+    fresh();
+    rig.file("C:\\Media\\Sub\\any.txt", "text");
+    media.program("Tools");
+    media.write();
+    if (*row.drive != '\0') rig.machine().files().setDriveFolder(row.drive);
+    rig.machine().files().setCurrentFolder(row.current);
+    EXPECT_EQ(rig.run(row.arguments), 0) << row.arguments;
+    EXPECT_EQ(rig.value(ProductsRecord, "InstallationIni"), Ini) << row.arguments;
+    EXPECT_EQ(rig.value(ProductsRecord, "ProductIni"), "C:\\Media\\product.ini") << row.arguments;
+    EXPECT_TRUE(Logged(rig, std::string("Command line is ") + row.arguments)) << row.arguments;
+  }
+}
+
+TEST_F(Paths, PreInstallScriptOfARelativeIni_RunsByItsFullPath) {
+  media.productIni += "[PreInstallActions]\nCheck\n[Check_Office Suite]\nInstall=check.vbs\n";
+  rig.file("C:\\Media\\check.vbs", "script");
+  rig.program("check.vbs");
+  media.program("Tools");
+  media.write();
+  rig.machine().files().setCurrentFolder("C:\\Media");
+  EXPECT_EQ(rig.run("/s /is=app.ini /ia=product.ini"), 0);
+  EXPECT_EQ(rig.ran().front(), "wscript.exe \"C:\\Media\\check.vbs\"");
+  EXPECT_EQ(rig.machine().processes().startedIn().front(), "C:\\Media");
+}
+
+TEST_F(Paths, RelativeIniBehindARestart_IsTheOneOfTheFirstStart) {
+  media.program("A", RequestsReboot("immediate")).program("B");
+  media.write();
+  // What lies in the folder that is current at a logon is another product's.
+  rig.file("C:\\WINDOWS\\app.ini", "[Product]\nName=Other\n");
+  rig.file("C:\\WINDOWS\\product.ini", "[Product]\nName=Other\n");
+  rig.machine().files().setCurrentFolder("C:\\Media");
+  EXPECT_EQ(rig.run("/s /is=.\\app.ini /ia=product.ini"), 0);
+  rig.restart();
+  rig.machine().files().setCurrentFolder("C:\\WINDOWS");
+  EXPECT_EQ(rig.logonArguments(), "/s /is=.\\app.ini /ia=product.ini");
+  EXPECT_EQ(rig.run(rig.logonArguments()), 0);
+  EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
+  EXPECT_EQ(rig.value(ProductsRecord, "InstallationIni"), Ini);
+  EXPECT_FALSE(rig.hasKey(std::string(ProductsRecord) + "\\Other"));
+}
+
+TEST_F(Paths, LogFilePath_WithoutItsDriveLiesBesideTheIni) {
+  for (const char* given : {"Logs", "..\\Media\\Logs", "\"Logs\""}) {
+    fresh();
+    media.product["LogFilePath"] = given;
+    media.package("Suite", "1.0.0");
+    rig.machine().files().setCurrentFolder("C:\\WINDOWS");
+    EXPECT_EQ(media.install(), 0) << given;
+    EXPECT_TRUE(rig.exists("C:\\Media\\Logs\\QX Installation Assistant\\Office Suite\\QX Installation Assistant.html"))
+        << given;
+    ASSERT_EQ(rig.ran().size(), 1U) << given;
+    EXPECT_NE(rig.ran().front().find("/l*v \"C:\\Media\\Logs\\QX Installation Assistant\\Office Suite\\"),
+              std::string::npos)
+        << rig.ran().front();
+  }
+}
+
+TEST_F(Paths, FileInTheRootOfADrive_RunsInTheRoot) {
+  media.product["PackageRoot"] = "E:\\";
+  rig.machine().addDrive({.letter = 'E'});
+  rig.file("E:\\Other\\any.txt", "text");
+  rig.machine().files().setDriveFolder("E:\\Other");
+  rig.file("C:\\Media\\Tools.ini",
+           "[Tools]\nInstall=tools.exe\nPath=E:\\\nCommandLine=N/A\nUpgrade=False\nCopyOp=N/A\nMachineType=all "
+           "machines\nCost=N/A\n");
+  rig.file("E:\\tools.exe", "program");
+  rig.program("tools.exe");
+  media.write();
+  rig.file("C:\\Media\\product.ini", media.productIni + "[Actions]\nTools=C:\\Media\\Tools.ini\n");
+  EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
+  EXPECT_EQ(rig.ran(), Names{"E:\\tools.exe"});
+  EXPECT_EQ(rig.machine().processes().startedIn(), Names{"E:\\"});
+}
+
+TEST_F(Paths, CopyToTheRootOfADrive_GuardsTheRootAndNoOtherFolder) {
+  rig.machine().addDrive({.letter = 'E'});
+  rig.file("E:\\Other\\any.txt", "text");
+  rig.machine().files().setDriveFolder("E:\\Other");
+  media.component("Tools", "tools.exe", "CopyOp=1\nCopyOpTarget1=E:\\\n");
+  rig.file("C:\\Media\\Tools\\tools.exe", "program");
+  EXPECT_EQ(media.install(), 0);
+  EXPECT_TRUE(rig.exists("E:\\tools.exe"));
+  for (const std::string& effect : rig.effects("access ")) EXPECT_EQ(effect.rfind("access E:\\:", 0), 0U) << effect;
+  EXPECT_FALSE(rig.effects("access ").empty());
+}
+
+// Katakana SO and kanji whose second bytes are those of "\", "[", "]" and "|".
+constexpr const char* So = "\x83\x5C";
+constexpr const char* Open = "\x83\x5B";
+constexpr const char* Close = "\x83\x5D";
+constexpr const char* Bar = "\x83\x7C";
+
+TEST_F(Paths, TrailBytes_AreNeitherSeparatorsNorBracketsNorForbidden) {
+  using namespace assistant;
+  rig.machine().setJapanese(true);
+  const CodePageInUse codePage(rig.machine().machine());
+  const std::string so = So;
+  const std::string name = so + Open + Close + Bar;
+  EXPECT_EQ(LastElement("C:\\A\\" + so + "x"), so + "x");
+  EXPECT_EQ(FolderPart("C:\\A" + so + "x\\y"), "C:\\A" + so + "x");
+  EXPECT_EQ(Joined("C:\\" + so, "y"), "C:\\" + so + "\\y");
+  EXPECT_EQ(Normalised("C:\\" + so + "\\\\y" + so + "\\"), "C:\\" + so + "\\y" + so);
+  EXPECT_EQ(Extension("C:\\a.b\\" + so + "x"), "");
+  EXPECT_TRUE(IsUsableName(name));
+  EXPECT_FALSE(IsUsableName(name + "\\"));
+  EXPECT_EQ(AsFileName(name + "|"), name + "_");
+  EXPECT_EQ(Split("A|" + std::string(Bar) + "|B", '|'), (Names{"A", Bar, "B"}));
+  EXPECT_TRUE(assistant::modINI::ValidStr(name));
+  EXPECT_FALSE(assistant::modINI::ValidStr(name + "]"));
+}
+
+TEST_F(Paths, NamesOfAJapaneseMachine_AreInstalledAndUninstalled) {
+  rig.machine().setJapanese(true);
+  const std::string product = std::string("Office ") + So + Bar;
+  const std::string component = std::string("Tools") + Open + Close + So;
+  media.product["Name"] = product;
+  media.productIni = "[Product]\nName=" + product + "\n[General]\nVersion=2.1.0\n";
+  media.product["LogFilePath"] = "C:\\Logs";
+  media.component(component, component + ".exe", "UninstallCommandLine=remove.exe\n");
+  rig.file("C:\\Media\\" + component + "\\" + component + ".exe", "program");
+  rig.program(component + ".exe");
+  rig.program("remove.exe");
+  EXPECT_EQ(media.install(), 0);
+  EXPECT_EQ(rig.ran(), Names{"C:\\Media\\" + component + "\\" + component + ".exe"});
+  const std::string key = std::string(ProductsRecord) + "\\" + product;
+  EXPECT_EQ(rig.value(key, "Succeeded"), "-1");
+  EXPECT_EQ(rig.value(key + "\\" + component, "Install"), component + ".exe");
+  rig.restart();
+  EXPECT_EQ(Uninstall(rig, "/s /x " + product), 0);
+  EXPECT_EQ(rig.ran().back(), "remove.exe");
+  EXPECT_FALSE(rig.hasKey(key));
+}
+
+TEST_F(Paths, TheSameBytesElsewhere_AreALetterAndASeparator) {
+  media.product["Name"] = std::string("Office ") + So;
+  EXPECT_EQ(media.install(), 1);
+}
+
+TEST_F(Paths, ComponentWithABracketInItsName_FailsTheProductAndNoOtherComponent) {
+  for (const char* name : {"A]1", "A[1"}) {
+    fresh();
+    media.program("First").component(name, "a.exe").program("Last");
+    EXPECT_EQ(media.install(), 1) << name;
+    EXPECT_EQ(RanComponents(rig), (Names{"First", "Last"})) << name;
+    const std::string text =
+        "\"" + std::string(name) + "\" in section [Actions] of C:\\Media\\product.ini is no name for a component";
+    EXPECT_TRUE(Logged(rig, text)) << name;
+    EXPECT_NE(rig.value(ProductRecord, "Abort Reason").find(text), std::string::npos) << name;
+    EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "0") << name;
+  }
+}
+
+}  // namespace
