@@ -47,6 +47,7 @@ class DirectFiles : public platform::Files {
   }
 
   platform::Status copyFile(const std::string&, const std::string&) override { return notHere; }
+  platform::Status moveFile(const std::string&, const std::string&) override { return notHere; }
   platform::Status deleteFile(const std::string& path) override {
     return ::unlink(path.c_str()) == 0 ? platform::Status::Ok : platform::Status::FileNotFound;
   }
