@@ -38,18 +38,18 @@ struct OpenSection {
   std::size_t header;
 };
 
-OpenSection Open(const IniFile& ini, const std::string& section) {
-  OpenSection opened{OpenIniFile(ini), 0};
-  if (!FindLine(opened.lines, opened.header, "[" + section + "]", false)) {
-    throw modErrorBase::MakeError(6120, {section, ini.path}, "modINI");
+OpenSection FindSection(IniLines lines, const std::string& path, const std::string& section) {
+  OpenSection found{std::move(lines), 0};
+  if (!FindLine(found.lines, found.header, "[" + section + "]", false)) {
+    throw modErrorBase::MakeError(6120, {section, path}, "modINI");
   }
-  return opened;
+  return found;
 }
 
 std::string ReadValue(const IniFile& ini, const std::string& section, const std::string& key) {
   RequireName(section, 6123);
   RequireName(key, 6124);
-  OpenSection opened = Open(ini, section);
+  OpenSection opened = FindSection(OpenIniFile(ini), ini.path, section);
   std::size_t index = opened.header;
   if (!FindLine(opened.lines, index, key + "=", true)) {
     throw modErrorBase::MakeError(6121, {key, section, ini.path}, "modINI");
@@ -63,7 +63,7 @@ std::vector<std::string> SectionLines(const IniFile& ini, const std::string& sec
   const Procedure here(ini.log, "modINI.GetIniKeys");
   return here.guard([&] {
     RequireName(section, 6123);
-    const OpenSection opened = Open(ini, section);
+    const OpenSection opened = FindSection(OpenIniFile(ini), ini.path, section);
     std::vector<std::string> lines;
     for (std::size_t i = opened.header + 1; i <= opened.lines.count() && !IsHeader(opened.lines.at(i)); ++i) {
       lines.emplace_back(opened.lines.at(i));

@@ -36,7 +36,7 @@ double NumericValue(const std::string& text) {
 std::optional<double> WholeNumericValue(const std::string& text) {
   const std::string trimmed = Trim(text);
   if (trimmed.empty() || LeadingNumber(trimmed) != trimmed) return std::nullopt;
-  return NumericValue(trimmed);
+  return std::strtod(trimmed.c_str(), nullptr);
 }
 
 std::optional<std::int32_t> WholeInteger(const std::string& text) {

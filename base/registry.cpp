@@ -66,7 +66,7 @@ Status Query(RegistryReader& registry, KeyHandle key, const std::string& name, s
   return Status::MoreData;
 }
 
-/// False when the machine refuses it.
+/// False when the machine refuses it. The value's text is the bytes to be stored.
 bool WriteData(platform::Registry& registry, const std::string& keyPath, const std::string& valueName,
                const NewValue& value) {
   OwnedKey key(registry);
@@ -77,7 +77,7 @@ bool WriteData(platform::Registry& registry, const std::string& keyPath, const s
     opened = registry.openKey(value.root, keyPath, KeyAccess::SetValue, key.receive());
   }
   // The size of a text leaves out its terminating zero; the system adds it where it stores one.
-  return opened == Status::Ok && registry.setValue(*key, valueName, value.type, BytesToWrite(value)) == Status::Ok;
+  return opened == Status::Ok && registry.setValue(*key, valueName, value.type, value.text) == Status::Ok;
 }
 
 using Enumerate = Status (RegistryReader::*)(KeyHandle, std::uint32_t, std::string&);
@@ -227,7 +227,8 @@ void WriteOrRaise(const Services& services, const Procedure& here, const std::st
   const NewValue written = Trim(value.text).empty() ? NewValue("", ValueType::Text, value.root) : value;
   // Whatever the reason, what was to be written is not there.
   try {
-    if (WriteData(services.machine.registry(), keyPath, valueName, written)) return;
+    const NewValue stored(BytesToWrite(written), written.type, written.root);
+    if (WriteData(services.machine.registry(), keyPath, valueName, stored)) return;
     throw here.failure(6087, {shownRoot + keyPath, valueName});
   } catch (const Error& refused) {
     services.refusals.add(refused.text());

@@ -57,7 +57,7 @@ RemovalEnd RemovePackage(const Removal& removal, const std::string& command) {
 }
 
 void RecordUninstalled(const Removal& removal, const char* text) {
-  modRegistry::RegWrite(removal.services, removal.component.key, ComponentValue::Uninstalled, text);
+  modRegistry::WriteOrTell(removal.services, removal.here, removal.component.key, ComponentValue::Uninstalled, text);
 }
 
 RemovalEnd RemoveByProgram(const Removal& removal, const std::string& command) {

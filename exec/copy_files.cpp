@@ -94,7 +94,8 @@ void RequireApartFromOldVersions(const Procedure& here, const CopySource& source
 
 /// The copy is an administrator's, a link may be anybody's: it would lead the copy to whatever folder it names.
 void RequireNoLink(clsFso& fso, const Procedure& here, const std::string& destination) {
-  for (std::string folder = destination; !folder.empty(); folder = FolderPart(folder)) {
+  // Where the drive itself lies is the machine's business.
+  for (std::string folder = destination; !FolderPart(folder).empty(); folder = FolderPart(folder)) {
     if (!fso.isLink(folder)) continue;
     throw here.failure(
         "The copy's target " + destination + " leads through " + folder +

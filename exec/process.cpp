@@ -73,9 +73,8 @@ struct ShellOptions {
 };
 
 /// The exit code; nothing when the time is over, and the process is left alone. Closes the process.
-std::optional<std::int32_t> WaitUntil(const Services& services, platform::OwnedProcess& process,
-                                      std::optional<std::uint32_t> milliseconds) {
-  const Procedure here(services.log, "WaitForTermination");
+std::optional<std::int32_t> WaitForTermination(const Services& services, platform::OwnedProcess& process,
+                                               std::optional<std::uint32_t> milliseconds) {
   platform::Processes& processes = services.machine.processes();
   StatusDots dots(services.window);
   const std::uint32_t start = services.machine.clock().ticks();
@@ -95,7 +94,6 @@ std::optional<std::int32_t> WaitUntil(const Services& services, platform::OwnedP
   // Where the system does not tell the code, the program counts as one that was never started.
   std::int32_t exitCode = NotStarted;
   processes.exitCode(*process, exitCode);
-  here.detail("Component has finished");
   process.close();
   return exitCode;
 }
@@ -109,7 +107,8 @@ std::optional<std::int32_t> Shell(const Services& services, const std::string& c
       services.machine.processes().start(commandLine, AsAsked(workingFolder), options.showWindow, process.receive());
   std::optional<std::int32_t> result = NotStarted;
   if (started == platform::Status::Ok) {
-    result = WaitUntil(services, process, options.milliseconds);
+    result = WaitForTermination(services, process, options.milliseconds);
+    if (result) here.detail("Component has finished");
     services.machine.clock().sleep(RestMilliseconds);
   } else {
     // The text says "False" for the inheritance of handles although the call passes true, and 128 whatever the flags.
@@ -126,10 +125,6 @@ std::optional<std::int32_t> Shell(const Services& services, const std::string& c
 std::int32_t GoShell(const Services& services, const std::string& commandLine, const std::string& workingFolder,
                      platform::ShowWindow showWindow) {
   return Shell(services, commandLine, workingFolder, {showWindow, std::nullopt}).value_or(NotStarted);
-}
-
-std::int32_t WaitForTermination(const Services& services, platform::OwnedProcess& process) {
-  return WaitUntil(services, process, std::nullopt).value_or(NotStarted);
 }
 
 std::optional<std::int32_t> RunSystemCommand(const Services& services, const SystemCommand& command) {

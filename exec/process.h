@@ -25,9 +25,6 @@ inline constexpr std::int32_t NotStarted = -1;
 std::int32_t GoShell(const Services& services, const std::string& commandLine, const std::string& workingFolder,
                      platform::ShowWindow showWindow = platform::ShowWindow::Normal);
 
-/// The wait behind GoShell: the exit code. Closes the process.
-std::int32_t WaitForTermination(const Services& services, platform::OwnedProcess& process);
-
 /// A command of the system that the program itself needs, run in a window that is never shown: where it asks a
 /// question, nobody can answer.
 struct SystemCommand {

@@ -20,6 +20,8 @@ class UninstallTest(WineTest):
 
     def setUp(self):
         super().setUp()
+        for name in ('Small', 'Other'):  # an entry that starts the local copy keeps it
+            self.machine.run('reg', 'delete', 'HKLM\\%s\\%s' % (UNINSTALL, name), '/f')
         for name in ('Runtime', 'Core'):
             self.put('C:\\Media\\%s\\%s.msi' % (name, name), os.path.join(PACKAGES, name, name.lower() + '.msi'))
 
