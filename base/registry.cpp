@@ -11,7 +11,6 @@ namespace {
 using platform::KeyAccess;
 using platform::KeyHandle;
 using platform::OwnedKey;
-using platform::Registry;
 using platform::Status;
 
 constexpr std::size_t TextCapacity = LongestText + 1;
