@@ -203,7 +203,7 @@ class Documents(unittest.TestCase):
         (INI, '| any machine | Required: logged', '| any machine | Optional: logged', 'MachineType: the log tells'),
         (INI, '| unknown | Optional. |', '| unknown | Required. |', 'ServerType: the log does not tell'),
         (INI, 'error 6091', 'error 6097', 'no error has the number 6097'),
-        ('exec/machine_types.cpp', '"ServerType", ""', '"Server", ""', '[Product] Server of the product ini` is missing'),
+        ('exec/machine_types.cpp', '"ServerType",', '"Server",', '[Product] Server of the product ini` is missing'),
         ('core/discovery.cpp', 'Value::ProductIni.name', 'someKey', 'which key GetIniString(ini, "Product", someKey)'),
         ('base/component.cpp', '"Cost", &Component::cost, Origin::Ini', '"Cost", &Component::cost, Origin::Computed',
          'the key `[] Cost of the component ini` is not in the code'),
