@@ -129,7 +129,11 @@ std::string RegRead(RegistryReader& registry, const std::string& keyPath, const 
 bool RegWrite(const Services& services, const std::string& keyPath, const std::string& valueName,
               const NewValue& value) {
   const Procedure here(services.log, "RegWrite");
-  return IsWritable(value.type) && WriteOrTell(services, here, keyPath, valueName, value);
+  return here.guard([&] {
+    if (!IsWritable(value.type)) return false;
+    WriteOrRaise(services, here, keyPath, valueName, value);
+    return true;
+  });
 }
 
 bool RemoveValue(const Services& services, const std::string& keyPath, const std::string& valueName) {
