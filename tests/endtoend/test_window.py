@@ -1,4 +1,6 @@
 """Interactive runs, used by mouse and keyboard as a person would."""
+import time
+
 import support
 from person import ABOUT, ACTION, CANCEL, COMPONENT, CONTINUE, MAIN, MESSAGE, PROGRESS, STATUS, TITLE, Person
 from support import INI, LOG_ROOT, WineTest, batch, tool
@@ -120,7 +122,9 @@ class Window(InteractiveTest):
         self.person.dialog('still at work')
         self.person.picture('closing-question')
         self.person.press('Return')  # No is the button that Enter presses
-        self.person.close(self.person.main_window(lambda window: window.frame.enabled))
+        enabled = self.person.main_window(lambda window: window.frame.enabled)
+        time.sleep(1)  # the box leaves the screen behind that, and would take the click
+        self.person.close(enabled)
         self.person.dialog('still at work')
         self.person.press('y')
         self.person.main_window(lambda window: 'as soon as' in window.text(MESSAGE))
