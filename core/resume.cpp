@@ -57,11 +57,6 @@ bool NeedsPackageRoot(const Run& run) {
                      [&](const std::string& name) { return !IsFullPath(SelectComponent(run, name).path); });
 }
 
-/// A drive's root is looked at with its backslash: without it, the path would mean the drive's current folder.
-bool RootIsThere(clsFso& fso, const std::string& root) {
-  return !root.empty() && fso.folderExists(root.size() == 2 ? root + "\\" : root);
-}
-
 void RequirePackageRoot(Run& run, const Procedure& here) {
   const std::string coded = run.record().read(Value::PackageRoot);
   std::string& root = run.product.packageRoot;
@@ -71,7 +66,7 @@ void RequirePackageRoot(Run& run, const Procedure& here) {
   }
   const bool there = CanBeResolved(coded) && IsThereInTime(run, here, "The package root " + coded, [&] {
                        root = ResolvePath(run, coded);
-                       return RootIsThere(run.services.fso, root);
+                       return !root.empty() && run.services.fso.folderExists(root);
                      });
   if (there) return;
   const std::string reason = "The package root " + coded + " (PackageRoot of " + run.product.inis.application +
