@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "base/paths.h"
+#include "base/record_keys.h"
+#include "base/registry.h"
 #include "base/text.h"
 #include "exec/file_kinds.h"
 #include "exec/msi_queries.h"
@@ -14,12 +16,30 @@ namespace {
 
 using Step = RemovalPlan::Step;
 
-/// A recorded program gets the recorded arguments; without one the recorded command line is the whole command.
-std::string ProgramRemovalCommand(const Component& component) {
+/// What an installer entered under the component's own name in the system's list of programs; "" for no such entry. A
+/// path that is the whole command is quoted: otherwise the system would try it up to each of its blanks.
+std::string ListedCommand(const Services& services, const Component& component, const char* value) {
+  platform::RegistryReader& registry = services.machine.registry();
+  const std::string listed = Trim(modRegistry::ReadOrEmpty(registry, ListEntryOf(component), value));
+  return IsFullPath(listed) && services.fso.fileExists(listed) ? Quoted(listed) : listed;
+}
+
+/// Where nothing names a program, the component's entry in the system's list does: with its own silent command, or with
+/// the recorded switches behind the one that asks. "" where it does not.
+std::string ListedRemovalCommand(const Services& services, const Component& component, const std::string& switches) {
+  if (switches.empty()) return ListedCommand(services, component, "QuietUninstallString");
+  const std::string command = ListedCommand(services, component, "UninstallString");
+  return command.empty() ? command : command + " " + switches;
+}
+
+/// A recorded program gets the recorded arguments; without one the recorded command line is the whole command, unless
+/// it is nothing or only switches.
+std::string ProgramRemovalCommand(const Services& services, const Component& component) {
   const std::string recorded = Given(component.uninstallCommandLine);
   if (IsProductCode(component.productCode)) {
     return component.productCode + " " + (recorded.empty() ? recorded : recorded + " ");
   }
+  if (IsRemovedByListEntry(component)) return ListedRemovalCommand(services, component, recorded);
   const bool quoted = !recorded.empty() && recorded.front() == '"';
   const FileKind* kind = KindOf(WithoutQuotes(recorded.substr(0, recorded.find(quoted ? '"' : ' ', 1))));
   return kind != nullptr && kind->runner == Runner::Host ? kind->host + recorded : recorded;
@@ -46,11 +66,15 @@ bool IsProgramGone(clsFso& fso, const std::string& command) {
   });
 }
 
-/// True when the gone program was on a drive that is there: it went with what it removed, when its removal was cut off
-/// behind it.
-bool WentWithItsRemoval(const Services& services, const Component& component, const std::string& command) {
-  return ReadNow(services.machine.registry(), component, ComponentValue::Uninstalled) == RemovalBegun &&
-         services.fso.folderExists(WithoutQuotes(command.substr(0, 4)).substr(0, 3));
+/// A removal command, or its entry in the system's list, that is gone since its removal began went with what it
+/// removed.
+bool HasBegun(const Services& services, const Component& component) {
+  return ReadNow(services.machine.registry(), component, ComponentValue::Uninstalled) == RemovalBegun;
+}
+
+/// Otherwise its programs are out of sight rather than gone.
+bool IsDriveThere(clsFso& fso, const std::string& command) {
+  return fso.folderExists(WithoutQuotes(command.substr(0, 4)).substr(0, 3));
 }
 
 }  // namespace
@@ -67,12 +91,22 @@ RemovalPlan PlanPackageRemoval(const Component& component, bool isInstalled, con
 }
 
 RemovalPlan PlanProgramRemoval(const Services& services, const Component& component) {
-  const std::string command = ProgramRemovalCommand(component);
-  if (command.size() < 2) return {Step::NoCommand, command};
+  const std::string command = ProgramRemovalCommand(services, component);
+  if (command.size() < 2) return {HasBegun(services, component) ? Step::WentWithItsRemoval : Step::NoCommand, command};
   const std::string program = WithoutHost(command);
   if (!IsProgramGone(services.fso, program)) return {Step::RunProgram, command};
-  const bool went = WentWithItsRemoval(services, component, program);
+  const bool went = HasBegun(services, component) && IsDriveThere(services.fso, program);
   return {went ? Step::WentWithItsRemoval : Step::ProgramIsMissing, command};
+}
+
+bool IsRemovedByListEntry(const Component& component) {
+  const std::string recorded = Given(component.uninstallCommandLine);
+  return !IsProductCode(component.productCode) &&
+         (recorded.empty() || recorded.front() == '/' || recorded.front() == '-');
+}
+
+std::string ListEntryOf(const Component& component) {
+  return std::string(RemovableProgramsKey) + "\\" + component.name;
 }
 
 std::string WithoutHost(const std::string& command) {

@@ -31,8 +31,15 @@ std::string PackageRemovalCommand(const std::string& productCode, const std::str
 /// A package goes through msiexec. The command logs to `logFile`; to none where that is empty.
 RemovalPlan PlanPackageRemoval(const Component& component, bool isInstalled, const std::string& logFile);
 
-/// Anything else goes by its recorded command. Looks for the program that the command names.
+/// Anything else goes by its recorded command, or by its entry in the system's list of programs. Looks for the program
+/// that the command names.
 RemovalPlan PlanProgramRemoval(const Services& services, const Component& component);
+
+/// True when nothing recorded names a program: no product code, and no command line or only switches. Then the
+/// component's entry in the system's list of programs has the command, where there is one.
+bool IsRemovedByListEntry(const Component& component);
+/// The key of that entry, which bears the component's name.
+std::string ListEntryOf(const Component& component);
 
 /// The program or script that a removal command begins with, and its arguments: the command without a script's host.
 std::string WithoutHost(const std::string& command);

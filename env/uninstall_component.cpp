@@ -69,9 +69,12 @@ RemovalEnd RemoveByProgram(const Removal& removal, const std::string& command) {
 }
 
 RemovalEnd FailWithoutProgram(const Removal& removal, const std::string& command) {
-  removal.here.error("There is no program that \"" + WithoutHost(command) +
-                     "\" could start. Put it back, or set the value " + ComponentValue::UninstallCommandLine +
-                     " of HKLM\\" + removal.component.key + " to N/A, and uninstall again.");
+  const std::string giveUp = IsRemovedByListEntry(removal.component)
+                                 ? "delete the key HKLM\\" + ListEntryOf(removal.component)
+                                 : std::string("set the value ") + ComponentValue::UninstallCommandLine + " of HKLM\\" +
+                                       removal.component.key + " to N/A";
+  removal.here.error("There is no program that \"" + WithoutHost(command) + "\" could start. Put it back, or " +
+                     giveUp + ", and uninstall again.");
   throw removal.here.failure(6092, {removal.name});
 }
 

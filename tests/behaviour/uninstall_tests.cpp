@@ -281,6 +281,56 @@ TEST_F(Uninstalling, RecordedCommand_IsBuiltFromProgramAndArguments) {
   }
 }
 
+// What recorded no command is removed by what its own installer entered in the system's list of programs.
+
+constexpr const char* ListEntry = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Tools";
+
+struct ListedRemoval {
+  const char* commandLine;  ///< as recorded
+  const char* quiet;        ///< of the entry
+  const char* asking;
+  const char* command;  ///< nullptr: none, error 6094
+};
+
+constexpr ListedRemoval ListedRemovals[] = {
+    {"N/A", "\"C:\\My Tools\\un.exe\" /S", "C:\\Tools\\asks.exe", "\"C:\\My Tools\\un.exe\" /S"},
+    {"", " C:\\My Tools\\un.exe ", "", "\"C:\\My Tools\\un.exe\""},
+    {"N/A", "", "\"C:\\My Tools\\un.exe\"", nullptr},
+    {"/S _?=C:\\Tools", "C:\\Tools\\quiet.exe", "C:\\My Tools\\un.exe", "\"C:\\My Tools\\un.exe\" /S _?=C:\\Tools"},
+    {"-q", "", "\"C:\\My Tools\\un.exe\" /u", "\"C:\\My Tools\\un.exe\" /u -q"},
+    {"-q", "C:\\Tools\\quiet.exe", "", nullptr},
+    {"C:\\Tools\\remove.exe", "C:\\Tools\\quiet.exe", "C:\\My Tools\\un.exe", "C:\\Tools\\remove.exe"},
+};
+
+TEST_F(Uninstalling, ComponentWithoutCommand_GoesByItsEntryInTheSystemsList) {
+  for (const ListedRemoval& row : ListedRemovals) {
+    fresh();
+    media.program("Tools").install();
+    rig.set(ComponentRecord("Tools"), "UninstallCommandLine", row.commandLine);
+    rig.set(ListEntry, "QuietUninstallString", row.quiet);
+    rig.set(ListEntry, "UninstallString", row.asking);
+    for (const char* file : {"C:\\Tools\\remove.exe", "C:\\My Tools\\un.exe"}) rig.file(file, "program");
+    if (row.command != nullptr) rig.program(row.command, simulated::Match::Exactly);
+    EXPECT_EQ(Uninstall(rig), 0) << row.commandLine;
+    EXPECT_EQ(rig.ran().size(), row.command == nullptr ? 1U : 2U);
+    EXPECT_EQ(UninstallLogged(rig, "Error No = 6094"), row.command == nullptr) << row.commandLine;
+  }
+}
+
+TEST_F(Uninstalling, ListedRemovalThatFailsOrIsMissing_KeepsTheRecord) {
+  media.program("Tools").install();
+  rig.set(ListEntry, "QuietUninstallString", "C:\\Tools\\un.exe");
+  EXPECT_EQ(Uninstall(rig), 1);
+  EXPECT_TRUE(UninstallLogged(rig, std::string("or delete the key HKLM\\") + ListEntry + ", and uninstall again."));
+  Remover(rig, "C:\\Tools\\un.exe", {.exitCode = 5});
+  EXPECT_EQ(Uninstall(rig), 1);
+  // Cut off behind the removal, which took its own entry with it.
+  rig.set(ComponentRecord("Tools"), "Uninstalled", "Begun");
+  rig.machine().registry().removeTree(std::string("HKLM\\") + ListEntry);
+  EXPECT_EQ(Uninstall(rig), 0);
+  EXPECT_TRUE(UninstallLogged(rig, "Component Tools is gone since a removal that was cut off - skipping"));
+}
+
 TEST_F(Uninstalling, ComponentWithoutCommand_IsRecordedAsFailedAndHoldsNothingBack) {
   media.program("Mute").program("Tools", {}, RemovesWith("C:\\Tools\\remove.exe")).program("Other").install();
   Remover(rig, "C:\\Tools\\remove.exe", {.exitCode = 5});
