@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/text.h"
+#include "base/version.h"
 #include "core/switches.h"
 #include "exec/captions.h"
 #include "exec/product_result.h"
@@ -107,8 +108,8 @@ void OfferFinish(const Services& services) {
 }
 
 void ShowAboutBox(const Services& services) {
-  const std::string text =
-      Title + SwitchLines() + LineBreak + LineBreak + "The log of this run is " + services.log.logFilename();
+  const std::string text = std::string(Title) + " " + QXIA_VERSION_TEXT + SwitchLines() + LineBreak + LineBreak +
+                           "The log of this run is " + services.log.logFilename();
   services.machine.dialogs().messageBox({.title = Title, .text = text, .icon = platform::BoxIcon::Information});
 }
 

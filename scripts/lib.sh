@@ -17,6 +17,7 @@ declare -A package_groups=(
   [bench]='libbenchmark-dev python3'
   [lint]='clang-format clang-tidy python3 g++-mingw-w64-i686-posix'
   [shots]='imagemagick chromium'
+  [release]='pandoc'
 )
 
 say() { printf '%s\n' "$*"; }

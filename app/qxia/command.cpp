@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/version.h"
+
 namespace qxia {
 namespace {
 
@@ -66,7 +68,7 @@ int Dispatch(std::span<const Verb> verbs, const std::vector<std::string>& words)
     return words.empty() ? Unusable : 0;
   }
   if (words[0] == "--version") {
-    std::printf("qxia %s\n", QXIA_VERSION);
+    std::printf("qxia %s\n", QXIA_VERSION_TEXT);
     return 0;
   }
   const Verb* verb = FindVerb(verbs, words[0]);

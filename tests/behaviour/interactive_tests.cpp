@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/version.h"
 #include "tests/support/media.h"
 
 namespace {
@@ -105,9 +106,10 @@ TEST_F(Interactive, About_ListsTheSwitchesAndTheLog) {
   rig.press({WindowEvent::About, WindowEvent::Cancel});
   media.install("");
   const std::string box = rig.effects("box").front();
-  for (const char* line : {"/s  silent run", "/v  more detail in the log", "/x product  uninstall the product",
-                           "/is=path  application ini,  /isr  the one of the last run",
-                           "/ia=path  product ini,  /iar  the one of the last run"}) {
+  for (const char* line :
+       {QXIA_VERSION_TEXT, "/s  silent run", "/v  more detail in the log", "/x product  uninstall the product",
+        "/is=path  application ini,  /isr  the one of the last run",
+        "/ia=path  product ini,  /iar  the one of the last run"}) {
     EXPECT_NE(box.find(line), std::string::npos) << line;
   }
 }
