@@ -15,7 +15,7 @@ declare -A package_groups=(
   [wine]='wine64 fonts-wine xvfb xauth xdotool python3'
   [tests]='libgtest-dev python3'
   [bench]='libbenchmark-dev python3'
-  [lint]='clang-format clang-tidy python3 g++-mingw-w64-i686-posix'
+  [lint]='clang-format clang-tidy ansible-lint python3 g++-mingw-w64-i686-posix'
   [shots]='imagemagick chromium'
   [release]='pandoc'
 )
