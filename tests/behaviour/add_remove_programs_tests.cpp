@@ -1,17 +1,10 @@
 // The product's entry in the system's list of programs, the local copy that it starts, and what an uninstall leaves.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {
 
 using AddRemovePrograms = Installing;
-using Names = std::vector<std::string>;
-
-constexpr const char* Program = "C:\\QX\\QX Installation Assistant.exe";
-constexpr const char* LocalProgram =
-    "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\QX Installation Assistant.exe";
 
 /// A product with one package that may be uninstalled.
 void InstallRemovable(Rig& rig, const std::string& name = "Office Suite", const std::string& canUninstall = "true",
@@ -27,7 +20,7 @@ void InstallRemovable(Rig& rig, const std::string& name = "Office Suite", const 
 int UninstallByEntry(Rig& rig) {
   const std::string command = rig.value(EntryRecord, "UninstallString");
   EXPECT_EQ(command.find(std::string(LocalProgram) + " "), 0U) << command;
-  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  Confirms(rig);
   rig.press({platform::WindowEvent::Continue, platform::WindowEvent::Continue});
   return rig.runCommand(LocalProgram, command);
 }

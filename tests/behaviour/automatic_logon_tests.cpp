@@ -1,7 +1,5 @@
 // Automatic logon belongs to the product that switched it on: who switches it off, and what is left alone.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "tests/support/media.h"
@@ -11,9 +9,7 @@ namespace {
 using AutomaticLogon = Installing;
 using platform::BoxAnswer;
 using platform::WindowEvent;
-using Names = std::vector<std::string>;
 
-constexpr const char* Winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
 constexpr const char* Mark = "Automatic Logon";
 constexpr const char* Secrets[] = {"DefaultUserName", "DefaultPassword", "AltDefaultUserName", "AltDefaultPassword"};
 
@@ -52,13 +48,12 @@ const Successor Successors[] = {
     {"its password window cancelled", 2, "/s /is=C:\\Media\\app.ini",
      [](Rig& rig) { rig.machine().screen().type({.password = "", .confirmation = "", .cancel = true}); }},
     {"an install without an ini file", 1, "/s /is=C:\\nowhere.ini", [](Rig&) {}},
-    {"an uninstall", 0, "/s /x Office Suite", [](Rig& rig) { rig.answer("Confirm Uninstall", BoxAnswer::Yes); }},
-    {"an uninstall that is declined", 2, "/s /x Office Suite",
-     [](Rig& rig) { rig.answer("Confirm Uninstall", BoxAnswer::No); }},
+    {"an uninstall", 0, "/s /x Office Suite", Confirms},
+    {"an uninstall that is declined", 2, "/s /x Office Suite", Declines},
     {"an uninstall after the record is lost", 1, "/s /x Office Suite",
      [](Rig& rig) {
        rig.machine().registry().removeTree(std::string("HKLM\\") + ProductRecord);
-       rig.answer("Confirm Uninstall", BoxAnswer::Yes);
+       Confirms(rig);
      }},
 };
 
@@ -77,7 +72,7 @@ TEST_F(AutomaticLogon, LeftOnByARunThatBrokeOff_IsSwitchedOffByTheNextRunOfAnyKi
 TEST_F(AutomaticLogon, WhileTheRestartIsPending_StaysOnForTheRunBehindIt) {
   InstallUpToTheRestart(rig, media);
   for (const char* other : {"/s /x Office Suite", "/s /x Other"}) {
-    rig.answer("Confirm Uninstall", BoxAnswer::No);
+    Declines(rig);
     EXPECT_EQ(rig.run(other), 2);
     EXPECT_EQ(rig.value(Winlogon, "DefaultPassword"), "secret") << other;
   }
@@ -92,14 +87,9 @@ TEST_F(AutomaticLogon, UninstallOfWhatWaits_SwitchesItOff) {
 }
 
 const Successor Strangers[] = {
-    {"an uninstall that is declined", 2, "/s /x Office Suite",
-     [](Rig& rig) { rig.answer("Confirm Uninstall", BoxAnswer::No); }},
-    {"an uninstall that is cancelled", 2, "/x Office Suite",
-     [](Rig& rig) {
-       rig.answer("Confirm Uninstall", BoxAnswer::Yes);
-       rig.press({WindowEvent::Cancel});
-     }},
-    {"an uninstall", 0, "/s /x Office Suite", [](Rig& rig) { rig.answer("Confirm Uninstall", BoxAnswer::Yes); }},
+    {"an uninstall that is declined", 2, "/s /x Office Suite", Declines},
+    {"an uninstall that is cancelled", 2, "/x Office Suite", ConfirmsAndCancels},
+    {"an uninstall", 0, "/s /x Office Suite", Confirms},
     {"a run that ends before the password window", 1, "/s /is=C:\\Media\\app.ini",
      [](Rig& rig) { rig.machine().files().remove("C:\\Media\\product.ini"); }},
     {"the password window cancelled", 2, "/s /is=C:\\Media\\app.ini",
@@ -149,7 +139,7 @@ TEST_F(AutomaticLogon, ValueThatIsRefused_KeepsNoOtherAndIsTriedAgain) {
   rig.runFailing("registry.setValue", "Winlogon\\AutoAdminLogon", platform::Status::AccessDenied, arguments);
   for (const char* name : Secrets) EXPECT_EQ(rig.value(Winlogon, name), "") << name;
   EXPECT_EQ(rig.value(ProductsRecord, Mark), "Office Suite");
-  rig.answer("Confirm Uninstall", BoxAnswer::No);
+  Declines(rig);
   rig.run("/s /x Office Suite");
   ExpectOff(rig, "the next run");
 }

@@ -1,7 +1,5 @@
 // The one way out of a run: what it resets, removes and writes last.
 
-#include <gtest/gtest.h>
-
 #include <utility>
 
 #include "tests/support/media.h"
@@ -12,8 +10,6 @@ using Closedown = Installing;
 
 constexpr const char* RunKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr const char* UserRunKey = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-constexpr const char* Title = "QX Installation Assistant";
-constexpr const char* Winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
 
 struct Reset {
   const char* key;
@@ -87,9 +83,6 @@ TEST_F(Closedown, StepThatFails_DoesNotStopTheOthers) {
   }
 }
 
-constexpr const char* LocalProgram =
-    "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\QX Installation Assistant.exe";
-
 /// The time of the closedown and that of the removal.
 constexpr std::pair<const char*, const char*> Removals[] = {{"2006-03-05 14:03:00.000", "14:05"},
                                                             {"2006-03-05 09:07:00.000", "09:09"},
@@ -106,7 +99,7 @@ TEST_F(Closedown, LocalInstance_SchedulesItsOwnRemoval) {
     EXPECT_EQ(media.program("Tools").install(), 0);
     const std::string command =
         std::string("AT ") + removal + " C:\\WINDOWS\\System32\\cmd.exe /c del \"" + LocalProgram + "\"";
-    EXPECT_EQ(rig.effects("run hidden "), std::vector<std::string>{"run hidden " + command});
+    EXPECT_EQ(rig.effects("run hidden "), Names{"run hidden " + command});
     EXPECT_TRUE(Logged(rig, "Task Scheduler command: " + command));
     EXPECT_TRUE(Logged(rig, "Task Scheduler command returned 0"));
   }
@@ -176,7 +169,7 @@ TEST_F(Closedown, CommitRequest_RestartsOnceWithoutResume) {
   for (const char* request : {"commit", "COMMIT"}) {
     fresh();
     EXPECT_EQ(media.program("Tools", RequestsReboot(request)).program("Next").install(), 0);
-    EXPECT_EQ(rig.effects("exit windows"), std::vector<std::string>{"exit windows, flags 6, reason 0"});
+    EXPECT_EQ(rig.effects("exit windows"), Names{"exit windows, flags 6, reason 0"});
     EXPECT_EQ(RanComponents(rig).size(), 2U);
     EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "");
     EXPECT_EQ(rig.value(ProductsRecord, "Product"), "");

@@ -1,7 +1,5 @@
 // Conditions of a component, as its ini states them, on a machine with known facts.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {

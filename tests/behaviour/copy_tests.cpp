@@ -1,21 +1,15 @@
 // Components that are delivered by copying: where to, over what, and what a copy that fails leaves behind.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <functional>
-#include <string>
-#include <vector>
 
 #include "platform/faults/platform.h"
 #include "tests/support/media.h"
 
 namespace {
 
-using Names = std::vector<std::string>;
-
 constexpr const char* Mark = "QX copy not finished.txt";
-constexpr const char* Title = "QX Installation Assistant Error";
+constexpr const char* ErrorTitle = "QX Installation Assistant Error";
 
 /// The component Tools in C:\Media\<path>, with a program, a read-only file and a sub-folder.
 void ToolsIn(Rig& rig, Media& media, const std::string& path, const std::string& lines) {
@@ -98,69 +92,38 @@ TEST(Copy, VersionsBesideTheTarget_AreComparedAndCleared) {
     const char* what;
     const char* path;
     const char* lines;
-    Names before;
-    Names after;
+    const char* before;
+    const char* after;
     bool copied;
   } rows[] = {
-      {"older ones go",
-       "T\\v1.2.0.15",
-       "CopyOp=1\n",
-       {"v1.1.0.9", "v1.2.0.14", "other", "v1.2"},
-       {"other", "v1.2", "v1.2.0.15"},
-       true},
-      {"its own goes first", "T\\v1.2.0.15", "CopyOp=1\n", {"v1.2.0.15"}, {"v1.2.0.15"}, true},
-      {"a newer one holds it back",
-       "T\\v1.2.0.15",
-       "CopyOp=1\n",
-       {"v1.1.0.0", "v1.2.0.16"},
-       {"v1.1.0.0", "v1.2.0.16"},
+      {"older ones go", "T\\v1.2.0.15", "CopyOp=1\n", "v1.1.0.9 v1.2.0.14 other v1.2", "other v1.2 v1.2.0.15", true},
+      {"its own goes first", "T\\v1.2.0.15", "CopyOp=1\n", "v1.2.0.15", "v1.2.0.15", true},
+      {"a newer one holds it back", "T\\v1.2.0.15", "CopyOp=1\n", "v1.1.0.0 v1.2.0.16", "v1.1.0.0 v1.2.0.16", false},
+      {"the newer of two, listed last", "T\\v1.2.0.15", "CopyOp=1\n", "v1.2.0.14 v2.0.0.0", "v1.2.0.14 v2.0.0.0",
        false},
-      {"the newer of two, listed last",
-       "T\\v1.2.0.15",
-       "CopyOp=1\n",
-       {"v1.2.0.14", "v2.0.0.0"},
-       {"v1.2.0.14", "v2.0.0.0"},
+      {"the newer of two, listed first", "T\\v1.2.0.15", "CopyOp=1\n", "v1.2.0.16 v1.2.0.2", "v1.2.0.16 v1.2.0.2",
        false},
-      {"the newer of two, listed first",
-       "T\\v1.2.0.15",
-       "CopyOp=1\n",
-       {"v1.2.0.16", "v1.2.0.2"},
-       {"v1.2.0.16", "v1.2.0.2"},
-       false},
-      {"a newer short one, too", "T\\v1.2.0.15", "CopyOp=1\n", {"xv.2"}, {"v1.2.0.15", "xv.2"}, true},
-      {"a newer one without a v, too", "T\\v1.2.0.15", "CopyOp=1\n", {"2.0.0.0"}, {"v1.2.0.15"}, true},
-      {"a capital V is only cleared", "T\\v1.2.0.15", "CopyOp=1\n", {"V1.3.0.0"}, {"v1.2.0.15"}, true},
-      {"code 2 never compares",
-       "T\\v1.2.0.15",
-       "CopyOp=2\nCopyOpTarget=C:\\QX\\Root\n",
-       {"v9.0.0.0"},
-       {"v1.2.0.15"},
-       true},
-      {"no version in the path", "T\\Tools", "CopyOp=1\n", {"v9.0.0.0"}, {"Tools", "v9.0.0.0"}, true},
-      {"a target of its own",
-       "T\\v1.2.0.15",
-       "CopyOp=1\nCopyOpTarget1=C:\\QX\\Root\\T\\v8.0.0.0\n",
-       {"v9.0.0.0"},
-       {"v8.0.0.0", "v9.0.0.0"},
-       true},
-      {"the component's path in a list",
-       "T\\v1.2.0.15",
-       "CopyOp=1\nCopyOpTarget1=C:\\QX\\Root\\t\\V1.2.0.15\n",
-       {"v1.0.0.0"},
-       {"V1.2.0.15"},
-       true},
+      {"a newer short one, too", "T\\v1.2.0.15", "CopyOp=1\n", "xv.2", "v1.2.0.15 xv.2", true},
+      {"a newer one without a v, too", "T\\v1.2.0.15", "CopyOp=1\n", "2.0.0.0", "v1.2.0.15", true},
+      {"a capital V is only cleared", "T\\v1.2.0.15", "CopyOp=1\n", "V1.3.0.0", "v1.2.0.15", true},
+      {"code 2 never compares", "T\\v1.2.0.15", "CopyOp=2\nCopyOpTarget=C:\\QX\\Root\n", "v9.0.0.0", "v1.2.0.15", true},
+      {"no version in the path", "T\\Tools", "CopyOp=1\n", "v9.0.0.0", "Tools v9.0.0.0", true},
+      {"a target of its own", "T\\v1.2.0.15", "CopyOp=1\nCopyOpTarget1=C:\\QX\\Root\\T\\v8.0.0.0\n", "v9.0.0.0",
+       "v8.0.0.0 v9.0.0.0", true},
+      {"the component's path in a list", "T\\v1.2.0.15", "CopyOp=1\nCopyOpTarget1=C:\\QX\\Root\\t\\V1.2.0.15\n",
+       "v1.0.0.0", "V1.2.0.15", true},
   };
   for (const auto& row : rows) {
     Rig rig;
     rig.tolerateUnused();
-    for (const std::string& name : row.before) {
+    for (const std::string& name : Words(row.before)) {
       rig.file("C:\\QX\\Root\\T\\" + name + "\\old.txt", "old");
       rig.machine().files().setAttributes("C:\\QX\\Root\\T\\" + name + "\\old.txt", {.readOnly = true});
     }
     Media media(rig);
     ToolsIn(rig, media, row.path, row.lines);
     EXPECT_EQ(media.install(), 0) << row.what;
-    EXPECT_EQ(FoldersIn(rig, "C:\\QX\\Root\\T"), row.after) << row.what;
+    EXPECT_EQ(FoldersIn(rig, "C:\\QX\\Root\\T"), Words(row.after)) << row.what;
     EXPECT_EQ(rig.effects("file copy C:\\Media").size(), row.copied ? 3U : 0U) << row.what;
   }
 }
@@ -287,7 +250,7 @@ TEST(Copy, ThatCannotBeFinished_FailsTheComponentAndNeverLooksFinished) {
     ToolsIn(rig, media, "T\\v1.2.0.15", lines);
     if (amongVersions) media.productIni += "[Actions]\nTools=C:\\Media\\Tools\\Tools.ini\n";
     for (const char* text : {row.told, "Failed to copy component to "})
-      rig.answer(Title, platform::BoxAnswer::Ok, text);
+      rig.answer(ErrorTitle, platform::BoxAnswer::Ok, text);
     faults::Platform faulty(rig.machine());
     row.arrange(rig, faulty.faults());
     const std::string destination = *row.destination == '\0' ? longTarget : row.destination;
@@ -364,7 +327,7 @@ TEST(Copy, LinkOnTheWayToTheTarget_IsNotFollowed) {
     std::filesystem::create_directories((drive / link).parent_path());
     std::filesystem::create_directory_symlink(drive / "Elsewhere", drive / link);
     for (const char* text : {"link to another folder, which is not followed", "Failed to copy component to "})
-      rig.answer(Title, platform::BoxAnswer::Ok, text);
+      rig.answer(ErrorTitle, platform::BoxAnswer::Ok, text);
     EXPECT_EQ(media.install(), 1) << link;
     EXPECT_TRUE(FoldersIn(rig, "C:\\Elsewhere").empty()) << link;
   }

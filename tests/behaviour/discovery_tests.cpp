@@ -1,7 +1,5 @@
 // Finding the ini files and the package root, and what is recorded of the machine.
 
-#include <gtest/gtest.h>
-
 #include "core/config_checks.h"
 #include "core/discovery.h"
 #include "tests/support/media.h"

@@ -1,7 +1,5 @@
 // What the process returns, as one table.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {
@@ -72,10 +70,8 @@ const Ending Endings[] = {
        rig.set(ProductsRecord, "InstallationIni", "C:\\Waiting\\app.ini");
        media.component("Tools", "setup.exe");
      }},
-    {"uninstall declined", 2, "/s /x Office Suite",
-     [](Rig& rig, Media&) { rig.answer("Confirm Uninstall", BoxAnswer::No); }},
-    {"uninstall of what is not there", 1, "/s /x Office Suite",
-     [](Rig& rig, Media&) { rig.answer("Confirm Uninstall", BoxAnswer::Yes); }},
+    {"uninstall declined", 2, "/s /x Office Suite", [](Rig& rig, Media&) { Declines(rig); }},
+    {"uninstall of what is not there", 1, "/s /x Office Suite", [](Rig& rig, Media&) { Confirms(rig); }},
     {"uninstall without a name", 1, "/s /x", [](Rig&, Media&) {}},
 };
 

@@ -1,14 +1,10 @@
 // Clearing away what stands in a product's way: forced uninstalls and deletes before the first component.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "tests/support/media.h"
 
 namespace {
-
-using Names = std::vector<std::string>;
 
 constexpr const char* Old = "{11111111-2222-3333-4444-555555555555}";
 constexpr const char* Older = "{22222222-2222-3333-4444-555555555555}";

@@ -1,7 +1,5 @@
 // The work that a run does for one component does not grow with the components that it has done.
 
-#include <gtest/gtest.h>
-
 #include <map>
 
 #include "platform/faults/platform.h"

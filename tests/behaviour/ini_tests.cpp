@@ -131,25 +131,22 @@ TEST_F(IniTest, RequiredKey_ThatIsNotFound_LeavesTwoErrors) {
 }
 
 TEST_F(IniTest, File_ThatCannotBeRead_IsToldWithTheReason) {
-  const struct {
-    platform::Status status;
-    const char* reason;
-  } table[] = {
+  const std::pair<platform::Status, const char*> table[] = {
       {platform::Status::AccessDenied, "Permission denied"},
       {platform::Status::NotReady, "Disk not ready"},
       {platform::Status::FileNotFound, "File not found"},
   };
   put("[P]\r\nName=Foo\r\n");
-  for (const auto& row : table) {
+  for (const auto& [status, reason] : table) {
     faults::Platform faulty(rig.machine());
-    faulty.faults().fail("files.read", Ini, row.status);
+    faulty.faults().fail("files.read", Ini, status);
     emptyLog();
     const modINI::IniFile failing{faulty.files(), run.services.log, Ini};
     const modINI::IniValue value = modINI::ReadIniValue(failing, "P", "Name", "d", modINI::Missing::IsLogged);
     EXPECT_EQ(value.text, "d");
     EXPECT_EQ(value.failure, 6122);
     ASSERT_EQ(rows().size(), 2U);
-    EXPECT_EQ(rows()[1].description, std::string("ini file C:\\app.ini cound not be opened : ") + row.reason +
+    EXPECT_EQ(rows()[1].description, std::string("ini file C:\\app.ini cound not be opened : ") + reason +
                                          "<BR>Source: modINI.GetIniString Error No = 6122");
   }
 }
@@ -189,19 +186,18 @@ TEST_F(IniTest, List_OfASection_HoldsItsKeysOrItsLines) {
       "Four=d\r\n"
       "[Actions]\r\n"
       "Five=e\r\n");
-  EXPECT_EQ(modINI::GetIniKeys(ini, "actions"), (std::vector<std::string>{"One", "Two words ", ""}));
-  EXPECT_EQ(modINI::GetIniLines(ini, "actions"),
-            (std::vector<std::string>{"One=a.ini", "Two words =b=c", "bare line", " ; kept", "=e"}));
-  EXPECT_EQ(modINI::GetIniKeys(ini, "Next"), std::vector<std::string>{"Four"});
+  EXPECT_EQ(modINI::GetIniKeys(ini, "actions"), (Names{"One", "Two words ", ""}));
+  EXPECT_EQ(modINI::GetIniLines(ini, "actions"), (Names{"One=a.ini", "Two words =b=c", "bare line", " ; kept", "=e"}));
+  EXPECT_EQ(modINI::GetIniKeys(ini, "Next"), Names{"Four"});
   EXPECT_EQ(logText(), "");
 }
 
 TEST_F(IniTest, ListThatFails_IsEmptyAndLogged) {
   put("[P]\r\nA=1\r\n");
-  EXPECT_EQ(modINI::GetIniKeys(ini, "Q"), std::vector<std::string>());
-  EXPECT_EQ(modINI::GetIniKeys(ini, "P["), std::vector<std::string>());
+  EXPECT_EQ(modINI::GetIniKeys(ini, "Q"), Names());
+  EXPECT_EQ(modINI::GetIniKeys(ini, "P["), Names());
   rig.machine().files().remove(Ini);
-  EXPECT_EQ(modINI::GetIniLines(ini, "P"), std::vector<std::string>());
+  EXPECT_EQ(modINI::GetIniLines(ini, "P"), Names());
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 3U);
   EXPECT_EQ(errors[0].description,

@@ -1,13 +1,10 @@
 // The loop over the components: their order, what holds one back, and what a failure does to the rest.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {
 
 using InstallLoop = Installing;
-using Names = std::vector<std::string>;
 
 /// What LastSequence was set to, in order.
 Names LastSequences(Rig& rig) {

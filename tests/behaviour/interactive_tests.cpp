@@ -1,7 +1,5 @@
 // Interactive runs: what the window shows and what a person's choices lead to.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "base/version.h"
@@ -13,7 +11,7 @@ using Interactive = Installing;
 using platform::Control;
 using platform::WindowEvent;
 
-using Texts = std::vector<std::string>;
+using Texts = Names;
 
 std::size_t PlaceOf(Rig& rig, const std::string& effect) {
   const auto& effects = rig.machine().effects();
@@ -135,7 +133,7 @@ TEST_F(Interactive, Progress_StaysWithinItsBarAndEndsFull) {
   EXPECT_EQ(shown.back(), "100%");
   EXPECT_EQ(std::count(shown.begin(), shown.end(), "33%"), 1);
   // It appears with the first line that has no room, and stays.
-  EXPECT_EQ(rig.effects("scroll bar"), std::vector<std::string>{"scroll bar shown"});
+  EXPECT_EQ(rig.effects("scroll bar"), Names{"scroll bar shown"});
 }
 
 TEST_F(Interactive, RefusedPreInstall_IsToldAndEndsTheRun) {

@@ -1,7 +1,5 @@
 // Logs whose places cannot be had: no folder ends a run, and no archive loses or follows what it must not.
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 
 #include "platform/faults/platform.h"
@@ -10,7 +8,6 @@
 namespace {
 
 using LogPlaces = Installing;
-using Names = std::vector<std::string>;
 
 constexpr const char* Folder = "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite";
 constexpr const char* DefaultLog = "C:\\QX\\QX Installation Assistant.html";

@@ -29,10 +29,7 @@ class LogSetUp : public Procedures {
 
 TEST_F(LogSetUp, InstallRun_PutsItsFoldersUnderTheGivenPath) {
   const std::string defaultRoot = "c:\\program files\\Tarvel\\Installation";
-  const struct {
-    const char* line;
-    std::string root;
-  } table[] = {
+  const std::pair<const char*, std::string> table[] = {
       {"LogFilePath=C:\\Logs", "C:\\Logs"},
       {"LogFilePath=C:\\Logs\\", "C:\\Logs"},
       {"LogFilePath=   C:\\Logs\\Deep\\Down   ", "C:\\Logs\\Deep\\Down"},
@@ -40,14 +37,14 @@ TEST_F(LogSetUp, InstallRun_PutsItsFoldersUnderTheGivenPath) {
       {"LogFilePath=   ", defaultRoot},
       {"OtherKey=1", defaultRoot},
   };
-  for (const auto& row : table) {
-    rig.file("C:\\app.ini", std::string("[Product]\n") + row.line + "\n");
+  for (const auto& [line, root] : table) {
+    rig.file("C:\\app.ini", std::string("[Product]\n") + line + "\n");
     const LogFolders folders = setUp();
-    EXPECT_EQ(run.services.log.logFilename(), folder(row.root) + "\\QX Installation Assistant.html") << row.line;
-    EXPECT_EQ(folders.msiLogs, folder(row.root) + "\\MSI Log Files") << row.line;
-    EXPECT_EQ(folders.archive, folder(row.root) + "\\QXIA Archive Logs") << row.line;
-    EXPECT_TRUE(run.services.fso.folderExists(folder(row.root))) << row.line;
-    EXPECT_EQ(logText(), "") << "a path that is not given is no error: " << row.line;
+    EXPECT_EQ(run.services.log.logFilename(), folder(root) + "\\QX Installation Assistant.html") << line;
+    EXPECT_EQ(folders.msiLogs, folder(root) + "\\MSI Log Files") << line;
+    EXPECT_EQ(folders.archive, folder(root) + "\\QXIA Archive Logs") << line;
+    EXPECT_TRUE(run.services.fso.folderExists(folder(root))) << line;
+    EXPECT_EQ(logText(), "") << "a path that is not given is no error: " << line;
   }
 }
 
@@ -139,7 +136,7 @@ TEST_F(LogOfARun, FolderThatCannotBeMade_DoesNotHoldTheInstallationBack) {
   media.product["LogFilePath"] = "Q:\\Logs";
   media.program("Tools");
   EXPECT_EQ(media.install(), 0);
-  EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"});
+  EXPECT_EQ(RanComponents(rig), Names{"Tools"});
   const std::string log = rig.text(DefaultLog);
   EXPECT_EQ(RowsOf(log, WarningMark).size(), 1U) << log;
   EXPECT_NE(log.find("QX Installer Run complete"), std::string::npos);
@@ -150,9 +147,9 @@ TEST_F(LogOfARun, MediumBecomesReadOnly_IsToldInTheEventLogAndTheRunGoesOn) {
   media.write();
   EXPECT_EQ(rig.runFailing("files.openForAppending", ".html", platform::Status::AccessDenied, Media::arguments("/s")),
             0);
-  EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"});
-  EXPECT_EQ(rig.effects("box"), std::vector<std::string>());
-  const std::vector<std::string> records = rig.effects("event log");
+  EXPECT_EQ(RanComponents(rig), Names{"Tools"});
+  EXPECT_EQ(rig.effects("box"), Names());
+  const Names records = rig.effects("event log");
   ASSERT_GE(records.size(), 40U) << "four for every entry";
   EXPECT_EQ(records.size() % 4, 0U);
   EXPECT_EQ(records[1],

@@ -20,7 +20,7 @@ class LogTest : public Procedures {
   LogTest() { rig.machine().clock().setTime("2006-11-15 14:03:27.081"); }
 
   std::string text() { return rig.text(LogFile); }
-  std::vector<std::string> archived() { return run.services.fso.listFiles(Archive); }
+  Names archived() { return run.services.fso.listFiles(Archive); }
   /// Sets the archive up with files of these sizes: 1.html, 2.html and so on.
   void archiveOf(const std::vector<std::size_t>& sizes) {
     int number = 0;
@@ -134,13 +134,12 @@ TEST_F(LogTest, ShowMessage_ShowsErrorsOnlyAndAfterTheyWereWritten) {
   log.log("X", 5, "gone", Shown::Always);
   EXPECT_EQ(
       rig.effects("box"),
-      std::vector<std::string>{"box \"T Error\": A critical run-time error has occurred  |  | Error #5: 'gone' -> " +
-                               std::string("ok")});
+      Names{"box \"T Error\": A critical run-time error has occurred  |  | Error #5: 'gone' -> " + std::string("ok")});
   EXPECT_EQ(LogRows(written).size(), 2U);
 }
 
 /// The four records of one entry that could not be written.
-void ExpectRecords(const std::vector<std::string>& records, const std::string& failure) {
+void ExpectRecords(const Names& records, const std::string& failure) {
   const std::string start = "event log T: ";
   ASSERT_EQ(records.size(), 4U);
   EXPECT_EQ(records[0], start + "Routine name passed in: Main");
@@ -155,27 +154,24 @@ void ExpectRecords(const std::vector<std::string>& records, const std::string& f
 
 TEST_F(LogTest, Entry_ThatCannotBeWritten_GoesToABoxAndTheEventLog) {
   rig.machine().addDrive({'E', platform::DriveType::Fixed, "FULL", "", true, true, 10});
-  const struct {
-    const char* file;
-    const char* failure;
-  } table[] = {
+  const std::pair<const char*, const char*> table[] = {
       {"D:\\T.html", "5 Description : Permission denied"},
       {"E:\\T.html", "112 Description : Disk full"},
       {"C:\\Nowhere\\T.html", "3 Description : Path not found"},
       {"Q:\\T.html", "3 Description : Path not found"},
   };
-  for (const auto& row : table) {
-    SCOPED_TRACE(row.file);
-    log.logFilename(row.file);
+  for (const auto& [file, failure] : table) {
+    SCOPED_TRACE(file);
+    log.logFilename(file);
     log.lastErrNumber(1);
     log.lastErrDescription("before");
     const std::size_t records = rig.effects("event log").size();
     const std::size_t boxes = rig.effects("box").size();
     rig.answer("T", platform::BoxAnswer::Ok, "Main");
     log.log("Main", 12, "started", Shown::Always);
-    std::vector<std::string> added = rig.effects("event log");
+    Names added = rig.effects("event log");
     added.erase(added.begin(), added.begin() + static_cast<std::ptrdiff_t>(records));
-    ExpectRecords(added, row.failure);
+    ExpectRecords(added, failure);
     ASSERT_EQ(rig.effects("box").size(), boxes + 1) << "the box of the error itself is not shown";
     EXPECT_EQ(rig.effects("box").back(), "box \"T\": Main -> ok");
     EXPECT_EQ(log.lastErrNumber(), 1);
@@ -198,7 +194,7 @@ TEST_F(LogTest, Entry_ThatCannotBeWrittenWithoutEventLog_IsLostQuietly) {
   log.beSilent(true);
   log.logFilename("D:\\T.html");
   log.log("Main", 12, "started");
-  EXPECT_EQ(rig.effects("event log"), std::vector<std::string>());
+  EXPECT_EQ(rig.effects("event log"), Names());
 }
 
 TEST_F(LogTest, Archive_ThreeTimesInAMinute_KeepsTheFirstAndTheLast) {
@@ -207,7 +203,7 @@ TEST_F(LogTest, Archive_ThreeTimesInAMinute_KeepsTheFirstAndTheLast) {
     EXPECT_TRUE(log.archiveLogFile(Archive));
     rig.machine().clock().sleep(10000);
   }
-  EXPECT_EQ(archived(), (std::vector<std::string>{"T0611151403.html", "T0611151403a.html"}));
+  EXPECT_EQ(archived(), (Names{"T0611151403.html", "T0611151403a.html"}));
   EXPECT_EQ(rig.text("C:\\Logs\\Archive\\T0611151403.html"), "one");
   EXPECT_EQ(rig.text("C:\\Logs\\Archive\\T0611151403a.html"), "three");
   EXPECT_EQ(text(), "three") << "the log stays in its place";
@@ -219,7 +215,7 @@ TEST_F(LogTest, Archive_ThreeTimesInAMinute_KeepsTheFirstAndTheLast) {
 TEST_F(LogTest, Archive_AboveItsLimit_LosesItsFirstFileAndNoOther) {
   const struct {
     std::vector<std::size_t> sizes;
-    std::vector<std::string> left;
+    Names left;
   } table[] = {
       {{10000000}, {"1.html"}},
       {{10000001}, {}},
@@ -237,14 +233,14 @@ TEST_F(LogTest, Archive_AboveItsLimit_LosesItsFirstFileAndNoOther) {
   archiveOf({6000000, 6000000, 12000000});
   rig.machine().files().setAttributes("C:\\Logs\\Archive\\1.html", {.readOnly = true});
   log.archiveLogFile(Archive);
-  EXPECT_EQ(archived(), (std::vector<std::string>{"2.html", "3.html"})) << "a read-only file goes like any other";
+  EXPECT_EQ(archived(), (Names{"2.html", "3.html"})) << "a read-only file goes like any other";
 }
 
 TEST_F(LogTest, Archive_CountsTheLogThatItJustGot) {
   archiveOf({10000000});
   rig.file(LogFile, "x");
   log.archiveLogFile(Archive);
-  EXPECT_EQ(archived(), std::vector<std::string>{"T0611151403.html"});
+  EXPECT_EQ(archived(), Names{"T0611151403.html"});
 }
 
 TEST_F(LogTest, Archive_CopyFails_IsLoggedAndStillTrims) {
@@ -254,7 +250,7 @@ TEST_F(LogTest, Archive_CopyFails_IsLoggedAndStillTrims) {
   archiveOf({6000000, 6000000});
   failing.log("X", 0, "to be archived");
   EXPECT_FALSE(failing.archiveLogFile(Archive));
-  EXPECT_EQ(archived(), std::vector<std::string>{"2.html"});
+  EXPECT_EQ(archived(), Names{"2.html"});
   const std::vector<LogRow> errors = RowsOf(text(), ErrorMark);
   ASSERT_EQ(errors.size(), 1U);
   EXPECT_NE(errors[0].description.find("<BR>Source: ArchiveLogFile Error No = 112"), std::string::npos) << errors[0];
@@ -272,7 +268,7 @@ TEST_F(LogTest, Archive_FolderCannotBeMade_IsLoggedWithItsName) {
 TEST(ErrorTexts, Marks_AreFilledInOrder) {
   const struct {
     int number;
-    std::vector<std::string> values;
+    Names values;
     const char* text;
   } table[] = {
       {6080, {"Install", "Office", "c.ini"}, "ini string Install not found in section Office of c.ini"},
@@ -298,23 +294,6 @@ TEST(ErrorTexts, Marks_AreFilledInOrder) {
       {0, {}, ""},
   };
   for (const auto& row : table) EXPECT_EQ(modErrorBase::GetErrorText(row.number, row.values), row.text) << row.number;
-}
-
-TEST(ErrorTexts, EveryNumber_HasItsTextWithItsMarks) {
-  const struct {
-    int first, last;
-    std::string marks;  ///< "%" in each text of the block
-  } blocks[] = {{6000, 6000, "1"},       {6020, 6024, "11101"},    {6080, 6096, "31121012100111110"},
-                {6120, 6126, "2311110"}, {6140, 6147, "11110112"}, {6160, 6166, "1131011"}};
-  for (const auto& block : blocks) {
-    std::string found;
-    for (int number = block.first; number <= block.last; ++number) {
-      const std::string text = modErrorBase::GetErrorText(number);
-      EXPECT_FALSE(text.empty()) << number;
-      found += std::to_string(std::count(text.begin(), text.end(), '%'));
-    }
-    EXPECT_EQ(found, block.marks) << "from " << block.first;
-  }
 }
 
 }  // namespace

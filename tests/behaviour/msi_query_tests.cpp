@@ -20,8 +20,8 @@ class MsiQuery : public Procedures {
     EXPECT_EQ(data.name + data.version + data.code, "");
   }
   /// Codes, names and versions of the list.
-  std::vector<std::string> listed() {
-    std::vector<std::string> products;
+  Names listed() {
+    Names products;
     for (const InstalledProduct& product : ListInstalledProducts(run.services).list)
       products.push_back(product.code + "|" + product.name + "|" + product.version);
     return products;
@@ -57,10 +57,10 @@ TEST_F(MsiQuery, PackageData_AreThoseOfItsPropertyTable) {
 TEST_F(MsiQuery, PackageData_AreToldInTheLog) {
   rig.package({Package, "Office", "2.1.0.15", Code});
   ASSERT_TRUE(GetMSIData(run.services, Package).read);
-  std::vector<std::string> told;
+  Names told;
   for (const LogRow& row : rows()) told.push_back(row.type + " " + row.description);
-  EXPECT_EQ(told, (std::vector<std::string>{"Action Reading C:\\Media\\Office.msi", "Action Name:Office",
-                                            "Action Version:2.1.0.15", std::string("Action Code:") + Code}));
+  EXPECT_EQ(told, (Names{"Action Reading C:\\Media\\Office.msi", "Action Name:Office", "Action Version:2.1.0.15",
+                         std::string("Action Code:") + Code}));
 }
 
 TEST_F(MsiQuery, PackageThatCannotBeRead_IsTheErrorOfItsStep) {
@@ -101,19 +101,19 @@ TEST_F(MsiQuery, FileThatIsNoPackage_LeavesEmptyData) {
 }
 
 TEST_F(MsiQuery, ProductList_HasARecordForEachOrOneEmpty) {
-  EXPECT_EQ(listed(), std::vector<std::string>{"||"});
+  EXPECT_EQ(listed(), Names{"||"});
   rig.machine().installer().install({Code, "Office", "2.1.0.15"});
   rig.machine().installer().install({Other, std::string(127, 'n'), "1"});
   for (int times = 0; times < 2; ++times) {
-    EXPECT_EQ(listed(), (std::vector<std::string>{std::string(Code) + "|Office|2.1.0.15",
-                                                  std::string(Other) + "|" + std::string(127, 'n') + "|1"}));
+    EXPECT_EQ(listed(),
+              (Names{std::string(Code) + "|Office|2.1.0.15", std::string(Other) + "|" + std::string(127, 'n') + "|1"}));
   }
   rig.machine().installer().remove(Code);
   EXPECT_EQ(listed().size(), 1U);
-  std::vector<std::string> told;
+  Names told;
   for (const LogRow& row : rows()) told.push_back(row.description);
-  EXPECT_EQ(told, (std::vector<std::string>{"There are 0 installed products", "There are 2 installed products",
-                                            "There are 2 installed products", "There are 1 installed products"}));
+  EXPECT_EQ(told, (Names{"There are 0 installed products", "There are 2 installed products",
+                         "There are 2 installed products", "There are 1 installed products"}));
 }
 
 TEST_F(MsiQuery, ProductThatDoesNotTell_KeepsEmptyFieldsAndAnErrorEach) {
@@ -149,7 +149,7 @@ TEST_F(MsiQuery, TextsThatAreTooLong_AreLeftEmptyAndTold) {
   EXPECT_EQ(warnings, 1);
 
   rig.machine().installer().install({Other, std::string(128, 'n'), std::string(127, '1')});
-  EXPECT_EQ(listed(), std::vector<std::string>{std::string(Other) + "||" + std::string(127, '1')});
+  EXPECT_EQ(listed(), Names{std::string(Other) + "||" + std::string(127, '1')});
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_EQ(errors.size(), 1U);
   EXPECT_EQ(errors[0].description.rfind(std::string("Error returning product Installed Product Name for ") + Other, 0),
@@ -172,7 +172,7 @@ TEST_F(MsiQuery, PropertyThatCannotBeRead_IsLeftEmptyAndTold) {
 
 TEST_F(MsiQuery, MachineWithoutWindowsInstaller_HasNoProducts) {
   rig.machine().installer().setInstalled(false);
-  EXPECT_EQ(listed(), std::vector<std::string>{"||"});
+  EXPECT_EQ(listed(), Names{"||"});
   rig.file(Package, "package");
   expectNothing(GetMSIData(run.services, Package));
 }
@@ -181,11 +181,11 @@ TEST_F(MsiQuery, LogOfProducts_HasALineForEach) {
   run.services.log.beVerbose(true);
   rig.machine().installer().install({Code, "Office", "2.1.0.15"});
   LogInstalledMSIs(run.services);
-  std::vector<std::string> told;
+  Names told;
   for (const LogRow& row : rows()) told.push_back(row.description);
-  EXPECT_EQ(told, (std::vector<std::string>{"Retrieving Installed MSI's from PC", "There are 1 installed products",
-                                            "The following MSI's are installed on this PC",
-                                            "Office: {11111111-2222-3333-4444-555555555555} v2.1.0.15 <BR>"}));
+  EXPECT_EQ(told, (Names{"Retrieving Installed MSI's from PC", "There are 1 installed products",
+                         "The following MSI's are installed on this PC",
+                         "Office: {11111111-2222-3333-4444-555555555555} v2.1.0.15 <BR>"}));
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 // Packages: whether msiexec runs, what its exit code means, and the wait while it is busy.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {
@@ -11,7 +9,7 @@ using Packages = Installing;
 struct Installed {
   const char* version;  ///< on the machine; "" when it is not, "?" when it tells none, as an advertised one does
   const char* lines;
-  std::vector<std::string> switches;  ///< of the msiexec runs
+  Names switches;  ///< of the msiexec runs
   int exitCode = 0;
 };
 
@@ -50,7 +48,7 @@ TEST_F(Packages, InstalledVersion_DecidesWhatRuns) {
 TEST_F(Packages, OlderVersion_IsRemovedBeforeTheNewOneIsInstalled) {
   rig.machine().installer().install({CodeOf("Office"), "Office", "1.9"});
   EXPECT_EQ(media.package("Office", "1.10").install(), 0);
-  const std::vector<std::string> products = rig.effects("product ");
+  const Names products = rig.effects("product ");
   EXPECT_EQ(products.back(), "product installed " + CodeOf("Office") + " Office 1.10");
   EXPECT_EQ(products[products.size() - 2], "product removed " + CodeOf("Office") + " Office 1.9");
   EXPECT_TRUE(Logged(rig, "This is a newer version (1.10) so previous version (1.9) will be uninstalled first"));

@@ -1,7 +1,5 @@
 // How a program that ran is judged: its exit code, its own verdict, and what the product's result comes to.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {
@@ -84,7 +82,7 @@ TEST_F(Outcome, Abort_EndsTheRunThoughNothingSaysSo) {
   media.program("Tools", Reports("Tools", "Abort"));
   media.component("Next", "next.exe");
   EXPECT_EQ(media.install(), 1);
-  EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"});
+  EXPECT_EQ(RanComponents(rig), Names{"Tools"});
   EXPECT_FALSE(Logged(rig, "*** Install was aborted ***"));
   EXPECT_TRUE(Logged(rig, "Aborting Installation"));
   EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Installation of Tools failed ");

@@ -1,8 +1,4 @@
 // Paths that somebody gives without their drive or folder, the roots of drives, and names of two-byte characters.
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "base/code_page.h"
 #include "base/ini.h"
@@ -13,7 +9,6 @@
 namespace {
 
 using Paths = Installing;
-using Names = std::vector<std::string>;
 
 constexpr const char* Ini = "C:\\Media\\app.ini";
 

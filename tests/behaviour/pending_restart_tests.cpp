@@ -1,8 +1,6 @@
 // What a pending restart meets at the next start: media that are not there, another product, an uninstall, old
 // requests.
 
-#include <gtest/gtest.h>
-
 #include <functional>
 
 #include "tests/support/media.h"
@@ -13,14 +11,8 @@ namespace {
 using Pending = Installing;
 using platform::BoxAnswer;
 using platform::WindowEvent;
-using Names = std::vector<std::string>;
 
-constexpr const char* Winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
 constexpr const char* NotThere = " is not there yet and is looked for every second for up to two minutes.";
-
-std::string Script(Rig& rig) {
-  return rig.machine().startupFolder() + "\\Start QX Installation Assistant.vbs";
-}
 
 /// Installs A, which restarts the machine, from media in drives of their own; B is still to come.
 struct WaitingProduct {
@@ -79,19 +71,12 @@ struct WaitingProduct {
   /// The run's log, or the default one.
   std::string log() {
     const std::string log = rig.log("Office Suite");
-    return rig.exists("C:\\QX\\QX Installation Assistant.html") ? rig.text("C:\\QX\\QX Installation Assistant.html")
-                                                                : log;
+    return rig.exists("C:\\QX\\QX Installation Assistant.html") ? rig.defaultLog() : log;
   }
 
   Rig rig;
   Media media;
 };
-
-int Count(const std::string& text, const std::string& part) {
-  int times = 0;
-  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++times;
-  return times;
-}
 
 struct Missing {
   const char* path;
@@ -112,8 +97,8 @@ TEST(PendingMedia, ThatComeLate_AreWaitedForAndTheRunGoesOn) {
     product.takeAway(row.path, 100);
     EXPECT_EQ(product.rig.run(arguments), 0) << row.path;
     EXPECT_EQ(product.ran(), (Names{"A", "B"})) << row.path;
-    EXPECT_EQ(Count(product.log(), std::string(row.named) + NotThere), 1) << product.log();
-    EXPECT_EQ(Count(product.log(), NotThere), 1) << row.path;
+    EXPECT_EQ(TimesIn(product.log(), std::string(row.named) + NotThere), 1) << product.log();
+    EXPECT_EQ(TimesIn(product.log(), NotThere), 1) << row.path;
     EXPECT_EQ(product.rig.value(ProductRecord, "Succeeded"), "-1") << row.path;
   }
 }
@@ -132,12 +117,12 @@ TEST(PendingMedia, ThatStayAway_FailTheProductAndLeaveNothingBehind) {
     EXPECT_EQ(rig.value(ProductRecord, "Abort Reason").find(row.reason), 0U)
         << rig.value(ProductRecord, "Abort Reason");
     EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "") << row.path;
-    EXPECT_FALSE(rig.exists(Script(rig))) << row.path;
+    EXPECT_FALSE(rig.exists(rig.startupScript())) << row.path;
     EXPECT_EQ(rig.value(Winlogon, "AutoAdminLogon"), "0") << row.path;
     EXPECT_EQ(rig.value(Winlogon, "DefaultPassword"), "") << row.path;
-    EXPECT_EQ(Count(product.log(), NotThere), 1) << row.path;
+    EXPECT_EQ(TimesIn(product.log(), NotThere), 1) << row.path;
     EXPECT_FALSE(RowsOf(product.log(), ErrorMark).empty()) << row.path;
-    EXPECT_EQ(Count(product.log(), "QX Installer Run complete"), 1) << row.path;
+    EXPECT_EQ(TimesIn(product.log(), "QX Installer Run complete"), 1) << row.path;
   }
 }
 
@@ -340,7 +325,7 @@ TEST_F(Pending, StartupFolderInAnotherLanguage_IsTheOneThatTheSystemNames) {
 TEST_F(Pending, CallingOffWithoutAScript_IsNoFailure) {
   rig.tolerateUnused();
   media.package("Core", "1.0").program("A", RequestsReboot("immediate")).program("B").install();
-  rig.machine().files().remove(Script(rig));
+  rig.machine().files().remove(rig.startupScript());
   rig.restart();
   EXPECT_EQ(Uninstall(rig), 0);
   EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "");
@@ -357,14 +342,9 @@ struct Nothing {
 };
 
 const Nothing Nothings[] = {
-    {"declined", 2, "/s /v /x Office Suite", [](Rig& rig) { rig.answer("Confirm Uninstall", BoxAnswer::No); }},
-    {"cancelled", 2, "/x Office Suite",
-     [](Rig& rig) {
-       rig.answer("Confirm Uninstall", BoxAnswer::Yes);
-       rig.press({WindowEvent::Cancel});
-     }},
-    {"of another product that is not there", 1, "/s /x Other",
-     [](Rig& rig) { rig.answer("Confirm Uninstall", BoxAnswer::Yes); }},
+    {"declined", 2, "/s /v /x Office Suite", Declines},
+    {"cancelled", 2, "/x Office Suite", ConfirmsAndCancels},
+    {"of another product that is not there", 1, "/s /x Other", Confirms},
     {"without a name", 1, "/s /x", [](Rig&) {}},
 };
 

@@ -1,16 +1,10 @@
 // What must have happened before the first component: forbidden products and pre-install actions; room on the drives.
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "exec/disk_space.h"
 #include "tests/support/media.h"
 #include "tests/support/procedures.h"
 
 namespace {
-
-using Names = std::vector<std::string>;
 
 TEST(PreInstall, ForbiddenProduct_IsRefusedWithBothTexts) {
   const std::pair<const char*, bool> rows[] = {

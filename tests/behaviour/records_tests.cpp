@@ -124,31 +124,27 @@ TEST_F(Records, ApplicationIni_KeyLeftOut_LeavesItsDefault) {
 }
 
 TEST_F(Records, Flags_AreTrueOnlyForTheWord) {
-  const struct {
-    const char* text;
-    const char* recorded;
-  } table[] = {{"true", "True"}, {"TRUE", "True"}, {"  True  ", "True"}, {"false", "False"},
-               {"yes", "False"}, {"1", "False"},   {"", "False"},        {"truely", "False"}};
+  const std::pair<const char*, const char*> table[] = {{"true", "True"},   {"TRUE", "True"},   {"  True  ", "True"},
+                                                       {"false", "False"}, {"yes", "False"},   {"1", "False"},
+                                                       {"", "False"},      {"truely", "False"}};
   media.program("Tools");
-  for (const auto& row : table) {
-    media.product["AbortOnFail"] = row.text;
+  for (const auto& [text, recorded] : table) {
+    media.product["AbortOnFail"] = text;
     ASSERT_EQ(initialise(), GoesOn);
-    EXPECT_EQ(rig.value(ProductRecord, "AbortOnFail"), row.recorded) << "'" << row.text << "'";
+    EXPECT_EQ(rig.value(ProductRecord, "AbortOnFail"), recorded) << "'" << text << "'";
   }
 }
 
 TEST_F(Records, LoopsAndEndMessage_AreWrittenOnlyWhenTheySaySomething) {
-  const struct {
-    const char* loops;
-    const char* recorded;
-  } table[] = {{"3", "3"}, {"2.5", "2.5"}, {"0", ""}, {"-1", ""}, {"many", ""}, {"3 times", ""}, {"", ""}};
+  const std::pair<const char*, const char*> table[] = {{"3", "3"},   {"2.5", "2.5"},  {"0", ""}, {"-1", ""},
+                                                       {"many", ""}, {"3 times", ""}, {"", ""}};
   media.program("Tools");
-  for (const auto& row : table) {
+  for (const auto& [loops, recorded] : table) {
     rig.machine().registry().removeTree(std::string("HKLM\\") + ProductRecord);
-    run.product.numberOfLoops = row.loops;
+    run.product.numberOfLoops = loops;
     ASSERT_EQ(initialise(), GoesOn);
-    EXPECT_EQ(rig.value(ProductRecord, "NumberOfLoops"), row.recorded) << "'" << row.loops << "'";
-    EXPECT_EQ(rig.hasValue(ProductRecord, "NumberOfLoops"), *row.recorded != 0) << "'" << row.loops << "'";
+    EXPECT_EQ(rig.value(ProductRecord, "NumberOfLoops"), recorded) << "'" << loops << "'";
+    EXPECT_EQ(rig.hasValue(ProductRecord, "NumberOfLoops"), *recorded != 0) << "'" << loops << "'";
     EXPECT_FALSE(rig.hasValue(ProductRecord, "EndMessage"));
   }
 }
@@ -185,8 +181,8 @@ TEST_F(Records, ForcedLists_AreReadFromTheirSectionsAndMayBeAbsent) {
            rig.text("C:\\Media\\app.ini") +
                "[ForceUninstall]\nOldOffice=\nOlder=x\nbare\n[ForceDelete]\nC:\\a=b.dll\nC:\\c.dll\n");
   ASSERT_EQ(initialiseAsWritten(), GoesOn);
-  EXPECT_EQ(run.product.forced.uninstall, (std::vector<std::string>{"OldOffice", "Older"}));
-  EXPECT_EQ(run.product.forced.remove, (std::vector<std::string>{"C:\\a=b.dll", "C:\\c.dll"}));
+  EXPECT_EQ(run.product.forced.uninstall, (Names{"OldOffice", "Older"}));
+  EXPECT_EQ(run.product.forced.remove, (Names{"C:\\a=b.dll", "C:\\c.dll"}));
 }
 
 TEST_F(Records, Versions_ThatDiffer_AreAskedAbout) {
@@ -200,11 +196,11 @@ TEST_F(Records, Versions_ThatDiffer_AreAskedAbout) {
   EXPECT_EQ(initialise(), GoesOn);
   EXPECT_TRUE(logged("Versions do not match, product.ini is 2.2.0, installer .ini is 2.1.0"));
   EXPECT_EQ(tools("Install"), "Tools.exe");
-  EXPECT_EQ(rig.effects("box"), std::vector<std::string>{question + "yes"});
+  EXPECT_EQ(rig.effects("box"), Names{question + "yes"});
 
   rig.answer("Product Version", platform::BoxAnswer::No);
   EXPECT_EQ(initialise(), RunStops::How::Declined);
-  EXPECT_EQ(rig.effects("box"), (std::vector<std::string>{question + "yes", question + "no"}));
+  EXPECT_EQ(rig.effects("box"), (Names{question + "yes", question + "no"}));
   EXPECT_EQ(stopReason, "User aborted run");
   const std::vector<LogRow> errors = RowsOf(logText(), ErrorMark);
   ASSERT_FALSE(errors.empty());
@@ -260,7 +256,7 @@ TEST_F(Records, Component_EachKey_IsRecordedInTheOrderOfTheRecord) {
       {"RunOnUninstall", "True"},
       {"AbortOnFail", "True"},
   };
-  std::vector<std::string> order;
+  Names order;
   for (const auto& [name, text] : table) {
     order.push_back(name);
     EXPECT_EQ(tools(name), text) << name;
@@ -271,8 +267,7 @@ TEST_F(Records, Component_EachKey_IsRecordedInTheOrderOfTheRecord) {
   ASSERT_NE(number, nullptr);
   EXPECT_EQ(number->type, 4U);
   EXPECT_EQ(rig.value(ComponentRecord("First"), "SequenceNumber"), "100");
-  EXPECT_EQ(rig.machine().registry().values(key + "\\CopyOpTargetList"),
-            (std::vector<std::string>{"CopyOpTarget1", "CopyOpTarget2"}));
+  EXPECT_EQ(rig.machine().registry().values(key + "\\CopyOpTargetList"), (Names{"CopyOpTarget1", "CopyOpTarget2"}));
   EXPECT_EQ(rig.value(ComponentRecord("Tools") + "\\CopyOpTargetList", "CopyOpTarget2"), "C:\\Two");
   EXPECT_EQ(rig.value(ComponentRecord("Tools") + "\\ConditionList", "os"), "winxp");
   EXPECT_TRUE(logged("Copyop target resolved to C:\\QX\\Tools<"));
@@ -371,7 +366,7 @@ TEST_F(Records, ComponentOfAnEarlierRun_IsRecordedAfresh) {
   ASSERT_EQ(initialise(), GoesOn);
   EXPECT_EQ(tools("Install"), "Tools.exe");
   EXPECT_FALSE(rig.hasValue(ComponentRecord("Tools"), "Process Return"));
-  EXPECT_EQ(rig.machine().registry().keys("HKLM\\" + ComponentRecord("Tools")), std::vector<std::string>());
+  EXPECT_EQ(rig.machine().registry().keys("HKLM\\" + ComponentRecord("Tools")), Names());
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ TEST_F(RegistryTest, MissingThings_AreEmptyOrRaisedAsTheirOperationSays) {
   EXPECT_EQ(raised([&] { modRegistry::RegDelete(registry, "Software\\No"); }),
             "6166 Error deleting registry key HKLM\\Software\\No (modRegistry.RegDelete)");
   EXPECT_EQ(modRegistry::ReadOrEmpty(registry, "Software\\No", "Name"), "");
-  EXPECT_EQ(modRegistry::SubKeys(registry, "Software\\No"), std::vector<std::string>());
+  EXPECT_EQ(modRegistry::SubKeys(registry, "Software\\No"), Names());
   EXPECT_EQ(modRegistry::ReadNumber(registry, "Software\\No", "Name"), 0);
   modRegistry::DeleteIfThere(run.services, "Software\\No");
   modRegistry::RemoveValue(run.services, "Software\\No", "Name");
@@ -190,11 +190,11 @@ TEST_F(RegistryTest, Lists_HoldEveryName) {
   rig.set("Software\\A\\" + std::string(254, 'k'), "", "1");
   rig.set("Software\\A", "One", "1");
   rig.set("Software\\A", "Two", "");
-  const std::vector<std::string> keys = {"B", std::string(254, 'k')};
+  const Names keys = {"B", std::string(254, 'k')};
   EXPECT_EQ(modRegistry::RegListKeys(registry, "Software\\A"), keys);
-  EXPECT_EQ(modRegistry::RegListValues(registry, "Software\\A"), (std::vector<std::string>{"One", "Two"}));
-  EXPECT_EQ(modRegistry::RegListKeys(registry, "Software\\A\\B"), std::vector<std::string>());
-  EXPECT_EQ(modRegistry::SubKeys(registry, "Software\\A\\B"), std::vector<std::string>());
+  EXPECT_EQ(modRegistry::RegListValues(registry, "Software\\A"), (Names{"One", "Two"}));
+  EXPECT_EQ(modRegistry::RegListKeys(registry, "Software\\A\\B"), Names());
+  EXPECT_EQ(modRegistry::SubKeys(registry, "Software\\A\\B"), Names());
 }
 
 TEST_F(RegistryTest, Existence_IsToldOrRaised) {

@@ -1,14 +1,11 @@
 // What keeps a run from telling a success that is not there: records, registrations and inis that the machine refuses.
 
-#include <gtest/gtest.h>
-
 #include "platform/faults/platform.h"
 #include "tests/support/media.h"
 
 namespace {
 
 using Result = Installing;
-using Names = std::vector<std::string>;
 using platform::Status;
 
 constexpr const char* DefaultLog = "C:\\QX\\QX Installation Assistant.html";
@@ -30,7 +27,7 @@ TEST_F(Result, RegistryThatRefuses_EndsTheRunBeforeAnythingIsInstalledOrRemoved)
   }
   media.package("Core", "1.0");
   EXPECT_EQ(media.install(), 0);
-  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  Confirms(rig);
   EXPECT_EQ(rig.runFailing("registry.setValue", "", Status::AccessDenied, "/s /x Office Suite"), 1);
   EXPECT_EQ(InstalledPackages(rig).size(), 1U) << "nothing was removed";
 }
@@ -56,9 +53,7 @@ TEST_F(Result, RefusalBeforeARestart_IsStillTheResultBehindIt) {
 }
 
 TEST_F(Result, RegistrationThatIsRefused_IsTheProductsFailure) {
-  rig.file("C:\\QX\\QX Installation Assistant.exe", "the program");
-  media.productIni = "[Product]\nName=Office Suite\nCanUninstall=true\n[General]\nVersion=2.1.0\n";
-  media.program("Tools").write();
+  media.removable().program("Tools").write();
   EXPECT_EQ(rig.runFailing("registry.setValue", "Uninstall\\Office Suite", Status::AccessDenied, Arguments()), 1);
   EXPECT_NE(rig.value(ProductRecord, "Abort Reason").find("could not be registered for removal"), std::string::npos);
   EXPECT_TRUE(Logged(rig, "Source: SetLocalIAForUninstall Error No = 6087"));
@@ -110,13 +105,13 @@ TEST_F(Result, TargetListThatCannotBeRead_IsNotReplacedByTheDefaultRoot) {
 
 TEST_F(Result, CleanUpThatBrokeOff_IsFinishedAlsoAfterAnotherProductsUninstall) {
   media.package("Core", "1.0").install();
-  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  Confirms(rig);
   EXPECT_EQ(rig.runFailing("registry.deleteKey", "Uninstall\\Office Suite", Status::AccessDenied, "/s /x Office Suite"),
             0)
       << "there was no entry to delete";
   rig.set(EntryRecord, "DisplayName", "Office Suite");
   media.install();
-  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  Confirms(rig);
   EXPECT_EQ(rig.runFailing("registry.deleteKey", "Uninstall\\Office Suite", Status::AccessDenied, "/s /x Office Suite"),
             1);
   EXPECT_TRUE(rig.hasKey(EntryRecord));

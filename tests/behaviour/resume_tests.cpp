@@ -1,7 +1,5 @@
 // Restarts in the middle of a run: what the machine is told to do, and how the next start goes on.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <iostream>
 
@@ -11,14 +9,9 @@
 namespace {
 
 using Resuming = Installing;
-using Names = std::vector<std::string>;
 
 constexpr const char* Systems[] = {"Windows 95",     "Windows 98",   "Windows ME", "Windows NT 3.51",
                                    "Windows NT 4.0", "Windows 2000", "Windows XP", "Windows 2003"};
-
-std::string Script(Rig& rig) {
-  return rig.machine().startupFolder() + "\\Start QX Installation Assistant.vbs";
-}
 
 /// NT 3.51 has no Startup folder: somebody has to start the program again.
 bool StartsAtLogon(Rig& rig) {
@@ -52,7 +45,7 @@ TEST_F(Resuming, TwoRestarts_RunEachComponentOnceOnEverySystem) {
     EXPECT_EQ(rig.value(ProductsRecord, "Product"), "Office Suite") << system;
     EXPECT_EQ(rig.value(ProductRecord, "LastSequence"), "100") << system;
     EXPECT_EQ(rig.value(InstallationRecord, "Reboot"), "") << system;
-    EXPECT_EQ(rig.exists(Script(rig)), StartsAtLogon(rig)) << system;
+    EXPECT_EQ(rig.exists(rig.startupScript()), StartsAtLogon(rig)) << system;
     EXPECT_FALSE(Logged(rig, "QX Installer Run complete")) << system;
 
     EXPECT_EQ(Resume(rig, arguments), 0) << system;
@@ -60,7 +53,7 @@ TEST_F(Resuming, TwoRestarts_RunEachComponentOnceOnEverySystem) {
     EXPECT_EQ(Resume(rig, arguments), 0) << system;
     EXPECT_FALSE(rig.machine().restartRequested()) << system;
     EXPECT_EQ(RanComponents(rig), (Names{"A", "B", "C", "D"})) << system;
-    EXPECT_FALSE(rig.exists(Script(rig))) << system;
+    EXPECT_FALSE(rig.exists(rig.startupScript())) << system;
     EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "") << system;
     EXPECT_EQ(rig.value(ProductRecord, "Succeeded"), "-1") << system;
     EXPECT_EQ(TimesLogged(rig, "System has been re-booted by the application."), 2) << system;
@@ -87,9 +80,9 @@ TEST_F(Resuming, StartupScript_StartsTheProgramWithTheSameArguments) {
   for (const Line7& row : Lines) {
     fresh();
     media.program("A", RequestsReboot("immediate")).write();
-    rig.file(Script(rig), "an older script that is longer than the new one\n" + std::string(2000, 'x'));
+    rig.file(rig.startupScript(), "an older script that is longer than the new one\n" + std::string(2000, 'x'));
     rig.run(row.arguments);
-    EXPECT_EQ(rig.text(Script(rig)),
+    EXPECT_EQ(rig.text(rig.startupScript()),
               "Option Explicit\r\n\r\nDim oShell\r\n\r\nSet oShell = CreateObject(\"Wscript.Shell\")\r\n\r\n" +
                   std::string(row.line) + "\r\n");
   }
@@ -97,7 +90,7 @@ TEST_F(Resuming, StartupScript_StartsTheProgramWithTheSameArguments) {
 
 TEST_F(Resuming, ScriptThatIsGone_IsToldAndTheRunGoesOn) {
   media.program("A", RequestsReboot("immediate")).program("B").install();
-  rig.machine().files().remove(Script(rig));
+  rig.machine().files().remove(rig.startupScript());
   rig.restart();
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
   EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
@@ -138,15 +131,15 @@ TEST_F(Resuming, RestartThatDoesNotHappen_IsMadeGoodByTheNextStart) {
   media.program("A", RequestsReboot("immediate")).program("B").write();
   EXPECT_EQ(rig.runFailing("power.exitWindows", "", platform::Status::AccessDenied, Media::arguments("/s")), 0);
   EXPECT_FALSE(rig.machine().restartRequested());
-  EXPECT_TRUE(rig.exists(Script(rig)));
+  EXPECT_TRUE(rig.exists(rig.startupScript()));
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
   EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
 }
 
 TEST_F(Resuming, ScriptThatAPowerCutLeftBehind_StartsNoFurtherRun) {
-  rig.file(Script(rig), "left behind");
+  rig.file(rig.startupScript(), "left behind");
   media.program("A").install();
-  EXPECT_FALSE(rig.exists(Script(rig)));
+  EXPECT_FALSE(rig.exists(rig.startupScript()));
   EXPECT_FALSE(Logged(rig, "DestroyAutoRun"));
 }
 
@@ -239,7 +232,7 @@ Names EndState(Rig& rig) {
     lines.push_back(product.name + " " + product.version);
   }
   std::sort(lines.begin(), lines.end());
-  lines.push_back(rig.exists(Script(rig)) ? "script" : "no script");
+  lines.push_back(rig.exists(rig.startupScript()) ? "script" : "no script");
   return lines;
 }
 
@@ -310,13 +303,6 @@ void CutEverywhere(const char* system, int step) {
   EXPECT_GT(operation, 100);
   std::cout << "figure: " << cuts << " power cuts on " << system << ", one at every " << step << ". operation\n";
 }
-
-/// A sanitizer slows every run, and what it looks for shows at one operation in seven as well as at all of them.
-#ifdef __SANITIZE_ADDRESS__
-constexpr int EveryOperation = 7;
-#else
-constexpr int EveryOperation = 1;
-#endif
 
 TEST(PowerCut, AtAnyOperation_TheNextStartEndsInTheSameState) {
   for (const char* system : {"Windows 98", "Windows XP"}) CutEverywhere(system, EveryOperation);  // one of each family

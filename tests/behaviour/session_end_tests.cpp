@@ -1,8 +1,6 @@
 // A log-off or a shutdown: refused while work runs, and a run that waits for a person closes down. What a person's end
 // of the run and a late click on the window's close button mean at other places than between two components.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "tests/support/media.h"
@@ -14,9 +12,6 @@ using EndOfRun = Installing;
 using platform::BoxAnswer;
 using platform::WindowEvent;
 
-using Names = std::vector<std::string>;
-
-constexpr const char* Title = "QX Installation Assistant";
 constexpr const char* PreInstall =
     "[PreInstallActions]\nCheck\n[Check_Office Suite]\nInstall=check.exe\nCommandLine=N/A\n";
 
@@ -97,7 +92,7 @@ TEST_F(SessionEnd, BeforeAnUninstall_LeavesTheProductsRecord) {
   media.program("One", {}, RemovesWith("C:\\Tools\\remove.exe"));
   EXPECT_EQ(media.install(), 0);
   const Names before = rig.registryLines(ProductRecord);
-  rig.answer("Confirm Uninstall", BoxAnswer::Yes);
+  Confirms(rig);
   rig.press({WindowEvent::SessionEnds});
   EXPECT_EQ(rig.run("/x Office Suite"), 2);
   EXPECT_EQ(rig.registryLines(ProductRecord), before);

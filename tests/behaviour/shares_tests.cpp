@@ -1,8 +1,4 @@
 // Shares, folders and the mapped drive that a product needs.
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "env/drive_mapping.h"
 #include "env/shares.h"
@@ -13,8 +9,6 @@
 namespace {
 
 using namespace assistant;
-
-using Names = std::vector<std::string>;
 
 constexpr const char* Locations = "Software\\Tarvel\\Installation\\Locations";
 constexpr const char* SystemShares = "System\\CurrentControlSet\\Services\\lanmanserver\\Shares";

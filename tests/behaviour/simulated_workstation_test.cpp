@@ -147,8 +147,8 @@ TEST_F(SimulatedWorkstation, LooseEnds_UndeclaredAndUnused_AreNamed) {
   box.text = "Go on?";
   box.defaultAnswer = platform::BoxAnswer::No;
   EXPECT_EQ(machine.screen().messageBox(box), platform::BoxAnswer::No);
-  EXPECT_EQ(machine.undeclared(), (std::vector<std::string>{"surprise.exe /s", "box \"Unexpected\": Go on?"}));
-  EXPECT_EQ(machine.unused(), (std::vector<std::string>{"program never.exe", "answer to box \"Never asked\" "}));
+  EXPECT_EQ(machine.undeclared(), (Names{"surprise.exe /s", "box \"Unexpected\": Go on?"}));
+  EXPECT_EQ(machine.unused(), (Names{"program never.exe", "answer to box \"Never asked\" "}));
 }
 
 TEST_F(SimulatedWorkstation, Restart_LogonCommands_AreThoseOfRunKeysAndStartupScripts) {
@@ -159,7 +159,7 @@ TEST_F(SimulatedWorkstation, Restart_LogonCommands_AreThoseOfRunKeysAndStartupSc
             "oShell.Run \"\"\"C:\\QX\\QX Installation Assistant.exe\"\" /s /is=D:\\a b.ini\"\n");
   rig_.restart();
   EXPECT_EQ(rig_.machine().logonCommands(),
-            (std::vector<std::string>{"tool.exe /r", "\"C:\\QX\\QX Installation Assistant.exe\" /s /is=D:\\a b.ini"}));
+            (Names{"tool.exe /r", "\"C:\\QX\\QX Installation Assistant.exe\" /s /is=D:\\a b.ini"}));
   EXPECT_EQ(rig_.logonArguments(), "/s /is=D:\\a b.ini");
 }
 
@@ -212,8 +212,8 @@ press=continue
   EXPECT_EQ(rig_.value("Software\\Site", "Server"), "Alpha");
   EXPECT_EQ(rig_.value("Software\\Site", "Count"), "42");
   EXPECT_EQ(rig_.text("C:\\notes.txt"), "one\r\ntwo\r\n");
-  std::vector<std::string> running[2];
-  for (std::vector<std::string>& names : running) {
+  Names running[2];
+  for (Names& names : running) {
     std::string askedThrough;
     EXPECT_EQ(machine.processes().runningNames(names, askedThrough), Status::Ok);
     EXPECT_EQ(askedThrough, "winmgmts:{impersonationLevel=impersonate,(RemoteShutdown)}//QUAY");
@@ -231,7 +231,7 @@ press=continue
 
 TEST_F(SimulatedWorkstation, Names_TooLongForTheRealMachine_AreNotTold) {
   Workstation& machine = rig_.machine();
-  std::vector<std::string> names;
+  Names names;
   std::string askedThrough;
   const std::string way = "winmgmts:{impersonationLevel=impersonate,(RemoteShutdown)}//";
   machine.machine().computer = std::string(29, 'c');

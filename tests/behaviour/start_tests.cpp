@@ -1,21 +1,17 @@
 // The start of the program: which kind of run it is, and what is wiped, shown or refused before anything is installed.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {
 
 using Start = Installing;
 
-constexpr const char* Title = "QX Installation Assistant";
-
 TEST_F(Start, SecondCopy_BringsTheFirstForwardAndLeavesNoTrace) {
   rig.machine().machine().setAnotherCopyRuns(true);
   rig.machine().screen().addWindow("QXMainWindow", Title);
   EXPECT_EQ(rig.run("/s /is=C:\\Media\\app.ini"), 3);
-  const std::vector<std::string> forward = {"window restored \"QX Installation Assistant\"",
-                                            "window focused \"QX Installation Assistant\""};
+  const Names forward = {"window restored \"QX Installation Assistant\"",
+                         "window focused \"QX Installation Assistant\""};
   EXPECT_EQ(rig.effects(), forward);
 }
 
@@ -55,7 +51,7 @@ TEST_F(Start, RebootedNotSpelledTrue_IsAFreshRun) {
     rig.set(ProductRecord, "LastSequence", "100");
     rig.set(ProductRecord, "Older value", "1");
     EXPECT_EQ(media.program("Tools").install(), 0);
-    EXPECT_EQ(RanComponents(rig), std::vector<std::string>{"Tools"}) << "'" << value << "'";
+    EXPECT_EQ(RanComponents(rig), Names{"Tools"}) << "'" << value << "'";
     EXPECT_FALSE(rig.hasValue(ProductRecord, "Older value")) << "'" << value << "'";
     EXPECT_FALSE(rig.hasValue(ProductRecord, "SkipPreInstall")) << "nobody asked for it";
   }
@@ -64,7 +60,7 @@ TEST_F(Start, RebootedNotSpelledTrue_IsAFreshRun) {
 TEST_F(Start, SilentRun_ShowsATrayIconAndNoWindow) {
   EXPECT_EQ(media.program("Tools").install(), 0);
   EXPECT_EQ(rig.effects("tray icon"),
-            (std::vector<std::string>{"tray icon \"QX Installation Assistant is running\"", "tray icon removed"}));
+            (Names{"tray icon \"QX Installation Assistant is running\"", "tray icon removed"}));
   EXPECT_TRUE(rig.effects("window").empty());
 }
 
@@ -78,10 +74,9 @@ TEST_F(Start, SilentUninstall_TellsTheProductWithoutABlankAndLooksAtNothingElse)
   rig.set(ProductsRecord, "Rebooted", "True");
   rig.set(ProductRecord, "Version", "2.1.0");
   rig.set(std::string(ProductsRecord) + "\\Office", "Version", "1.0");
-  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  Confirms(rig);
   rig.run("/s /x Office /is=C:\\nowhere.ini");
-  EXPECT_EQ(rig.effects("tray icon \""),
-            std::vector<std::string>{"tray icon \"QX Installation Assistant is uninstallingOffice...\""});
+  EXPECT_EQ(rig.effects("tray icon \""), Names{"tray icon \"QX Installation Assistant is uninstallingOffice...\""});
   EXPECT_EQ(rig.value(ProductsRecord, "Rebooted"), "True");
   EXPECT_EQ(rig.value(ProductRecord, "Version"), "2.1.0");
   EXPECT_EQ(rig.uninstallLog("Office").find("ini file"), std::string::npos);
@@ -122,7 +117,7 @@ TEST_F(Start, ApplicationIniWithoutUsableName_SaysSoAndFails) {
     fresh();
     rig.file("C:\\Media\\app.ini", row.ini);
     EXPECT_EQ(rig.run("/s /is=C:\\Media\\app.ini"), 1) << row.what;
-    const std::string log = rig.text("C:\\QX\\QX Installation Assistant.html");
+    const std::string log = rig.defaultLog();
     EXPECT_NE(log.find(row.message), std::string::npos) << row.what << "\n" << log;
     EXPECT_NE(log.find("C:\\Media\\app.ini"), std::string::npos) << row.what;
     EXPECT_NE(log.find("QX Installer Run complete"), std::string::npos) << row.what;

@@ -1,7 +1,5 @@
 // Uninstalls that fail, are cut off or are asked for in a way that cannot be used, and the next one that finishes them.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "tests/support/media.h"
@@ -9,7 +7,6 @@
 namespace {
 
 using Uninstalling = Installing;
-using Names = std::vector<std::string>;
 
 struct Ending {
   int exitCode;
@@ -99,7 +96,7 @@ TEST_F(Uninstalling, ComponentKeptForAnotherProduct_IsThenThatProductsAlone) {
 TEST_F(Uninstalling, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
   rig.file("C:\\Media\\Manuals\\one.txt", "one");
   media.component("Manuals", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").package("Core", "1.0").install();
-  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  Confirms(rig);
   EXPECT_EQ(rig.runFailing("files.deleteFile", "one.txt", platform::Status::SharingViolation, "/s /x Office Suite", 1),
             1);
   EXPECT_TRUE(rig.exists("C:\\Copies\\Manuals\\one.txt"));
@@ -110,7 +107,7 @@ TEST_F(Uninstalling, FolderThatIsHeldOpen_IsTriedAgainNextTime) {
 
 TEST_F(Uninstalling, RecordThatCannotBeDeleted_IsNoSuccess) {
   media.package("Core", "1.2").install();
-  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  Confirms(rig);
   EXPECT_EQ(rig.runFailing("registry.deleteKey", "Office Suite", platform::Status::AccessDenied, "/s /x Office Suite"),
             1);
   EXPECT_TRUE(UninstallLogged(rig, "Error deleting registry key HKLM\\" + std::string(ProductRecord)));
@@ -137,15 +134,13 @@ TEST_F(Uninstalling, RunThatWaitsForALogon_GoesOnNoMore) {
 struct SmallProduct {
   SmallProduct() : media(rig) {
     rig.tolerateUnused();
-    rig.file("C:\\QX\\QX Installation Assistant.exe", "program");
     rig.file("C:\\Media\\Copy\\one.txt", "one");
     rig.file("C:\\Tools\\remove.exe", "program");
     rig.program("AT ", simulated::Match::Prefix);
     // A removal that removes itself.
     rig.program("C:\\Tools\\remove.exe", {.deletedFiles = {"C:\\Tools\\remove.exe"}});
     media.config["Verbose"] = "false";
-    media.productIni = "[Product]\nName=Office Suite\nCanUninstall=true\n[General]\nVersion=2.1.0\n";
-    media.package("Core", "1.0").program("Tools", {}, RemovesWith("C:\\Tools\\remove.exe"));
+    media.removable().package("Core", "1.0").program("Tools", {}, RemovesWith("C:\\Tools\\remove.exe"));
     media.component("Copy", "one.txt", "CopyOp=1\nCopyOpTarget=C:\\Copies\n").package("Shared", "1.0");
     AlsoUsedBy(rig, "Other", "Shared");
     EXPECT_EQ(media.install(), 0);
@@ -165,13 +160,6 @@ struct SmallProduct {
   Media media;
 };
 
-/// A sanitizer slows every run, and what it looks for shows at some operations as well as at all of them.
-#ifdef __SANITIZE_ADDRESS__
-constexpr int EveryOperation = 9;
-#else
-constexpr int EveryOperation = 1;
-#endif
-
 TEST(PowerCut, DuringAnUninstall_TheNextOneFinishesIt) {
   SmallProduct whole;
   EXPECT_EQ(Uninstall(whole.rig), 0);
@@ -180,7 +168,7 @@ TEST(PowerCut, DuringAnUninstall_TheNextOneFinishesIt) {
   int operation = 1;
   for (;; operation += EveryOperation) {
     SmallProduct cut;
-    cut.rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+    Confirms(cut.rig);
     if (!cut.rig.runUntilPowerCut("/s /x Office Suite", operation)) break;
     const bool removed = !cut.rig.hasKey(ProductRecord) && !cut.rig.hasValue(ProductsRecord, "Uninstalled");
     EXPECT_EQ(Uninstall(cut.rig), removed ? 1 : 0) << "cut at " << operation << cut.rig.uninstallLog("Office Suite");
@@ -212,10 +200,9 @@ TEST_F(Uninstalling, NameOfNoProduct_IsToldAndNothingIsTouched) {
     fresh();
     media.package("Core", "1.2").install();
     const Names before = rig.registryLines(ProductRecord);
-    if (row.ownLog) rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+    if (row.ownLog) Confirms(rig);
     EXPECT_EQ(rig.run(row.arguments), 1) << row.what;
-    const std::string log =
-        row.ownLog ? rig.uninstallLog("Nothing") : rig.text("C:\\QX\\QX Installation Assistant.html");
+    const std::string log = row.ownLog ? rig.uninstallLog("Nothing") : rig.defaultLog();
     EXPECT_NE(log.find(row.text), std::string::npos) << row.what << log;
     EXPECT_EQ(rig.registryLines(ProductRecord), before) << row.what;
     EXPECT_EQ(rig.machine().registry().keys(std::string("HKLM\\") + ProductsRecord), Names{"Office Suite"}) << row.what;
@@ -251,7 +238,7 @@ TEST_F(Uninstalling, PackageThatIsGoneAlready_IsPassedOver) {
 
 TEST_F(Uninstalling, ListOfPackagesThatBreaksOff_KeepsTheRecord) {
   media.package("Core", "1.2").install();
-  rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+  Confirms(rig);
   EXPECT_EQ(rig.runFailing("installer.enumerateProduct", "", platform::Status{1610}, "/s /x Office Suite"), 1);
   EXPECT_TRUE(UninstallLogged(rig, "The list of installed products broke off: "));
   EXPECT_EQ(InstalledPackages(rig), Names{"Core"});

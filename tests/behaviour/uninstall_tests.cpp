@@ -1,7 +1,5 @@
 // Taking products off again: whole runs, shared components, removal commands.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "env/uninstall_component.h"
@@ -13,7 +11,6 @@ namespace {
 using Uninstalling = Installing;
 using Sharing = Installing;
 using assistant::RemovalEnd;
-using Names = std::vector<std::string>;
 
 constexpr const char* Place = "c:\\program files\\Tarvel\\Installation\\QX Installation Assistant\\Office Suite";
 

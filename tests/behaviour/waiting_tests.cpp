@@ -1,14 +1,11 @@
 // Nothing is waited for that may never come: commands of the system that ask a question in a hidden window, scripts and
 // codes that are not there.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {
 
 using Waiting = Installing;
-using Names = std::vector<std::string>;
 
 /// Longer than anybody waits.
 constexpr std::uint32_t Hours = 5 * 3600 * 1000;

@@ -1,8 +1,6 @@
 // What a person does beside pressing Continue: closes the window while work runs, opens the log, types the password for
 // the logons after restarts.
 
-#include <gtest/gtest.h>
-
 #include "tests/support/media.h"
 
 namespace {
@@ -13,11 +11,6 @@ using PasswordWindow = Installing;
 using platform::BoxAnswer;
 using platform::Control;
 using platform::WindowEvent;
-
-using Names = std::vector<std::string>;
-
-constexpr const char* Winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
-constexpr const char* Title = "QX Installation Assistant";
 
 /// A program during which a person closes the window.
 simulated::Outcome ClosedMeanwhile(Rig& rig, simulated::Outcome outcome = {}) {
@@ -99,23 +92,13 @@ TEST_F(Closing, DuringAnUninstall_KeepsTheRecordForAnotherTry) {
   EXPECT_EQ(media.install(), 0);
   rig.file("C:\\Tools\\remove.exe", "");
   rig.program("remove.exe", ClosedMeanwhile(rig));
-  rig.answer("Confirm Uninstall", BoxAnswer::Yes);
+  Confirms(rig);
   rig.answer(Title, BoxAnswer::Yes, "is still at work");
   rig.press({WindowEvent::Continue});
   EXPECT_EQ(rig.run("/x Office Suite"), 2);
   EXPECT_EQ(rig.effects("run C:\\Tools\\remove.exe").size(), 1U);
   EXPECT_EQ(LastShown(rig, Control::Progress), "50%");
   EXPECT_TRUE(rig.hasKey(ComponentRecord("One")));
-}
-
-TEST_F(Closing, BeforeAnUninstall_LeavesTheProductsRecord) {
-  media.program("One", {}, "UninstallCommandLine=C:\\Tools\\remove.exe\n");
-  EXPECT_EQ(media.install(), 0);
-  const Names before = rig.registryLines(ProductRecord);
-  rig.answer("Confirm Uninstall", BoxAnswer::Yes);
-  rig.press({WindowEvent::Cancel});
-  EXPECT_EQ(rig.run("/x Office Suite"), 2);
-  EXPECT_EQ(rig.registryLines(ProductRecord), before);
 }
 
 TEST_F(End, FirstButton_OpensTheLog) {

@@ -8,10 +8,6 @@ namespace {
 
 constexpr const char* Root = "C:\\Media";
 
-/// In this order, so that a line of the test stands in front of the one that it outdoes.
-constexpr const char* RequiredLines =
-    "CommandLine=N/A\nUpgrade=False\nCopyOp=N/A\nMachineType=all machines\nCost=N/A\n";
-
 std::string Section(const char* name, const Media::Keys& keys) {
   std::string text = std::string("[") + name + "]\n";
   for (const auto& [key, value] : keys) text += key + "=" + value + "\n";
@@ -57,6 +53,12 @@ Media& Media::package(const std::string& name, const std::string& version, simul
   return component(name, name + ".msi", lines);
 }
 
+Media& Media::removable() {
+  rig_.file(Program, "the program");
+  productIni = "[Product]\nName=Office Suite\nCanUninstall=true\n[General]\nVersion=2.1.0\n";
+  return *this;
+}
+
 void Media::write() {
   rig_.file(std::string(Root) + "\\app.ini", Section("Product", product) + Section("Config", config));
   rig_.file(std::string(Root) + "\\product.ini", productIni + "[Actions]\n" + actions_);
@@ -88,9 +90,9 @@ simulated::Outcome RequestsReboot(const std::string& request) {
   return {.registry = {{std::string("HKLM\\") + InstallationRecord, "Reboot", request}}};
 }
 
-std::vector<std::string> RanComponents(Rig& rig) {
+Names RanComponents(Rig& rig) {
   const std::string start = std::string(Root) + "\\";
-  std::vector<std::string> names;
+  Names names;
   for (const std::string& command : rig.ran()) {
     const std::size_t at = command.find(start);
     const std::size_t name = at + start.size();
@@ -103,11 +105,14 @@ std::vector<std::string> RanComponents(Rig& rig) {
   return Holds(rig.log("Office Suite"), text);
 }
 
-int TimesLogged(Rig& rig, const std::string& text) {
-  const std::string log = rig.log("Office Suite");
+int TimesIn(const std::string& text, const std::string& part) {
   int times = 0;
-  for (std::size_t at = log.find(text); at != std::string::npos; at = log.find(text, at + text.size())) ++times;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) ++times;
   return times;
+}
+
+int TimesLogged(Rig& rig, const std::string& text) {
+  return TimesIn(rig.log("Office Suite"), text);
 }
 
 std::string RemovesWith(const std::string& command) {
@@ -124,15 +129,28 @@ void AlsoUsedBy(Rig& rig, const std::string& product, const std::string& compone
   rig.machine().registry().put(key, {"SequenceNumber", 4, std::string(4, '\1')});
 }
 
-std::vector<std::string> InstalledPackages(Rig& rig) {
-  std::vector<std::string> names;
+Names InstalledPackages(Rig& rig) {
+  Names names;
   for (const simulated::Product& product : rig.machine().installer().products()) names.push_back(product.name);
   std::sort(names.begin(), names.end());
   return names;
 }
 
-int Uninstall(Rig& rig, const std::string& arguments) {
+void Confirms(Rig& rig) {
   rig.answer("Confirm Uninstall", platform::BoxAnswer::Yes);
+}
+
+void Declines(Rig& rig) {
+  rig.answer("Confirm Uninstall", platform::BoxAnswer::No);
+}
+
+void ConfirmsAndCancels(Rig& rig) {
+  Confirms(rig);
+  rig.press({platform::WindowEvent::Cancel});
+}
+
+int Uninstall(Rig& rig, const std::string& arguments) {
+  Confirms(rig);
   return rig.run(arguments);
 }
 

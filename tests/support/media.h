@@ -6,7 +6,6 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "tests/support/rig.h"
 
@@ -14,8 +13,17 @@
 inline constexpr const char* InstallationRecord = "Software\\Tarvel\\Installation";
 inline constexpr const char* ProductsRecord = "Software\\Tarvel\\Installation\\Products";
 inline constexpr const char* ProductRecord = "Software\\Tarvel\\Installation\\Products\\Office Suite";
-
+/// Keys and files of the program and of the system.
+inline constexpr const char* Winlogon = "SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
+inline constexpr const char* Title = "QX Installation Assistant";
+inline constexpr const char* Program = "C:\\QX\\QX Installation Assistant.exe";
+inline constexpr const char* LocalProgram =
+    "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\QX Installation Assistant.exe";
 inline constexpr const char* EntryRecord = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Office Suite";
+
+/// Lines that a component ini must have. A line of the test stands in front of the one that it outdoes.
+inline constexpr const char* RequiredLines =
+    "CommandLine=N/A\nUpgrade=False\nCopyOp=N/A\nMachineType=all machines\nCost=N/A\n";
 
 /// The product "Office Suite" of version 2.1.0. It has the keys that a complete application ini must have, and a test
 /// changes or erases what it is about. Every component has a folder of its name under the root.
@@ -41,6 +49,9 @@ class Media {
   /// A component that installs the package <name>.msi.
   Media& package(const std::string& name, const std::string& version, simulated::Outcome install = {},
                  const std::string& lines = "");
+
+  /// Lets Add/Remove Programs remove the product, by a copy of the program.
+  Media& removable();
 
   /// Writes the application ini and the product ini.
   void write();
@@ -78,7 +89,9 @@ simulated::Outcome Reports(const std::string& component, const std::string& verd
 /// A program that asks for a restart.
 simulated::Outcome RequestsReboot(const std::string& request);
 /// The components of C:\Media whose programs ran, in order; anything else that ran, as its command line.
-std::vector<std::string> RanComponents(Rig& rig);
+Names RanComponents(Rig& rig);
+/// How often a text holds another one.
+int TimesIn(const std::string& text, const std::string& part);
 /// Whether the run's log holds this text; a failure shows the log.
 ::testing::AssertionResult Logged(Rig& rig, const std::string& text);
 /// How often the text stands in the run's log.
@@ -91,8 +104,12 @@ void Remover(Rig& rig, const std::string& file, simulated::Outcome outcome = {})
 /// Another product's record of a component.
 void AlsoUsedBy(Rig& rig, const std::string& product, const std::string& component);
 /// Names of what Windows Installer has, sorted.
-std::vector<std::string> InstalledPackages(Rig& rig);
+Names InstalledPackages(Rig& rig);
 /// Runs the program for an uninstall and answers its question with Yes; its exit code.
 int Uninstall(Rig& rig, const std::string& arguments = "/s /x Office Suite");
+/// What a person does about an uninstall: for a table.
+void Confirms(Rig& rig);
+void Declines(Rig& rig);
+void ConfirmsAndCancels(Rig& rig);
 /// Whether the uninstall log holds this text; a failure shows the log.
 ::testing::AssertionResult UninstallLogged(Rig& rig, const std::string& text);

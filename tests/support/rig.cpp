@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 
 #include "core/program.h"
 #include "platform/faults/platform.h"
@@ -27,6 +29,11 @@ std::string LocalMachine(const std::string& key) {
 }
 
 }  // namespace
+
+Names Words(const std::string& text) {
+  std::istringstream words(text);
+  return {std::istream_iterator<std::string>(words), {}};
+}
 
 Rig::Rig() : machine_(std::make_unique<simulated::Workstation>(folder() + "/machine")) {
   machine_->files().makeFolder("C:\\QX");
@@ -132,14 +139,14 @@ bool Rig::hasValue(const std::string& key, const std::string& name) {
   return machine_->registry().find(LocalMachine(key), name) != nullptr;
 }
 
-std::vector<std::string> Rig::registryLines(const std::string& key) {
-  std::vector<std::string> lines;
+Names Rig::registryLines(const std::string& key) {
+  Names lines;
   for (const std::string& name : machine_->registry().values(LocalMachine(key))) {
     lines.push_back(key + "\\" + name + "=" + value(key, name));
   }
   std::sort(lines.begin(), lines.end());
   for (const std::string& below : machine_->registry().keys(LocalMachine(key))) {
-    const std::vector<std::string> more = registryLines(key + "\\" + below);
+    const Names more = registryLines(key + "\\" + below);
     lines.insert(lines.end(), more.begin(), more.end());
   }
   return lines;
@@ -161,8 +168,8 @@ std::string Rig::uninstallLog(const std::string& product) {
   return text(LogRoot + product + "\\QX Installation Assistant Uninstall.html");
 }
 
-std::vector<std::string> Rig::effects(const std::string& beginning) {
-  std::vector<std::string> found;
+Names Rig::effects(const std::string& beginning) {
+  Names found;
   for (const std::string& effect : machine_->effects())
     if (effect.rfind(beginning, 0) == 0) found.push_back(effect);
   return found;

@@ -11,6 +11,18 @@
 #include "tests/support/printers.h"
 #include "tests/support/temporary_folder.h"
 
+using Names = std::vector<std::string>;
+
+/// The words of a text, as a cell of a table holds several names.
+Names Words(const std::string& text);
+
+/// A sanitizer slows every run, and what a sweep looks for shows at one operation in seven as well as at all of them.
+#ifdef __SANITIZE_ADDRESS__
+inline constexpr int EveryOperation = 7;
+#else
+inline constexpr int EveryOperation = 1;
+#endif
+
 /// Owns a temporary folder and the workstation in it: Windows XP with a drive C, the program in C:\QX and a CD-ROM
 /// drive D with an empty disc labelled DISC1. At its end the test fails for everything that came undeclared or
 /// unscripted, and for every declaration or script that was never used, unless the test said tolerateUnused().
@@ -66,17 +78,21 @@ class Rig {
   bool hasKey(const std::string& key);
   bool hasValue(const std::string& key, const std::string& name);
   /// Everything under a key of HKEY_LOCAL_MACHINE, one line a value: key\name=value.
-  std::vector<std::string> registryLines(const std::string& key);
+  Names registryLines(const std::string& key);
   /// The file's text; "" when it is not there.
   std::string text(const std::string& path);
   bool exists(const std::string& path);
+  /// The script that the logon starts.
+  std::string startupScript() { return machine_->startupFolder() + "\\Start QX Installation Assistant.vbs"; }
+  /// The log of a run that knows no product.
+  std::string defaultLog() { return text("C:\\QX\\QX Installation Assistant.html"); }
   /// The run's log in its default place; the uninstall log.
   std::string log(const std::string& product);
   std::string uninstallLog(const std::string& product);
   /// Command lines run, in order.
-  const std::vector<std::string>& ran() { return machine_->processes().ran(); }
+  const Names& ran() { return machine_->processes().ran(); }
   /// Effects that begin with this text, in order; all of them without one.
-  std::vector<std::string> effects(const std::string& beginning = "");
+  Names effects(const std::string& beginning = "");
 
   /// The machine's state on the host.
   const std::string& folder() const { return folder_.path(); }
