@@ -1,14 +1,18 @@
 #!/usr/bin/env python3
 """Runs the test_*.py of a folder and writes "passed failed skipped" into a file.
 
-usage: run_unittests.py [--jobs N] FOLDER COUNTS-FILE [name-pattern ...]     with jobs, each class is a process of its own
+usage: run_unittests.py [--jobs N] [--seconds N] FOLDER COUNTS-FILE [name-pattern ...]
+With jobs, each class is a process of its own. A test that has not ended after the seconds has failed.
 """
 import argparse
 import os
+import signal
 import subprocess
 import sys
 import unittest
 from concurrent.futures import ThreadPoolExecutor
+
+CLASS_FACTOR = 6  # a class may take that many times as long as a test
 
 
 def discover(folder, patterns):
@@ -27,21 +31,44 @@ def classes_of(suite):
     return names
 
 
-def run_here(suite):
+def limited(seconds):
+    """A kind of result under which a test that hangs is broken off where it stands."""
+    def end(*_):
+        raise TimeoutError('the test has not ended after %d s' % seconds)
+
+    class Limited(unittest.TextTestResult):
+        def startTest(self, test):
+            super().startTest(test)
+            signal.alarm(seconds)
+
+        def stopTest(self, test):
+            signal.alarm(0)
+            super().stopTest(test)
+
+    signal.signal(signal.SIGALRM, end)
+    return Limited
+
+
+def run_here(suite, seconds):
     """(passed, failed, skipped) of the tests; a test of several rows counts once."""
-    result = unittest.TextTestRunner(stream=sys.stdout, verbosity=2).run(suite)
+    runner = unittest.TextTestRunner(stream=sys.stdout, verbosity=2, resultclass=limited(seconds))
+    result = runner.run(suite)
     failed = {str(getattr(test, 'test_case', test)) for test, _ in result.failures + result.errors}
     failed |= {str(test) for test in result.unexpectedSuccesses}
     skipped = len(result.skipped)
     return max(result.testsRun - len(failed) - skipped, 0), len(failed), skipped
 
 
-def run_class(folder, counts_file, name):
-    """The same of one class, run as a process of its own; one that dies has failed."""
-    own_counts = counts_file + '.' + name
-    run = subprocess.run([sys.executable, __file__, folder, own_counts, name], stdout=subprocess.PIPE,
-                         stderr=subprocess.STDOUT, text=True)
-    print(run.stdout, end='', flush=True)
+def run_class(options, name):
+    """The same of one class, run as a process of its own; one that dies or hangs outside of its tests has failed."""
+    own_counts = options.counts + '.' + name
+    command = [sys.executable, __file__, '--seconds', str(options.seconds), options.folder, own_counts, name]
+    try:
+        run = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                             timeout=CLASS_FACTOR * options.seconds)
+        print(run.stdout, end='', flush=True)
+    except subprocess.TimeoutExpired as late:
+        print('%s\n%s has not ended after %d s' % (late.output, name, late.timeout), flush=True)
     if not os.path.exists(own_counts):
         return 0, 1, 0
     with open(own_counts) as file:
@@ -53,6 +80,7 @@ def run_class(folder, counts_file, name):
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument('--jobs', type=int, default=1)
+    parser.add_argument('--seconds', type=int, default=600)
     parser.add_argument('folder')
     parser.add_argument('counts')
     parser.add_argument('patterns', nargs='*')
@@ -60,10 +88,10 @@ def main():
     suite = discover(options.folder, options.patterns)
     if options.jobs > 1:
         with ThreadPoolExecutor(options.jobs) as pool:
-            parts = list(pool.map(lambda name: run_class(options.folder, options.counts, name), classes_of(suite)))
+            parts = list(pool.map(lambda name: run_class(options, name), classes_of(suite)))
         counts = tuple(map(sum, zip(*parts))) if parts else (0, 0, 0)
     else:
-        counts = run_here(suite)
+        counts = run_here(suite, options.seconds)
     if not any(counts):
         print('no tests of that name in ' + options.folder)
         counts = (0, 1, 0)

@@ -316,3 +316,14 @@ class Tools(unittest.TestCase):
 
     def test_ratio_counts_lines_under_tests(self):
         self.assertEqual(ratio.counts([('tests/a.cpp', '1\n'), ('base/a.cpp', '1\n2\n3\n')]), (1, 4))
+
+    def test_a_test_that_hangs_fails_and_the_others_go_on(self):
+        folder = os.path.dirname(self.write('test_limits.py', 'import time\nimport unittest\nclass Limits(unittest.TestCase):\n'
+                                            '    def test_hangs(self):\n        time.sleep(60)\n'
+                                            '    def test_ends(self):\n        pass\n'))
+        for jobs in ('1', '2'):
+            counts = os.path.join(folder, 'counts')
+            subprocess.run([sys.executable, os.path.join(HERE, '..', 'run_unittests.py'), '--jobs', jobs, '--seconds', '1',
+                            folder, counts], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=30)
+            with open(counts) as file:
+                self.assertEqual(file.read(), '1 1 0\n')
