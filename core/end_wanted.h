@@ -6,7 +6,7 @@
 
 namespace assistant {
 
-/// From here on the program objects to the end of the session. Stops the run (RunStops) where that has come already.
+/// From here on the program objects to the end of the session.
 void BeginWork(const Run& run);
 
 /// Stops the run (RunStops) when the window was closed while work ran and that was confirmed; to be called between two

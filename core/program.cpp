@@ -7,6 +7,7 @@
 #include "core/display.h"
 #include "core/exit_codes.h"
 #include "core/run_stops.h"
+#include "core/session_end.h"
 #include "core/start.h"
 #include "core/work.h"
 #include "env/auto_run.h"
@@ -34,8 +35,6 @@ void AwaitContinue(Run& run) {
         break;
       case WindowEvent::Continue:
         return;
-      case WindowEvent::SessionEnds:
-        throw RunStops{.how = RunStops::How::AtOnce, .exitCode = ExitCodeOf(run)};
       default:
         throw RunStops{RunStops::How::Cancelled, run.isUninstall() ? "" : UserAbortedRun};
     }
@@ -79,7 +78,6 @@ void TakeNote(Run& run, const RunStops& stop) {
 }
 
 int CloseAndLeave(Run& run) {
-  if (run.state.sessionEnded) return ExitCodeOf(run);
   CountRefusals(run);
   run.machine.mainWindow().objectToSessionEnd(true);
   const Closing closing = Closedown(run);
@@ -139,12 +137,28 @@ int Drive(Run& run) {
   }
 }
 
+/// The run has closed down already.
+void StopAfterSession(const Run& run) {
+  if (run.state.sessionEnded) throw RunStops{.how = RunStops::How::AtOnce, .exitCode = ExitCodeOf(run)};
+}
+
+/// The session may end as well while the end of the run is shown.
+int RunToItsEnd(Run& run) {
+  try {
+    return Drive(run);
+  } catch (const RunStops& sessionEnded) {
+    return sessionEnded.exitCode;
+  }
+}
+
 }  // namespace
 
 int RunProgram(platform::Platform& machine) {
-  Run run(machine);
+  PlatformOfSession ofSession(machine);
+  Run run(ofSession);
+  ofSession.lookBehindMessages([&] { StopAfterSession(run); });
   machine.mainWindow().whenSessionEnds([&] { CloseForSessionEnd(run); });
-  const int exitCode = Drive(run);
+  const int exitCode = RunToItsEnd(run);
   machine.mainWindow().destroy();
   return exitCode;
 }

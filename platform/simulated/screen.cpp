@@ -151,8 +151,10 @@ std::optional<std::string> Screen::chooseFile(const platform::OpenFileRequest& r
   if (found == files_.end()) {
     journal_.unscripted.push_back("file dialog \"" + request.title + "\"");
   } else {
-    path = found->path;
+    const FileScript script = *found;
     files_.erase(found);
+    if (script.before) script.before();
+    path = script.path;
   }
   journal_.record("file dialog \"" + request.title + "\" -> " + (path.empty() ? "cancelled" : path));
   if (path.empty()) return std::nullopt;

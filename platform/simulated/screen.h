@@ -33,6 +33,7 @@ struct PasswordScript {
 struct FileScript {
   std::string title;
   std::string path;
+  std::function<void()> before = {};  ///< what happens first, such as a log-off
 };
 
 /// The windows of one machine, behind all three ports that show or find one.

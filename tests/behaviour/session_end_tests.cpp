@@ -88,6 +88,52 @@ TEST_F(SessionEnd, WhileTheWindowWaits_ClosesDownAsAfterCancel) {
   EXPECT_EQ(ChangesAfterTheEnd(rig), Names{});
 }
 
+/// Where the program lets messages in before its work, and objects to nothing.
+struct Moment {
+  const char* what;
+  const char* arguments;
+  const char* productIni;
+  void (*prepare)(Rig&);
+};
+
+const Moment Moments[] = {
+    {"the application ini is asked for", "/is=C:\\Media\\gone.ini", "",
+     [](Rig& rig) {
+       rig.machine().screen().choose(
+           {"Select Application Ini File", "C:\\Media\\app.ini", [&rig] { rig.machine().screen().endSession(); }});
+     }},
+    {"the uninstall is to be confirmed", "/x Office Suite", "",
+     [](Rig& rig) {
+       rig.machine().screen().answer(
+           {"Confirm Uninstall", "", BoxAnswer::Yes, [&rig] { rig.machine().screen().endSession(); }});
+     }},
+    {"a drive is being mapped", "/is=C:\\Media\\app.ini /ia=C:\\Media\\product.ini",
+     "[Connection]\nBuildServerDriveMapping=K:\nIP=10.1.2.3\nDomainName=QX\n",
+     [](Rig& rig) {
+       rig.program("net use K: \\\\", {.milliseconds = 5000});
+       rig.machine().clock().at(
+           2000, [&rig] { rig.machine().screen().atPump(1, [&rig] { rig.machine().screen().endSession(); }); });
+     }},
+};
+
+TEST_F(SessionEnd, BeforeTheWork_IsFinal) {
+  for (const Moment& row : Moments) {
+    SCOPED_TRACE(row.what);
+    fresh();
+    rig.tolerateUnused();
+    media.productIni += row.productIni;
+    media.program("Tools");
+    media.write();
+    row.prepare(rig);
+    EXPECT_EQ(rig.run(row.arguments), 2);
+    Names changes = ChangesAfterTheEnd(rig);
+    std::erase_if(changes, [](const std::string& effect) {
+      return effect.rfind("file dialog", 0) == 0 || effect.rfind("box \"Confirm", 0) == 0;
+    });
+    EXPECT_EQ(changes, Names{});
+  }
+}
+
 TEST_F(SessionEnd, BeforeAnUninstall_LeavesTheProductsRecord) {
   media.program("One", {}, RemovesWith("C:\\Tools\\remove.exe"));
   EXPECT_EQ(media.install(), 0);
