@@ -35,6 +35,10 @@ bool clsFso::driveExists(char letter) {
                      [&](const platform::Drive& drive) { return drive.letter == wanted.front(); });
 }
 
+std::string clsFso::inFull(const std::string& path) {
+  return StartsAtDriveFolder(path) ? machine_.files().fullPath(path) : path;
+}
+
 void clsFso::createFolder(const std::string& path) {
   const std::string folder = Normalised(path);
   if (folder.size() > LongestPath) throw modErrorBase::MakeError(6021, {folder}, "clsFso.CreateFolder");

@@ -17,6 +17,10 @@ class clsFso {
   bool folderExists(const std::string& path);
   bool driveExists(char letter);
 
+  /// The path as it is to be recorded, passed on or run: one like "D:file" in full, as that drive's current folder
+  /// makes it now; any other as it is.
+  std::string inFull(const std::string& path);
+
   /// Characters of a path that the system's ANSI functions take.
   static constexpr std::size_t LongestPath = 259;
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/code_page.h"
+#include "base/file_system.h"
 #include "base/ini.h"
 #include "base/paths.h"
 #include "base/procedure.h"
@@ -11,6 +12,7 @@
 #include "core/discovery.h"
 #include "exec/condition_text.h"
 #include "exec/copy_targets.h"
+#include "exec/csv.h"
 #include "exec/file_kinds.h"
 #include "exec/msi_queries.h"
 
@@ -30,7 +32,8 @@ void RequireUsableName(const Procedure& here, const std::string& component, cons
 /// Only a code with parentheses is one here; anything else is a path.
 std::string ComponentIni(const Run& run, const std::string& component, const std::string& entry) {
   const std::string& root = run.product.packageRoot;
-  if (!Contains(entry, "(")) return Normalised(IsFullPath(entry) ? entry : Joined(root, entry));
+  if (!Contains(entry, "("))
+    return Normalised(IsFullPath(entry) ? run.services.fso.inFull(entry) : Joined(root, entry));
   return ResolveFile(run, entry, {root, run.product.inis.application, component + ".ini"});
 }
 
@@ -39,6 +42,23 @@ std::string ComponentPath(const Component& component, const std::string& entry, 
   if (!component.path.empty()) return Normalised(component.path);
   const bool relative = Normalised(Joined(root, entry)) == component.iniPath;
   return FolderPart(relative ? Normalised(entry) : component.iniPath);
+}
+
+/// The file of a transform, or of each pair of machine type and file, with the paths that need a drive's current folder
+/// made full.
+std::string TransformInFull(clsFso& fso, std::string transform) {
+  for (const std::string& field : CsvFields(transform)) {
+    const std::string file = Trim(field.substr(field.find('=') + 1));
+    transform = Replace(transform, file, fso.inFull(file));
+  }
+  return transform;
+}
+
+/// Behind a restart other folders are the drives' current ones.
+void MakePathsFull(clsFso& fso, Component& component) {
+  component.path = fso.inFull(component.path);
+  component.install = fso.inFull(component.install);
+  component.transform = TransformInFull(fso, component.transform);
 }
 
 void ReadPackage(const Run& run, Component& component) {
@@ -119,10 +139,14 @@ ComponentData ReadComponent(const Run& run, const Procedure& here, const std::st
   component.key = ComponentKey(run.product.name, name);
   component.iniPath = ComponentIni(run, name, entry);
   component.runOnUninstall = TrueOrFalse(true);
-  if (!run.services.fso.fileExists(component.iniPath)) throw here.failure(6081, {component.iniPath});
+  // Without a package root, what is relative to it would be looked for in the current folder.
+  if (!IsFullPath(component.iniPath) || !run.services.fso.fileExists(component.iniPath)) {
+    throw here.failure(6081, {component.iniPath});
+  }
   const modINI::IniFile ini{run.machine.files(), run.services.log, component.iniPath};
   modINI::OpenIniFile(ini);  // one that cannot be read says nothing that could be recorded
   ReadFromIni(component, ini);
+  MakePathsFull(run.services.fso, component);
   component.path = ComponentPath(component, entry, run.product.packageRoot);
   ReadPackage(run, component);
   ReadCopyTargets(run, here, ini, data);

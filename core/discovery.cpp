@@ -121,7 +121,7 @@ std::string KnownProductIni(const Run& run) {
 std::string ResolvePath(const Run& run, const std::string& coded) {
   const Procedure here(run.services.log, "ResolvePath");
   return here.guard([&]() -> std::string {
-    if (IsFullPath(coded)) return Normalised(coded);
+    if (IsFullPath(coded)) return Normalised(run.services.fso.inFull(coded));
     const CodedPath parts = TakeApartByLetters(coded);
     switch (parts.code) {
       case PathCode::CdRom:
@@ -139,7 +139,7 @@ std::string ResolvePath(const Run& run, const std::string& coded) {
 }
 
 std::string ResolveFile(const Run& run, const std::string& coded, const FileSearch& search) {
-  if (IsFullPath(coded)) return Normalised(coded);
+  if (IsFullPath(coded)) return Normalised(run.services.fso.inFull(coded));
   CodedPath parts = TakeApart(coded);
   if (parts.inner.empty()) parts.inner = search.defaultName;
   switch (parts.code) {

@@ -89,7 +89,8 @@ End RequireFile(Installation& at) {
   at.here.action("Type of file is " + Extension(at.file));
   WriteNow(services, at.component, ComponentValue::ProcessReturn, "");
   at.run.record().write(Value::RunProcessReturn, "");
-  if (services.fso.fileExists(at.file)) {
+  // A component without a package root has no folder: its file is not that of the current one.
+  if (IsFullPath(at.file) && services.fso.fileExists(at.file)) {
     at.run.record().write(Value::CurrentComponentPath, FolderPart(at.file));
     return std::nullopt;
   }

@@ -89,7 +89,7 @@ void StorePaths(const Run& run) {
                      ini == MissingValue ? ini : SpecifiedProductIni(run, run.product.inis.application));
   // A root that means the recorded one leaves that in place.
   const std::string root = RequiredProductKey(run, Value::PackageRoot.name);
-  if (!MeansRecordedRoot(root)) run.record().write(Value::PackageRoot, root);
+  if (!MeansRecordedRoot(root)) run.record().write(Value::PackageRoot, run.services.fso.inFull(root));
 }
 
 using ListOf = std::vector<std::string> (*)(const modINI::IniFile&, const std::string&);

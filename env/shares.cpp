@@ -67,7 +67,8 @@ void ReadShare(clsFso& fso, const Procedure& here, SharesFile& file, const std::
   if (!defect.empty()) return WarnOfShare(here, file, number, defect);
   if (meant != line) WarnOfShare(here, file, number, "has blanks before a quote, which do not count");
   if (fields.size() > ShareFields) WarnOfShare(here, file, number, "has surplus fields, which are passed over");
-  file.shares.push_back({Trim(fields[0]), Normalised(Trim(fields[1])), fields.size() > 2 ? Trim(fields[2]) : ""});
+  file.shares.push_back(
+      {Trim(fields[0]), Normalised(fso.inFull(Trim(fields[1]))), fields.size() > 2 ? Trim(fields[2]) : ""});
   if (!FolderWillExist(fso, file.shares.back().folder)) {
     WarnOfShare(here, file, number, "names a folder on a drive that is missing");
   }
@@ -154,7 +155,7 @@ void RequireFullPath(const Procedure& here, const modINI::IniFile& ini, const st
 void MakeListedFolder(const Run& run, const Procedure& here, const std::string& key) {
   const modINI::IniFile ini = run.productIni();
   const std::string given = modINI::GetIniString(ini, FoldersSection, key, "", modINI::Missing::IsLogged);
-  const std::string folder = ResolveQXSharePath(run.shareResolver(), given);
+  const std::string folder = run.services.fso.inFull(ResolveQXSharePath(run.shareResolver(), given));
   if (folder.empty() || run.services.fso.folderExists(folder)) return;
   RequireFullPath(here, ini, folder, key);
   here.action("Creating Folder: " + folder);

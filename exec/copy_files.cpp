@@ -26,7 +26,7 @@ struct CopySource {
 CopySource LookAtSource(clsFso& fso, const Procedure& here, const std::string& folder) {
   CopySource source = {folder, fso.listFiles(folder), fso.listFolders(folder)};
   // Asked last: what vanishes while it is listed has no files either.
-  if (!fso.folderExists(folder)) throw here.failure(6084, {folder});
+  if (!IsFullPath(folder) || !fso.folderExists(folder)) throw here.failure(6084, {folder});
   return source;
 }
 

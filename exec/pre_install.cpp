@@ -48,11 +48,11 @@ struct ActionCommand {
   std::string line;
 };
 
-ActionCommand ReadAction(const Procedure& here, const modINI::IniFile& ini, const std::string& section) {
+ActionCommand ReadAction(const Procedure& here, clsFso& fso, const modINI::IniFile& ini, const std::string& section) {
   const std::string install = modINI::GetIniString(ini, section, "Install", NotApplicable);
   if (IsNotGiven(install)) throw here.failure(6080, {"Install", section, ini.path});
   const std::string arguments = Given(modINI::GetIniString(ini, section, "CommandLine", NotApplicable));
-  const std::string file = IsFullPath(install) ? install : Joined(FolderPart(ini.path), install);
+  const std::string file = IsFullPath(install) ? fso.inFull(install) : Joined(FolderPart(ini.path), install);
   const std::string command = arguments.empty() ? Quoted(file) : Quoted(file) + " " + arguments;
   const FileKind* kind = KindByEnding(install);
   return {file, kind == nullptr ? command : kind->host + command};
@@ -65,7 +65,7 @@ bool IsThere(clsFso& fso, const std::string& file) {
 
 /// Raises 6081 when the action's file is not there.
 void RunAction(const Procedure& here, const Run& run, const modINI::IniFile& ini, const std::string& action) {
-  const ActionCommand command = ReadAction(here, ini, action + "_" + run.product.name);
+  const ActionCommand command = ReadAction(here, run.services.fso, ini, action + "_" + run.product.name);
   if (!IsThere(run.services.fso, command.file)) throw here.failure(6081, {command.file});
   here.action("Executing " + command.line);
   const std::int32_t code = GoShell(run.services, command.line, FolderPart(ini.path) + "\\");

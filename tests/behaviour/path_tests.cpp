@@ -84,6 +84,68 @@ TEST_F(Paths, LogFilePath_WithoutItsDriveLiesBesideTheIni) {
   }
 }
 
+/// A component ini of these lines, beside those that each must have.
+void ComponentIni(Rig& rig, const std::string& path, const std::string& section, const std::string& lines) {
+  rig.file(path, "[" + section + "]\n" + lines +
+                     "CommandLine=N/A\nUpgrade=False\nCopyOp=N/A\nMachineType=all machines\nCost=N/A\n");
+}
+
+TEST_F(Paths, IniPathThatNeedsADrivesCurrentFolder_IsMadeFullOnce) {
+  media.product["PackageRoot"] = "C:Packs";
+  media.product["ProductIni"] = "C:product.ini";
+  media.productIni += "[PreInstallActions]\nCheck\n[Check_Office Suite]\nInstall=C:check.exe\nCommandLine=N/A\n" +
+                      std::string("[folders]\nData=C:Data\n");
+  media.write();
+  rig.file("C:\\Media\\product.ini", media.productIni + "[Actions]\nA=C:A.ini\nB=B.ini\nC=C.ini\n");
+  rig.file("C:\\Media\\Config\\Shares.csv", "Shared,C:Shared\n");
+  ComponentIni(rig, "C:\\Media\\A.ini", "A", "Install=a.exe\nPath=C:Own\n");
+  ComponentIni(rig, "C:\\Media\\Packs\\B.ini", "B", "Install=b.exe\n");
+  ComponentIni(rig, "C:\\Media\\Packs\\C.ini", "C",
+               "Install=C:c.msi\nTransform=1st machine=x.mst,all machines=C:y.mst\n");
+  rig.set(InstallationRecord, "Server Type", "dcunit");
+  for (const char* file : {"check.exe", "Own\\a.exe", "Packs\\b.exe"}) rig.file("C:\\Media\\" + std::string(file), "");
+  rig.package({.path = "C:\\Media\\c.msi", .name = "C", .version = "1.0", .code = CodeOf("C")});
+  for (const char* pattern : {"check.exe", "net share", "b.exe"}) rig.program(pattern);
+  rig.program("a.exe", RequestsReboot("immediate"));
+  rig.machine().files().setDriveFolder("C:\\Media");
+  rig.machine().files().setCurrentFolder("D:\\");
+  EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
+  rig.restart();
+  rig.machine().files().setDriveFolder("C:\\WINDOWS");
+  EXPECT_EQ(rig.run(rig.logonArguments()), 0);
+  ASSERT_EQ(rig.ran().size(), 5U);
+  EXPECT_EQ(Names(rig.ran().begin(), rig.ran().begin() + 4),
+            (Names{"\"C:\\Media\\check.exe\"", "net share \"Shared\"=\"C:\\Media\\Shared\"", "C:\\Media\\Own\\a.exe",
+                   "C:\\Media\\Packs\\b.exe"}));
+  EXPECT_EQ(rig.ran().back().rfind("msiexec /i  \"C:\\Media\\c.msi\" TRANSFORMS=\"C:\\Media\\y.mst\"", 0), 0U)
+      << rig.ran().back();
+  EXPECT_TRUE(rig.exists("C:\\Media\\Data"));
+  for (const std::string& line : rig.registryLines(InstallationRecord)) {
+    EXPECT_EQ(line.find("C:A"), std::string::npos) << line;
+    EXPECT_EQ(line.find("C:P"), std::string::npos) << line;
+    EXPECT_EQ(line.find("C:y"), std::string::npos) << line;
+  }
+}
+
+TEST_F(Paths, ComponentOfARootThatIsNotThere_IsNotLookedForInTheCurrentFolder) {
+  media.product["PackageRoot"] = "CDROM(\\None)";
+  for (const char* lines : {"", "Path=Tools\n", "Path=Tools\nCopyOp=1\n"}) {
+    media.program("Tools", {}, lines);
+    media.write();
+    const bool iniGiven = *lines != '\0';
+    if (iniGiven)
+      rig.file("C:\\Media\\product.ini", media.productIni + "[Actions]\nTools=C:\\Media\\Tools\\Tools.ini\n");
+    rig.tolerateUnused();
+    for (const char* shown : {"Folder Tools does not exist", "Failed to copy component to "})
+      rig.answer("QX Installation Assistant Error", platform::BoxAnswer::Ok, shown);
+    rig.machine().files().setCurrentFolder("C:\\Media");
+    EXPECT_EQ(rig.run(Media::arguments("/s")), 1) << lines;
+    EXPECT_TRUE(rig.ran().empty()) << lines;
+    EXPECT_FALSE(rig.exists("C:\\QX\\Root\\Tools")) << lines;
+    EXPECT_NE(rig.value(ComponentRecord("Tools"), "IniPath"), "Tools\\Tools.ini") << lines;
+  }
+}
+
 TEST_F(Paths, FileInTheRootOfADrive_RunsInTheRoot) {
   media.product["PackageRoot"] = "E:\\";
   rig.machine().addDrive({.letter = 'E'});
