@@ -113,11 +113,17 @@ void MakeShareFolder(clsFso& fso, const Procedure& here, const std::string& fold
   if (!fso.folderExists(folder)) throw here.failure("Shared folder could not be created");
 }
 
+/// As net takes it. A drive's root holds no blank, and its backslash would make the quote behind it a letter.
+std::string SharedFolder(const std::string& folder) {
+  const std::string asked = AsAsked(folder);
+  return asked == folder ? Quoted(folder) : asked;
+}
+
 /// False where it is not known to be there: the command has not come to its end, which is told.
 bool MakeSystemShare(const Services& services, const Procedure& here, const Share& share) {
   if (modRegistry::RegKeyExists(services.machine.registry(), SystemSharesKey, share.name)) return true;
   here.action("Making System Share: " + share.name);
-  std::string command = "net share " + Quoted(share.name) + "=" + Quoted(share.folder);
+  std::string command = "net share " + Quoted(share.name) + "=" + SharedFolder(share.folder);
   // Only this system gives nobody but the administrators access to a new share.
   if (LowerCase(services.fso.operatingSystem()) == "windows 2003") command += " /grant:everyone,full";
   const auto code = RunSystemCommand(services, {command, command, NetSeconds});

@@ -68,6 +68,13 @@ TEST_F(Shares, LineThatCannotBeUsed_IsToldAndPassedOver) {
   }
 }
 
+TEST_F(Shares, OfADrivesRoot_SharesTheRootAndNotTheDrivesCurrentFolder) {
+  rig.program("net share");
+  shares("Disk,C:\\\n");
+  EXPECT_TRUE(CreateShares(run));
+  EXPECT_EQ(rig.ran(), Names{"net share \"Disk\"=C:\\"});
+}
+
 TEST_F(Shares, MachineTypes_DecideWhichAreCreated) {
   run.facts.serverType = "dcunit";
   rig.program("net share");
