@@ -6,6 +6,7 @@
 #include "base/paths.h"
 #include "base/procedure.h"
 #include "base/text.h"
+#include "core/end_wanted.h"
 #include "env/install_type.h"
 #include "env/uninstall_component.h"
 #include "exec/captions.h"
@@ -75,11 +76,16 @@ End Copy(Installation& at) {
   return copy.is == CopyEnd::Is::Done ? ComponentEnd::Done : End();
 }
 
+/// A person's wish to end the run is honoured here as well (RunStops): the wait may have no end.
+void RequireFreeMsiexec(const Run& run) {
+  if (!OneMSIExec(run)) EndIfWanted(run.services);
+}
+
 End WaitForMsiexec(Installation& at) {
   constexpr const char* check = "Check for multiple MSIExec processes: ";
   at.kind = KindOf(at.file);
   at.here.action(std::string(check) + (IsPackage(at.kind) ? "Starting Check..." : "Not Required!"));
-  if (IsPackage(at.kind)) OneMSIExec(at.run);
+  if (IsPackage(at.kind)) RequireFreeMsiexec(at.run);
   return std::nullopt;
 }
 
@@ -120,7 +126,7 @@ bool UninstallOlder(const Run& run, const Procedure& here, const Component& comp
     installType.putBack();
     run.services.window.pump();
     here.action("Check for multiple MSIExec processes (Post Uninstall): Starting Check...");
-    OneMSIExec(run);
+    RequireFreeMsiexec(run);
     return true;
   });
 }

@@ -15,6 +15,7 @@ namespace assistant {
 namespace {
 
 constexpr std::uint32_t MinuteMilliseconds = 60000;
+constexpr std::uint32_t PollMilliseconds = 100;
 constexpr int DefaultLoops = 5;
 
 /// What tells no version may be advertised only, or broken: nothing that could be repaired.
@@ -59,7 +60,16 @@ void TellUserToWait(const Procedure& here, const Services& services) {
        .icon = platform::BoxIcon::Exclamation});
 }
 
-/// One round of checks, a minute apart; false when msiexec was busy at all of them.
+/// A minute, or less where a person wants the run to end. Windows and the system are answered meanwhile.
+void RestAMinute(const Services& services) {
+  for (std::uint32_t rested = 0; rested < MinuteMilliseconds; rested += PollMilliseconds) {
+    services.window.pump();
+    if (services.window.endWanted()) return;
+    services.machine.clock().sleep(PollMilliseconds);
+  }
+}
+
+/// One round of checks, a minute apart; false when msiexec was busy at all of them, or a person wants the run to end.
 bool FreeWithinOnePass(const Procedure& here, const Services& services, int limit) {
   for (int i = 0; i <= limit; ++i) {
     if (CheckProcesses(services)) {
@@ -73,8 +83,8 @@ bool FreeWithinOnePass(const Procedure& here, const Services& services, int limi
       return false;
     }
     if (i == limit) TellUserToWait(here, services);
-    services.window.pump();
-    services.machine.clock().sleep(MinuteMilliseconds);
+    RestAMinute(services);
+    if (services.window.endWanted()) return false;
   }
   return false;
 }
@@ -129,11 +139,13 @@ std::int32_t ExecuteMSI(const Services& services, const Component& component, co
   return exitCode;
 }
 
-void OneMSIExec(const Run& run) {
+bool OneMSIExec(const Run& run) {
   const Procedure here(run.services.log, "OneMSIExec");
   const int limit = WaitLimit(run.record());
   while (!FreeWithinOnePass(here, run.services, limit)) {
+    if (run.services.window.endWanted()) return false;
   }
+  return true;
 }
 
 bool CheckProcesses(const Services& services) {

@@ -32,9 +32,10 @@ PackagePlan PlanPackage(clsAppLog& log, const Component& component, const Instal
 std::int32_t ExecuteMSI(const Services& services, const Component& component, const PackagePlan& plan,
                         const std::string& workingFolder);
 
-/// Returns as soon as no other msiexec is busy, and only then. Looks once a minute; after "NumberOfLoops" minutes (5
-/// when the product does not say) an interactive run tells the user.
-void OneMSIExec(const Run& run);
+/// Waits without limit until no other msiexec is busy; false when a person confirmed the end of the run meanwhile.
+/// Looks once a minute; after "NumberOfLoops" minutes (5 when the product does not say) an interactive run tells the
+/// user.
+bool OneMSIExec(const Run& run);
 
 /// True when at most one msiexec.exe runs (the installer service itself goes by that name). False also when the process
 /// list cannot be had; the log says why.

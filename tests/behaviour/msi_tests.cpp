@@ -133,6 +133,40 @@ TEST_F(Packages, BusyMsiexecOnAnInteractiveRun_IsToldAfterFiveMinutes) {
   EXPECT_EQ(TimesLogged(rig, "MSIExec is still running inform the user via a msgbox"), 1);
 }
 
+/// A person closes the window while somebody else's msiexec runs for ever, and confirms that.
+TEST_F(Packages, EndConfirmedWhileMsiexecIsBusy_IsHonouredAtOnce) {
+  for (const bool replaces : {false, true}) {
+    fresh();
+    rig.tolerateUnused();
+    const auto beBusy = [this] {
+      for (const char* name : {"msiexec.exe", "MSIEXEC.EXE"}) rig.machine().processes().addRunning({.name = name});
+      rig.machine().clock().at(30000, [this] { rig.machine().screen().pressAtPump(1, platform::WindowEvent::Close); });
+    };
+    if (replaces) {
+      rig.machine().installer().install({CodeOf("Office"), "Office", "1.0"});
+      rig.program("msiexec /x", {.also = beBusy});
+    } else {
+      beBusy();
+    }
+    rig.answer("QX Installation Assistant", platform::BoxAnswer::Yes, "is still at work");
+    rig.press({platform::WindowEvent::Continue});
+    EXPECT_EQ(media.package("Office", "2.0").program("Last").install(""), 2);
+    EXPECT_EQ(rig.ran().size(), replaces ? 1U : 0U);
+    EXPECT_LT(rig.machine().clock().elapsed(), 60000U);
+    EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "User aborted run");
+  }
+}
+
+TEST_F(Packages, SessionThatIsToEndWhileMsiexecIsBusy_GetsItsAnswer) {
+  for (int number = 0; number < 2; ++number) {
+    rig.machine().processes().addRunning({.name = "msiexec.exe", .queries = 1 + number});
+  }
+  bool answered = false;
+  rig.machine().clock().at(10000, [&] { rig.machine().screen().atPump(1, [&] { answered = true; }); });
+  rig.machine().clock().at(11000, [&] { EXPECT_TRUE(answered) << "nothing is pumped for a second"; });
+  EXPECT_EQ(media.package("Office", "1.0").install(), 0);
+}
+
 TEST_F(Packages, ManagementThatFailsForAWhile_IsWaitedFor) {
   rig.machine().processes().setManagement(false);
   rig.machine().clock().at(150000, [this] { rig.machine().processes().setManagement(true); });
