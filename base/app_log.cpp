@@ -184,6 +184,13 @@ bool clsAppLog::archiveLogFile(const std::string& archiveFolder) {
   return copied;
 }
 
+/// Also in a log that is closed already: a machine without an event log has no other place.
+void clsAppLog::tellInLog(const Error& failure) {
+  const bool open = std::exchange(logToFile_, true);
+  log("ArchiveLogFile", failure);
+  logToFile_ = open;
+}
+
 /// A failed step is logged here, where the log itself works, and the next one runs, so that a failed copy still lets
 /// the folder be trimmed.
 bool clsAppLog::attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder) {
@@ -191,11 +198,8 @@ bool clsAppLog::attempt(void (clsAppLog::*step)(const std::string&), const std::
     (this->*step)(archiveFolder);
     return true;
   } catch (const Error& failure) {
-    if (logToFile_) {
-      log("ArchiveLogFile", failure);
-    } else {
-      machine_.eventLog().reportError(title_, "The log " + logFilename_ + " could not be archived: " + failure.text());
-    }
+    const std::string text = "The log " + logFilename_ + " could not be archived: " + failure.text();
+    if (logToFile_ || !machine_.eventLog().reportError(title_, text)) tellInLog(failure);
     return false;
   }
 }

@@ -62,7 +62,7 @@ class clsAppLog {
 
   /// Copies the log into the folder under a dated name and, when the folder holds too much, deletes its first file.
   /// Never deletes a copy that this run made, and follows no link. False when there was a log and it could not be
-  /// copied; every failure is logged, or where the log is closed already, told in the event log.
+  /// copied; every failure is logged, or where the log is closed already, told in the event log, if there is one.
   bool archiveLogFile(const std::string& archiveFolder);
 
   /// Appends one line. Raises the system's number with the source "clsAppLog.WriteLogEntry Line no: " + statement.
@@ -83,6 +83,7 @@ class clsAppLog {
 
   void report(const Entry& entry, const std::exception& failure);
   bool write(const Entry& entry);
+  void tellInLog(const Error& failure);
   bool attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder);
   std::string row(const std::string& source, int errNumber, const std::string& description, int type);
   void showBox(int errNumber, const std::string& description);

@@ -134,6 +134,15 @@ TEST_F(LogPlaces, ArchiveThatFails_LeavesTheClosingRowsTheLast) {
   EXPECT_NE(rig.effects("event log").front().find("could not be archived"), std::string::npos);
 }
 
+TEST_F(LogPlaces, ArchiveThatFailsWithoutAnEventLog_IsToldInTheLog) {
+  rig.machine().setSystem("Windows 98");
+  rig.tolerateUnused();
+  media.program("Tools").write();
+  rig.runFailing("files.copyFile", "QXIA Archive Logs", platform::Status::DiskFull, Media::arguments("/s"));
+  EXPECT_TRUE(rig.effects("event log").empty());
+  EXPECT_TRUE(Logged(rig, "Source: ArchiveLogFile Error No = 112"));
+}
+
 TEST_F(LogPlaces, ResumedRunInTheDefaultPlace_GoesOnInItsLog) {
   media.product["LogFilePath"] = "Q:\\Logs";
   rig.file(DefaultLog, "of an earlier run\n");
