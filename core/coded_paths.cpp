@@ -61,10 +61,8 @@ std::vector<char> DrivesFor(platform::FileReader& files, PathCode code, char pre
 std::string FindOnDrives(clsFso& fso, const std::vector<char>& drives, const CodedPath& coded,
                          bool (clsFso::*exists)(const std::string&)) {
   for (const char letter : drives) {
-    const std::string root = std::string(1, letter) + ":\\";
-    const std::string path = Normalised(root + coded.inner);
-    // A root is looked at with its backslash: without it, the path would mean the drive's current folder.
-    if ((fso.*exists)(path.size() == 2 ? root : path)) return path;
+    const std::string path = Normalised(std::string(1, letter) + ":\\" + coded.inner);
+    if ((fso.*exists)(path)) return path;
   }
   return std::string();
 }

@@ -15,9 +15,24 @@ constexpr const char* NetworkLogon = "Network\\Logon";
 constexpr std::uint32_t Windows95Family = 1;
 constexpr std::uint32_t NTFamily = 2;
 
-struct LogonValue {
+constexpr const char* SwitchedOn = "AutoAdminLogon";
+constexpr const char* DefaultPassword95 = "Default Password";
+
+enum class AtSwitchingOff { Emptied, Stays };
+
+struct AccountValue {
   const char* name;
-  std::string text;
+  std::string LogonAccount::*text;
+  AtSwitchingOff atSwitchingOff;
+};
+
+constexpr AccountValue AccountValues[] = {
+    {"DefaultUserName", &LogonAccount::user, AtSwitchingOff::Emptied},
+    {"DefaultPassword", &LogonAccount::password, AtSwitchingOff::Emptied},
+    {"DefaultDomainName", &LogonAccount::domain, AtSwitchingOff::Stays},
+    {"AltDefaultUserName", &LogonAccount::user, AtSwitchingOff::Emptied},
+    {"AltDefaultPassword", &LogonAccount::password, AtSwitchingOff::Emptied},
+    {"AltDefaultDomainName", &LogonAccount::domain, AtSwitchingOff::Stays},
 };
 
 std::uint32_t PlatformIdentifier(const Procedure& here, platform::Machine& machine) {
@@ -27,27 +42,27 @@ std::uint32_t PlatformIdentifier(const Procedure& here, platform::Machine& machi
   return version.platformId;
 }
 
-void Write(const Services& services, const Procedure& here, const char* key, const LogonValue& value) {
-  modRegistry::WriteOrRaise(services, here, key, value.name, {value.text});
+void Write(const Services& services, const Procedure& here, const char* key, const char* name,
+           const std::string& text) {
+  modRegistry::WriteOrRaise(services, here, key, name, {text});
 }
 
 /// Empties what is there. A password that stays behind is worse than any other value, so that each is tried.
 bool Empty(const Services& services, const Procedure& here, const char* key, const char* name) {
   return here.guard([&] {
-    if (modRegistry::RegKeyExists(services.machine.registry(), key, name)) Write(services, here, key, {name, ""});
+    if (modRegistry::RegKeyExists(services.machine.registry(), key, name)) Write(services, here, key, name, "");
     return true;
   });
 }
 
 bool SwitchOff(const Services& services, const Procedure& here) {
   if (PlatformIdentifier(here, services.machine.machine()) == Windows95Family) {
-    Write(services, here, NetworkLogon, {"Default Password", ""});
+    Write(services, here, NetworkLogon, DefaultPassword95, "");
     return true;
   }
-  bool done = modRegistry::WriteOrTell(services, here, Winlogon, "AutoAdminLogon", {"0"});
-  // The domains stay as they are.
-  for (const char* name : {"DefaultUserName", "DefaultPassword", "AltDefaultUserName", "AltDefaultPassword"}) {
-    if (!Empty(services, here, Winlogon, name)) done = false;
+  bool done = modRegistry::WriteOrTell(services, here, Winlogon, SwitchedOn, {"0"});
+  for (const AccountValue& value : AccountValues) {
+    if (value.atSwitchingOff == AtSwitchingOff::Emptied && !Empty(services, here, Winlogon, value.name)) done = false;
   }
   return done;
 }
@@ -60,19 +75,13 @@ bool EnableAutoLogin(const Services& services, const ProductRecord& record, cons
     const bool is95 = PlatformIdentifier(here, services.machine.machine()) == Windows95Family;
     record.writeOrRaise(here, Value::LogonSwitchedOnBy, record.product());
     if (is95) {
-      Write(services, here, NetworkLogon, {"Default Password", account.password});
+      Write(services, here, NetworkLogon, DefaultPassword95, account.password);
       return true;
     }
-    const LogonValue values[] = {
-        {"AutoAdminLogon", "1"},
-        {"DefaultUserName", account.user},
-        {"DefaultPassword", account.password},
-        {"DefaultDomainName", account.domain},
-        {"AltDefaultUserName", account.user},
-        {"AltDefaultPassword", account.password},
-        {"AltDefaultDomainName", account.domain},
-    };
-    for (const LogonValue& value : values) Write(services, here, Winlogon, value);
+    Write(services, here, Winlogon, SwitchedOn, "1");
+    for (const AccountValue& value : AccountValues) {
+      Write(services, here, Winlogon, value.name, account.*value.text);
+    }
     return true;
   });
 }
