@@ -20,4 +20,11 @@ Run::Run(platform::Platform& platform)
       window_(platform),
       log_(platform, Title, program.folder) {}
 
+void BehaveAs(Run& run, const Manner& manner) {
+  run.state.silent = manner.silent;
+  run.state.verbose = manner.verbose;
+  run.services.log.beSilent(manner.silent);
+  run.services.log.beVerbose(manner.verbose);
+}
+
 }  // namespace assistant

@@ -1,7 +1,7 @@
 // The one run: what it works with, what it was told, what it installs and where it stands. Made by RunProgram
 // (core/program), passed by reference, never copied. Procedures are handed the part that they need. Only the steps of
-// core/ change it, and the few below them that take it changeable: the product's result, and an uninstall, which sets
-// it.
+// core/ change it, and the few below them that take it changeable: the product's result, the shares that apply, and an
+// uninstall.
 #pragma once
 
 #include <string>
@@ -21,14 +21,10 @@
 
 namespace assistant {
 
-/// What the command line says, and for a resumed run what its first start said. It stays as it is once it is read.
+/// What the command line says. It stays as it is once it is read.
 struct Options {
-  std::string argumentText;  ///< without the program's own path
-  bool silent = false;
-  bool verbose = false;
+  std::string argumentText;      ///< without the program's own path
   std::string uninstallProduct;  ///< of an uninstall; "" until it is known
-  std::string applicationIni;    ///< in full; "" when it is not given
-  std::string productIni;
 };
 
 /// The two ini files that a run starts from; "" for one that is not known.
@@ -83,17 +79,26 @@ enum class Phase {
 struct RunState {
   RunKind kind = RunKind::Fresh;
   Phase phase = Phase::Preparing;
-  bool failed = false;          ///< the product's result as this run set it
-  std::string failureReasons;   ///< one a line
-  bool aborted = false;         ///< a failed component ended the loop
-  bool cancelled = false;       ///< a person ended the run
-  bool sessionEnded = false;    ///< the session ended before the work or behind it, and the run has closed down
-  bool localInstance = false;   ///< this is the local copy of a product on several discs
-  bool requestsAreOwn = false;  ///< "Reboot" was emptied at the start: what it says was asked for in this run
-  bool removalBegan = false;    ///< of an uninstall: until then the product's record stays as it was
-  std::string askedFor;         ///< product of this start, where the pending restart of another one goes on; else ""
-  std::string mappedDrive;      ///< drive mapped for this run, with its colon
-  std::string programToRemove;  ///< local copy of the program that no product needs any more
+  bool silent = false;           ///< as asked for, or as the first start was; also once nobody is there any more
+  bool verbose = false;          ///< as asked for, or as the first start was
+  std::string restartArguments;  ///< with which the program is started again behind a restart
+  bool failed = false;           ///< the product's result as this run set it
+  std::string failureReasons;    ///< one a line
+  bool aborted = false;          ///< a failed component ended the loop
+  bool cancelled = false;        ///< a person ended the run
+  bool sessionEnded = false;     ///< the session ended before the work or behind it, and the run has closed down
+  bool localInstance = false;    ///< this is the local copy of a product on several discs
+  bool requestsAreOwn = false;   ///< "Reboot" was emptied at the start: what it says was asked for in this run
+  bool removalBegan = false;     ///< of an uninstall: until then the product's record stays as it was
+  std::string askedFor;          ///< product of this start, where the pending restart of another one goes on; else ""
+  std::string mappedDrive;       ///< drive mapped for this run, with its colon
+  std::string programToRemove;   ///< local copy of the program that no product needs any more
+};
+
+/// How a run treats people, in its windows and in its log.
+struct Manner {
+  bool silent;
+  bool verbose;
 };
 
 struct Run {
@@ -132,5 +137,7 @@ struct Run {
  public:
   const Services services{machine, fso_, window_, log_, refusals_};
 };
+
+void BehaveAs(Run& run, const Manner& manner);
 
 }  // namespace assistant

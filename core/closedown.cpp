@@ -74,7 +74,7 @@ void ResetStartForUser(const Run& run, const Procedure& here) {
 void SwitchAutoLoginOff(const Run& run) {
   const ProductRecord record = run.record();
   if (!IsAutoLoginOurs(record) || IsResumeRecorded(record)) return;
-  if (DisableAutoLogin(run.services, record) || run.options.silent) return;
+  if (DisableAutoLogin(run.services, record) || run.state.silent) return;
   run.machine.dialogs().messageBox({.title = Title,
                                     .text = "Could not disable autologon - please contact support",
                                     .icon = platform::BoxIcon::Critical});

@@ -96,22 +96,17 @@ bool IsGiven(const std::string& commandLine, const Switch& wanted) {
 
 void ReadSwitches(Run& run, const Procedure& here, const std::string& commandLine) {
   here.action("Command line is " + commandLine);
-  Options& options = run.options;
-  options.silent = IsGiven(commandLine, Switches::Silent);
-  run.services.log.beSilent(options.silent);
-  options.verbose = IsGiven(commandLine, Switches::Verbose);
-  run.services.log.beVerbose(options.verbose);
+  BehaveAs(run, {IsGiven(commandLine, Switches::Silent), IsGiven(commandLine, Switches::Verbose)});
   if (IsGiven(commandLine, Switches::Uninstall)) {
     // It records nothing: what is recorded may be that of a run whose restart is pending.
     run.state.kind = RunKind::Uninstall;
     return ReadUninstall(run, here, commandLine);
   }
-  run.record().write(Value::Silent, TrueOrFalse(options.silent));
-  if (options.verbose) run.record().write(Value::Verbose, TrueOrFalse(true));
-  options.applicationIni =
-      IniPath(run, commandLine, Switches::ApplicationIni, Switches::LastApplicationIni, Value::InstallationIni);
-  options.productIni = IniPath(run, commandLine, Switches::ProductIni, Switches::LastProductIni, Value::ProductIni);
-  run.product.inis = {options.applicationIni, options.productIni};
+  run.record().write(Value::Silent, TrueOrFalse(run.state.silent));
+  if (run.state.verbose) run.record().write(Value::Verbose, TrueOrFalse(true));
+  run.product.inis = {
+      IniPath(run, commandLine, Switches::ApplicationIni, Switches::LastApplicationIni, Value::InstallationIni),
+      IniPath(run, commandLine, Switches::ProductIni, Switches::LastProductIni, Value::ProductIni)};
 }
 
 /// Length of the program's own part of a command line that does not begin with its full path.

@@ -14,7 +14,7 @@ constexpr const char* DefaultProductIni = "product.ini";
 
 /// The file that the user chooses; "" when cancelled, and on a silent run, which asks nobody.
 std::string AskForIni(const Run& run, const char* title) {
-  if (run.options.silent) return std::string();
+  if (run.state.silent) return std::string();
   return run.machine.dialogs()
       .chooseFile({.title = title,
                    .folder = AsAsked(run.program.folder),
@@ -66,9 +66,9 @@ std::string AskForProductIni(const Run& run) {
 }  // namespace
 
 IniPaths InisAtStart(const Run& run) {
-  const Options& given = run.options;
-  const std::string application = Unquoted(given.applicationIni.empty() ? OwnIni(run.program) : given.applicationIni);
-  return {application, Unquoted(given.productIni.empty() ? SpecifiedProductIni(run, application) : given.productIni)};
+  const IniPaths& given = run.product.inis;
+  const std::string application = Unquoted(given.application.empty() ? OwnIni(run.program) : given.application);
+  return {application, Unquoted(given.product.empty() ? SpecifiedProductIni(run, application) : given.product)};
 }
 
 std::string GetAppIni(const Run& run, const std::string& given) {

@@ -70,7 +70,7 @@ int FailureCaption(const Run& run) {
 }  // namespace
 
 void ShowRun(const Run& run) {
-  if (run.options.silent) {
+  if (run.state.silent) {
     ShowTrayIcon(run);
   } else {
     ShowWindow(run.services);

@@ -70,7 +70,7 @@ void IdentifyProduct(Run& run, const Procedure& here) {
   LeaveDiscIfNeeded(run, here, InisAtStart(run));
   // It may have to wait for its media, and nobody is asked to continue.
   if (run.state.kind == RunKind::Resumed) ShowRun(run);
-  run.product.inis.application = GetAppIni(run, run.options.applicationIni);
+  run.product.inis.application = GetAppIni(run, run.product.inis.application);
   ReadIdentity(run, here);
   const LogStart start = run.state.kind == RunKind::Resumed ? LogStart::Continued : LogStart::Fresh;
   run.logFolders = SetUpLog(run.services, run.program, InstallLogPlace(run.applicationIni(), run.product.name), start);

@@ -71,7 +71,7 @@ void FindPackageRoot(Run& run, const Procedure& here) {
 void RefusePreInstall(Run& run, const Procedure& here, const std::string& reason) {
   if (!reason.empty()) SetProductResult(run, false, reason);
   here.action("Process halted after Pre-Install Actions failed.");
-  if (!run.options.silent) {
+  if (!run.state.silent) {
     run.machine.dialogs().messageBox({.title = Title,
                                       .text = "This installation cannot continue as pre-install checks failed",
                                       .icon = platform::BoxIcon::Critical});
@@ -192,8 +192,6 @@ void Prepare(Run& run, Steps steps) {
       [&] {
         run.services.window.enableButtons(false);
         run.services.window.statusLine(modLanguage::Text(Caption::Initialising));
-        // An uninstall records nothing before its first removal.
-        if (!run.isUninstall()) run.record().write(Value::RunProcessReturn, "");
         run.product.shares = ValidateShares(run);
         steps(run, here);
       },

@@ -21,7 +21,7 @@ using platform::WindowEvent;
 
 /// A resumed run goes on unasked, and a silent one asks nobody.
 bool AsksBeforeWork(const Run& run) {
-  return !run.options.silent && run.state.kind != RunKind::Resumed;
+  return !run.state.silent && run.state.kind != RunKind::Resumed;
 }
 
 /// Leaving the window now cancels the run. An uninstall that has not begun leaves the product as it is.
@@ -57,7 +57,7 @@ void CountRefusals(Run& run) {
 
 void ShowEnd(Run& run) {
   CountRefusals(run);
-  if (run.options.silent) return;
+  if (run.state.silent) return;
   ShowResult(run);
   AwaitFinish(run);
 }
@@ -74,13 +74,17 @@ void TakeNote(Run& run, const RunStops& stop) {
   if (!stop.windowText.empty()) run.services.window.status(stop.windowText);
   // What was begun has a result to be shown.
   if (run.state.phase == Phase::Working) return ShowEnd(run);
-  if (!run.options.silent) AwaitFinish(run);
+  if (!run.state.silent) AwaitFinish(run);
+}
+
+Closing CloseDown(Run& run) {
+  CountRefusals(run);
+  return Closedown(run);
 }
 
 int CloseAndLeave(Run& run) {
-  CountRefusals(run);
   run.machine.mainWindow().objectToSessionEnd(true);
-  const Closing closing = Closedown(run);
+  const Closing closing = CloseDown(run);
   run.machine.mainWindow().whenSessionEnds({});
   if (closing.restart) Reboot(run.services, run.record(), run.product.name, Restart::Final);
   return closing.exitCode;
@@ -89,7 +93,7 @@ int CloseAndLeave(Run& run) {
 /// How a run ends whose end has been told. A silent one has an icon to take away.
 int EndInstall(Run& run) {
   const Procedure here(run.services.log, "EndInstall");
-  if (run.options.silent) here.guard([&] { run.machine.mainWindow().removeTrayIcon(); });
+  if (run.state.silent) here.guard([&] { run.machine.mainWindow().removeTrayIcon(); });
   return CloseAndLeave(run);
 }
 
@@ -97,7 +101,7 @@ int LeaveForRestart(Run& run) {
   CountRefusals(run);
   // The restart ends the session, and what is to be gone on with must not be closed down then.
   run.machine.mainWindow().whenSessionEnds({});
-  modAutoRun::CreateAutoRun(run.services, run.program.folder, Trim(run.options.argumentText));
+  modAutoRun::CreateAutoRun(run.services, run.program.folder, run.state.restartArguments);
   Reboot(run.services, run.record(), run.product.name, Restart::ToGoOn);
   return ExitCode::Succeeded;
 }
@@ -118,9 +122,8 @@ void CloseForSessionEnd(Run& run) {
   if (run.state.phase != Phase::Ended) {
     TakeNote(run, {RunStops::How::Cancelled, run.isUninstall() ? "" : UserAbortedRun});
   }
-  run.options.silent = true;
-  run.services.log.beSilent(true);
-  Closedown(run);
+  BehaveAs(run, {.silent = true, .verbose = run.services.log.isVerbose()});
+  CloseDown(run);
   run.state.sessionEnded = true;
 }
 

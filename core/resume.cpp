@@ -21,24 +21,22 @@ namespace assistant {
 namespace {
 
 /// What this start would have been, had it been for the pending product.
-std::string PendingArguments(const Options& options) {
-  std::string text = Switches::ApplicationIni.text + options.applicationIni;
+std::string PendingArguments(const Run& run) {
+  const IniPaths& inis = run.product.inis;
+  std::string text = Switches::ApplicationIni.text + inis.application;
   const auto add = [&](const Switch& added, const std::string& of) { text += std::string(" ") + added.text + of; };
-  if (!options.productIni.empty()) add(Switches::ProductIni, options.productIni);
-  if (options.silent) add(Switches::Silent, "");
-  if (options.verbose) add(Switches::Verbose, "");
+  if (!inis.product.empty()) add(Switches::ProductIni, inis.product);
+  if (run.state.silent) add(Switches::Silent, "");
+  if (run.state.verbose) add(Switches::Verbose, "");
   return text;
 }
 
 /// A further restart has to start the pending product again, not the one that was asked for now.
 void UseRememberedInis(Run& run, const Procedure& here) {
   const ProductRecord record = run.record();
-  Options& options = run.options;
-  options.applicationIni = record.read(Value::InstallationIni);
-  options.productIni = record.read(Value::ProductIni);
-  run.product.inis = {options.applicationIni, options.productIni};
-  options.argumentText = PendingArguments(options);
-  if (!options.applicationIni.empty()) return;
+  run.product.inis = {record.read(Value::InstallationIni), record.read(Value::ProductIni)};
+  run.state.restartArguments = PendingArguments(run);
+  if (!run.product.inis.application.empty()) return;
   throw here.failure("The application ini of " + run.product.name + " is not known: value " +
                      Value::InstallationIni.name + " of HKLM\\" + ProductsKey +
                      " is empty. Start its installation again.");
@@ -90,10 +88,7 @@ void RestoreProduct(Run& run) {
 bool ResumesRun(Run& run) {
   const ProductRecord record = run.record();
   if (!IsResumeRecorded(record)) return false;
-  run.options.silent = record.isTrue(Value::Silent);
-  run.options.verbose = record.isTrue(Value::Verbose);
-  run.services.log.beSilent(run.options.silent);
-  run.services.log.beVerbose(run.options.verbose);
+  BehaveAs(run, {record.isTrue(Value::Silent), record.isTrue(Value::Verbose)});
   return true;
 }
 

@@ -116,6 +116,7 @@ std::string WindowClass(platform::OtherWindows& windows, platform::WindowHandle 
 void Main(Run& run) {
   const Procedure here(run.services.log, "Main");
   run.options.argumentText = ArgumentText(run.machine.machine().commandLine(), run.program.path);
+  run.state.restartArguments = Trim(run.options.argumentText);
   if (AsksForHelp(run.options.argumentText)) {
     ShowAboutBox(run.services);
     throw RunStops{.how = RunStops::How::AtOnce};

@@ -120,7 +120,7 @@ std::string ProductIniVersion(const Run& run, const Procedure& here) {
 }
 
 bool UserAcceptsVersion(const Run& run) {
-  if (run.options.silent) return false;
+  if (run.state.silent) return false;
   const platform::BoxAnswer answer = run.machine.dialogs().messageBox(
       {.title = "Product Version",
        .text =
@@ -156,7 +156,7 @@ void CheckVersion(const Run& run, const Procedure& here) {
   here.action("Versions do not match, product.ini is " + version + ", installer .ini is " + *recorded);
   if (UserAcceptsVersion(run)) return;
   here.error(UserAbortedRun);
-  throw RunStops{run.options.silent ? RunStops::How::Refused : RunStops::How::Declined, UserAbortedRun};
+  throw RunStops{run.state.silent ? RunStops::How::Refused : RunStops::How::Declined, UserAbortedRun};
 }
 
 bool Names(const std::vector<std::string>& names, const std::string& wanted) {

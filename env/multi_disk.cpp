@@ -97,8 +97,8 @@ bool StartLocalCopy(const Run& run, const Procedure& here, const IniPaths& inis)
 std::string LocalInstanceCommand(const Run& run, const IniPaths& inis) {
   std::string command = Quoted(LocalProgram(run.machine.machine(), run.program)) + " /is=" + inis.application;
   if (!inis.product.empty()) command += " /ia=" + inis.product;
-  if (run.options.silent) command += " /s";
-  if (run.options.verbose) command += " /v";
+  if (run.state.silent) command += " /s";
+  if (run.state.verbose) command += " /v";
   return command;
 }
 

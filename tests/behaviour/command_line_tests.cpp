@@ -83,10 +83,10 @@ TEST_F(CommandLine, Switches_AreFoundAnywhere) {
     rig.set(ProductsRecord, "ProductIni", "C:\\remembered product.ini");
     assistant::Run run(rig.machine());
     GetCommandLine(run, row.arguments);
-    EXPECT_EQ(run.options.silent, row.silent) << row.arguments;
+    EXPECT_EQ(run.state.silent, row.silent) << row.arguments;
     EXPECT_EQ(rig.value(ProductsRecord, "Silent"), row.silent ? "True" : "False") << row.arguments;
     EXPECT_EQ(rig.value(ProductsRecord, "Verbose"), row.verbose ? "True" : "") << row.arguments;
-    EXPECT_EQ(run.options.verbose, row.verbose) << row.arguments;
+    EXPECT_EQ(run.state.verbose, row.verbose) << row.arguments;
     EXPECT_EQ(run.product.inis.application, row.appIni) << row.arguments;
     EXPECT_EQ(run.product.inis.product, row.productIni) << row.arguments;
   }

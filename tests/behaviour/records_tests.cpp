@@ -26,7 +26,7 @@ class Records : public Procedures {
   }
 
   void beSilent(bool silent) {
-    run.options.silent = silent;
+    run.state.silent = silent;
     run.services.log.beSilent(silent);
   }
   /// How initialisation stopped the run (and with which reason), or GoesOn.
