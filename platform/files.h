@@ -24,7 +24,7 @@ struct Attributes {
   bool system = false;
   bool archive = false;
   bool folder = false;
-  bool link = false;  ///< a folder that stands for another one (a reparse point)
+  bool link = false;  ///< what stands for another folder or file (a reparse point)
 
   bool operator==(const Attributes&) const = default;
 };
@@ -80,6 +80,14 @@ class FileReader {
   virtual Status list(const std::string& folder, std::vector<FolderEntry>& entries) = 0;
   /// The whole content of a file; empty after a failure.
   virtual Status read(const std::string& path, std::string& bytes) = 0;
+  /// How many names (hard links) lead to the file; 0 after a failure.
+  virtual Status numberOfNames(const std::string& path, std::uint32_t& names) = 0;
+
+  /// Whether anybody but administrators, the system and the user of this program may change the file, or what the
+  /// folder holds: its access list grants that to another account, or another account owns it. What a list denies is
+  /// not weighed against what it grants. False after a failure; CallNotImplemented on machines and volumes without
+  /// access control.
+  virtual Status ordinaryUsersMayWrite(const std::string& path, bool& mayWrite) = 0;
 };
 
 class Files : public FileReader {
@@ -110,9 +118,15 @@ class Files : public FileReader {
   /// Deletes one empty folder. FolderNotEmpty.
   virtual Status deleteFolder(const std::string& path) = 0;
 
-  /// Replaces the access list of a file or folder (and what a folder will hold) by these grants.
-  /// CallNotImplemented on machines and volumes without access control.
+  // Access lists. A folder's grants are passed on to what is made in it later; what is in it already keeps its own.
+  // CallNotImplemented on machines and volumes without access control.
+
+  /// Makes the account the owner of a file or folder, also where its access list refuses that to an administrator.
+  virtual Status setOwner(const std::string& path, Account owner) = 0;
+  /// Replaces the access list of a file or folder by these grants; nothing is inherited from the folder above.
   virtual Status setAccess(const std::string& path, const std::vector<AccessGrant>& grants) = 0;
+  /// Adds those of these grants that the access list does not hold. What it holds stays.
+  virtual Status addAccess(const std::string& path, const std::vector<AccessGrant>& grants) = 0;
 };
 
 }  // namespace platform

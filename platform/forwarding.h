@@ -50,6 +50,12 @@ class ForwardingFiles : public Files {
     return inner_.list(folder, entries);
   }
   Status read(const std::string& path, std::string& bytes) override { return inner_.read(path, bytes); }
+  Status numberOfNames(const std::string& path, std::uint32_t& names) override {
+    return inner_.numberOfNames(path, names);
+  }
+  Status ordinaryUsersMayWrite(const std::string& path, bool& mayWrite) override {
+    return inner_.ordinaryUsersMayWrite(path, mayWrite);
+  }
   Status setAttributes(const std::string& path, const Attributes& attributes) override {
     return inner_.setAttributes(path, attributes);
   }
@@ -66,8 +72,12 @@ class ForwardingFiles : public Files {
   Status deleteFile(const std::string& path) override { return inner_.deleteFile(path); }
   Status createFolder(const std::string& path) override { return inner_.createFolder(path); }
   Status deleteFolder(const std::string& path) override { return inner_.deleteFolder(path); }
+  Status setOwner(const std::string& path, Account owner) override { return inner_.setOwner(path, owner); }
   Status setAccess(const std::string& path, const std::vector<AccessGrant>& grants) override {
     return inner_.setAccess(path, grants);
+  }
+  Status addAccess(const std::string& path, const std::vector<AccessGrant>& grants) override {
+    return inner_.addAccess(path, grants);
   }
 
  private:

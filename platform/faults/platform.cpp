@@ -104,6 +104,17 @@ Status Files::read(const std::string& path, std::string& bytes) {
   return Unless(faults_.read("files.read", path), [&] { return ForwardingFiles::read(path, bytes); });
 }
 
+Status Files::numberOfNames(const std::string& path, std::uint32_t& names) {
+  names = 0;
+  return Unless(faults_.read("files.numberOfNames", path), [&] { return ForwardingFiles::numberOfNames(path, names); });
+}
+
+Status Files::ordinaryUsersMayWrite(const std::string& path, bool& mayWrite) {
+  mayWrite = false;
+  return Unless(faults_.read("files.ordinaryUsersMayWrite", path),
+                [&] { return ForwardingFiles::ordinaryUsersMayWrite(path, mayWrite); });
+}
+
 Status Files::openForAppending(const std::string& path, FileHandle& file) {
   file = {};
   return Unless(faults_.change("files.openForAppending", path), [&] {
@@ -154,8 +165,16 @@ Status Files::deleteFolder(const std::string& path) {
   return Unless(faults_.change("files.deleteFolder", path), [&] { return ForwardingFiles::deleteFolder(path); });
 }
 
+Status Files::setOwner(const std::string& path, platform::Account owner) {
+  return Unless(faults_.change("files.setOwner", path), [&] { return ForwardingFiles::setOwner(path, owner); });
+}
+
 Status Files::setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) {
   return Unless(faults_.change("files.setAccess", path), [&] { return ForwardingFiles::setAccess(path, grants); });
+}
+
+Status Files::addAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) {
+  return Unless(faults_.change("files.addAccess", path), [&] { return ForwardingFiles::addAccess(path, grants); });
 }
 
 Status Processes::start(const std::string& commandLine, const std::string& workingFolder,

@@ -26,6 +26,8 @@ void Computer::makeSystemFolders() {
        {std::string(system.windowsFolder), std::string(system.systemFolder), machine_.environment("TEMP"),
         machine_.environment("ProgramFiles"), machine_.startupFolder(), std::string("C:\\Program Files")})
     if (!folder.empty()) files_.makeFolder(folder);
+  for (const std::string& folder : {std::string(system.windowsFolder), std::string("C:\\Program Files")})
+    if (!files_.accessLists().has(folder)) files_.setAccessList(folder, OpenToAdministrators());
   // Without profiles, the registry alone says where the Startup folder is.
   if (*system.startup != '\0' && registry_.text(ShellFoldersKey, StartupValue) != system.startup)
     registry_.putText(ShellFoldersKey, StartupValue, system.startup);

@@ -75,6 +75,7 @@ class Loader {
   void registry(const Section& section);
   void file(const Section& section);
   void folder(const Section& section);
+  void access(const Section& section);
   void product(const Section& section);
   void package(const Section& section);
   void program(const Section& section);
@@ -99,13 +100,11 @@ std::string Loader::hostPath(const std::string& path) const {
 
 void Loader::load() {
   static const std::map<std::string, Handler> handlers = {
-      {"machine", &Loader::machine}, {"environment", &Loader::environment},
-      {"drive", &Loader::drive},     {"registry", &Loader::registry},
-      {"file", &Loader::file},       {"folder", &Loader::folder},
-      {"product", &Loader::product}, {"package", &Loader::package},
-      {"program", &Loader::program}, {"running", &Loader::running},
-      {"answer", &Loader::answer},   {"choose", &Loader::choose},
-      {"person", &Loader::person},   {"logon", &Loader::logon}};
+      {"access", &Loader::access},   {"machine", &Loader::machine},   {"environment", &Loader::environment},
+      {"drive", &Loader::drive},     {"registry", &Loader::registry}, {"file", &Loader::file},
+      {"folder", &Loader::folder},   {"product", &Loader::product},   {"package", &Loader::package},
+      {"program", &Loader::program}, {"running", &Loader::running},   {"answer", &Loader::answer},
+      {"choose", &Loader::choose},   {"person", &Loader::person},     {"logon", &Loader::logon}};
   const std::string text = ReadHostFile(file_);
   if (text.empty()) Refuse(file_ + ": is missing or empty; write a machine declaration there, from [machine] on");
   for (const Section& section : ParseSections(file_, text)) {
@@ -161,7 +160,9 @@ void Loader::drive(const Section& section) {
           {"folder", [&](const std::string& v) { drive.folder = hostPath(v); }},
           {"free", [&](const std::string& v) { drive.free = static_cast<std::uint64_t>(ParseCount(v)); }},
           {"ready", [&](const std::string& v) { drive.ready = ParseYes(v); }},
-          {"writable", [&](const std::string& v) { drive.writable = ParseYes(v); }}});
+          {"writable", [&](const std::string& v) { drive.writable = ParseYes(v); }},
+          {"access lists", [&](const std::string& v) { drive.accessLists = ParseYes(v); }},
+          {"administrator", [&](const std::string& v) { drive.administrator = ParseYes(v); }}});
   computer_.addDrive(drive);
 }
 
@@ -184,6 +185,19 @@ void Loader::file(const Section& section) {
 void Loader::folder(const Section& section) {
   Assign(file_, section, {});
   computer_.files().makeFolder(section.argument);
+}
+
+void Loader::access(const Section& section) {
+  AccessList list;
+  for (const Entry& entry : section.entries) {
+    if (SameText(entry.key, "owner")) {
+      list.owner = entry.value;
+    } else {
+      RequireRight(entry.value);
+      list.grants[entry.key] = entry.value;
+    }
+  }
+  computer_.files().setAccessList(section.argument, list);
 }
 
 void Loader::product(const Section& section) {
@@ -309,6 +323,8 @@ std::string DescribeDrive(const Drive& drive, bool ownFolder) {
   text += "free=" + std::to_string(drive.free) + "\n";
   if (!drive.ready) text += "ready=no\n";
   if (!drive.writable) text += "writable=no\n";
+  if (drive.accessLists) text += std::string("access lists=") + (*drive.accessLists ? "yes" : "no") + "\n";
+  if (!drive.administrator) text += "administrator=no\n";
   return text;
 }
 
@@ -329,6 +345,10 @@ std::string DescribeMachine(Computer& computer) {
   for (const auto& [name, value] : machine.variables) text.append(name).append("=").append(value).append("\n");
   for (const auto& [letter, drive] : computer.files().allDrives())
     text += DescribeDrive(drive, drive.folder == computer.ownFolder(letter));
+  for (const auto& [lower, item] : computer.files().accessLists().all()) {
+    text.append("\n[access ").append(item.path).append("]\nowner=").append(item.list.owner).append("\n");
+    for (const auto& [account, right] : item.list.grants) text.append(account).append("=").append(right).append("\n");
+  }
   return text;
 }
 

@@ -117,10 +117,13 @@ std::string Files::full(const std::string& path) const {
 
 void Files::fillIn(Place& place) {
   struct stat facts {};
-  if (stat(place.host.c_str(), &facts) != 0) return;
+  if (lstat(place.host.c_str(), &facts) != 0) return;
   place.status = Status::Ok;
+  place.link = S_ISLNK(facts.st_mode);
+  // One that leads nowhere is a folder's: the systems played here have no others.
+  if (place.link && stat(place.host.c_str(), &facts) != 0) facts.st_mode = S_IFDIR;
   place.folder = S_ISDIR(facts.st_mode);
-  place.link = place.folder && std::filesystem::is_symlink(place.host);
+  place.names = place.folder ? 1 : static_cast<std::uint32_t>(facts.st_nlink);
   place.mode = facts.st_mode;
   place.size = place.folder ? 0 : static_cast<std::uint64_t>(facts.st_size);
 }
@@ -128,6 +131,7 @@ void Files::fillIn(Place& place) {
 Files::Place Files::locate(const std::string& path) {
   Place place;
   const std::string full = path.empty() ? path : this->full(path);
+  place.path = full;
   if (!HasDrive(full) || full.size() > LongestPath) return place;
   place.drive = drive(full[0]);
   if (place.drive == nullptr) return place;
@@ -211,6 +215,7 @@ void Files::remove(const std::string& path) {
   const Place place = locate(path);
   if (place.status != Status::Ok) return;
   std::filesystem::remove_all(place.host);
+  lists_.forget(place.path);
   place.drive->free += place.size;
   journal_.record("file removed " + fullPath(path));
 }

@@ -64,7 +64,7 @@ Attributes Files::attributesOf(const Place& place) {
   Attributes found;
   found.readOnly = !place.drive->writable;
   found.folder = place.folder;
-  found.link = place.folder && place.link;
+  found.link = place.link;
   if (place.folder || !place.drive->writable) return found;
   found.readOnly = (place.mode & WritableMode) == 0;
   found.archive = (place.mode & ArchiveMode) != 0;
@@ -136,9 +136,11 @@ bool Files::isOpen(const std::string& host) const {
 
 /// Whether a file may be written to, replaced or deleted; Ok also where it is not there yet.
 Status Files::mayReplace(const Place& place) const {
-  if (place.status == Status::FileNotFound) return place.drive->writable ? Status::Ok : Status::AccessDenied;
+  const bool refused = place.drive != nullptr && !mayChange(place);
+  if (place.status == Status::FileNotFound)
+    return place.drive->writable && !refused ? Status::Ok : Status::AccessDenied;
   if (place.status != Status::Ok) return place.status;
-  if (place.folder || attributesOf(place).readOnly) return Status::AccessDenied;
+  if (place.folder || attributesOf(place).readOnly || refused) return Status::AccessDenied;
   return isOpen(place.host) ? Status::SharingViolation : Status::Ok;
 }
 
@@ -226,6 +228,7 @@ Status Files::moveFile(const std::string& from, const std::string& to) {
   WriteHostFile(target.host, ReadHostFile(source.host));
   mark(target.host, moved);
   unlink(source.host.c_str());
+  lists_.forget(source.path);
   target.drive->free += target.size;
   journal_.record("file move " + fullPath(from) + " -> " + fullPath(to));
   return Status::Ok;
@@ -236,6 +239,7 @@ Status Files::deleteFile(const std::string& path) {
   if (place.status != Status::Ok) return place.status;
   if (const Status s = mayReplace(place); s != Status::Ok) return s;
   unlink(place.host.c_str());
+  lists_.forget(place.path);
   place.drive->free += place.size;
   journal_.record("file delete " + fullPath(path));
   return Status::Ok;
@@ -245,7 +249,8 @@ Status Files::createFolder(const std::string& path) {
   const Place place = locate(path);
   if (place.status == Status::Ok) return Status::AlreadyExists;
   if (place.status != Status::FileNotFound) return place.status;
-  if (!place.drive->writable || mkdir(place.host.c_str(), 0777) != 0) return Status::AccessDenied;
+  if (!place.drive->writable || !mayChange(place) || mkdir(place.host.c_str(), 0777) != 0) return Status::AccessDenied;
+  makeOwn(place);
   journal_.record("folder create " + fullPath(path));
   return Status::Ok;
 }
@@ -254,23 +259,11 @@ Status Files::deleteFolder(const std::string& path) {
   const Place place = locate(path);
   if (place.status != Status::Ok) return place.status;
   if (!place.folder) return Status::FolderNameInvalid;
-  if (!place.drive->writable || place.host == place.drive->folder) return Status::AccessDenied;
+  if (!place.drive->writable || place.host == place.drive->folder || !mayChange(place)) return Status::AccessDenied;
   const int deleted = place.link ? unlink(place.host.c_str()) : rmdir(place.host.c_str());
   if (deleted != 0) return Status::FolderNotEmpty;
+  lists_.forget(place.path);
   journal_.record("folder delete " + fullPath(path));
-  return Status::Ok;
-}
-
-Status Files::setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) {
-  static constexpr const char* accounts[] = {"Administrators", "LocalSystem", "Users"};
-  const Place place = locate(path);
-  if (place.status != Status::Ok) return place.status;
-  if (!accessControl_ || place.drive->type != platform::DriveType::Fixed) return Status::CallNotImplemented;
-  std::string line = "access " + fullPath(path) + ":";
-  for (const platform::AccessGrant& grant : grants)
-    line += std::string(" ") + accounts[static_cast<int>(grant.account)] +
-            (grant.right == platform::AccessRight::Full ? "=full" : "=read");
-  journal_.record(line);
   return Status::Ok;
 }
 

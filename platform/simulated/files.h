@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "platform/simulated/access.h"
 #include "platform/simulated/journal.h"
 
 namespace simulated {
@@ -22,7 +23,9 @@ struct Drive {
   std::string folder = {};  ///< host folder with the volume's content
   bool ready = true;        ///< false: no disc in the drive
   bool writable = true;
-  std::uint64_t free = 2000000000;  ///< bytes; files written and deleted change it
+  std::uint64_t free = 2000000000;       ///< bytes; files written and deleted change it
+  std::optional<bool> accessLists = {};  ///< whether the volume keeps them; fixed drives do
+  bool administrator = true;             ///< whether the program's user is one there
 };
 
 class Files : public platform::Files {
@@ -41,6 +44,8 @@ class Files : public platform::Files {
   platform::Status setAttributes(const std::string& path, const platform::Attributes& attributes) override;
   platform::Status list(const std::string& folder, std::vector<platform::FolderEntry>& entries) override;
   platform::Status read(const std::string& path, std::string& bytes) override;
+  platform::Status numberOfNames(const std::string& path, std::uint32_t& names) override;
+  platform::Status ordinaryUsersMayWrite(const std::string& path, bool& mayWrite) override;
   platform::Status openForAppending(const std::string& path, platform::FileHandle& file) override;
   platform::Status openForWriting(const std::string& path, platform::FileHandle& file) override;
   platform::Status write(platform::FileHandle file, const std::string& bytes) override;
@@ -50,7 +55,9 @@ class Files : public platform::Files {
   platform::Status deleteFile(const std::string& path) override;
   platform::Status createFolder(const std::string& path) override;
   platform::Status deleteFolder(const std::string& path) override;
+  platform::Status setOwner(const std::string& path, platform::Account owner) override;
   platform::Status setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) override;
+  platform::Status addAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) override;
 
   /// Adds or replaces the drive of that letter. The host folder must be there, unless the drive is not ready.
   void setDrive(Drive drive);
@@ -70,7 +77,7 @@ class Files : public platform::Files {
   /// Whether volumes and the system know access control.
   void setAccessControl(bool known) { accessControl_ = known; }
 
-  // What simulated programs and set-ups use: no attribute hinders them.
+  // What simulated programs and set-ups use: no attribute and no access list hinders them.
 
   /// Writes a file with its folders, also on a drive that programs cannot write.
   void put(const std::string& path, const std::string& bytes);
@@ -80,6 +87,10 @@ class Files : public platform::Files {
   bool exists(const std::string& path);
   bool isFolder(const std::string& path);
   void remove(const std::string& path);
+  const AccessList& accessList(const std::string& path) { return lists_.of(fullPath(path)); }
+  /// For the path and whatever below it has no list of its own.
+  void setAccessList(const std::string& path, AccessList list) { lists_.set(fullPath(path), std::move(list)); }
+  const AccessLists& accessLists() const { return lists_; }
 
   /// Closes every open file, as the end of the program does.
   void closeAll();
@@ -89,9 +100,11 @@ class Files : public platform::Files {
   struct Place {
     platform::Status status = platform::Status::PathNotFound;
     Drive* drive = nullptr;
+    std::string path;  ///< in full
     std::string host;
     bool folder = false;
-    bool link = false;  ///< a folder that stands for another one: a link of the host
+    bool link = false;        ///< what stands for another folder or file: a link of the host
+    std::uint32_t names = 1;  ///< of the file
     unsigned mode = 0;
     std::uint64_t size = 0;
   };
@@ -114,6 +127,10 @@ class Files : public platform::Files {
   static void fillIn(Place& place);
   static platform::Attributes attributesOf(const Place& place);
   bool isOpen(const std::string& host) const;
+  bool keepsLists(const Drive& drive) const;
+  bool mayChange(const Place& place) const;
+  void makeOwn(const Place& place);
+  void changeList(const std::string& full, AccessList list);
   platform::Status mayReplace(const Place& place) const;
   platform::Status open(const std::string& path, bool append, platform::FileHandle& file);
   void finish(OpenFile& file);
@@ -128,6 +145,7 @@ class Files : public platform::Files {
   std::map<char, std::string> driveFolders_;  ///< current folders without the drive; "" for those not set
   bool japanese_ = false;
   bool accessControl_ = true;
+  AccessLists lists_;
 };
 
 }  // namespace simulated

@@ -170,6 +170,24 @@ Status FilesAdapter::read(const std::string& path, std::string& bytes) {
   return outcome;
 }
 
+Status FilesAdapter::numberOfNames(const std::string& path, std::uint32_t& names) {
+  QuietErrors quiet;
+  names = 0;
+  OwnedHandle file;
+  const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  const Status outcome = OpenAs(path, GENERIC_READ, share, OPEN_EXISTING, file);
+  if (outcome != Status::Ok) return outcome;
+  BY_HANDLE_FILE_INFORMATION facts;
+  if (!GetFileInformationByHandle(file.get(), &facts)) return LastStatus();
+  names = facts.nNumberOfLinks;
+  return Status::Ok;
+}
+
+Status FilesAdapter::ordinaryUsersMayWrite(const std::string& path, bool& mayWrite) {
+  QuietErrors quiet;
+  return LooseAccess(path, mayWrite);
+}
+
 Status FilesAdapter::openForAppending(const std::string& path, FileHandle& file) {
   QuietErrors quiet;
   Status outcome = OpenForOutput(path, file);
@@ -225,9 +243,19 @@ Status FilesAdapter::deleteFolder(const std::string& path) {
   return StatusOf(RemoveDirectoryA(path.c_str()));
 }
 
+Status FilesAdapter::setOwner(const std::string& path, platform::Account owner) {
+  QuietErrors quiet;
+  return ReplaceOwner(path, owner);
+}
+
 Status FilesAdapter::setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) {
   QuietErrors quiet;
   return ReplaceAccess(path, grants);
+}
+
+Status FilesAdapter::addAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) {
+  QuietErrors quiet;
+  return ExtendAccess(path, grants);
 }
 
 }  // namespace win32

@@ -14,6 +14,8 @@ class FilesAdapter final : public platform::Files {
   platform::Status attributes(const std::string& path, platform::Attributes& found) override;
   platform::Status list(const std::string& folder, std::vector<platform::FolderEntry>& entries) override;
   platform::Status read(const std::string& path, std::string& bytes) override;
+  platform::Status numberOfNames(const std::string& path, std::uint32_t& names) override;
+  platform::Status ordinaryUsersMayWrite(const std::string& path, bool& mayWrite) override;
 
   platform::Status setAttributes(const std::string& path, const platform::Attributes& wanted) override;
   platform::Status openForAppending(const std::string& path, platform::FileHandle& file) override;
@@ -25,7 +27,9 @@ class FilesAdapter final : public platform::Files {
   platform::Status deleteFile(const std::string& path) override;
   platform::Status createFolder(const std::string& path) override;
   platform::Status deleteFolder(const std::string& path) override;
+  platform::Status setOwner(const std::string& path, platform::Account owner) override;
   platform::Status setAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) override;
+  platform::Status addAccess(const std::string& path, const std::vector<platform::AccessGrant>& grants) override;
 };
 
 }  // namespace win32

@@ -53,6 +53,10 @@ class DirectFiles : public platform::Files {
   }
   platform::Status createFolder(const std::string&) override { return notHere; }
   platform::Status deleteFolder(const std::string&) override { return notHere; }
+  platform::Status numberOfNames(const std::string&, std::uint32_t&) override { return notHere; }
+  platform::Status ordinaryUsersMayWrite(const std::string&, bool&) override { return notHere; }
+  platform::Status setOwner(const std::string&, platform::Account) override { return notHere; }
+  platform::Status addAccess(const std::string&, const std::vector<platform::AccessGrant>&) override { return notHere; }
   platform::Status setAccess(const std::string&, const std::vector<platform::AccessGrant>&) override { return notHere; }
 
  private:

@@ -29,6 +29,10 @@ class Bench {
   virtual void endSession() = 0;
   /// Path of a batch file that ends with this exit code.
   virtual std::string batchFile(const std::string& folder, int exitCode) = 0;
+  /// Gives the file another name (a hard link); false where none can be had.
+  virtual bool addName(const std::string& file, const std::string& name) = 0;
+  /// Lets everybody do everything with a file or folder.
+  virtual bool openToAll(const std::string& path) = 0;
   /// Path of a real package in the folder; "" when the tests were built where none can be made.
   virtual std::string package(const std::string& folder) = 0;
 };

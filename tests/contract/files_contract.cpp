@@ -175,14 +175,53 @@ TEST_F(Files, Drives_TheSystemDrive_IsFixedWithRoom) {
   EXPECT_NE(files().freeSpace('B', bytes), Status::Ok);
 }
 
-TEST_F(Files, SetAccess_GivenToAdministrators_StaysUsable) {
-  write("guarded.txt", "text");
-  const std::vector<platform::AccessGrant> grants = {{platform::Account::Administrators, platform::AccessRight::Full},
-                                                     {platform::Account::LocalSystem, platform::AccessRight::Full},
-                                                     {platform::Account::Users, platform::AccessRight::ReadAndExecute}};
-  EXPECT_EQ(files().setAccess(path("guarded.txt"), grants), Status::Ok);
-  EXPECT_EQ(content("guarded.txt"), "text");
-  EXPECT_NE(files().setAccess(path("none.txt"), grants), Status::Ok);
+TEST_F(Files, Access_SaysWhetherOrdinaryUsersMayWrite) {
+  using platform::AccessGrant;
+  using platform::AccessRight;
+  using platform::Account;
+  const std::vector<AccessGrant> tight = {{Account::Administrators, AccessRight::Full},
+                                          {Account::LocalSystem, AccessRight::Full},
+                                          {Account::Users, AccessRight::ReadAndExecute}};
+  ASSERT_EQ(files().createFolder(path("folder")), Status::Ok);
+  write("folder\\file.txt", "text");
+  for (const char* name : {"folder", "folder\\file.txt"}) {
+    const auto open = [&] {
+      bool mayWrite = false;
+      EXPECT_EQ(files().ordinaryUsersMayWrite(path(name), mayWrite), Status::Ok) << name;
+      return mayWrite;
+    };
+    EXPECT_EQ(files().setOwner(path(name), Account::Administrators), Status::Ok) << name;
+    EXPECT_EQ(files().setAccess(path(name), tight), Status::Ok) << name;
+    EXPECT_FALSE(open()) << name;
+    EXPECT_EQ(files().addAccess(path(name), tight), Status::Ok) << name;
+    EXPECT_FALSE(open()) << name;
+    EXPECT_TRUE(bench().openToAll(path(name))) << name;
+    EXPECT_TRUE(open()) << name;
+    EXPECT_EQ(files().addAccess(path(name), tight), Status::Ok) << name;
+    EXPECT_TRUE(open()) << name << ": what was granted stays";
+    EXPECT_EQ(files().setAccess(path(name), tight), Status::Ok) << name;
+    EXPECT_FALSE(open()) << name;
+    write("folder\\file.txt", "new");
+    EXPECT_EQ(content("folder\\file.txt"), "new") << name;
+  }
+  bool mayWrite = true;
+  const Status missing[] = {files().setOwner(path("none"), Account::Administrators),
+                            files().setAccess(path("none"), tight), files().addAccess(path("none"), tight),
+                            files().ordinaryUsersMayWrite(path("none"), mayWrite)};
+  for (const Status status : missing) EXPECT_EQ(status, Status::FileNotFound);
+  EXPECT_FALSE(mayWrite);
+}
+
+TEST_F(Files, NumberOfNames_CountsHardLinks) {
+  write("file.txt", "text");
+  std::uint32_t names = 7;
+  EXPECT_EQ(files().numberOfNames(path("none.txt"), names), Status::FileNotFound);
+  EXPECT_EQ(names, 0U);
+  EXPECT_EQ(files().numberOfNames(path("file.txt"), names), Status::Ok);
+  EXPECT_EQ(names, 1U);
+  ASSERT_TRUE(bench().addName(path("file.txt"), path("second.txt")));
+  EXPECT_EQ(files().numberOfNames(path("file.txt"), names), Status::Ok);
+  EXPECT_EQ(names, 2U);
 }
 
 TEST_F(Files, Move_ReplacesButNotAReadOnlyFile) {

@@ -1,4 +1,7 @@
 // The contract tests' side on which the simulated workstation is the machine.
+#include <algorithm>
+#include <filesystem>
+
 #include "platform/simulated/workstation.h"
 #include "tests/contract/bench.h"
 #include "tests/support/temporary_folder.h"
@@ -29,6 +32,19 @@ class SimulatedBench : public Bench {
     return path;
   }
 
+  bool addName(const std::string& file, const std::string& name) override {
+    std::error_code failure;
+    std::filesystem::create_hard_link(host(file), host(name), failure);
+    return !failure;
+  }
+
+  bool openToAll(const std::string& path) override {
+    simulated::AccessList open = workstation_.files().accessList(path);
+    open.grants["Everyone"] = "full";
+    workstation_.files().setAccessList(path, open);
+    return true;
+  }
+
   std::string package(const std::string& folder) override {
     const std::string path = folder + "\\contract.msi";
     workstation_.files().put(path, "package");
@@ -37,6 +53,12 @@ class SimulatedBench : public Bench {
   }
 
  private:
+  std::string host(const std::string& path) const {
+    std::string below = path.substr(2);
+    std::replace(below.begin(), below.end(), '\\', '/');
+    return workstation_.ownFolder(path[0]) + below;
+  }
+
   void declare(const std::string& part, int milliseconds, int exitCode) {
     simulated::Outcome outcome;
     outcome.exitCode = exitCode;

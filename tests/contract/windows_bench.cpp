@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "platform/win32/owner.h"
 #include "platform/win32/windows_api.h"
 #include "platform/win32/workstation.h"
 #include "tests/contract/bench.h"
@@ -66,6 +67,24 @@ class WindowsBench : public Bench {
     const std::string path = folder + "\\code.bat";
     put(path, "@exit " + std::to_string(exitCode) + "\r\n");
     return path;
+  }
+
+  // Windows 2000 was the first to have it.
+  bool addName(const std::string& file, const std::string& name) override {
+    return CreateHardLinkA(name.c_str(), file.c_str(), nullptr) != FALSE;
+  }
+
+  bool openToAll(const std::string& path) override {
+    SID_IDENTIFIER_AUTHORITY authority = {SECURITY_WORLD_SID_AUTHORITY};
+    win32::OwnedIdentity everyone;
+    AllocateAndInitializeSid(&authority, 1, SECURITY_WORLD_RID, 0, 0, 0, 0, 0, 0, 0, everyone.receive());
+    DWORD list[64] = {};
+    InitializeAcl(reinterpret_cast<ACL*>(list), sizeof list, ACL_REVISION);
+    AddAccessAllowedAce(reinterpret_cast<ACL*>(list), ACL_REVISION, FILE_ALL_ACCESS, everyone.get());
+    SECURITY_DESCRIPTOR open;
+    InitializeSecurityDescriptor(&open, SECURITY_DESCRIPTOR_REVISION);
+    SetSecurityDescriptorDacl(&open, TRUE, reinterpret_cast<ACL*>(list), FALSE);
+    return SetFileSecurityA(path.c_str(), DACL_SECURITY_INFORMATION, &open) != FALSE;
   }
 
   std::string package(const std::string& folder) override {
