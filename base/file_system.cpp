@@ -108,19 +108,28 @@ bool clsFso::isLink(const std::string& path) {
   return machine_.files().attributes(AsAsked(path), attributes) == platform::Status::Ok && attributes.link;
 }
 
-void clsFso::copyFolderOver(const std::string& from, const std::string& to) {
+bool clsFso::hasOtherNames(const std::string& path) {
+  std::uint32_t names = 0;
+  // Some file systems count none.
+  return machine_.files().numberOfNames(path, names) != platform::Status::Ok || names > 1;
+}
+
+void clsFso::copyFolderOver(const std::string& from, const std::string& to,
+                            const std::function<void(const CopiedFolder&)>& entered) {
   if (isLink(to)) {
     throw Error(GeneralError, to + " is a link to another folder, which is not followed. Delete the link.",
                 "clsFso.CopyFolder");
   }
+  const bool made = !folderExists(to);
   createFolder(to);
+  entered({from, to, made});
   // A folder that is not there any more is a disc that was pulled out, not an empty folder.
   std::vector<platform::FolderEntry> entries;
   Require(machine_.files().list(AsAsked(from), entries), from, "clsFso.CopyFolder");
   for (const platform::FolderEntry& entry : entries) {
     const std::string source = Joined(from, entry.name);
     const std::string target = Joined(to, entry.name);
-    entry.isFolder() ? copyFolderOver(source, target) : copyFileAnew(source, target);
+    entry.isFolder() ? copyFolderOver(source, target, entered) : copyFileAnew(source, target);
   }
 }
 

@@ -1,6 +1,7 @@
 // The file-system helper: what the procedures ask of drives, files and folders beyond single operations of the machine.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -46,12 +47,21 @@ class clsFso {
   /// another name. The copy is a plain file. Raises the system's number.
   void copyFileAnew(const std::string& from, const std::string& to);
 
-  /// True for a folder that stands for another one.
+  /// True for what stands for another folder or file.
   bool isLink(const std::string& path);
+  /// True for a file that has another name as well, or that does not tell how many it has.
+  bool hasOtherNames(const std::string& path);
 
+  struct CopiedFolder {
+    std::string from;
+    std::string to;
+    bool made;  ///< by the copy
+  };
   /// Copies a folder with everything in it, in place of what is there; the copies are plain files. A link where a
-  /// folder is to be is an error. Raises the system's number, also when it is not there.
-  void copyFolderOver(const std::string& from, const std::string& to);
+  /// folder is to be is an error. `entered` is called for each folder before its first file comes. Raises the system's
+  /// number, also when it is not there.
+  void copyFolderOver(const std::string& from, const std::string& to,
+                      const std::function<void(const CopiedFolder&)>& entered);
 
   /// Deletes a folder with everything in it, read-only files as well, and the file `lastFile` behind all others; of a
   /// link to another folder only the link. Raises the system's number.

@@ -15,6 +15,7 @@
 #include "exec/copy_operations.h"
 #include "exec/disk_space.h"
 #include "exec/file_kinds.h"
+#include "exec/folder_access.h"
 #include "exec/machine_types.h"
 #include "exec/msi_run.h"
 #include "exec/outcome.h"
@@ -114,6 +115,11 @@ End RequireKnownKind(Installation& at) {
   return Fail(at, "");
 }
 
+End LookAtFolder(Installation& at) {
+  WarnOfOpenFolder(at.run.machine.files(), at.here, at.component.name, FolderPart(at.file));
+  return std::nullopt;
+}
+
 /// The older version of a package goes before the newer one comes; how that went is looked at no further. False when it
 /// could not be tried.
 bool UninstallOlder(const Run& run, const Procedure& here, const Component& component, const PackagePlan& plan) {
@@ -167,9 +173,8 @@ End Judge(Installation& at) {
   return ComponentEnd::Done;
 }
 
-constexpr End (*Steps[])(Installation&) = {CheckWhetherMeant, CheckRoom,          Copy,
-                                           WaitForMsiexec,    RequireFile,        RequireKnownKind,
-                                           RunPackage,        RunProgramOrScript, Judge};
+constexpr End (*Steps[])(Installation&) = {CheckWhetherMeant, CheckRoom,    Copy,       WaitForMsiexec,     RequireFile,
+                                           RequireKnownKind,  LookAtFolder, RunPackage, RunProgramOrScript, Judge};
 
 }  // namespace
 

@@ -8,6 +8,7 @@
 #include "base/paths.h"
 #include "base/procedure.h"
 #include "base/text.h"
+#include "exec/copy_guard.h"
 #include "exec/unfinished_copy.h"
 #include "exec/version_folders.h"
 
@@ -38,19 +39,6 @@ void CopyFiles(const Services& services, const Procedure& here, const CopySource
     here.detail("Copying file " + from + " to " + to);
     services.fso.copyFileAnew(from, to);
   }
-}
-
-/// The product's folders belong to the administrators and the system; everybody may run what is in them. Machines and
-/// volumes without access control have nothing to set.
-void SetPermissions(platform::Files& files, const Procedure& here, const std::string& destination) {
-  using platform::AccessRight;
-  using platform::Account;
-  const platform::Status set = files.setAccess(AsAsked(destination), {{Account::Administrators, AccessRight::Full},
-                                                                      {Account::LocalSystem, AccessRight::Full},
-                                                                      {Account::Users, AccessRight::ReadAndExecute}});
-  if (set == platform::Status::Ok || set == platform::Status::CallNotImplemented) return;
-  throw here.failure(set,
-                     "The permissions of " + destination + " could not be set: " + modErrorBase::SystemErrorText(set));
 }
 
 /// True for a path whose text alone says whether it lies in another one.
@@ -103,17 +91,20 @@ void RequireNoLink(clsFso& fso, const Procedure& here, const std::string& destin
   }
 }
 
-void CopyTo(const Services& services, const Procedure& here, const CopySource& source, const std::string& destination) {
+void CopyTo(const Services& services, const Procedure& here, const CopySource& source, CopyGuard& guard,
+            const std::string& destination) {
   clsFso& fso = services.fso;
-  fso.createFolder(destination);
+  guard.makeTarget(source.folder, destination);
+  // Until then somebody else could have put one there.
+  RequireNoLink(fso, here, destination);
   MarkUnfinished(fso, destination);
-  SetPermissions(services.machine.files(), here, destination);  // what is copied takes them over
   CopyFiles(services, here, source, destination);
   for (const std::string& name : source.subFolders) {
-    fso.copyFolderOver(Joined(source.folder, name), Joined(destination, name));
+    fso.copyFolderOver(Joined(source.folder, name), Joined(destination, name),
+                       [&](const clsFso::CopiedFolder& folder) { guard.enter(folder); });
   }
-  SetPermissions(services.machine.files(), here, destination);
   MarkFinished(fso, destination);
+  guard.finish();  // behind that, the installer itself may be let in no more
 }
 
 /// True when the versions beside the target are the component's own. The root that a component without a path is copied
@@ -158,7 +149,8 @@ Copied DoCopyOp(const Services& services, const Component& component, const Copy
         RequireApartFromOldVersions(here, source, destination);
         DeleteCopyOp(services, destination);
       }
-      CopyTo(services, here, source, destination);
+      CopyGuard guard(services, here, targets.held ? Normalised(target) : "");
+      CopyTo(services, here, source, guard, destination);
     }
     return {};
   } catch (const Error& failure) {

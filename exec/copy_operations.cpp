@@ -72,7 +72,9 @@ CopyPlan PlanCopy(const Run& run, const Component& component, const InstalledPro
   }
   if (SameOrNewerIsInstalled(run.services.log, component, installed)) return {Step::AlreadyInstalled, {}};
   if (code != CopyCode::RunsFromThere) return {};
-  return {Step::CopyAndRun, WithDefaultTarget(run.record(), recorded, Value::CopyOpHold)};
+  CopyTargets targets = WithDefaultTarget(run.record(), recorded, Value::CopyOpHold);
+  targets.held = recorded.first().empty();
+  return {Step::CopyAndRun, targets};
 }
 
 CopyEnd StartCopyOp(const Run& run, const Component& component, const InstalledProducts& installed,

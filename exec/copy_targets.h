@@ -15,6 +15,7 @@ namespace assistant {
 struct CopyTargets {
   std::vector<std::string> folders;
   bool appendPath = true;
+  bool held = false;  ///< they are the product's own folder for what runs from a copy
 
   /// The first folder; "" when there is none.
   std::string first() const { return folders.empty() ? std::string() : folders.front(); }

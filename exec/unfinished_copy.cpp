@@ -25,7 +25,7 @@ void MarkFinished(clsFso& fso, const std::string& folder) {
 
 bool HoldsUnfinishedCopy(clsFso& fso, const std::string& folder) {
   const std::string mark = Joined(folder, UnfinishedMark);
-  return fso.fileExists(mark) && !fso.isLink(mark);
+  return fso.fileExists(mark) && !fso.isLink(mark) && !fso.hasOtherNames(mark);
 }
 
 void DeleteCopy(const Services& services, const std::string& folder) {

@@ -135,6 +135,7 @@ TEST_F(LogOfARun, EndsBeforeItsSetUp_GoesToTheDefaultPlace) {
 TEST_F(LogOfARun, FolderThatCannotBeMade_DoesNotHoldTheInstallationBack) {
   media.product["LogFilePath"] = "Q:\\Logs";
   media.program("Tools");
+  rig.machine().files().setAccessList("C:\\Media", simulated::OpenToAdministrators());
   EXPECT_EQ(media.install(), 0);
   EXPECT_EQ(RanComponents(rig), Names{"Tools"});
   const std::string log = rig.text(DefaultLog);
