@@ -1,10 +1,5 @@
 #include "app/qxia/html_page.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <stdexcept>
-
 #include "app/qxia/result.h"
 
 namespace qxia {
@@ -157,13 +152,6 @@ std::string HtmlPage(std::string_view title, std::string_view facts, std::string
   page.append("</title><style>").append(Style).append("</style></head><body>\n<h1>").append(shown).append("</h1>\n");
   page.append("<p class=\"facts\">").append(facts).append("</p>\n").append(body);
   return page.append("<script>").append(Script).append("</script></body></html>\n");
-}
-
-void WriteHostFile(const std::string& path, std::string_view content) {
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  bool written = file != nullptr && std::fwrite(content.data(), 1, content.size(), file) == content.size();
-  if (file != nullptr) written = std::fclose(file) == 0 && written;
-  if (!written) throw std::runtime_error(path + " cannot be written (" + std::strerror(errno) + ")");
 }
 
 }  // namespace qxia

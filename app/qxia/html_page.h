@@ -36,7 +36,4 @@ std::string FilterText();
 /// A whole page. `facts` is the line below the heading, `body` the rest; both are HTML.
 std::string HtmlPage(std::string_view title, std::string_view facts, std::string_view body);
 
-/// Writes a file of the host whole. Raises std::runtime_error that names it.
-void WriteHostFile(const std::string& path, std::string_view content);
-
 }  // namespace qxia
