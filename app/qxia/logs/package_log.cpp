@@ -34,14 +34,15 @@ std::string EntryOf(const std::string& folder, const std::string& name) {
   return entry.empty() ? "" : folder + "/" + entry;
 }
 
-/// Where the folder of package logs may lie: beside the log, or beside the archive that the log lies in.
+/// Where package logs may lie: in their folder beside the log or beside the archive that the log lies in; or, where
+/// somebody collected all in one folder, with the log.
 std::string FindPackageLog(const std::string& logPath, const std::string& folderName, const std::string& name) {
   const fs::path folder = fs::path(logPath).parent_path();
   const std::string own = folder.empty() ? "." : folder.string();
-  for (const std::string& place : {own, (fs::path(own) / "..").string()}) {
-    const std::string packageLogs = EntryOf(place, folderName);
-    if (packageLogs.empty() || !fs::is_directory(fs::symlink_status(packageLogs))) continue;
-    std::string found = EntryOf(packageLogs, name);
+  const std::string above = own + "/..";
+  for (const std::string& place : {EntryOf(own, folderName), EntryOf(above, folderName), own}) {
+    if (place.empty() || !fs::is_directory(fs::symlink_status(place))) continue;
+    std::string found = EntryOf(place, name);
     if (!found.empty() && fs::is_regular_file(fs::symlink_status(found))) return found;
   }
   return "";
