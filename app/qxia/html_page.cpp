@@ -17,6 +17,9 @@ h1 { font-size: 1.6rem; margin: 0 0 .1rem; } h2 { font-size: 1.15rem; margin: 2r
 .facts { color: var(--soft); margin: 0 0 1.2rem; }
 .sheet { background: var(--sheet); border: 1px solid var(--line); border-radius: 8px; padding: 1rem 1.2rem;
   margin: 0 0 1rem; overflow-x: auto; }
+.sheet > p { margin: 0 0 .5rem; } .sheet > p:not(:first-child) { margin-top: 1.4rem; } .sheet > :last-child { margin-bottom: 0; }
+.sheet > table:not(:first-child) { margin-top: 1rem; } a { color: inherit; } .name { white-space: nowrap; }
+tr[data-row]:target td { background: color-mix(in srgb, var(--wait) 18%, transparent); }
 table { border-collapse: collapse; width: 100%; } caption { text-align: left; color: var(--soft); padding-bottom: .4rem; }
 th { text-align: left; font-weight: 600; color: var(--soft); font-size: .85rem; }
 th, td { padding: .34rem .8rem .34rem 0; vertical-align: top; border-bottom: 1px solid var(--line); }

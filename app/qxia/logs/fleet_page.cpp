@@ -31,10 +31,10 @@ std::string SharesSection(const Fleet& fleet) {
       count += line.machines.size();
     }
     const std::string name = product.empty() ? "Sent nothing readable" : EscapedHtml(product);
-    html += "<div class=\"sheet\"><p><b>" + name + "</b> <span class=\"soft\">" + std::to_string(count) +
-            (count == 1 ? " machine" : " machines") + "</span></p>" + ShareBar(shares) + "</div>\n";
+    html += "<p><b>" + name + "</b> <span class=\"soft\">" + std::to_string(count) +
+            (count == 1 ? " machine" : " machines") + "</span></p>" + ShareBar(shares);
   }
-  return html;
+  return "<div class=\"sheet\">" + html + "</div>\n";
 }
 
 std::string MachineList(const std::vector<std::string>& machines) {
@@ -55,7 +55,7 @@ std::string FailureRow(const FleetFailure& failure) {
   const std::string line = log.line == 0 ? "" : "<pre>" + EscapedHtml(log.text) + "</pre>";
   const std::string component =
       failure.component.empty() ? "<span class=\"soft\">the run itself</span>" : EscapedHtml(failure.component);
-  return "<tr>" + Cell(component + "<br><span class=\"soft\">" + EscapedHtml(failure.product) + "</span>") +
+  return "<tr>" + Cell(component + "<br><span class=\"soft\">" + EscapedHtml(failure.product) + "</span>", "name") +
          Cell(EscapedHtml(failure.reason) + line) + Cell(std::to_string(failure.machines.size()), "number") +
          Cell(ShownTime(failure.newest), "time") + Cell(MachineList(failure.machines)) + "</tr>\n";
 }
@@ -95,8 +95,8 @@ std::string MachineRow(const FleetRun& run) {
   const bool unreadable = run.outcome == Unreadable;
   const std::string product = unreadable ? "" : EscapedHtml(ProductOf(run));
   return "<tr data-row data-outcome=\"" + EscapedHtml(run.outcome) + "\" data-product=\"" + product +
-         "\" data-component=\"" + FailedWords(run.run) + "\">" + Cell(EscapedHtml(run.machine)) + Cell(product) +
-         Cell(Badge(run.outcome)) + Cell(EscapedHtml(ShownTime(run.run.lastTime)), "time") +
+         "\" data-component=\"" + FailedWords(run.run) + "\">" + Cell(EscapedHtml(run.machine), "name") +
+         Cell(product, "name") + Cell(Badge(run.outcome)) + Cell(EscapedHtml(ShownTime(run.run.lastTime)), "time") +
          Cell(unreadable ? "" : std::to_string(run.run.restarts), "number") + Cell(reasons + ComponentList(run.run)) +
          "</tr>\n";
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <tuple>
 
 #include "app/qxia/text_table.h"
 
@@ -36,7 +37,8 @@ std::string Standing(const Fleet& fleet, const char* outcome, const char* title)
   for (const FleetRun& run : fleet.runs) {
     if (run.outcome != outcome) continue;
     const std::string inWork = ToUtf8(InWork(run.run));
-    const std::string time = run.run.lastTime.empty() ? "" : "since " + ShownTime(run.run.lastTime);
+    const char* word = run.run.end == RunEnd::Waiting ? "since " : "last row ";
+    const std::string time = run.run.lastTime.empty() ? "" : word + ShownTime(run.run.lastTime);
     rows.push_back({run.machine, run.file.empty() ? "no log that could be read" : ProductOf(run), time,
                     inWork.empty() ? "" : "at " + inWork});
   }
@@ -106,11 +108,12 @@ Json FailureToJson(const FleetFailure& failure) {
 }  // namespace
 
 std::vector<FleetLine> LinesOf(const Fleet& fleet) {
-  std::map<std::pair<std::string, std::size_t>, FleetLine> lines;
+  // What has no product comes last.
+  std::map<std::tuple<bool, std::string, std::size_t>, FleetLine> lines;
   for (const FleetRun& run : fleet.runs) {
     const std::string product = run.outcome == Unreadable ? "" : ProductOf(run);
     const auto* place = std::find(std::begin(MachineOutcomes), std::end(MachineOutcomes), run.outcome);
-    FleetLine& line = lines[{product, static_cast<std::size_t>(place - std::begin(MachineOutcomes))}];
+    FleetLine& line = lines[{product.empty(), product, static_cast<std::size_t>(place - std::begin(MachineOutcomes))}];
     line.product = product;
     line.outcome = run.outcome;
     line.machines.push_back(run.machine);

@@ -53,7 +53,7 @@ std::string RunSection(std::size_t log, const LogFile& file, const LoggedRun& ru
   html += "</div>\n";
   if (run.components.empty()) return html;
   html += "<div class=\"sheet\">" + ShareBar(SharesOf(run)) +
-          "</div>\n<div class=\"sheet\"><table><tr><th class=\"number\">No.</th><th>Component</th><th>Kind</th>"
+          "<table><tr><th class=\"number\">No.</th><th>Component</th><th>Kind</th>"
           "<th>Outcome</th><th>Reason</th><th class=\"number\">Exit code</th><th class=\"number\">Row</th></tr>\n";
   for (const LoggedComponent& component : run.components) html += ComponentRow(log, component);
   return html + "</table></div>\n";
