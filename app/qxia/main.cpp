@@ -5,22 +5,23 @@
 #include "app/qxia/command.h"
 #include "app/qxia/logs/fleet_verb.h"
 #include "app/qxia/logs/log_verb.h"
+#include "app/qxia/machine/machine.h"
 #include "app/qxia/new_media/new_verb.h"
-#include "app/qxia/run_demo.h"
+#include "app/qxia/rehearse/rehearse.h"
 
 namespace {
 
 constexpr qxia::Verb Verbs[] = {
+    {"new", "DIR", "makes media to start from, every key with a comment", qxia::NewOptions,
+     "0 made, 64 bad usage, a folder that is not empty, or no wixl where packages are asked for", qxia::MakeNewMedia},
+    {"rehearse", "MEDIA...", "runs the program on simulated workstations and tells what happens", qxia::RehearseOptions,
+     qxia::RehearseExitCodes, qxia::RehearseMedia},
+    {"machine", "MEDIA...", "prints a machine file for rehearsals of these media", qxia::MachineOptions,
+     "0; 64 when the media could not be read", qxia::PrintMachine},
     {"log", "FILE...", "tells what became of each component, from the program's HTML logs", qxia::LogOptions,
      "0 every file was read, 1 one could not be read or not whole (it is named), 64 bad usage", qxia::ShowLogs},
     {"fleet", "DIR", "tells what became of many machines, from a folder of logs for each", qxia::FleetOptions,
      "0 every file was read, 1 one could not be read or not whole (it is named), 64 bad usage", qxia::ShowFleet},
-    {"new", "DIR", "makes media to start from, every key with a comment", qxia::NewOptions,
-     "0 made, 64 bad usage, a folder that is not empty, or no wixl where packages are asked for", qxia::MakeNewMedia},
-    {"run-demo", "[-- ARGUMENTS]", "installs on a simulated workstation and prints what was done", qxia::RunDemoOptions,
-     "that of the program (0 succeeded, 1 failed, 2 cancelled, 3 another copy runs, 4 another\n"
-     "product's restart was pending and was carried on); 64 when the run could not be set up",
-     qxia::RunDemo},
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "base/identity.h"
@@ -47,15 +48,20 @@ std::vector<Disc> FindDiscs(const std::vector<std::string>& folders, const std::
   return discs;
 }
 
-/// Whether the file's [Product] has the key PackageRoot, by which an application ini is known.
-bool IsApplicationIni(const std::string& path) {
+/// A key's value in the section [Product] of an ini of the host; nothing when it is not there.
+std::optional<std::string> ProductValue(const std::string& path, const std::string& key) {
   bool inProduct = false;
   for (const std::string& raw : simulated::Split(simulated::ReadHostFile(path), '\n')) {
-    const std::string line = simulated::Lower(simulated::Trim(raw));
-    if (line.rfind('[', 0) == 0) inProduct = line == "[product]";
-    if (inProduct && line.rfind("packageroot=", 0) == 0) return true;
+    const std::string line = simulated::Trim(raw);
+    if (line.rfind('[', 0) == 0) inProduct = simulated::SameText(line, "[product]");
+    if (inProduct && simulated::StartsWithText(line, key + "=")) return simulated::Trim(line.substr(key.size() + 1));
   }
-  return false;
+  return std::nullopt;
+}
+
+/// By its key PackageRoot an application ini is known.
+bool IsApplicationIni(const std::string& path) {
+  return ProductValue(path, "PackageRoot").has_value();
 }
 
 std::string FindApplicationIni(const std::string& folder) {
@@ -84,7 +90,64 @@ std::string GivenIni(const std::string& folder, const std::string& given) {
   throw UsageError("--ini " + given + ": there is no such file on the first disc");
 }
 
+std::string WithBackslashes(std::string path) {
+  std::replace(path.begin(), path.end(), '/', '\\');
+  return path;
+}
+
+/// The host's file for a path with backslashes below a folder, in whatever letter case; "" when there is none.
+std::string FileBelow(const std::string& folder, const std::string& path) {
+  std::string host = folder;
+  for (const std::string& name : simulated::Split(path, '\\')) {
+    if (name.empty() || name == ".") continue;
+    const std::string entry = name == ".." ? "" : simulated::FindHostEntry(host, name);
+    if (entry.empty()) return "";
+    host += "/" + entry;
+  }
+  return host == folder || simulated::IsHostFolder(host) ? "" : host;
+}
+
+/// The inis of a disc that may name its neighbours, the one that counts first: the product ini as the application ini
+/// names it, then that. They lie at the same places on every disc.
+std::vector<std::string> NamingInis(const Media& media, const Disc& disc) {
+  const std::string application = FileBelow(disc.folder, WithBackslashes(media.applicationIni));
+  if (application.empty()) return {};
+  std::string named = ProductValue(application, "ProductIni").value_or("");
+  const std::size_t open = named.find('(');
+  if (open != std::string::npos) named = named.substr(open + 1, named.find(')', open) - open - 1);
+  if (named.size() > 1 && named[1] == ':') named.erase(0, 2);
+  const std::string product = FileBelow(disc.folder, named);
+  return product.empty() ? std::vector<std::string>{application} : std::vector<std::string>{product, application};
+}
+
+std::string NamedNeighbour(const Media& media, const Disc& disc, const char* key) {
+  for (const std::string& ini : NamingInis(media, disc))
+    if (const std::string name = ProductValue(ini, key).value_or(""); !name.empty()) return name;
+  return "";
+}
+
+/// The label that the named neighbour has; its own one wins, and one that differs is a contradiction.
+void Agree(Media& media, const Disc& naming, const char* key, Disc& neighbour) {
+  const std::string name = NamedNeighbour(media, naming, key);
+  if (name.empty()) return;
+  if (neighbour.label.empty()) neighbour.label = name;
+  if (simulated::SameText(neighbour.label, name)) return;
+  media.contradictions.push_back(naming.folder + ": its inis say " + key + "=" + name + ", but " + neighbour.folder +
+                                 " is labelled " + neighbour.label + ": write the same name in both places");
+}
+
+void AgreeOnLabels(Media& media) {
+  for (std::size_t i = 0; i + 1 < media.discs.size(); ++i) {
+    Agree(media, media.discs[i], "NextVolumeName", media.discs[i + 1]);
+    Agree(media, media.discs[i + 1], "PreviousVolumeName", media.discs[i]);
+  }
+}
+
 }  // namespace
+
+void RequireAgreement(const Media& media) {
+  if (!media.contradictions.empty()) throw UsageError(media.contradictions[0]);
+}
 
 Media FindMedia(const Arguments& arguments) {
   Media media;
@@ -92,6 +155,8 @@ Media FindMedia(const Arguments& arguments) {
   const std::string& first = media.discs[0].folder;
   media.applicationIni =
       arguments.has(IniOption.name) ? GivenIni(first, arguments.text(IniOption.name)) : FindApplicationIni(first);
+  media.product = ProductValue(first + "/" + media.applicationIni, "Name").value_or("");
+  AgreeOnLabels(media);
   return media;
 }
 

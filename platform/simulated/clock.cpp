@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <exception>
 
 #include "platform/simulated/text.h"
 
@@ -13,10 +14,9 @@ constexpr std::int64_t DayLength = 86400000;
 }  // namespace
 
 platform::LocalTime Clock::now() {
-  const std::int64_t moment = started_ + static_cast<std::int64_t>(elapsed_);
-  const std::chrono::sys_days day{std::chrono::days{moment / DayLength}};
+  const std::chrono::sys_days day{std::chrono::days{moment() / DayLength}};
   const std::chrono::year_month_day date{day};
-  const int rest = static_cast<int>(moment % DayLength);
+  const int rest = static_cast<int>(moment() % DayLength);
   platform::LocalTime time;
   time.year = static_cast<int>(date.year());
   time.month = static_cast<int>(static_cast<unsigned>(date.month()));
@@ -79,6 +79,9 @@ void Clock::moveTo(std::uint64_t elapsed) {
     action();
   }
   elapsed_ = std::max(elapsed_, elapsed);
+  if (!end_ || moment() < *end_ || std::uncaught_exceptions() > 0) return;
+  end_.reset();
+  throw TimeIsUp{};
 }
 
 }  // namespace simulated

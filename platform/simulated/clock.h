@@ -4,11 +4,15 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "platform/clock.h"
 
 namespace simulated {
+
+/// The time that `Clock::endAfter` allowed is over. Not an std::exception, so that no error handler swallows it.
+struct TimeIsUp {};
 
 class Clock : public platform::Clock {
  public:
@@ -23,6 +27,10 @@ class Clock : public platform::Clock {
 
   /// Milliseconds since the machine started.
   std::uint64_t elapsed() const { return elapsed_; }
+  /// Milliseconds from 1970 to now, local time.
+  std::int64_t moment() const { return started_ + static_cast<std::int64_t>(elapsed_); }
+  /// After so many milliseconds from now, whatever moves the time throws TimeIsUp, once.
+  void endAfter(std::int64_t milliseconds) { end_ = moment() + milliseconds; }
   /// Does something when `elapsed` has been reached; at once when it has been already.
   void at(std::uint64_t elapsed, std::function<void()> action);
   /// Drops what was planned and begins a new count of elapsed time.
@@ -33,6 +41,7 @@ class Clock : public platform::Clock {
 
   std::int64_t started_ = 1141567407481;  ///< milliseconds from 1970 to 2006-03-05 14:03:27.481, local time
   std::uint64_t elapsed_ = 0;
+  std::optional<std::int64_t> end_;
   std::multimap<std::uint64_t, std::function<void()>> planned_;
 };
 

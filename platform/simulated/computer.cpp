@@ -18,7 +18,9 @@ std::string Prepared(const std::string& folder) {
 }  // namespace
 
 Computer::Computer(const std::string& folder)
-    : folder_(Prepared(folder)), registry_(folder + "/registry.reg", journal_) {}
+    : folder_(Prepared(folder)), registry_(folder + "/registry.reg", journal_) {
+  journal_.moment = [this] { return clock_.moment(); };
+}
 
 void Computer::makeSystemFolders() {
   const System& system = machine_.system();
@@ -29,8 +31,16 @@ void Computer::makeSystemFolders() {
   for (const std::string& folder : {std::string(system.windowsFolder), std::string("C:\\Program Files")})
     if (!files_.accessLists().has(folder)) files_.setAccessList(folder, OpenToAdministrators());
   // Without profiles, the registry alone says where the Startup folder is.
-  if (*system.startup != '\0' && registry_.text(ShellFoldersKey, StartupValue) != system.startup)
+  if (machine_.hasStartup && *system.startup != '\0' && registry_.text(ShellFoldersKey, StartupValue) != system.startup)
     registry_.putText(ShellFoldersKey, StartupValue, system.startup);
+}
+
+void Computer::setStartup(bool there) {
+  const std::string folder = startupFolder();
+  machine_.hasStartup = there;
+  if (!there && !folder.empty()) files_.remove(folder);
+  if (!there) registry_.remove(ShellFoldersKey, StartupValue);
+  if (there && files_.allDrives().count('C') != 0) makeSystemFolders();
 }
 
 std::string Computer::startupFolder() const {

@@ -39,6 +39,8 @@ class Computer : public platform::Platform {
   void setSystem(const std::string& name);
   /// Turns the machine into one with the Japanese code page, or back.
   void setJapanese(bool japanese);
+  /// Takes the Startup folder away, or gives it back.
+  void setStartup(bool there);
   void setUser(const std::string& user, const std::string& domain);
   /// Adds a drive whose content is a folder of the machine's state.
   void addDrive(Drive drive);

@@ -38,6 +38,13 @@ char ParseLetter(const std::string& text) {
   return text[0];
 }
 
+/// Whether the machine has a Startup folder: where it is follows from the system.
+bool ParseStartup(const std::string& value) {
+  if (SameText(value, "none")) return false;
+  if (SameText(value, "default")) return true;
+  Refuse("'" + value + "': write none, or default for the system's own");
+}
+
 /// KEY\NAME=DATA
 RegistryWrite ParseWrite(const std::string& value) {
   const std::size_t equals = value.find('=');
@@ -127,7 +134,7 @@ void Loader::load() {
 void Loader::machine(const Section& section) {
   Machine& machine = computer_.machine();
   std::string program = machine.programPath();
-  std::string arguments;
+  std::string arguments = machine.arguments();
   std::string user = machine.user;
   std::string domain = machine.domain;
   Assign(file_, section,
@@ -139,6 +146,8 @@ void Loader::machine(const Section& section) {
           {"time", [&](const std::string& v) { computer_.clock().setTime(v); }},
           {"program", [&](const std::string& v) { program = v; }},
           {"arguments", [&](const std::string& v) { arguments = v; }},
+          {"startup folder", [&](const std::string& v) { computer_.setStartup(ParseStartup(v)); }},
+          {"script host", [&](const std::string& v) { computer_.processes().setScriptHost(ParseYes(v)); }},
           {"installer", [&](const std::string& v) { computer_.installer().setInstalled(ParseYes(v)); }},
           {"management", [&](const std::string& v) { computer_.processes().setManagement(ParseYes(v)); }},
           {"tray", [&](const std::string& v) { computer_.screen().setTray(ParseYes(v)); }},
@@ -332,7 +341,7 @@ std::string DescribeDrive(const Drive& drive, bool ownFolder) {
 
 void LoadMachine(const std::string& file, Computer& computer) {
   Loader(file, computer).load();
-  computer.journal().effects.clear();
+  computer.journal().forgetEffects();
 }
 
 std::string DescribeMachine(Computer& computer) {
@@ -341,6 +350,7 @@ std::string DescribeMachine(Computer& computer) {
                      "\nuser=" + machine.user + "\ndomain=" + machine.domain + "\ntime=" + computer.clock().timeText() +
                      "\n";
   if (machine.japanese) text += "japanese=yes\n";
+  if (!machine.hasStartup) text += "startup folder=none\n";
   if (!machine.variables.empty()) text += "\n[environment]\n";
   for (const auto& [name, value] : machine.variables) text.append(name).append("=").append(value).append("\n");
   for (const auto& [letter, drive] : computer.files().allDrives())

@@ -75,6 +75,7 @@ std::string Machine::profileFolder() const {
 }
 
 std::string Machine::startupFolder() const {
+  if (!hasStartup) return "";
   const std::string profile = profileFolder();
   return profile.empty() ? system_->startup : profile + "\\Start Menu\\Programs\\Startup";
 }
@@ -100,6 +101,7 @@ std::string Machine::environment(const std::string& name) {
 
 void Machine::setProgram(const std::string& path, const std::string& arguments) {
   programPath_ = path;
+  arguments_ = arguments;
   commandLine_ = "\"" + path + "\"" + (arguments.empty() ? "" : " " + arguments);
 }
 

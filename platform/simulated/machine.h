@@ -38,6 +38,7 @@ class Machine : public platform::Machine {
   std::string computerName() override;
   std::string environment(const std::string& name) override;
   std::string programPath() override { return programPath_; }
+  const std::string& arguments() const { return arguments_; }
   std::string commandLine() override { return commandLine_; }
   bool isLeadByte(unsigned char byte) override { return japanese && IsJapaneseLeadByte(byte); }
   bool anotherCopyRuns() override {
@@ -59,6 +60,8 @@ class Machine : public platform::Machine {
   std::string domain = "QX";
   /// Whether the code page is the Japanese one (932). Files and registry are told as well: Computer::setJapanese.
   bool japanese = false;
+  /// Whether there is a Startup folder; without one no script is started at a logon.
+  bool hasStartup = true;
   /// Variables that were set beside those of the system; "" hides one of the system.
   std::map<std::string, std::string> variables;
 
@@ -80,6 +83,7 @@ class Machine : public platform::Machine {
   std::optional<platform::SystemVersion> version_;
   std::string programPath_ = "C:\\QX\\QX Installation Assistant.exe";
   std::string commandLine_ = "\"C:\\QX\\QX Installation Assistant.exe\"";
+  std::string arguments_;
   bool anotherCopy_ = false;
   bool holdsPlace_ = false;
 };

@@ -19,9 +19,10 @@ constexpr std::int32_t OtherVersionInstalled = 1638;
 constexpr std::int32_t InvalidCommandLine = 1639;
 constexpr std::int32_t RestartStarted = 1641;
 constexpr std::int32_t RestartRequired = 3010;
+constexpr std::int32_t RestartNeeded = 3011;
 
 bool Succeeds(std::int32_t exitCode) {
-  return exitCode == Success || exitCode == RestartStarted || exitCode == RestartRequired;
+  return exitCode == Success || exitCode == RestartStarted || exitCode == RestartRequired || exitCode == RestartNeeded;
 }
 
 Outcome Ends(std::int32_t exitCode) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/simulated/command_line.h"
+#include "platform/simulated/system_commands.h"
 #include "platform/simulated/text.h"
 
 namespace simulated {
@@ -75,6 +76,7 @@ Processes::Declared* Processes::find(const std::string& commandLine, const std::
 Status Processes::choose(const std::string& commandLine, Outcome& outcome) {
   const std::string program = programOf(commandLine);
   const Declared* declared = find(commandLine, program);
+  if (!scriptHost_ && (IsProgram(program, "wscript") || IsProgram(program, "cscript"))) return Status::FileNotFound;
   const bool there = around_.files.exists(program) || around_.files.exists(program + ".exe");
   if (declared != nullptr && declared->program.outcome.cannotStart != Status::Ok)
     return declared->program.outcome.cannotStart;
@@ -85,12 +87,21 @@ Status Processes::choose(const std::string& commandLine, Outcome& outcome) {
     outcome = declared->program.outcome;
     return HasFolder(program) && !there ? Status::FileNotFound : Status::Ok;
   }
-  if (IsProgram(program, "msiexec")) {
-    outcome = around_.installer.execute(commandLine);
-    return Status::Ok;
-  }
+  const std::optional<Outcome> found = undeclared(commandLine, program);
+  if (found) outcome = *found;
+  return found ? Status::Ok : Status::FileNotFound;
+}
+
+/// What the system itself, or else the fallback, does with the command line; nothing, with a report, when neither
+/// knows it.
+std::optional<Outcome> Processes::undeclared(const std::string& commandLine, const std::string& program) {
+  if (IsProgram(program, "msiexec")) return around_.installer.execute(commandLine);
+  const SystemCommand command = KnownCommand(commandLine, program, {around_.machine, around_.files, around_.registry});
+  if (command.known) return command.outcome;
+  if (fallback_)
+    if (const std::optional<Outcome> outcome = fallback_(commandLine)) return outcome;
   around_.journal.undeclared.push_back(commandLine);
-  return Status::FileNotFound;
+  return std::nullopt;
 }
 
 Status Processes::start(const std::string& commandLine, const std::string& workingFolder,
@@ -132,6 +143,15 @@ void Processes::finish(std::size_t process) {
   around_.journal.record("ended " + ended.commandLine + " -> " + std::to_string(ended.outcome.exitCode));
 }
 
+/// Whether a program may change a file of this path: a disc refuses it, which is told.
+bool Processes::mayWrite(const std::string& path) {
+  const std::string full = around_.files.fullPath(path);
+  const auto drive = around_.files.allDrives().find(full.empty() ? 'C' : full[0]);
+  if (drive == around_.files.allDrives().end() || drive->second.writable) return true;
+  around_.journal.record("refused, the drive cannot be written: " + full);
+  return false;
+}
+
 void Processes::carryOut(const Outcome& outcome) {
   for (const RegistryWrite& write : outcome.registry) {
     RegistryValue value;
@@ -140,8 +160,10 @@ void Processes::carryOut(const Outcome& outcome) {
     around_.registry.put(write.key, value);
   }
   for (const std::string& key : outcome.deletedKeys) around_.registry.removeTree(key);
-  for (const FileWrite& file : outcome.files) around_.files.put(file.path, file.bytes);
-  for (const std::string& path : outcome.deletedFiles) around_.files.remove(path);
+  for (const FileWrite& file : outcome.files)
+    if (mayWrite(file.path)) around_.files.put(file.path, file.bytes);
+  for (const std::string& path : outcome.deletedFiles)
+    if (mayWrite(path)) around_.files.remove(path);
   for (const std::string& code : outcome.removes) around_.installer.remove(code);
   for (const Product& product : outcome.installs) around_.installer.install(product);
   for (const Drive& drive : outcome.drives) around_.files.setDrive(drive);

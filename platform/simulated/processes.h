@@ -1,7 +1,9 @@
 // Simulated programs: they run by declared outcomes, for the time that their outcome says.
 #pragma once
 
+#include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +47,14 @@ class Processes : public platform::Processes {
   platform::Status runningNames(std::vector<std::string>& names, std::string& askedThrough) override;
 
   void declare(Program program) { programs_.push_back({std::move(program), 0}); }
+  /// What a command line comes to that nobody declared and the system does not know; nothing: it cannot be started, and
+  /// is reported.
+  void setFallback(std::function<std::optional<Outcome>(const std::string& commandLine)> fallback) {
+    fallback_ = std::move(fallback);
+  }
+  /// Without the script host its programs cannot be started, and no script of the Startup folder runs.
+  void setScriptHost(bool there) { scriptHost_ = there; }
+  bool hasScriptHost() const { return scriptHost_; }
   void addRunning(const RunningProgram& program);
   /// Without Windows Management Instrumentation every query fails (0x800401E4, "invalid syntax" of its moniker).
   void setManagement(bool there) { management_ = there; }
@@ -76,12 +86,16 @@ class Processes : public platform::Processes {
   Declared* find(const std::string& commandLine, const std::string& program);
   std::string programOf(const std::string& commandLine);
   platform::Status choose(const std::string& commandLine, Outcome& outcome);
+  std::optional<Outcome> undeclared(const std::string& commandLine, const std::string& program);
+  bool mayWrite(const std::string& path);
   void launch(const std::string& commandLine, Outcome outcome, platform::StartedProcess& started);
   void finish(std::size_t process);
   const Process* behind(std::uintptr_t handle) const;
 
   Surroundings around_;
+  std::function<std::optional<Outcome>(const std::string&)> fallback_;
   bool management_ = true;
+  bool scriptHost_ = true;
   std::vector<Declared> programs_;
   std::vector<RunningProgram> running_;
   std::vector<Process> processes_;

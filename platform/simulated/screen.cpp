@@ -132,7 +132,10 @@ BoxAnswer Screen::messageBox(const platform::MessageBoxRequest& request) {
   const std::string shown = "box \"" + request.title + "\": " + request.text;
   // Nobody tries again without end.
   BoxAnswer answer = request.buttons == platform::BoxButtons::RetryCancel ? BoxAnswer::Cancel : request.defaultAnswer;
-  if (found == boxes_.end()) {
+  const std::optional<BoxAnswer> given = found == boxes_.end() && person_ ? person_(request) : std::nullopt;
+  if (given) {
+    answer = *given;
+  } else if (found == boxes_.end()) {
     journal_.unscripted.push_back(shown);
   } else {
     const BoxScript script = *found;

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -82,6 +83,10 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
   // Scripts, each used once, in their order. What was never used is reported by unused().
 
   void answer(BoxScript script) { boxes_.push_back(std::move(script)); }
+  /// Who sits in front of the screen where no script fits: answers a box, or leaves it to its default.
+  void setPerson(std::function<std::optional<platform::BoxAnswer>(const platform::MessageBoxRequest&)> person) {
+    person_ = std::move(person);
+  }
   void choose(FileScript script) { files_.push_back(std::move(script)); }
   /// SessionEnds is a log-off while the program waits.
   void press(platform::WindowEvent event) { events_.push_back(event); }
@@ -136,6 +141,7 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
   bool tray_ = true;
   bool browser_ = true;
   std::string trayTip_;
+  std::function<std::optional<platform::BoxAnswer>(const platform::MessageBoxRequest&)> person_;
   std::deque<BoxScript> boxes_;
   std::deque<FileScript> files_;
   std::deque<PasswordScript> passwords_;

@@ -9,7 +9,7 @@
 namespace simulated {
 
 void RefuseLine(const std::string& file, int line, const std::string& text) {
-  Refuse(file + ", line " + std::to_string(line) + ": " + text);
+  Refuse(file + ":" + std::to_string(line) + ": " + text);
 }
 
 std::vector<Section> ParseSections(const std::string& file, const std::string& text) {

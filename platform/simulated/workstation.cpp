@@ -37,7 +37,7 @@ std::string FactsFile(const std::string& folder) {
 Workstation::Workstation(const std::string& folder) : Computer(folder) {
   loadFacts();
   makeSystemFolders();
-  journal_.effects.clear();
+  journal_.forgetEffects();
 }
 
 Workstation::~Workstation() {
@@ -84,6 +84,7 @@ std::vector<std::string> Workstation::logonCommands() {
     for (const std::string& name : registry_.values(key))
       if (const std::string command = registry_.text(key, name); !command.empty()) commands.push_back(command);
   std::vector<platform::FolderEntry> entries;
+  if (!processes_.hasScriptHost()) return commands;
   const std::string folder = startupFolder();
   files_.list(folder, entries);
   for (const platform::FolderEntry& entry : entries) {

@@ -32,6 +32,8 @@ class Workstation : public Computer {
 
   /// Everything that happened, in order.
   const std::vector<std::string>& effects() const { return journal_.effects; }
+  /// When each of them happened, in milliseconds of the machine's time.
+  const std::vector<std::int64_t>& moments() const { return journal_.moments; }
   /// Programs and packages that ran undeclared, boxes and dialogs that came unscripted.
   std::vector<std::string> undeclared() const;
   /// Declarations and scripts that nothing has used.

@@ -1,0 +1,138 @@
+#include "app/qxia/machine/machine_file.h"
+
+#include <algorithm>
+#include <set>
+
+#include "app/qxia/machine/scan.h"
+#include "exec/file_kinds.h"
+#include "platform/simulated/command_line.h"
+#include "platform/simulated/machine.h"
+#include "platform/simulated/text.h"
+
+namespace qxia {
+namespace {
+
+constexpr const char* Head =
+    "; keys of every program and package: exit=1603, seconds=30, cannot start=5,\n"
+    "; set=HKLM\\Key\\Name=data, delete key=HKLM\\Key, file=C:\\path=text, delete file=C:\\path,\n"
+    "; install={code}|name|version, remove={code}\n";
+
+constexpr const char* MachineKeys =
+    "; more of it: computer=, user=, domain=, time=2006-03-05 14:03:27.481, program=, arguments=,\n"
+    "; startup folder=none, installer=no, script host=no, management=no, tray=no, japanese=yes\n";
+
+/// Programs that the workstation knows itself.
+constexpr const char* Known[] = {"net", "at", "cmd", "reg", "msiexec"};
+
+bool IsKnown(const std::string& commandLine) {
+  const std::vector<std::string> words = simulated::Arguments(commandLine);
+  return !words.empty() && std::any_of(std::begin(Known), std::end(Known),
+                                       [&](const char* name) { return simulated::IsProgram(words[0], name); });
+}
+
+bool IsGiven(const std::string& text) {
+  return !text.empty() && text != "N/A" && text != "<ERROR>";
+}
+
+bool IsFull(const std::string& path) {
+  return path.size() > 1 && (path[1] == ':' || path.rfind("\\\\", 0) == 0);
+}
+
+/// Whether the program runs the component's file, rather than msiexec or nobody.
+bool IsProgramFile(const std::string& install) {
+  const assistant::FileKind* kind = assistant::KindOf(install);
+  return kind != nullptr && !assistant::IsPackage(kind);
+}
+
+/// What its command line holds: the file on the media, or its name where it is copied first and run from there.
+std::string Pattern(const ComponentRecord& component, const std::string& packageRoot) {
+  const std::string install = component.value("Install");
+  if (IsFull(install)) return install;
+  const std::string copyOp = component.value("CopyOp");
+  if (!copyOp.empty() && copyOp.back() == '2') return "\\" + install;
+  const std::string path = component.value("Path");
+  const std::string folder = IsFull(path) || packageRoot.empty() ? path : packageRoot + "\\" + path;
+  return folder.empty() ? install : folder + "\\" + install;
+}
+
+class Writer {
+ public:
+  explicit Writer(const Scan& scan) : scan_(scan) {}
+
+  std::string text(const std::string& product, const std::string& system);
+
+ private:
+  void package(const ComponentRecord& component);
+  void program(const std::string& comment, const std::string& pattern);
+  void component(const ComponentRecord& component);
+  void removal(const ComponentRecord& component);
+  void otherPrograms();
+
+  const Scan& scan_;
+  std::string text_;
+  std::set<std::string> written_;  ///< patterns
+};
+
+void Writer::program(const std::string& comment, const std::string& pattern) {
+  if (pattern.empty() || !written_.insert(simulated::Lower(pattern)).second) return;
+  text_ += "\n; " + comment + "\n[program " + pattern + "]\nexit=0\n";
+}
+
+void Writer::package(const ComponentRecord& component) {
+  const std::string install = component.value("Install");
+  for (const MediaPackage& found : scan_.packages) {
+    if (!simulated::EndsWithText(found.path, "\\" + simulated::FileName(install))) continue;
+    if (!found.problem.empty()) text_ += "\n; " + component.name + ": " + found.problem + "\n";
+    if (!found.used || !found.problem.empty() || !written_.insert(simulated::Lower(found.path)).second) continue;
+    text_ += "\n; " + component.name + ": a package; removal exit=1603 and repair exit=1603 are its keys too\n";
+    text_ += "[package " + found.path + "]\nname=" + found.package.productName +
+             "\nversion=" + found.package.productVersion + "\ncode=" + found.package.productCode + "\nexit=0\n";
+  }
+}
+
+void Writer::component(const ComponentRecord& component) {
+  const std::string copyOp = component.value("CopyOp");
+  if (!copyOp.empty() && copyOp.back() == '1') return;
+  if (simulated::EndsWithText(component.value("Install"), ".msi")) return package(component);
+  if (IsProgramFile(component.value("Install")))
+    program(component.name + ": what it does when it is installed", Pattern(component, scan_.packageRoot));
+}
+
+void Writer::removal(const ComponentRecord& component) {
+  const std::string command = component.value("UninstallCommandLine");
+  if (IsGiven(command) && !IsKnown(command)) program(component.name + ": what removes it", command);
+}
+
+/// What ran and is no component's: pre-install actions, and what the product ini asks for.
+void Writer::otherPrograms() {
+  for (const std::string& command : scan_.run.commands) {
+    const bool isComponents = std::any_of(written_.begin(), written_.end(), [&](const std::string& pattern) {
+      return simulated::ContainsText(command, pattern);
+    });
+    if (isComponents || IsKnown(command) || simulated::ContainsText(command, "QX Installation Assistant.exe")) continue;
+    program("run before the components", command);
+  }
+}
+
+std::string Writer::text(const std::string& product, const std::string& system) {
+  text_ = "; The machine on which " + product + " is rehearsed, and what the programs of its media do there.\n";
+  text_ += std::string(Head) + "\n[machine]\nsystem=" + system + "\n" + MachineKeys;
+  text_ += "\n; more of them: [drive e], with type=fixed|cdrom|removable|remote, label=, free=\n[drive c]\n";
+  text_ += "free=2000000000\n";
+  if (scan_.asksForPassword)
+    text_ += "\n; the account's password, which the run asks for\n[logon]\npassword=secret\nagain=secret\n";
+  for (const ComponentRecord& record : scan_.run.records) component(record);
+  otherPrograms();
+  for (const ComponentRecord& record : scan_.run.records) removal(record);
+  return text_;
+}
+
+}  // namespace
+
+std::string MachineFileFor(const Media& media, const std::string& at, const std::string& system) {
+  const std::string name = simulated::FindSystem(system).name;
+  const Scan scan = ScanMedia(media, at, name);
+  return Writer(scan).text(media.product, name);
+}
+
+}  // namespace qxia

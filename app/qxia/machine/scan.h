@@ -1,0 +1,30 @@
+// Media looked at by the program itself, on a machine that lets everything succeed.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/qxia/media.h"
+#include "app/qxia/package.h"
+#include "app/qxia/rehearse/run.h"
+
+namespace qxia {
+
+/// A package of the media as the machine sees it.
+struct MediaPackage {
+  std::string path;     ///< "D:\Packages\Core\core.msi"
+  std::string problem;  ///< why it cannot be read; "" where it can
+  MsiPackage package;
+  bool used = false;  ///< the product's run reads it
+};
+
+struct Scan {
+  RehearsedRun run;
+  std::vector<MediaPackage> packages;
+  std::string packageRoot;
+  bool asksForPassword = false;
+};
+
+Scan ScanMedia(const Media& media, const std::string& at, const std::string& system);
+
+}  // namespace qxia

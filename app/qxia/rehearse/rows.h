@@ -1,0 +1,28 @@
+// The program's HTML log, as rows.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace qxia {
+
+struct LogRow {
+  std::string time;
+  std::string kind;  ///< "Action", "Warning", "ERROR"
+  std::string text;  ///< as it stands there
+};
+
+std::vector<LogRow> ParseLog(const std::string& html);
+
+/// Without tags, in one line; what stands behind "Source:" is left out.
+std::string PlainText(const std::string& html);
+
+/// The rows of each component's turn, by the component's name; of several turns the last.
+std::map<std::string, std::vector<LogRow>> ComponentTurns(const std::vector<LogRow>& rows);
+
+/// The text behind the beginning in the last row that has it; "" where none has.
+std::string TextBehind(const std::vector<LogRow>& rows, const std::string& beginning);
+bool HasText(const std::vector<LogRow>& rows, const std::string& part);
+
+}  // namespace qxia

@@ -1,0 +1,38 @@
+// How each component of a product fared in a rehearsal, told from its record, its turn in the log and what happened.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "app/qxia/rehearse/rows.h"
+#include "app/qxia/result.h"
+
+namespace qxia {
+
+/// A component as the product's record has it.
+struct ComponentRecord {
+  std::string name;
+  int sequence = 0;
+  std::map<std::string, std::string> values;  ///< "Install", "Process Return", ...
+
+  std::string value(const std::string& name) const {
+    const auto found = values.find(name);
+    return found == values.end() ? "" : found->second;
+  }
+};
+
+/// What the outcomes are told from.
+struct Evidence {
+  bool uninstall = false;
+  std::vector<ComponentRecord> components;  ///< in their order
+  std::vector<std::string> reasons;         ///< why the product failed
+  std::map<std::string, std::vector<LogRow>> turns;
+  std::vector<std::string> effects;
+  std::string system;                       ///< "windows xp"
+  std::map<std::string, std::string> site;  ///< the values of the installation's key
+};
+
+std::vector<ComponentResult> JudgeComponents(const Evidence& evidence);
+
+}  // namespace qxia
