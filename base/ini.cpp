@@ -17,17 +17,6 @@ constexpr int OverflowError = 6;
 /// Bytes of a short line, from which the number of lines is guessed.
 constexpr std::size_t UsualLine = 24;
 
-bool IsHeader(std::string_view line) {
-  return !line.empty() && line.front() == '[';
-}
-
-/// Only the first characters count: a blank before the semicolon makes no comment, and a key that begins with "rem" can
-/// never be read. Media rely on both.
-bool IsDropped(std::string_view line) {
-  if (line.empty() || line.front() == ';') return true;
-  return (line.front() == 'r' || line.front() == 'R') && EqualIgnoringCase(line.substr(0, 3), "rem");
-}
-
 void RequireName(const std::string& name, int errorNumber) {
   if (!ValidStr(name)) throw modErrorBase::MakeError(errorNumber, {name}, "modINI");
 }
@@ -191,6 +180,17 @@ bool FindLine(IniLines& lines, std::size_t& index, std::string_view text, bool s
   if (index > last) lines.addEmpty();
   index = last;
   return found;
+}
+
+bool IsHeader(std::string_view line) {
+  return !line.empty() && line.front() == '[';
+}
+
+// Only the first characters count: a blank before the semicolon makes no comment, and a key that begins with "rem" can
+// never be read. Media rely on both.
+bool IsDropped(std::string_view line) {
+  if (line.empty() || line.front() == ';') return true;
+  return (line.front() == 'r' || line.front() == 'R') && EqualIgnoringCase(line.substr(0, 3), "rem");
 }
 
 bool ValidStr(const std::string& name) {

@@ -74,6 +74,11 @@ bool IsReadable(const IniFile& ini);
 /// the next section. `index` becomes the line found, or the last line examined that is not empty.
 bool FindLine(IniLines& lines, std::size_t& index, std::string_view text, bool stopAtSection);
 
+/// True for a line that begins a section.
+bool IsHeader(std::string_view line);
+/// True for a line that is passed over: empty, or a comment.
+bool IsDropped(std::string_view line);
+
 /// True when a name holds none of "[", "]" and "=".
 bool ValidStr(const std::string& name);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "platform/machine.h"
@@ -16,6 +17,9 @@ struct OperatingSystem {
   const char* keyword;       ///< selects it in a condition, current notation (lower case)
   const char* olderKeyword;  ///< selects it in a condition, older notation
 };
+
+/// All of them, the oldest of each family first.
+std::span<const OperatingSystem> OperatingSystems();
 
 /// The recognised system of that name (letter case matters), or null.
 const OperatingSystem* FindOperatingSystem(const std::string& name);

@@ -61,15 +61,14 @@ std::string DefectOf(const std::string& line, const std::vector<std::string>& fi
 }
 
 void ReadShare(clsFso& fso, const Procedure& here, SharesFile& file, const std::string& line, int number) {
-  const std::string meant = WithoutBlanksBeforeQuotes(line);
-  const std::vector<std::string> fields = CsvFields(meant);
-  const std::string defect = DefectOf(meant, fields);
-  if (!defect.empty()) return WarnOfShare(here, file, number, defect);
-  if (meant != line) WarnOfShare(here, file, number, "has blanks before a quote, which do not count");
-  if (fields.size() > ShareFields) WarnOfShare(here, file, number, "has surplus fields, which are passed over");
-  file.shares.push_back(
-      {Trim(fields[0]), Normalised(fso.inFull(Trim(fields[1]))), fields.size() > 2 ? Trim(fields[2]) : ""});
-  if (!FolderWillExist(fso, file.shares.back().folder)) {
+  const ShareLine parsed = ParseShareLine(line);
+  if (!parsed.defect.empty()) return WarnOfShare(here, file, number, parsed.defect);
+  if (parsed.hasBlanksBeforeQuote) WarnOfShare(here, file, number, "has blanks before a quote, which do not count");
+  if (parsed.hasSurplusFields) WarnOfShare(here, file, number, "has surplus fields, which are passed over");
+  file.shares.push_back(parsed.share);
+  std::string& folder = file.shares.back().folder;
+  folder = fso.inFull(folder);
+  if (!FolderWillExist(fso, folder)) {
     WarnOfShare(here, file, number, "names a folder on a drive that is missing");
   }
 }
@@ -169,6 +168,15 @@ void MakeListedFolder(const Run& run, const Procedure& here, const std::string& 
 }
 
 }  // namespace
+
+ShareLine ParseShareLine(const std::string& line) {
+  const std::string meant = WithoutBlanksBeforeQuotes(line);
+  const std::vector<std::string> fields = CsvFields(meant);
+  ShareLine parsed{DefectOf(meant, fields), meant != line, fields.size() > ShareFields, {}};
+  if (parsed.defect.empty())
+    parsed.share = {Trim(fields[0]), Normalised(Trim(fields[1])), fields.size() > 2 ? Trim(fields[2]) : ""};
+  return parsed;
+}
 
 Shares ValidateShares(const Run& run) {
   const Procedure here(run.services.log, "ValidateShares");

@@ -7,6 +7,17 @@
 
 namespace assistant {
 
+/// What a line of share definitions says.
+struct ShareLine {
+  std::string defect;  ///< why it cannot be used, as a message goes on; "" when it can
+  bool hasBlanksBeforeQuote = false;
+  bool hasSurplusFields = false;
+  Share share;
+};
+
+/// Takes a line of Config\Shares.csv apart.
+ShareLine ParseShareLine(const std::string& line);
+
 /// The share definitions beside the application ini (Config\Shares.csv: name, folder, machine types); none on an
 /// uninstall. A line that cannot be used is told in the log and passed over; one that can be used in part is told too.
 Shares ValidateShares(const Run& run);

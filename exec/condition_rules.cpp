@@ -118,6 +118,18 @@ bool IsOlderName(const Rule& rule, const std::string& name) {
                                                 : ContainsIgnoringCase(name, rule.keyword);
 }
 
+const Rule* FindRule(const std::string& name) {
+  const auto* rule = std::find_if(std::begin(Rules), std::end(Rules),
+                                  [&](const Rule& candidate) { return name == candidate.keyword; });
+  return rule == std::end(Rules) ? nullptr : rule;
+}
+
+const Rule* FindOlderRule(const std::string& name) {
+  const auto* rule = std::find_if(std::begin(Rules), std::end(Rules),
+                                  [&](const Rule& candidate) { return IsOlderName(candidate, name); });
+  return rule == std::end(Rules) ? nullptr : rule;
+}
+
 void Require(const Procedure& here, bool holds, int errorNumber, const std::string& message) {
   if (!holds) throw Error(errorNumber, message, here.name());
 }
@@ -199,18 +211,26 @@ std::string InstalledVersion(const InstalledProducts& installed, const std::stri
 
 }  // namespace
 
+const char* KeywordOf(const std::string& name) {
+  const Rule* rule = FindRule(name);
+  return rule == nullptr ? nullptr : rule->keyword;
+}
+
+const char* OlderKeywordOf(const std::string& name) {
+  const Rule* rule = FindOlderRule(name);
+  return rule == nullptr ? nullptr : rule->keyword;
+}
+
 void RequireCondition(const Surroundings& surroundings, const Procedure& here, const Condition& condition) {
-  const auto* rule = std::find_if(std::begin(Rules), std::end(Rules),
-                                  [&](const Rule& candidate) { return condition.name == candidate.keyword; });
-  if (rule == std::end(Rules)) return RequireProductVersion(surroundings, here, condition);
+  const Rule* rule = FindRule(condition.name);
+  if (rule == nullptr) return RequireProductVersion(surroundings, here, condition);
   Require(here, rule->holds({surroundings.run, here, condition}), ConditionError::Named, rule->message);
 }
 
 void RequireOlderCondition(const Surroundings& surroundings, const Procedure& here, const Condition& condition) {
   const Question question{surroundings.run, here, condition};
-  const auto* rule = std::find_if(std::begin(Rules), std::end(Rules),
-                                  [&](const Rule& candidate) { return IsOlderName(candidate, condition.name); });
-  if (rule == std::end(Rules)) return RequireOutcome(question);
+  const Rule* rule = FindOlderRule(condition.name);
+  if (rule == nullptr) return RequireOutcome(question);
   Require(here, rule->olderHolds(question), ConditionError::Named, rule->olderMessage);
 }
 

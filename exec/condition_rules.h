@@ -27,6 +27,11 @@ struct Surroundings {
   const InstalledProducts& installed;
 };
 
+/// The keyword that a condition's name is, or in the older notation means; null for the name of a product, or there of
+/// a component.
+const char* KeywordOf(const std::string& name);
+const char* OlderKeywordOf(const std::string& name);
+
 /// Raises a condition error, with the message that the log gets, when a condition of the current notation does not
 /// hold. Its name is in lower case. `here` is the procedure that checks it and tells what was compared.
 void RequireCondition(const Surroundings& surroundings, const Procedure& here, const Condition& condition);

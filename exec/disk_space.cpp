@@ -18,12 +18,6 @@ namespace {
 constexpr double Kilobyte = 1024;
 constexpr char DefaultDrive = 'C';
 
-/// What a component needs on one share.
-struct ShareCost {
-  std::string share;
-  std::string cost;  ///< kilobytes
-};
-
 ShareCost ParseCost(const std::string& field) {
   const std::size_t at = field.find('=');
   return {field.substr(0, at), at == std::string::npos ? std::string() : field.substr(at + 1)};
@@ -65,15 +59,21 @@ void RequireRoom(const Run& run, const Procedure& here, const Component& compone
 
 }  // namespace
 
+std::vector<ShareCost> CheckedCosts(const std::string& cost) {
+  // The field behind the last comma is never checked, and with fewer than two commas nothing is: media rely on it.
+  const auto commas = static_cast<int>(std::count(cost.begin(), cost.end(), ','));
+  std::vector<ShareCost> costs;
+  for (int field = 2; field <= commas; ++field) costs.push_back(ParseCost(ParseCsv(cost, field)));
+  return costs;
+}
+
 bool CheckDiskSpace(const Run& run, const Component& component) {
   const Procedure here(run.services.log, "CheckDiskSpace");
   return here.guard([&] {
     run.services.window.statusLine("Checking Disk space available");
     const std::string cost = Given(component.cost);
     if (cost.empty()) return true;
-    // The field behind the last comma is never checked, and with fewer than two commas nothing is: media rely on it.
-    const auto commas = static_cast<int>(std::count(cost.begin(), cost.end(), ','));
-    for (int field = 2; field <= commas; ++field) RequireRoom(run, here, component, ParseCost(ParseCsv(cost, field)));
+    for (const ShareCost& checked : CheckedCosts(cost)) RequireRoom(run, here, component, checked);
     run.services.window.statusLine(modLanguage::Text(modLanguage::Caption::CheckingDriveSpace));
     return true;
   });

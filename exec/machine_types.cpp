@@ -28,9 +28,7 @@ constexpr NamedQuery NamedQueries[] = {
 
 /// Elements of a list are compared as they stand, blanks included.
 bool Accepts(const std::string& query, const std::string& machineType) {
-  const auto* named = std::find_if(std::begin(NamedQueries), std::end(NamedQueries),
-                                   [&](const NamedQuery& candidate) { return query == candidate.query; });
-  const std::vector<std::string> accepted = Split(named != std::end(NamedQueries) ? named->types : query, ',');
+  const std::vector<std::string> accepted = AcceptedTypes(query);
   return std::find(accepted.begin(), accepted.end(), machineType) != accepted.end();
 }
 
@@ -44,7 +42,7 @@ bool IsValidMachine(const Run& run, const std::string& query) {
   const Procedure here(run.services.log, "modMain.IsValidMachine");
   return here.guard([&] {
     const std::string wanted = LowerCase(query);
-    if (wanted.empty() || wanted == "all machines") return true;
+    if (AcceptsEveryMachine(wanted)) return true;
     std::string& known = run.facts.serverType;
     if (!IsType(known)) {
       known = run.record().read(Value::ServerType);
@@ -60,6 +58,26 @@ bool IsValidMachine(const Run& run, const std::string& query) {
     }
     return Accepts(wanted, LowerCase(known));
   });
+}
+
+bool AcceptsEveryMachine(const std::string& query) {
+  return query.empty() || EqualIgnoringCase(query, "all machines");
+}
+
+std::vector<std::string> AcceptedTypes(const std::string& query) {
+  const std::string wanted = LowerCase(query);
+  const auto* named = std::find_if(std::begin(NamedQueries), std::end(NamedQueries),
+                                   [&](const NamedQuery& candidate) { return wanted == candidate.query; });
+  return Split(named != std::end(NamedQueries) ? named->types : wanted, ',');
+}
+
+std::vector<std::string> KnownMachineTypes() {
+  std::vector<std::string> known;
+  for (const NamedQuery& query : NamedQueries) {
+    for (const std::string& type : Split(query.types, ','))
+      if (std::find(known.begin(), known.end(), type) == known.end()) known.push_back(type);
+  }
+  return known;
 }
 
 bool CheckMachineType(const Run& run, const Component& component) {

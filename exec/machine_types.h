@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "base/component.h"
 #include "base/run.h"
@@ -12,6 +13,13 @@ namespace assistant {
 /// type. The type is read once: from "Server Type" under the installation key, or else from the product ini's [Product]
 /// "ServerType". An unknown type is accepted by every query.
 bool IsValidMachine(const Run& run, const std::string& query);
+
+/// True for a query that every machine accepts.
+bool AcceptsEveryMachine(const std::string& query);
+/// The types that a query accepts, in lower case: those of a named query, or else the elements of a list as they stand.
+std::vector<std::string> AcceptedTypes(const std::string& query);
+/// The types that the named queries speak of.
+std::vector<std::string> KnownMachineTypes();
 
 /// IsValidMachine of the component's "MachineType"; one that is not given accepts any machine.
 bool CheckMachineType(const Run& run, const Component& component);

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "app/qxia/check/check.h"
 #include "app/qxia/command.h"
 #include "app/qxia/logs/fleet_verb.h"
 #include "app/qxia/logs/log_verb.h"
@@ -14,6 +15,8 @@ namespace {
 constexpr qxia::Verb Verbs[] = {
     {"new", "DIR", "makes media to start from, every key with a comment", qxia::NewOptions,
      "0 made, 64 bad usage, a folder that is not empty, or no wixl where packages are asked for", qxia::MakeNewMedia},
+    {"check", "MEDIA...", "tells what is wrong with media, without running anything", qxia::CheckOptions,
+     "0 no error (--strict: and no warning), 1 otherwise; 64 when the media could not be looked at", qxia::Check},
     {"rehearse", "MEDIA...", "runs the program on simulated workstations and tells what happens", qxia::RehearseOptions,
      qxia::RehearseExitCodes, qxia::RehearseMedia},
     {"machine", "MEDIA...", "prints a machine file for rehearsals of these media", qxia::MachineOptions,
