@@ -254,16 +254,16 @@ TEST_F(SimulatedWorkstation, Declaration_WithAMistake_IsRefusedWithLineAndRemedy
     const char* text;
     const char* says;
   } mistakes[] = {
-      {"system=Windows XP\n", "line 1: 'system=Windows XP': begin a section"},
-      {"[machine]\nsystem=Windows 3.1\n", "line 2: system 'Windows 3.1' is not known; choose one of Windows 95"},
-      {"[machine]\n\ncolour=blue\n", "line 3: 'colour' is no key of [machine]; it has: another copy, arguments"},
-      {"[machine\n", "line 1: '[machine': end the section's name with ]"},
-      {"[engine]\n", "line 1: [engine] is no section; there are [answer]"},
-      {"[drive e]\nfree=much\n", "line 2: 'much': write a whole number"},
-      {"[drive e]\nfolder=missing\n", "line 1: drive E: the folder"},
-      {"[program x]\nset=HKLM=1\n", "line 2: 'HKLM=1': write it as HKLM\\Key\\Name=data"},
-      {"[registry HKCR\\x]\na=b\n", "line 1: registry key 'HKCR\\x': begin the path with"},
-      {"[package C:\\p.msi]\nname=P\n", "line 1: [package C:\\p.msi]: add its product code"},
+      {"system=Windows XP\n", ":1: 'system=Windows XP': begin a section"},
+      {"[machine]\nsystem=Windows 3.1\n", ":2: system 'Windows 3.1' is not known; choose one of Windows 95"},
+      {"[machine]\n\ncolour=blue\n", ":3: 'colour' is no key of [machine]; it has: another copy, arguments"},
+      {"[machine\n", ":1: '[machine': end the section's name with ]"},
+      {"[engine]\n", ":1: [engine] is no section; there are [answer]"},
+      {"[drive e]\nfree=much\n", ":2: 'much': write a whole number"},
+      {"[drive e]\nfolder=missing\n", ":1: drive E: the folder"},
+      {"[program x]\nset=HKLM=1\n", ":2: 'HKLM=1': write it as HKLM\\Key\\Name=data"},
+      {"[registry HKCR\\x]\na=b\n", ":1: registry key 'HKCR\\x': begin the path with"},
+      {"[package C:\\p.msi]\nname=P\n", ":1: [package C:\\p.msi]: add its product code"},
       {"", "is missing or empty; write a machine declaration there"},
   };
   for (const auto& mistake : mistakes) {

@@ -8,6 +8,7 @@
 #include "app/qxia/check/report.h"
 #include "app/qxia/check/rules.h"
 #include "base/text.h"
+#include "base/version.h"
 
 namespace qxia {
 namespace {
@@ -33,7 +34,7 @@ void RequireCodePage(const std::string& codePage) {
 
 std::string Report(const check::Findings& findings, int permitted, const std::string& form) {
   if (form == "json") return check::AsJson(findings);
-  if (form == "sarif") return check::AsSarif(findings, QXIA_VERSION);
+  if (form == "sarif") return check::AsSarif(findings, QXIA_VERSION_TEXT);
   return check::AsText(findings, permitted);
 }
 
