@@ -16,6 +16,8 @@ struct AccessList {
 AccessList OpenToAll();
 /// What the system's own folders have.
 AccessList OpenToAdministrators();
+/// True where the first right holds the second.
+bool Holds(const std::string& first, const std::string& second);
 /// Raises std::runtime_error for a right that there is not.
 void RequireRight(const std::string& right);
 /// "Administrators=full Users=read"
