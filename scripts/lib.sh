@@ -13,7 +13,7 @@ declare -A package_groups=(
     nlohmann-json3-dev libmsi-dev libglib2.0-dev pkg-config'
   [media]='wixl gcc-mingw-w64-x86-64-win32'
   [wine]='wine64 fonts-wine xvfb xauth xdotool python3'
-  [tests]='libgtest-dev python3'
+  [tests]='libgtest-dev python3 python3-jsonschema'
   [bench]='libbenchmark-dev python3'
   [lint]='clang-format clang-tidy ansible-lint python3 g++-mingw-w64-i686-posix'
   [shots]='imagemagick chromium'

@@ -17,10 +17,6 @@ namespace {
 constexpr std::size_t LongestPath = 259;
 constexpr Status InvalidName{123};
 
-char UpperLetter(char letter) {
-  return static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
-}
-
 bool HasDrive(const std::string& path) {
   return path.size() >= 2 && path[1] == ':' && std::isalpha(static_cast<unsigned char>(path[0])) != 0;
 }

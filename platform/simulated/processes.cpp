@@ -146,7 +146,7 @@ void Processes::finish(std::size_t process) {
 /// Whether a program may change a file of this path: a disc refuses it, which is told.
 bool Processes::mayWrite(const std::string& path) {
   const std::string full = around_.files.fullPath(path);
-  const auto drive = around_.files.allDrives().find(full.empty() ? 'C' : full[0]);
+  const auto drive = around_.files.allDrives().find(UpperLetter(full.empty() ? 'C' : full[0]));
   if (drive == around_.files.allDrives().end() || drive->second.writable) return true;
   around_.journal.record("refused, the drive cannot be written: " + full);
   return false;

@@ -16,6 +16,10 @@ std::string Lower(std::string text) {
   return text;
 }
 
+char UpperLetter(char letter) {
+  return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
 int CompareText(const std::string& a, const std::string& b) {
   const std::size_t common = a.size() < b.size() ? a.size() : b.size();
   for (std::size_t i = 0; i < common; ++i) {

@@ -7,6 +7,8 @@
 namespace simulated {
 
 std::string Lower(std::string text);
+/// A letter of a drive as drives are named.
+char UpperLetter(char letter);
 /// Below, equal or above zero; letter case does not count.
 int CompareText(const std::string& a, const std::string& b);
 bool SameText(const std::string& a, const std::string& b);

@@ -1,6 +1,6 @@
 """Installs the sample product, uninstalls it again, and tells how both went and what stays; then a product on two discs.
 
-usage: demo.py [--simulated]   with the real program on a fresh machine under Wine, or on the simulated workstation
+usage: demo.py [--simulated]   with the real program on a fresh machine under Wine, or rehearsed on simulated workstations
 """
 import os
 import shutil
@@ -52,36 +52,22 @@ class RealMachine:
         return os.path.exists(log) and 'confirmed by user' in open(log, encoding='latin-1').read()
 
 
-class SimulatedMachine:
-    """The Linux command on the simulated workstation."""
+def rehearse(folder):
+    """The same media on simulated workstations, by the Linux command."""
+    qxia = os.path.join(OUT, 'native', 'qxia')
+    state, disc = os.path.join(folder, 'workstation'), os.path.join(SAMPLE, 'disc')
+    shutil.rmtree(folder, ignore_errors=True)
 
-    def __init__(self, folder):
-        self.state = os.path.join(folder, 'workstation')
-        self.disc = os.path.join(folder, 'disc')
-        shutil.rmtree(folder, ignore_errors=True)
-        shutil.copytree(os.path.join(SAMPLE, 'disc'), self.disc)
-        shutil.copy(os.path.join(OUT, 'native', 'qxia'), os.path.join(self.disc, PROGRAM))
+    def tell(media, *options):
+        return subprocess.run([qxia, 'rehearse', *media, *options]).returncode
 
-    def _run(self, declarations):
-        with open(self.state + '.txt', 'a') as story:
-            return subprocess.run([os.path.join(OUT, 'native', 'qxia'), 'run-demo', '--state', self.state,
-                                   '--media', self.disc, '--machine', declarations], stdout=story).returncode
-
-    def install(self):
-        return self._run(SIMULATED_MACHINE)
-
-    def uninstall(self):
-        return self._run(SIMULATED_UNINSTALL)
-
-    def registry(self):
-        file = os.path.join(self.state, 'registry.reg')
-        return Registry.of_export(file) if os.path.exists(file) else Registry('', str)
-
-    def host(self, path):
-        return os.path.join(self.state, 'drive_' + path[0].lower(), *path.split('\\')[1:])
-
-    def stop(self):
-        pass
+    codes = [tell([disc], '--state', state, '--machine', SIMULATED_MACHINE)]
+    print('\n== uninstalling it', flush=True)
+    codes.append(tell([disc], '--state', state, '--machine', SIMULATED_UNINSTALL))
+    print('\n== installing a product from two discs', flush=True)
+    codes.append(tell([os.path.join(two_discs.CHARTS, 'disc1'), os.path.join(two_discs.CHARTS, 'disc2')]))
+    if codes != [1, 0, 0]:
+        sys.exit('The rehearsals ended with %s; 1, 0 and 0 were expected' % codes)
 
 
 def print_table(head, rows):
@@ -168,9 +154,7 @@ def tell_two_discs(machine):
 def main():
     folder = os.path.join(OUT, 'demo')
     if '--simulated' in sys.argv:
-        tell(SimulatedMachine(folder))
-        tell_two_discs(two_discs.SimulatedMachine(folder))
-        return
+        return rehearse(folder)
     with Screen():
         ensure_prototype()
         tell(RealMachine(folder, os.path.join(OUT, 'win64', PROGRAM)))

@@ -5,7 +5,6 @@ import subprocess
 import time
 
 from machine import OUT, PRODUCTS, PROGRAM, Machine
-from registry_file import Registry
 
 CHARTS = os.path.join(OUT, 'samples', 'harbour_charts')
 PRODUCT = 'Harbour Charts'
@@ -59,29 +58,3 @@ class RealMachine:
             time.sleep(0.3)
         key = PRODUCTS + '\\' + PRODUCT
         return code or int(self.machine.exported(key).get(key, 'Succeeded') != 0xffffffff)
-
-
-class SimulatedMachine:
-    """The Linux command on the simulated workstation."""
-
-    def __init__(self, folder):
-        self.state = os.path.join(folder, 'two discs')
-        shutil.rmtree(self.state, ignore_errors=True)
-        self.disc = make_discs(os.path.join(folder, 'discs'), os.path.join(OUT, 'native', 'qxia'))[0]
-
-    def install(self):
-        for declarations in 'machine.txt', 'local.txt':
-            with open(self.state + '.txt', 'a') as story:
-                code = subprocess.run([os.path.join(OUT, 'native', 'qxia'), 'run-demo', '--state', self.state, '--media',
-                                       self.disc, '--machine', os.path.join(CHARTS, declarations)],
-                                      stdout=story).returncode
-        return code
-
-    def registry(self):
-        return Registry.of_export(os.path.join(self.state, 'registry.reg'))
-
-    def host(self, path):
-        return os.path.join(self.state, 'drive_' + path[0].lower(), *path.split('\\')[1:])
-
-    def stop(self):
-        pass

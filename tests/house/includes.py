@@ -18,7 +18,7 @@ LAYERS = {
     'env': {'env', 'exec', 'base', 'ports'},
     'core': {'core', 'env', 'exec', 'base', 'ports'},
     'app/windows': {'app/windows', 'platform/win32', 'core', 'env', 'exec', 'base', 'ports'},
-    'app/qxia': {'app/qxia', 'platform/simulated', 'core', 'env', 'exec', 'base', 'ports'},
+    'app/qxia': {'app/qxia', 'platform/simulated', 'platform/faults', 'core', 'env', 'exec', 'base', 'ports'},
 }
 
 # What may include headers of the system: those of Windows, or of the host.

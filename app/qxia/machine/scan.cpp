@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include "app/qxia/rehearse/scratch_folder.h"
-#include "base/product_record.h"
 #include "platform/simulated/text.h"
 
 namespace qxia {
@@ -49,6 +48,17 @@ void Declare(simulated::Workstation& machine, const std::vector<MediaPackage>& p
   }
 }
 
+/// The record has the root as the ini writes it; the components' inis lie below what it means.
+std::string FindPackageRoot(const std::vector<ComponentRecord>& components) {
+  for (const ComponentRecord& component : components) {
+    const std::string ini = component.value("IniPath");
+    const std::string folder = ini.substr(0, ini.rfind('\\'));
+    const std::string below = "\\" + component.value("Path");
+    if (simulated::EndsWithText(folder, below)) return folder.substr(0, folder.size() - below.size());
+  }
+  return "";
+}
+
 }  // namespace
 
 Scan ScanMedia(const Media& media, const std::string& at, const std::string& system) {
@@ -66,9 +76,7 @@ Scan ScanMedia(const Media& media, const std::string& at, const std::string& sys
     found.used = std::find(unused.begin(), unused.end(), "package " + found.path) == unused.end();
   scan.asksForPassword =
       std::find(unused.begin(), unused.end(), std::string("password ") + AnyPassword) == unused.end();
-  scan.packageRoot =
-      machine.registry().text(std::string("HKEY_LOCAL_MACHINE\\") + assistant::ProductsKey + "\\" + media.product,
-                              assistant::Value::PackageRoot.name);
+  scan.packageRoot = FindPackageRoot(scan.run.records);
   return scan;
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "app/qxia/rehearse/rows.h"
-#include "app/qxia/rehearse/verdicts.h"
+#include "app/qxia/rehearse/component_record.h"
 #include "app/qxia/result.h"
 
 namespace qxia {

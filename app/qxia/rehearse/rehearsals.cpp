@@ -28,7 +28,15 @@ std::string Rehearsals::folderFor(const std::string& system) const {
 std::string Rehearsals::machineFileFor(const std::string& system) {
   if (!settings_.machineFile.empty()) return settings_.machineFile;
   const std::string file = scratch_.path() + "/" + FolderName(system) + ".txt";
-  simulated::WriteHostFile(file, MachineFileFor(settings_.media, settings_.at, system));
+  // Which declarations the media need does not depend on the system: they are looked at once.
+  if (declarations_.empty()) {
+    declarations_ = MachineFileFor(settings_.media, settings_.at, system);
+    declaredFor_ = system;
+  }
+  std::string text = declarations_;
+  const std::string line = "\nsystem=";
+  text.replace(text.find(line), line.size() + declaredFor_.size(), line + system);
+  simulated::WriteHostFile(file, text);
   return file;
 }
 

@@ -20,6 +20,8 @@ inline constexpr Option RehearseOptions[] = {
     {"--html", "FILE", "writes one page: components and systems, the course of each run, its log"},
     {"--junit", "FILE", "writes a JUnit report"},
     {"--expect", "FILE", "JSON of an earlier rehearsal: differences are listed"},
+    {"--cut-power", "each|N", "the power goes before each operation that changes something, or the Nth"},
+    {"--fail", "WHAT", "each, or OPERATION, or OPERATION:N fails once; list prints the operations"},
     LabelOption,
     IniOption,
 };
@@ -27,7 +29,8 @@ inline constexpr Option RehearseOptions[] = {
 inline constexpr const char* RehearseExitCodes =
     "5 a run did not end by itself, or left loose ends; else the program's, of several\n"
     "the worst (1 failed, 4 another product's restart was carried on, 3 another copy runs,\n"
-    "2 cancelled, 0 succeeded); 1 too where --expect differs; 64 it could not be set up";
+    "2 cancelled, 0 succeeded); 1 too where --expect differs;\n"
+    "a sweep: 0 every point recovered, 1 not; 64 it could not be set up";
 
 int RehearseMedia(const Arguments& arguments);
 

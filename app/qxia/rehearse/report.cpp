@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <map>
 
+#include "app/qxia/rehearse/markup.h"
+
 namespace qxia {
 namespace {
 
@@ -60,34 +62,25 @@ std::string Name(const RehearsedRun& run) {
   return run.product.name.empty() ? "(a product without a name)" : run.product.name + " " + run.product.version;
 }
 
-/// How a component fared on each system; "" where its record has none.
-using Row = std::vector<const ComponentResult*>;
-
-/// Rows in the order of the sequence, whichever system has them.
-std::vector<std::pair<std::string, Row>> Matrix(const std::vector<RehearsedRun>& runs) {
-  std::vector<std::pair<std::string, Row>> rows;
-  for (std::size_t system = 0; system < runs.size(); ++system) {
-    for (const ComponentResult& component : runs[system].components) {
-      auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& r) { return r.first == component.name; });
-      if (row == rows.end()) row = rows.insert(rows.end(), {component.name, Row(runs.size(), nullptr)});
-      row->second[system] = &component;
-    }
-  }
-  return rows;
+/// That a machine has the system which it has needs no word in a table by systems.
+std::string WithoutSystem(const std::string& reason, const std::string& system) {
+  const std::size_t at = reason.find("; the machine has " + system);
+  return at == std::string::npos ? reason : reason.substr(0, at);
 }
 
 /// Which systems say the same, each with all of them.
-std::string Reasons(const std::vector<RehearsedRun>& runs, const std::string& name, const Row& row) {
+std::string Reasons(const std::vector<RehearsedRun>& runs, const ComponentRow& row) {
   std::map<std::string, std::string> systems;
   for (std::size_t i = 0; i < runs.size(); ++i) {
-    if (row[i] == nullptr) continue;
-    const std::string said =
-        std::string(NameOf(row[i]->outcome)) + (row[i]->reason.empty() ? "" : ": ") + row[i]->reason;
+    if (row.cells[i] == nullptr) continue;
+    const ComponentResult& cell = *row.cells[i];
+    const std::string reason = WithoutSystem(cell.reason, runs[i].system);
+    const std::string said = NameOf(cell.outcome) + (reason.empty() ? "" : ": " + reason);
     systems[said] += (systems[said].empty() ? "" : ", ") + runs[i].system;
   }
   std::string text;
   if (systems.size() < 2) return text;
-  for (const auto& [said, where] : systems) text += "  " + name + ", " + where + ": " + said + "\n";
+  for (const auto& [said, where] : systems) text += "  " + row.name + ", " + where + ": " + said + "\n";
   return text;
 }
 
@@ -126,9 +119,9 @@ std::string ReportRun(const RehearsedRun& run) {
 
 std::string ReportRuns(const std::vector<RehearsedRun>& runs) {
   constexpr std::size_t cell = 19;
-  const auto rows = Matrix(runs);
+  const std::vector<ComponentRow> rows = ComponentRows(runs);
   std::vector<std::string> names = {"exit code"};
-  for (const auto& [name, row] : rows) names.push_back(name);
+  for (const ComponentRow& row : rows) names.push_back(row.name);
   const std::size_t width = Widest(names) + 2;
   std::string head(width, ' ');
   std::string exits = Padded("exit code", width);
@@ -138,11 +131,12 @@ std::string ReportRuns(const std::vector<RehearsedRun>& runs) {
   }
   std::string text = Name(runs[0]) + "\n\n" + Trimmed(head);
   std::string reasons;
-  for (const auto& [name, row] : rows) {
-    std::string line = Padded(name, width);
-    for (const ComponentResult* result : row) line += Padded(result == nullptr ? "-" : NameOf(result->outcome), cell);
+  for (const ComponentRow& row : rows) {
+    std::string line = Padded(row.name, width);
+    for (const ComponentResult* result : row.cells)
+      line += Padded(result == nullptr ? "-" : NameOf(result->outcome), cell);
     text += Trimmed(line);
-    reasons += Reasons(runs, name, row);
+    reasons += Reasons(runs, row);
   }
   text += "\n" + Trimmed(exits);
   if (!reasons.empty()) text += "\nWhere they differ\n" + reasons;

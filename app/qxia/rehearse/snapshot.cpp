@@ -89,7 +89,7 @@ std::vector<FileChange> FileChanges(const Snapshot& before, const Snapshot& afte
 
 std::string HostFile(simulated::Workstation& machine, const std::string& path) {
   const std::string full = machine.files().fullPath(path);
-  const auto drive = machine.files().allDrives().find(full.empty() ? 'C' : full[0]);
+  const auto drive = machine.files().allDrives().find(simulated::UpperLetter(full.empty() ? 'C' : full[0]));
   if (full.size() < 4 || drive == machine.files().allDrives().end()) return "";
   std::string host = drive->second.folder;
   for (const std::string& name : simulated::Split(full.substr(3), '\\')) {

@@ -5,22 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "app/qxia/rehearse/component_record.h"
 #include "app/qxia/rehearse/rows.h"
 #include "app/qxia/result.h"
 
 namespace qxia {
-
-/// A component as the product's record has it.
-struct ComponentRecord {
-  std::string name;
-  int sequence = 0;
-  std::map<std::string, std::string> values;  ///< "Install", "Process Return", ...
-
-  std::string value(const std::string& name) const {
-    const auto found = values.find(name);
-    return found == values.end() ? "" : found->second;
-  }
-};
 
 /// What the outcomes are told from.
 struct Evidence {

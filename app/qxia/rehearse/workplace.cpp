@@ -121,6 +121,9 @@ void Workplace::setProgram(const WorkplaceSettings& settings) {
     arguments = DefaultArguments + first + "\\" + ini;
   }
   machine.setProgram(path, arguments);
+  at_ = settings.at;
+  program_ = path;
+  commandLine_ = machine.commandLine();
 }
 
 std::optional<platform::BoxAnswer> Workplace::answer(const platform::MessageBoxRequest& request) {
@@ -128,6 +131,12 @@ std::optional<platform::BoxAnswer> Workplace::answer(const platform::MessageBoxR
   if (disc == nullptr) return std::nullopt;
   machine_->files().insertDisc(DiscDrive, disc->folder, disc->label);
   return request.buttons == platform::BoxButtons::RetryCancel ? platform::BoxAnswer::Retry : platform::BoxAnswer::Ok;
+}
+
+void Workplace::startAfresh() {
+  if (at_.empty()) machine_->mount(DiscDrive, staged_[0].folder, platform::DriveType::CdRom, staged_[0].label);
+  machine_->machine().setProgram(program_, "");
+  machine_->machine().setCommandLine(commandLine_);
 }
 
 std::string Workplace::takeRestartedCopy() {

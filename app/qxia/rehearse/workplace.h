@@ -32,6 +32,8 @@ class Workplace {
   const std::vector<Disc>& discs() const { return staged_; }
   /// Links of the media that were not followed.
   const std::vector<std::string>& leftOut() const { return leftOut_; }
+  /// The program as it was started first, with the first disc in its place.
+  void startAfresh();
   /// Everything that nobody declared succeeds at once.
   void permitEverything() { permitsEverything_ = true; }
   /// The command line by which the program started itself anew since this was asked last; "" for none.
@@ -49,6 +51,9 @@ class Workplace {
   std::vector<std::string> leftOut_;
   std::unique_ptr<simulated::Workstation> machine_;
   std::string copy_;
+  std::string at_;
+  std::string program_;
+  std::string commandLine_;
   bool permitsEverything_ = false;
 };
 

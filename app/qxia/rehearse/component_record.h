@@ -1,0 +1,21 @@
+// A component of the product in the registry.
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace qxia {
+
+/// A component as the product's record has it.
+struct ComponentRecord {
+  std::string name;
+  int sequence = 0;
+  std::map<std::string, std::string> values;  ///< "Install", "Process Return", ...
+
+  std::string value(const std::string& name) const {
+    const auto found = values.find(name);
+    return found == values.end() ? "" : found->second;
+  }
+};
+
+}  // namespace qxia
