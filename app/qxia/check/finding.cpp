@@ -39,7 +39,7 @@ std::string Told(const std::string& text) {
 std::string NearestWord(const std::string& word, const std::vector<std::string>& words) {
   const std::string lower = assistant::LowerCase(word);
   std::string nearest;
-  std::size_t best = lower.size() / 3 + 1;  // more letters than that make another word
+  std::size_t best = std::max<std::size_t>(lower.size() / 3, 1);  // more letters than that make another word
   for (const std::string& candidate : words) {
     const std::size_t distance = Distance(lower, assistant::LowerCase(candidate));
     if (distance > best || (distance == best && !nearest.empty())) continue;

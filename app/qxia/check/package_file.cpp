@@ -15,6 +15,20 @@ struct Unreference {
 template <class T>
 using Held = std::unique_ptr<T, Unreference>;
 
+/// The library tells of tables that are not there on the error output; here that is no failure.
+class QuietLibrary {
+ public:
+  QuietLibrary() : before_(g_log_set_default_handler(PassOver, nullptr)) {}
+  ~QuietLibrary() { g_log_set_default_handler(before_, nullptr); }
+  QuietLibrary(const QuietLibrary&) = delete;
+  QuietLibrary& operator=(const QuietLibrary&) = delete;
+
+ private:
+  static void PassOver(const char*, GLogLevelFlags, const char*, void*) {}
+
+  GLogFunc before_;
+};
+
 struct FreeText {
   void operator()(char* text) const { g_free(text); }
 };
@@ -77,6 +91,7 @@ void ReadPlatform(LibmsiDatabase* database, PackageFile& package) {
 }  // namespace
 
 PackageFile ReadPackage(const std::string& hostPath) {
+  const QuietLibrary quiet;
   PackageFile package;
   GError* failure = nullptr;
   const Held<LibmsiDatabase> database(

@@ -37,7 +37,7 @@ bool IsProductCode(const std::string& code) {
 }
 
 void CheckForcedUninstall(const Disc& disc, const IniEntry& entry, Findings& findings) {
-  const IniEntry* code = disc.product == nullptr ? nullptr : disc.product->find(ForceUninstall, entry.key);
+  const IniEntry* code = disc.product->find(ForceUninstall, entry.key);
   if (code == nullptr) {
     findings.add(604, *disc.application, entry.line, "The product ini has no product code for " + entry.key + ".");
   } else if (code->value.empty()) {
@@ -52,6 +52,8 @@ void CheckForcedLists(const Disc& disc, Findings& findings) {
     for (const IniEntry& entry : deletes->entries)
       if (!entry.text.empty() && entry.text.front() != ' ' && entry.text.front() != '\t')
         CheckForcedDelete(*disc.application, entry, findings);
+  // Without a product ini that can be read, that is what is told.
+  if (disc.product == nullptr || disc.product->state() != SourceIni::State::Read) return;
   if (const IniSection* uninstalls = disc.application->section(ForceUninstall))
     for (const IniEntry& entry : uninstalls->entries)
       if (entry.hasEquals && !entry.key.empty()) CheckForcedUninstall(disc, entry, findings);
