@@ -183,6 +183,27 @@ def ini_problems(text, keys, read):
     return sorted(set(found))
 
 
+KNOWN_KEYS = 'app/qxia/check/known_keys.cpp'
+_SECTIONS = {'ComponentSection': '', 'ActionSection': '*'}
+
+
+def known_key_problems(source, keys):
+    """What `qxia check` takes for a key, and for one that is told when it is missing, is what the code reads."""
+    rows = re.findall(r'\{(Application|Product|Component), ("\w+"|\w+), "(\w+)"(?:, (\w+))?', source)
+    listed = {(ini.lower(), _SECTIONS.get(section, section.strip('"')), key): need or 'Optional' for ini, section, key, need in rows}
+    known = {(key.ini, key.section, _numbered(key.key)): key.required for key in keys}
+    for name in ('PreviousVolumeName', 'NextVolumeName'):
+        known[('product', 'Product', name)] = False
+    both = set(listed) - NOT_READ_BY_NAME
+    found = differences(KNOWN_KEYS, 'the key', _shown(both), _shown(known))
+    for place in sorted(both & set(known)):
+        required = known[place] or place == ('product', 'General', 'Version')
+        if required != (listed[place] != 'Optional'):
+            found.append('%s: [%s] %s: the log %s when it is missing' % (
+                KNOWN_KEYS, place[1], place[2], 'tells' if required else 'does not tell'))
+    return found
+
+
 def number_problems(documents, known):
     """Numbers of errors that a document names and nothing knows; `documents` are (path, text) pairs."""
     found = []
@@ -215,7 +236,7 @@ def problems(read, list_files):
             exit_code_problems(guide, read('core/exit_codes.h'), core) +
             registry_problems(registry, values, component, read('core/closedown.cpp') + read('env/add_remove_programs.cpp')) +
             elsewhere_problems(registry, code + [('base/product_record.h', header)]) +
-            ini_problems(read(INI), keys, read) + number_problems(documents, numbers) + block_problems(guide, numbers))
+            ini_problems(read(INI), keys, read) + known_key_problems(read(KNOWN_KEYS), keys) + number_problems(documents, numbers) + block_problems(guide, numbers))
 
 
 def main():

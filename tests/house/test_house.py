@@ -210,6 +210,8 @@ class Documents(unittest.TestCase):
         (INI, '| any machine | Required: logged', '| any machine | Optional: logged', 'MachineType: the log tells'),
         (INI, '| unknown | Optional. |', '| unknown | Required. |', 'ServerType: the log does not tell'),
         (INI, 'error 6091', 'error 6097', 'no error has the number 6097'),
+        (documents.KNOWN_KEYS, '"Transform"', '"Transforms"', 'the key `[] Transform of the component ini` is missing'),
+        (documents.KNOWN_KEYS, '"CopyOpRoot", Logged', '"CopyOpRoot"', '[Product] CopyOpRoot: the log tells'),
         ('exec/machine_types.cpp', '"ServerType",', '"Server",', '[Product] Server of the product ini` is missing'),
         ('core/discovery.cpp', 'Value::ProductIni.name', 'someKey', 'which key GetIniString(ini, "Product", someKey)'),
         ('base/component.cpp', '"Cost", &Component::cost, Origin::Ini', '"Cost", &Component::cost, Origin::Computed',

@@ -4,7 +4,7 @@
 #include <array>
 #include <span>
 
-#include "app/qxia/check/rules.h"
+#include "app/qxia/check/rule.h"
 
 namespace qxia::check {
 
