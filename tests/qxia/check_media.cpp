@@ -206,7 +206,10 @@ std::vector<std::string> TestMedia::write(const std::string& folder) const {
 std::vector<std::string> FindingsOf(const TestMedia& media, const std::string& codePage) {
   const TemporaryFolder folder;
   Media given;
-  for (const std::string& disc : media.write(folder.path())) given.discs.push_back({disc, ""});
+  for (const std::string& disc : media.write(folder.path())) {
+    const std::size_t at = given.discs.size();
+    given.discs.push_back({disc, at < media.labels().size() ? media.labels()[at] : ""});
+  }
   given.applicationIni = "QX Installation Assistant.ini";
   const auto model = check::ReadMedia(given, codePage);
   int permitted = 0;

@@ -29,6 +29,9 @@ class TestMedia {
   void put(const std::string& path, const std::string& text) { texts_[path] = text; }
   void put(const std::string& path, const MadePackage& package) { packages_[path] = package; }
   void link(const std::string& path, const std::string& target) { links_[path] = target; }
+  /// The volume labels of the discs, as a person gives them.
+  void label(const std::vector<std::string>& labels) { labels_ = labels; }
+  const std::vector<std::string>& labels() const { return labels_; }
   void remove(const std::string& path);
   void rename(const std::string& path, const std::string& name);
   /// Raises std::runtime_error where the text is not there.
@@ -45,6 +48,7 @@ class TestMedia {
   std::map<std::string, std::string> texts_;
   std::map<std::string, MadePackage> packages_;
   std::map<std::string, std::string> links_;
+  std::vector<std::string> labels_;
 };
 
 /// The findings as "QX105 disc1/product.ini:7", in the order in which they are told.

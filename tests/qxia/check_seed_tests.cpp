@@ -134,6 +134,8 @@ const Seed OneDiscSeeds[] = {
     {803, App, "C:\\Logs", "Logs", App, "LogFilePath"},
     {804, Product, "IP=", "Password=secret\nIP=", Product, "Password"},
     {804, Tools, "CommandLine=N/A", "CommandLine=/password=secret"},
+    {110, Product, "CanUninstall=true", "Version=2.1.0\nCanUninstall=true"},
+    {106, Product, "Tools=Tools", "Tools =Tools", Product, "Tools ="},
     {805, App, "ForceUninstallReboot=False", "ForceUninstallReboot=True"},
     {901, Tools, "Install=", "; qxia: allow QX804 there is none\nInstall=", Tools, "; qxia"},
     {902, Product, "IP=", "; qxia: allow QX804\nPassword=secret\nIP=", Product, "; qxia"},
@@ -214,6 +216,8 @@ const FileSeed FileSeeds[] = {
      "Install"},
     {218, [](TestMedia& media) { media.put("disc1/Checks/server.vbs", "x = InputBox(\"Role\")\n"); }, Product,
      "Install"},
+    {218, [](TestMedia& media) { media.put("disc1/Packages/Report/report.vbs", "WScript.Echo \"Done\"\n"); }, Report,
+     "Install"},
     {219, [](TestMedia& media) { media.put(ToolsExe, "MZ..Nullsoft.NSIS.exehead"); }, Tools, "Install"},
     {303,
      [](TestMedia& media) {
@@ -273,6 +277,16 @@ const FileSeed TwoDiscsSeeds[] = {
        media.replace(Product, "; qxia: allow QX802 the product has two discs\n", "");
      },
      Product, "[Product]"},
+    {701,
+     [](TestMedia& media) {
+       media.label({"OFFICE1", "OFFICE_2"});
+     },
+     Product, "NextVolumeName"},
+    {701,
+     [](TestMedia& media) {
+       media.label({"OFFICE_1", "OFFICE2"});
+     },
+     Product2, "PreviousVolumeName"},
     {702,
      [](TestMedia& media) {
        media.replace(Product2, "PreviousVolumeName=OFFICE1\n", "PreviousVolumeName=OFFICE1\nNextVolumeName=OFFICE1\n");
@@ -334,6 +348,26 @@ TEST(Check_FaultOfFurtherDiscs, IsFoundOnItsLine) {
     TestMedia media = TestMedia::TwoDiscs();
     seed.put(media);
     ExpectOnly(media, Expected(media, seed.rule, seed.foundIn, seed.line));
+  }
+}
+
+TEST(Check_BrokenFiles, AreToldOfAndNeverACrash) {
+  unsigned random = 1;
+  const auto next = [&random](std::size_t below) {
+    return (random = random * 1664525U + 1013904223U) / 65536U % below;
+  };
+  const TestMedia clean = TestMedia::OneDisc();
+  for (int round = 0; round < 40; ++round) {
+    TestMedia media = clean;
+    for (const char* path : {App, Product, Shares, Runtime, Tools, Report, Manual, Fonts, Extra}) {
+      std::string text = clean.text(path);
+      for (std::size_t slip = next(4); slip > 0; --slip) {
+        const std::size_t at = next(text.size());
+        text.replace(at, next(6), std::string(next(3), "=[]\";,|\r\n\xFF {."[next(14)]));
+      }
+      media.put(path, text);
+    }
+    EXPECT_NO_THROW(FindingsOf(media));
   }
 }
 

@@ -47,7 +47,10 @@ int Check(const Arguments& arguments) {
     throw UsageError("--format " + form + ": write text, json or sarif");
   const std::string codePage = arguments.text("--codepage", "1252");
   RequireCodePage(codePage);
-  const auto media = check::ReadMedia(FindMedia(arguments), codePage);
+  const Media given = FindMedia(arguments);
+  const auto media = check::ReadMedia(given, codePage);
+  if (media->discs.front().application == nullptr)
+    throw UsageError(given.applicationIni + " is a link that leads out of the media: put the file itself there");
   int permitted = 0;
   const check::Findings findings = check::CheckMedia(*media, permitted);
   std::fputs(Report(findings, permitted, form).c_str(), stdout);

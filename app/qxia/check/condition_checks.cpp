@@ -103,7 +103,7 @@ class ConditionCheck {
 
   const ComponentFact* named(const std::string& name) const {
     for (const ComponentFact* other : media_.components())
-      if (EqualIgnoringCase(other->name, name)) return other;
+      if (EqualIgnoringCase(assistant::Trim(other->name), name)) return other;
     return nullptr;
   }
 

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 /// The elements of a path without "." and, as far as there is something to go up from, without "..".
 std::vector<std::string> Elements(const std::string& path) {
   std::vector<std::string> elements;
-  for (const std::string& element : assistant::Split(path, '\\')) {
+  for (const std::string& element : assistant::Split(assistant::Replace(path, "/", "\\"), '\\')) {
     if (element == ".." && !elements.empty()) {
       elements.pop_back();
     } else if (!element.empty() && element != "." && element != "..") {
@@ -75,7 +75,9 @@ const std::vector<FolderItem>& DiscFiles::items(const std::string& hostFolder) c
   for (fs::directory_iterator entry(hostFolder, failure), end; !failure && entry != end; entry.increment(failure)) {
     std::error_code gone;
     const bool out = entry->is_symlink(gone) && leadsOut(entry->path().string());
-    items.push_back({entry->path().filename().string(), entry->is_directory(gone), out});
+    const bool isFolder = entry->is_directory(gone);
+    if (out || isFolder || entry->is_regular_file(gone))
+      items.push_back({entry->path().filename().string(), isFolder, out});
   }
   std::sort(items.begin(), items.end(), [](const FolderItem& a, const FolderItem& b) { return a.name < b.name; });
   return listed_.emplace(hostFolder, std::move(items)).first->second;

@@ -36,7 +36,7 @@ class DiscFiles {
 
   /// `path` is a Windows path from the disc's root, in the code page of the inis.
   const Found& look(const std::string& path) const;
-  /// What lies in a folder of this computer; nothing where it cannot be read.
+  /// The files and folders in a folder of this computer; nothing where it cannot be read.
   const std::vector<FolderItem>& items(const std::string& hostFolder) const;
 
  private:

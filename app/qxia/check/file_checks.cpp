@@ -108,7 +108,9 @@ bool HasOddHeader(const SourceIni& ini) {
 
 void CheckComponentSection(const ComponentFact& component, Findings& findings) {
   const SourceIni& ini = *component.ini;
-  if (component.section != nullptr || ini.state() != SourceIni::State::Read || HasOddHeader(ini)) return;
+  const bool hasOddName =
+      component.name != assistant::Trim(component.name) || component.name.find('\t') != std::string::npos;
+  if (component.section != nullptr || ini.state() != SourceIni::State::Read || hasOddName || HasOddHeader(ini)) return;
   int line = 1;
   std::string other;
   for (const IniSection& section : ini.sections()) {
@@ -157,6 +159,9 @@ void CheckComponentFiles(const ComponentFact& component, Findings& findings) {
 void CheckActions(const MediaModel& media, const Disc& disc, Findings& findings) {
   for (const ActionFact& action : disc.actions) {
     const std::string section = action.name + "_" + media.productName;
+    if (action.section == nullptr && media.productName.empty()) {
+      continue;  // the name that the section lacks is told
+    }
     if (action.section == nullptr) {
       findings.add(241, *disc.product, action.listedOn,
                    "There is no section [" + section + "] for the pre-install action " + action.name + ".");

@@ -25,11 +25,20 @@ std::size_t Distance(const std::string& a, const std::string& b) {
   return row.back();
 }
 
+/// What an ini holds may be long, or no text at all.
+std::string Printable(std::string text) {
+  constexpr std::size_t longest = 400;
+  if (text.size() > longest) text = text.substr(0, longest) + "...";
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, '?');
+  return text;
+}
+
 }  // namespace
 
 void Findings::add(int rule, const SourceIni& file, int line, const std::string& text, const std::string& fix) {
   const Rule* row = FindRule(rule);
-  all_.push_back({&file, line, rule, text, fix.empty() && row != nullptr ? row->remedy : fix});
+  all_.push_back({&file, line, rule, Printable(text), Printable(fix.empty() && row != nullptr ? row->remedy : fix)});
 }
 
 std::string Told(const std::string& text) {

@@ -265,16 +265,18 @@ class KeyCheck {
 
   /// Where the key is read, in words; "" where nobody knows it.
   std::string homeOf(const std::string& key) const {
+    std::string elsewhere;
     for (const KnownKey& known : KnownKeys()) {
       const bool isIt = EqualIgnoringCase(known.key, key) || (known.isNumbered && NumberOf(key, known.key) > 0);
       if (!isIt || known.section[0] == '*') continue;
-      if (role_.is(known.ini) && known.section[0] != '\0') return std::string("[") + known.section + "]";
-      if (role_.is(known.ini)) return "[" + role_.components.front()->name + "]";
-      if (!role_.components.empty()) continue;  // other tools may keep keys of their own beside a component's
-      if (known.ini == IniKind::Product) return std::string("[") + known.section + "] of the product ini";
-      if (known.ini == IniKind::Application) return std::string("[") + known.section + "] of the application ini";
+      if (role_.is(known.ini))
+        return std::string("[") + (known.section[0] == '\0' ? role_.components.front()->name : known.section) + "]";
+      // Other tools may keep keys of their own beside a component's.
+      if (!role_.components.empty() || !elsewhere.empty() || known.ini == IniKind::Component) continue;
+      const char* file = known.ini == IniKind::Product ? "product ini" : "application ini";
+      elsewhere = std::string("[") + known.section + "] of the " + file;
     }
-    return "";
+    return elsewhere;
   }
 
   void checkMissing() {

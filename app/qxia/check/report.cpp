@@ -17,6 +17,10 @@ std::string Plural(int count, const std::string& word) {
   return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
 }
 
+std::string Written(const Json& form) {
+  return form.dump(JsonIndent, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
 /// A path as a relative reference: what may not stand in one is written as %XX.
 std::string AsUri(const std::string& path) {
   constexpr std::string_view plain = "-._~/";
@@ -87,7 +91,7 @@ std::string AsJson(const Findings& findings) {
   const Json form = {{"format", 1},
                      {"findings", list},
                      {"counts", {{"error", counts.errors}, {"warning", counts.warnings}, {"note", counts.notes}}}};
-  return form.dump(JsonIndent) + "\n";
+  return Written(form);
 }
 
 std::string AsSarif(const Findings& findings, const std::string& version) {
@@ -103,7 +107,7 @@ std::string AsSarif(const Findings& findings, const std::string& version) {
   const Json run = {{"tool", {{"driver", driver}}}, {"columnKind", "utf16CodeUnits"}, {"results", results}};
   const Json log = {
       {"$schema", "https://json.schemastore.org/sarif-2.1.0.json"}, {"version", "2.1.0"}, {"runs", Json::array({run})}};
-  return log.dump(JsonIndent) + "\n";
+  return Written(log);
 }
 
 }  // namespace qxia::check

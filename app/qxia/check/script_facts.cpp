@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/paths.h"
+#include "base/record_keys.h"
 #include "base/text.h"
 
 namespace qxia::check {
@@ -50,23 +50,28 @@ std::string QuestionOf(const std::string& statement, bool isBatch) {
       if (IsWord(statement, word)) return word;
     return assistant::ContainsIgnoringCase(statement, "set /p") ? "set /p" : "";
   }
-  for (const char* word : {"MsgBox", "InputBox"})
+  for (const char* word : {"MsgBox", "InputBox", "WScript.Echo"})
     if (assistant::ContainsIgnoringCase(statement, word)) return word;
   return assistant::ContainsIgnoringCase(statement, ".Popup") ? "Popup" : "";
 }
 
 bool WritesReboot(const std::string& statement) {
-  return assistant::ContainsIgnoringCase(statement, "tarvel\\installation") &&
-         assistant::ContainsIgnoringCase(statement, "reboot");
+  const bool writes = assistant::ContainsIgnoringCase(statement, "RegWrite") ||
+                      assistant::ContainsIgnoringCase(statement, "reg add") ||
+                      assistant::ContainsIgnoringCase(statement, "reg.exe add");
+  return writes && assistant::ContainsIgnoringCase(statement, "reboot");
 }
 
 ScriptFacts LookIntoText(const std::string& text, bool isBatch) {
   ScriptFacts facts;
+  bool namesKey = false;
   for (const std::string& line : assistant::Split(text, '\n')) {
     const std::string statement = Statement(line);
     if (facts.question.empty()) facts.question = QuestionOf(statement, isBatch);
     facts.asksForRestart = facts.asksForRestart || WritesReboot(statement);
+    namesKey = namesKey || assistant::ContainsIgnoringCase(statement, assistant::InstallationKey);
   }
+  facts.asksForRestart = facts.asksForRestart && namesKey;
   return facts;
 }
 
