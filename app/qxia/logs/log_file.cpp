@@ -49,6 +49,19 @@ void TellBroken(const LogFile& file, std::vector<Problem>& problems) {
   }
 }
 
+Json RunToJson(const LogFile& file, const LoggedRun& run) {
+  return {{"file", file.path},
+          {"firstRow", run.firstRow},
+          {"product", ToJson(run.product)},
+          {"uninstall", run.direction == Direction::Uninstall},
+          {"outcome", OutcomeOf(run)},
+          {"complete", run.end == RunEnd::Complete},
+          {"restarts", run.restarts},
+          {"begin", run.firstTime},
+          {"end", run.lastTime},
+          {"components", ComponentsToJson(run)}};
+}
+
 }  // namespace
 
 LogFile ReadLogFile(const std::string& path, Keep keep, std::vector<Problem>& problems) {
@@ -93,6 +106,13 @@ Json ToJson(const std::vector<Problem>& problems) {
 
 std::string JsonText(const Json& json) {
   return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string LogsAsJson(const std::vector<LogFile>& files, const std::vector<Problem>& problems) {
+  Json runs = Json::array();
+  for (const LogFile& file : files)
+    for (const LoggedRun& run : file.log.runs) runs.push_back(RunToJson(file, run));
+  return JsonText({{"format", 1}, {"logs", runs}, {"problems", ToJson(problems)}});
 }
 
 std::string ShownTime(const std::string& time) {

@@ -33,6 +33,9 @@ nlohmann::json ToJson(const std::vector<Problem>& problems);
 /// The text of a JSON form. What no one could decode becomes U+FFFD.
 std::string JsonText(const nlohmann::json& json);
 
+/// The JSON form of `qxia log`.
+std::string LogsAsJson(const std::vector<LogFile>& files, const std::vector<Problem>& problems);
+
 /// "2006-03-05 14:03:27" for a time of the log.
 std::string ShownTime(const std::string& time);
 

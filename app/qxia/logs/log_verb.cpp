@@ -1,7 +1,6 @@
 #include "app/qxia/logs/log_verb.h"
 
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
 #include "app/qxia/logs/log_file.h"
 #include "app/qxia/logs/log_page.h"
@@ -14,28 +13,6 @@ namespace {
 using logs::LogFile;
 using logs::LoggedComponent;
 using logs::LoggedRun;
-using Json = nlohmann::json;
-
-Json RunToJson(const LogFile& file, const LoggedRun& run) {
-  return {{"file", file.path},
-          {"firstRow", run.firstRow},
-          {"product", ToJson(run.product)},
-          {"uninstall", run.direction == logs::Direction::Uninstall},
-          {"outcome", OutcomeOf(run)},
-          {"complete", run.end == logs::RunEnd::Complete},
-          {"restarts", run.restarts},
-          {"begin", run.firstTime},
-          {"end", run.lastTime},
-          {"components", ComponentsToJson(run)}};
-}
-
-void PrintJson(const std::vector<LogFile>& files, const std::vector<logs::Problem>& problems) {
-  Json runs = Json::array();
-  for (const LogFile& file : files)
-    for (const LoggedRun& run : file.log.runs) runs.push_back(RunToJson(file, run));
-  const Json all = {{"format", 1}, {"logs", runs}, {"problems", logs::ToJson(problems)}};
-  std::fputs(logs::JsonText(all).c_str(), stdout);
-}
 
 void PrintPackageLines(const LoggedRun& run) {
   for (const LoggedComponent& component : run.components) {
@@ -82,7 +59,11 @@ int ShowLogs(const Arguments& arguments) {
   const logs::Keep keep = page.empty() ? logs::Keep::Nothing : logs::Keep::Rows;
   for (const std::string& path : arguments.operands()) files.push_back(logs::ReadLogFile(path, keep, problems));
   if (!page.empty()) simulated::WriteHostFile(page, logs::LogPage(files));
-  arguments.has("--json") ? PrintJson(files, problems) : PrintText(files);
+  if (arguments.has("--json")) {
+    std::fputs(logs::LogsAsJson(files, problems).c_str(), stdout);
+  } else {
+    PrintText(files);
+  }
   for (const logs::Problem& problem : problems) std::fprintf(stderr, "qxia: %s\n", problem.text.c_str());
   return problems.empty() ? 0 : 1;
 }

@@ -94,7 +94,10 @@ std::optional<Row> ParseRow(std::string_view line, int number) {
   if (!kind) return std::nullopt;
   row.kind = *kind;
   row.text = line.substr(0, line.size() - RowEnd.size());
-  return row;
+  // A hole in the file joins the halves of two rows.
+  const bool isWhole =
+      row.text.find('\0') == std::string_view::npos && row.text.find(RowStart) == std::string_view::npos;
+  return isWhole ? std::optional(row) : std::nullopt;
 }
 
 std::optional<Row> Rows::next() {

@@ -142,8 +142,7 @@ void Turn::takeInstall(const Row& row) {
     if (processReturn_ == "Abort") decide(Outcome::Failed, row);
   } else if (text == "System check text file exists") {
     // Only what an exit code decides stands beside such a file.
-    const bool failed = codeIsFailure_ && (extension_ == "exe" || extension_ == "vbs");
-    decide(failed ? Outcome::Failed : Outcome::Installed, row);
+    decide(codeIsFailure_ && decidesByCode() ? Outcome::Failed : Outcome::Installed, row);
   } else if (const auto before = Behind(text, "A Component with this code is already installed")) {
     const std::string told = PlainText(*before);
     constexpr std::string_view version = "Version : ";
@@ -182,10 +181,16 @@ std::string Turn::errorTexts() const {
   return texts;
 }
 
+/// The program looks at the exit code of no other files, nor where an extension has capitals.
+bool Turn::decidesByCode() const {
+  return extension_ == "exe" || extension_ == "vbs";
+}
+
 std::string Turn::failureReason() const {
   if (std::string message = ReturnedMessage(verdict_.text); !message.empty()) return message;
   const bool isPackage = simulated::SameText(extension_, "msi");
-  const bool byCode = isPackage ? exitCode_ && *exitCode_ != 0 && !AsksForRestart(*exitCode_) : codeIsFailure_;
+  const bool byCode =
+      isPackage ? exitCode_ && *exitCode_ != 0 && !AsksForRestart(*exitCode_) : codeIsFailure_ && decidesByCode();
   if (byCode) return "Installation failed returning error " + std::to_string(*exitCode_);
   if (processReturn_ == "Fail" || processReturn_ == "Abort") return "reported \"" + processReturn_ + "\" itself";
   if (isPackage && exitCode_)

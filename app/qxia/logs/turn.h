@@ -45,6 +45,7 @@ class Turn {
   void takeUninstall(const Row& row);
   void takeExecuted(const Row& row);
   void decide(Outcome outcome, const Row& row, std::string reason = "");
+  bool decidesByCode() const;
   std::string failureReason() const;
   void judgeInstall(LoggedComponent& component, bool runEnded) const;
   void judgeUninstall(LoggedComponent& component, bool runEnded) const;
