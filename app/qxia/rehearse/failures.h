@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "app/qxia/rehearse/rows.h"
 #include "app/qxia/rehearse/component_record.h"
+#include "app/qxia/rehearse/rows.h"
 #include "app/qxia/result.h"
 
 namespace qxia {
