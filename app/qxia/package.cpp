@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <memory>
 
+#include "base/text.h"
+
 namespace qxia {
 namespace {
 
@@ -26,6 +28,7 @@ class Failure {
     g_clear_error(&error_);
     return &error_;
   }
+  bool isThere() const { return error_ != nullptr; }
 
  private:
   GError* error_ = nullptr;
@@ -44,11 +47,11 @@ void Silence() {
 
 Owned<LibmsiDatabase> Open(const std::string& path) {
   std::error_code ignored;
-  if (!std::filesystem::is_regular_file(path, ignored)) throw PackageError(path + ": is not there, or no file");
+  if (!std::filesystem::is_regular_file(path, ignored)) throw PackageError(path, "it is not there, or no file");
   Silence();
   Failure failure;
   Owned<LibmsiDatabase> database(libmsi_database_new(path.c_str(), LIBMSI_DB_FLAGS_READONLY, nullptr, failure.place()));
-  if (!database) throw PackageError(path + ": is no Windows Installer package that can be read");
+  if (!database) throw PackageError(path, "it is no Windows Installer package that can be read");
   return database;
 }
 
@@ -59,7 +62,7 @@ bool ForEachRow(LibmsiDatabase* database, const char* query, Use use) {
   const Owned<LibmsiQuery> rows(libmsi_query_new(database, query, failure.place()));
   if (!rows || !libmsi_query_execute(rows.get(), nullptr, failure.place())) return false;
   while (const Owned<LibmsiRecord> row{libmsi_query_fetch(rows.get(), failure.place())}) use(row.get());
-  return *failure.place() == nullptr;
+  return !failure.isThere();
 }
 
 /// The part of the summary's template before the semicolon: the platforms.
@@ -79,6 +82,12 @@ std::string Property(const MsiPackage& package, const char* name) {
 
 }  // namespace
 
+bool MsiPackage::isFor64Bit() const {
+  return assistant::StartsWithIgnoringCase(platforms, "x64") ||
+         assistant::StartsWithIgnoringCase(platforms, "Intel64") ||
+         assistant::StartsWithIgnoringCase(platforms, "AMD64");
+}
+
 MsiPackage ReadPackage(const std::string& hostPath) {
   const Owned<LibmsiDatabase> database = Open(hostPath);
   MsiPackage package;
@@ -86,11 +95,13 @@ MsiPackage ReadPackage(const std::string& hostPath) {
       ForEachRow(database.get(), "SELECT `Property`, `Value` FROM `Property`", [&](const LibmsiRecord* row) {
         package.properties[Taken(libmsi_record_get_string(row, 1))] = Taken(libmsi_record_get_string(row, 2));
       });
-  if (!read) throw PackageError(hostPath + ": its Property table cannot be read; the package is broken");
+  if (!read) throw PackageError(hostPath, "its Property table cannot be read");
   package.productName = Property(package, "ProductName");
   package.productVersion = Property(package, "ProductVersion");
   package.productCode = Property(package, "ProductCode");
+  if (package.productCode.empty()) throw PackageError(hostPath, "its Property table tells no ProductCode");
   package.platforms = ReadPlatforms(database.get());
+  package.asksForRestart = assistant::StartsWithIgnoringCase(Property(package, "REBOOT"), "F");
   ForEachRow(database.get(), "SELECT `Action` FROM `InstallExecuteSequence`", [&](const LibmsiRecord* row) {
     const std::string action = Taken(libmsi_record_get_string(row, 1));
     if (action == "ScheduleReboot" || action == "ForceReboot") package.asksForRestart = true;

@@ -21,7 +21,7 @@ void CheckKind(const ComponentFact& component, Findings& findings) {
 }
 
 void CheckPlatform(const ComponentFact& component, Findings& findings) {
-  if (!component.package || !component.package->isRead || !component.package->isFor64Bit) return;
+  if (!component.package || !component.package->isFor64Bit()) return;
   if ((AdmittedSystems(component) & ~SystemsWith64Bits()) == 0) return;
   findings.add(217, *component.ini, component.lineOf("Install"),
                "The package " + component.install + " is for 64-bit systems, and 32-bit systems are admitted.");
@@ -34,9 +34,9 @@ void CheckComponents(const MediaModel& media, Findings& findings) {
   for (const ComponentFact* component : media.components()) {
     if (component->section == nullptr) continue;
     CheckKind(*component, findings);
-    if (!component->isRun() || !component->package || !component->package->isRead) continue;
+    if (!component->isRun() || !component->package) continue;
     CheckPlatform(*component, findings);
-    const auto [first, isNew] = byCode.emplace(assistant::UpperCase(component->package->code), component);
+    const auto [first, isNew] = byCode.emplace(assistant::UpperCase(component->package->productCode), component);
     if (!isNew)
       findings.add(216, *component->ini, component->lineOf("Install"),
                    "The package " + component->install + " has the product code of component " + first->second->name +

@@ -57,6 +57,14 @@ void ReadFolder(const Disc& disc, ComponentFact& component, const std::string& i
   component.folder = given.empty() && !isRelative ? assistant::FolderPart(iniPath) : FolderOnDisc(disc, component.path);
 }
 
+void ReadPackageOf(ComponentFact& component) {
+  try {
+    component.package = ReadPackage(component.found.host);
+  } catch (const PackageError& broken) {
+    component.packageDefect = broken.reason();
+  }
+}
+
 void ReadFile(const Disc& disc, ComponentFact& component) {
   component.install = assistant::Given(component.value("Install"));
   if (component.install.empty()) return;
@@ -69,7 +77,7 @@ void ReadFile(const Disc& disc, ComponentFact& component) {
   if (!component.file) return;
   component.found = disc.files.look(*component.file);
   if (component.found.isFile() && assistant::IsPackage(assistant::KindByEnding(component.install)))
-    component.package = ReadPackage(component.found.host);
+    ReadPackageOf(component);
 }
 
 ConditionFact FactOf(const std::string& text, int line, bool isOlder) {

@@ -140,9 +140,8 @@ class ConditionCheck {
     bool allRead = true;
     const ComponentFact* later = nullptr;
     for (const ComponentFact* other : media_.components()) {
-      if (!other->package) continue;
-      allRead = allRead && other->package->isRead;
-      if (!EqualIgnoringCase(other->package->name, fact.condition.name)) continue;
+      allRead = allRead && other->packageDefect.empty();
+      if (!other->package || !EqualIgnoringCase(other->package->productName, fact.condition.name)) continue;
       isThere = true;
       later = other->place > component_.place ? other : nullptr;
     }
@@ -159,7 +158,7 @@ class ConditionCheck {
   void tellUnknownProduct(const ConditionFact& fact) {
     std::vector<std::string> names;
     for (const ComponentFact* other : media_.components())
-      if (other->package) names.push_back(other->package->name);
+      if (other->package) names.push_back(other->package->productName);
     const std::string nearest = NearestWord(fact.condition.name, names);
     tell(405, fact.line, "No package of the media is called " + fact.condition.name + ".",
          nearest.empty() ? "" : "If the product is one of these media, write " + nearest + ".");

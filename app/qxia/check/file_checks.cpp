@@ -150,9 +150,9 @@ void CheckComponentFiles(const ComponentFact& component, Findings& findings) {
   if (!CheckReference({*component.ini, line, component.install, component.found}, 201, "The component's file",
                       findings))
     return;
-  if (component.package && !component.package->isRead)
+  if (!component.packageDefect.empty())
     findings.add(209, *component.ini, line,
-                 "The package " + component.install + " cannot be read: " + component.package->failure + ".");
+                 "The package " + component.install + " cannot be read: " + component.packageDefect + ".");
   CheckTransform(component, findings);
 }
 

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "app/qxia/check/disc_files.h"
-#include "app/qxia/check/package_file.h"
 #include "app/qxia/check/source_ini.h"
 #include "app/qxia/media.h"
+#include "app/qxia/package.h"
 #include "env/shares.h"
 #include "exec/action_entry.h"
 #include "exec/condition_text.h"
@@ -46,8 +46,9 @@ struct ComponentFact {
   Found found;                          ///< what that leads to
   const assistant::FileKind* kind = nullptr;
   char copyCode = '\0';
-  std::optional<PackageFile> package;  ///< of a package that is there
-  bool isOlder = false;                ///< its conditions are in the older notation
+  std::optional<MsiPackage> package;  ///< of a package that is there and can be read
+  std::string packageDefect;          ///< why its package cannot be read; "" where it can be, or is none
+  bool isOlder = false;               ///< its conditions are in the older notation
   std::vector<ConditionFact> conditions;
 
   std::string value(const std::string& key, const std::string& otherwise = "") const;

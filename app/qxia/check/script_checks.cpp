@@ -40,7 +40,7 @@ void CheckComponent(const MediaModel& media, const ComponentFact& component, Fin
   const NamedFile file{*component.ini, component.lineOf("Install"), component.install};
   CheckScript(media, file, LookInto(component.found, component.install, component.value("CommandLine")), &component,
               findings);
-  if (component.package && component.package->restarts) TellRestart(media, file, &component, findings);
+  if (component.package && component.package->asksForRestart) TellRestart(media, file, &component, findings);
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ void CheckDelivered(const ComponentFact& component, Findings& findings) {
   const SourceIni& product = *component.disc->product;
   const std::string last = assistant::LastElement(component.path);
   const std::string ofFolder = assistant::IsVersionFolderName(assistant::LowerCase(last)) ? last : "";
-  const std::string ofPackage = component.package && component.package->isRead ? component.package->version : "";
+  const std::string ofPackage = component.package ? component.package->productVersion : "";
   const std::string& marked = component.entry.version;
   const std::string delivered = ofPackage.empty() ? ofFolder : ofPackage;
   if (!marked.empty() && !delivered.empty() && !Agree(marked, delivered))
@@ -55,9 +55,8 @@ void CheckDelivered(const ComponentFact& component, Findings& findings) {
 /// The version of the package that the condition asks for; "" where the media have none of that name.
 std::string PackageVersion(const MediaModel& media, const std::string& product) {
   for (const ComponentFact* component : media.components())
-    if (component->package && component->package->isRead &&
-        assistant::EqualIgnoringCase(component->package->name, product))
-      return component->package->version;
+    if (component->package && assistant::EqualIgnoringCase(component->package->productName, product))
+      return component->package->productVersion;
   return "";
 }
 
