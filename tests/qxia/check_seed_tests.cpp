@@ -65,6 +65,7 @@ const Seed OneDiscSeeds[] = {
     {207, App, "\\Packages", "\\Parts", App, "PackageRoot"},
     {207, App, "CDROM(\\Packages)", "REGISTRY", App, "PackageRoot"},
     {208, App, "CDROM(\\Packages)", "Packages", App, "PackageRoot"},
+    {220, App, "CDROM(\\Packages)", "CURRENT(Packages)", App, "PackageRoot"},
     {210, Extra, "german.mst", "french.mst", Extra, "Transform"},
     {212, Product, "Tools=", "More=\nTools=", Product, "More="},
     {213, Product, "Extra=", "tools=Extra\\extra.ini\nExtra=", Product, "tools="},

@@ -62,13 +62,23 @@ void CheckProductIni(const Disc& disc, Findings& findings) {
                  "The product ini", findings);
 }
 
-void CheckPackageRoot(const Disc& disc, Findings& findings) {
+/// Of several discs, another rule tells that the program's own folder is no root at all.
+bool HasIdlePath(const MediaModel& media, const std::string& root) {
+  if (assistant::IsFullPath(root) || media.discs.size() > 1) return false;
+  const assistant::CodedPath coded = assistant::TakeApartByLetters(root);
+  return coded.code == assistant::PathCode::Current && !coded.inner.empty();
+}
+
+void CheckPackageRoot(const MediaModel& media, const Disc& disc, Findings& findings) {
   const SourceIni& ini = *disc.application;
   const std::string given = ini.value("Product", "PackageRoot");
   if (assistant::IsNotGiven(given)) return;
   const int line = ini.lineOf("Product", "PackageRoot");
   if (!assistant::CanBeResolved(given))
     return findings.add(208, ini, line, "PackageRoot=" + given + " is neither a full path nor a coded path.");
+  if (HasIdlePath(media, given))
+    return findings.add(220, ini, line,
+                        "PackageRoot=" + given + " is the program's own folder: its path does not count.");
   if (!disc.packageRoot)
     return findings.add(207, ini, line,
                         "The folder of the packages, " + given + ", is not on the media: components were not checked.");
@@ -182,7 +192,7 @@ void CheckFiles(const MediaModel& media, Findings& findings) {
     if (disc.application == nullptr || disc.application->state() != SourceIni::State::Read) continue;
     // Further discs are told of by what they lack beside the first.
     if (&disc == &media.discs.front()) CheckProductIni(disc, findings);
-    CheckPackageRoot(disc, findings);
+    CheckPackageRoot(media, disc, findings);
     if (disc.product == nullptr) continue;
     CheckEntries(disc, findings);
     CheckActions(media, disc, findings);

@@ -97,7 +97,7 @@ constexpr Rule Rows[] = {
      "(disc2 without product.ini)", "(disc2\\product.ini)"},
     {705, Error, "PackageRoot=CURRENT on several discs",
      "The program runs from its local copy on the hard disk, so it finds no packages there.", "Write CDROM(...).",
-     "PackageRoot=CURRENT(Packages)", "PackageRoot=CDROM(\\Packages)"},
+     "PackageRoot=CURRENT", "PackageRoot=CDROM(\\Packages)"},
     {706, Warning, "CanUninstall on a disc that is not the last", "Only what the last disc's product ini says counts.",
      "Write it into the last disc's product ini.", "; first of two discs\n[Product]\nCanUninstall=true",
      "; last of two discs\n[Product]\nCanUninstall=true"},

@@ -19,7 +19,7 @@ Name=NAME
 ; The product's version. The product ini's [General] Version must be the same text.
 Version=1.0.0
 ; The folder with the packages: on the first CD-ROM drive that has it. A full path, such as C:\Media\Packages, or
-; CURRENT(Packages), below the program's own folder, would do as well.
+; CURRENT, the program's own folder, would do as well.
 PackageRoot=CDROM(\Packages)
 ; The product ini: PATH( ) means beside this file.
 ProductIni=PATH(product.ini)
