@@ -106,7 +106,8 @@ class Files : public FileReader {
   /// Closes the file whatever it returns; a failure tells that what was written may be lost.
   virtual Status close(FileHandle file) = 0;
 
-  /// Copies one file with its attributes; an existing file is replaced, unless it is read-only (AccessDenied).
+  /// Copies one file with its attributes; an existing file is replaced, unless it is read-only, hidden or a system file
+  /// (AccessDenied).
   virtual Status copyFile(const std::string& from, const std::string& to) = 0;
   /// Moves one file within its volume; an existing file is replaced, unless it is read-only (AccessDenied). Where the
   /// system can, at one stroke: at every moment there is the one or the other.
@@ -115,7 +116,7 @@ class Files : public FileReader {
   virtual Status deleteFile(const std::string& path) = 0;
   /// Creates one folder level. AlreadyExists, PathNotFound (parent missing).
   virtual Status createFolder(const std::string& path) = 0;
-  /// Deletes one empty folder. FolderNotEmpty.
+  /// Deletes one empty folder; a read-only one is refused (AccessDenied). FolderNotEmpty.
   virtual Status deleteFolder(const std::string& path) = 0;
 
   // Access lists. A folder's grants are passed on to what is made in it later; what is in it already keeps its own.

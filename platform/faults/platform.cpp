@@ -139,8 +139,10 @@ Status Files::write(FileHandle file, const std::string& bytes) {
 }
 
 Status Files::close(FileHandle file) {
+  const Status failed = faults_.read("files.close", paths_[file.value]);
   paths_.erase(file.value);
-  return ForwardingFiles::close(file);
+  const Status closed = ForwardingFiles::close(file);  // in any case
+  return failed == Status::Ok ? closed : failed;
 }
 
 Status Files::copyFile(const std::string& from, const std::string& to) {

@@ -23,6 +23,10 @@ constexpr unsigned WritableMode = S_IWUSR;
 constexpr unsigned ArchiveMode = S_IXUSR;
 constexpr unsigned SystemMode = S_IXGRP;
 constexpr unsigned HiddenMode = S_IXOTH;
+constexpr unsigned FolderMode = S_IRWXU | S_IRGRP | S_IXGRP | S_IROTH | S_IXOTH;
+constexpr unsigned ReadOnlyFolderMode = S_ISVTX;
+constexpr unsigned SystemFolderMode = S_ISGID;
+constexpr unsigned HiddenFolderMode = S_ISUID;
 
 /// How effects tell attributes: by the system's bits.
 unsigned ShownNumber(const Attributes& attributes) {
@@ -65,7 +69,14 @@ Attributes Files::attributesOf(const Place& place) {
   found.readOnly = !place.drive->writable;
   found.folder = place.folder;
   found.link = place.link;
-  if (place.folder || !place.drive->writable) return found;
+  if (!place.drive->writable) return found;
+  if (place.link) return found;
+  if (place.folder) {
+    found.readOnly = (place.mode & ReadOnlyFolderMode) != 0;
+    found.system = (place.mode & SystemFolderMode) != 0;
+    found.hidden = (place.mode & HiddenFolderMode) != 0;
+    return found;
+  }
   found.readOnly = (place.mode & WritableMode) == 0;
   found.archive = (place.mode & ArchiveMode) != 0;
   found.system = (place.mode & SystemMode) != 0;
@@ -74,11 +85,12 @@ Attributes Files::attributesOf(const Place& place) {
 }
 
 void Files::mark(const std::string& host, const Attributes& attributes) {
-  unsigned mode = S_IRUSR | S_IRGRP | S_IROTH;
-  if (!attributes.readOnly) mode |= WritableMode;
-  if (attributes.archive) mode |= ArchiveMode;
-  if (attributes.system) mode |= SystemMode;
-  if (attributes.hidden) mode |= HiddenMode;
+  unsigned mode = attributes.folder ? FolderMode : S_IRUSR | S_IRGRP | S_IROTH;
+  if (attributes.folder && attributes.readOnly) mode |= ReadOnlyFolderMode;
+  if (!attributes.folder && !attributes.readOnly) mode |= WritableMode;
+  if (!attributes.folder && attributes.archive) mode |= ArchiveMode;
+  if (attributes.system) mode |= attributes.folder ? SystemFolderMode : SystemMode;
+  if (attributes.hidden) mode |= attributes.folder ? HiddenFolderMode : HiddenMode;
   if (chmod(host.c_str(), mode) != 0) Refuse(host + ": the host refuses its attributes");
 }
 
@@ -92,7 +104,9 @@ Status Files::setAttributes(const std::string& path, const Attributes& attribute
   const Place place = locate(path);
   if (place.status != Status::Ok) return place.status;
   if (!place.drive->writable) return Status::AccessDenied;
-  if (!place.folder) mark(place.host, attributes);
+  Attributes marked = attributes;
+  marked.folder = place.folder;
+  if (!place.link) mark(place.host, marked);
   journal_.record("file attributes " + fullPath(path) + " = " + std::to_string(ShownNumber(attributes)));
   return Status::Ok;
 }
@@ -204,6 +218,8 @@ Status Files::copyFile(const std::string& from, const std::string& to) {
   if (source.folder) return Status::AccessDenied;
   const Place target = locate(to);
   if (const Status s = mayReplace(target); s != Status::Ok) return s;
+  const Attributes replaced = target.status == Status::Ok ? attributesOf(target) : Attributes();
+  if (replaced.hidden || replaced.system) return Status::AccessDenied;
   if (source.host == target.host) return Status::SharingViolation;
   if (source.size > target.drive->free + target.size) return Status::DiskFull;
   WriteHostFile(target.host, ReadHostFile(source.host));
@@ -259,7 +275,8 @@ Status Files::deleteFolder(const std::string& path) {
   const Place place = locate(path);
   if (place.status != Status::Ok) return place.status;
   if (!place.folder) return Status::FolderNameInvalid;
-  if (!place.drive->writable || place.host == place.drive->folder || !mayChange(place)) return Status::AccessDenied;
+  if (attributesOf(place).readOnly || place.host == place.drive->folder || !mayChange(place))
+    return Status::AccessDenied;
   const int deleted = place.link ? unlink(place.host.c_str()) : rmdir(place.host.c_str());
   if (deleted != 0) return Status::FolderNotEmpty;
   lists_.forget(place.path);

@@ -1,6 +1,8 @@
 // Simulated drives and files. Every drive is a host folder; Windows paths map to it without regard to letter case.
 // Attributes live in the mode bits of the host files: no write bit of the owner is read-only, the execute bits of
-// owner, group and others are archive, system and hidden. On a drive that cannot be written everything is read-only.
+// owner, group and others are archive, system and hidden. Of a folder, which needs those bits, the sticky bit and those
+// of the set group and user are read-only, system and hidden. On a drive that cannot be written everything is
+// read-only.
 #pragma once
 
 #include <cstdint>

@@ -69,6 +69,11 @@ void Screen::destroy() {
 void Screen::setText(Control control, const std::string& text) {
   texts_[control] = text;
   shown_[control].push_back(text);
+  if (const auto pressed = whenShown_.find(text); pressed != whenShown_.end()) {
+    journal_.record(std::string("person: ") + EventNames[static_cast<int>(pressed->second)]);
+    queued_.push_back(pressed->second);
+    whenShown_.erase(pressed);
+  }
 }
 
 std::string Screen::text(Control control) {
@@ -88,7 +93,13 @@ int Screen::statusTextHeight(const std::string& text) {
   return LineHeight * (1 + static_cast<int>(std::count(text.begin(), text.end(), '\n')));
 }
 
+void Screen::deliver() {
+  pumped_.insert(pumped_.end(), queued_.begin(), queued_.end());
+  queued_.clear();
+}
+
 void Screen::pumpMessages() {
+  deliver();
   ++pumps_;
   while (!pumpActions_.empty() && pumpActions_.begin()->first <= pumps_) {
     const std::function<void()> action = std::move(pumpActions_.begin()->second);
@@ -112,6 +123,7 @@ std::optional<WindowEvent> Screen::takeEvent() {
 }
 
 WindowEvent Screen::waitForEvent() {
+  deliver();
   if (const std::optional<WindowEvent> event = takeEvent()) return *event;
   if (events_.empty()) {
     journal_.unscripted.push_back("the program waits for a person to use the main window, and nothing is scripted");
@@ -274,6 +286,7 @@ std::vector<std::string> Screen::unused() const {
   for (const platform::DiskEvent event : diskEvents_)
     all.push_back(std::string("press in the disk window: ") + DiskEventNames[static_cast<int>(event)]);
   for (const WindowEvent event : events_) all.push_back(std::string("press ") + EventNames[static_cast<int>(event)]);
+  for (const auto& [text, event] : whenShown_) all.push_back("press while \"" + text + "\" is shown");
   return all;
 }
 
@@ -289,6 +302,7 @@ void Screen::clear() {
   enabled_.clear();
   trayTip_.clear();
   pumped_.clear();
+  queued_.clear();
   objects_ = false;
   whenSessionEnds_ = nullptr;
 }

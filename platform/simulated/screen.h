@@ -95,6 +95,8 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
   void pressInDiskWindow(platform::DiskEvent event) { diskEvents_.push_back(event); }
   /// What a person does with the window at the n-th pump of messages from now, while the program is at work.
   void pressAtPump(int count, platform::WindowEvent event);
+  /// The same while the main window shows this text: nothing is seen of it before the next pump or wait.
+  void pressWhenShown(const std::string& text, platform::WindowEvent event) { whenShown_.emplace(text, event); }
   /// Something that happens at the n-th pump of messages from now, such as a person pulling out a disc.
   void atPump(int count, std::function<void()> action);
   /// A log-off: the program is asked, and when it does not object, the session ends. False when it objects.
@@ -129,6 +131,8 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
     std::string caption;
   };
 
+  void deliver();
+
   Journal& journal_;
   std::map<std::uintptr_t, Window> windows_;
   std::uintptr_t nextWindow_ = 2;  ///< 1 is the main window
@@ -148,6 +152,8 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
   std::deque<platform::DiskEvent> diskEvents_;
   std::deque<platform::WindowEvent> events_;
   std::deque<platform::WindowEvent> pumped_;
+  std::deque<platform::WindowEvent> queued_;
+  std::multimap<std::string, platform::WindowEvent> whenShown_;
   std::multimap<int, std::function<void()>> pumpActions_;
   int pumps_ = 0;
   bool objects_ = false;

@@ -45,10 +45,14 @@ Status OpenAs(const std::string& path, DWORD access, DWORD share, DWORD creation
   return file ? Status::Ok : LastStatus();
 }
 
-// Some file systems and servers let an administrator override the attribute; the port promises a refusal.
-bool IsReadOnly(const std::string& path) {
+// Some file systems and servers let an administrator override an attribute; the port promises a refusal.
+bool HasAny(const std::string& path, DWORD guarding) {
   DWORD bits = GetFileAttributesA(path.c_str());
-  return bits != INVALID_FILE_ATTRIBUTES && (bits & FILE_ATTRIBUTE_READONLY) != 0;
+  return bits != INVALID_FILE_ATTRIBUTES && (bits & guarding) != 0;
+}
+
+bool IsReadOnly(const std::string& path) {
+  return HasAny(path, FILE_ATTRIBUTE_READONLY);
 }
 
 Status OpenForOutput(const std::string& path, FileHandle& file) {
@@ -218,7 +222,7 @@ Status FilesAdapter::close(FileHandle file) {
 
 Status FilesAdapter::copyFile(const std::string& from, const std::string& to) {
   QuietErrors quiet;
-  if (IsReadOnly(to)) return Status::AccessDenied;
+  if (HasAny(to, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) return Status::AccessDenied;
   return StatusOf(CopyFileA(from.c_str(), to.c_str(), FALSE));
 }
 
@@ -240,6 +244,7 @@ Status FilesAdapter::createFolder(const std::string& path) {
 
 Status FilesAdapter::deleteFolder(const std::string& path) {
   QuietErrors quiet;
+  if (IsReadOnly(path)) return Status::AccessDenied;
   return StatusOf(RemoveDirectoryA(path.c_str()));
 }
 

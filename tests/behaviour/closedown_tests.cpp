@@ -60,7 +60,9 @@ TEST_F(Closedown, EveryRun_ResetsItsValuesAndKeepsVersionAndDate) {
 }
 
 TEST_F(Closedown, NoProductKnown_MakesNoRecordOfOne) {
+  rig.set(InstallationRecord, "Current Product Version", "2.0.0");
   EXPECT_EQ(rig.run("/s /is=C:\\nowhere.ini"), 1);
+  EXPECT_EQ(rig.value(InstallationRecord, "Current Product Version"), "2.0.0") << "of the product that is installed";
   EXPECT_FALSE(rig.hasValue(ProductsRecord, "Install Date"));
   EXPECT_FALSE(rig.hasValue(ProductsRecord, "LastSequence"));
   EXPECT_TRUE(rig.machine().registry().keys(std::string("HKLM\\") + ProductsRecord).empty());

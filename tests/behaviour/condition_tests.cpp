@@ -98,6 +98,7 @@ constexpr Case Current[] = {
     {"Condition1=Alpha Tools>=1.10.0\n", nullptr},
     {"Condition1=Alpha Tools=>1.10.1\n", "Condition 1.10.0 => 1.10.1  not satisfied."},
     {"Condition1=Beta>=V2.0.1\n", nullptr},
+    {"Condition1=Beta>V2.0.0\n", nullptr},
     {"Condition1=Missing>=v2.0.1\n", "Condition v0.0.0.0 >= v2.0.1  not satisfied."},
     {"Condition1=Missing<1.0\n", nullptr},
     {"Condition1=Missing=v0.0.0.0\n", nullptr},

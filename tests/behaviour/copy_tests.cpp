@@ -119,7 +119,8 @@ TEST(Copy, VersionsBesideTheTarget_AreComparedAndCleared) {
     rig.tolerateUnused();
     for (const std::string& name : Words(row.before)) {
       rig.file("C:\\QX\\Root\\T\\" + name + "\\old.txt", "old");
-      rig.machine().files().setAttributes("C:\\QX\\Root\\T\\" + name + "\\old.txt", {.readOnly = true});
+      for (const char* guarded : {"\\old.txt", ""})
+        rig.machine().files().setAttributes("C:\\QX\\Root\\T\\" + name + guarded, {.readOnly = true, .hidden = true});
     }
     Media media(rig);
     ToolsIn(rig, media, row.path, row.lines);

@@ -1,5 +1,6 @@
 // The local copy of the program: who needs it, how a new one takes the place of an old one, and how it is started.
 
+#include "base/text.h"
 #include "tests/support/discs.h"
 
 namespace {
@@ -92,7 +93,15 @@ TEST_F(LocalCopy, CopyThatTheMarkLetsPass_HoldsThePlaceAllTheSame) {
   EXPECT_TRUE(rig.machine().machine().holdsPlace());
 }
 
-TEST_F(LocalCopy, UninstallInAnotherLetterCase_IsTheLocalInstance) {
+TEST_F(LocalCopy, StartedInAnotherLetterCase_IsTheLocalInstanceAndRemovesItself) {
+  rig.set(ProductsRecord, "QXIALocalInstall", "1");
+  rig.machine().machine().setProgram("c:\\" + assistant::UpperCase(std::string(LocalProgram).substr(3)), "");
+  rig.program("AT ", simulated::Match::Prefix);
+  EXPECT_EQ(media.program("Tools").install(), 0);
+  EXPECT_EQ(rig.effects("run hidden AT ").size(), 1U);
+}
+
+TEST_F(LocalCopy, UninstallInAnotherLetterCase_IsTheSame) {
   EXPECT_EQ(Removable(media).install(), 0);
   Remover(rig, "C:\\Tools\\remove.exe");
   rig.set(ProductsRecord, "QXIALocalInstall", "1");

@@ -179,6 +179,15 @@ TEST_F(LogTest, Entry_ThatCannotBeWritten_GoesToABoxAndTheEventLog) {
   }
 }
 
+TEST_F(LogTest, Entry_ThatIsLostWhenTheFileIsClosed_GoesThereToo) {
+  faults::Platform faulty(rig.machine());
+  faulty.faults().fail("files.close", "T.html", platform::Status::DiskFull);
+  clsAppLog failing(faulty, "T", "C:\\QX");
+  failing.beSilent(true);
+  failing.log("Main", 12, "started");
+  ExpectRecords(rig.effects("event log"), "112 Description : Disk full");
+}
+
 TEST_F(LogTest, Entry_ThatCannotBeWrittenOnASilentRun_ShowsNoBox) {
   log.beSilent(true);
   log.logFilename("D:\\T.html");

@@ -194,6 +194,19 @@ TEST(MultiDisk, MachineTypeOfAnEarlierDisc_HoldsWhereALaterOneNamesNone) {
   }
 }
 
+TEST(MultiDisk, RoomOnTheDrives_IsLookedAtAgainForTheSecondDisc) {
+  Rig rig;
+  Discs discs(rig);
+  discs.write("DISC2", "", {"Two"}, "Cost=0,C:=1000,\n");
+  discs.write("DISC1", "NextVolumeName=DISC2\n", {"One"}, "Cost=0,C:=1000,\n");
+  discs.declare("One", {.also = [&] { rig.machine().files().setFree('C', 500 * 1024); }});
+  rig.program("AT ", simulated::Match::Prefix);
+  discs.changeAt(DiscPrompt, "DISC2");
+  EXPECT_EQ(discs.installLocally(), 1);
+  EXPECT_EQ(discs.ran(), Names{"One"});
+  EXPECT_TRUE(Logged(rig, "Not enough disk space on C:"));
+}
+
 TEST(MultiDisk, SharesOfTheFirstDisc_AreNotCarriedToTheSecond) {
   Rig rig;
   rig.tolerateUnused();

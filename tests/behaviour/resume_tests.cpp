@@ -105,6 +105,7 @@ struct Obstacle {
 
 constexpr Obstacle Obstacles[] = {
     {"files.openForWriting", ".vbs", "Source: CreateAutoRun Error No = 5"},
+    {"files.close", ".vbs", "Source: CreateAutoRun Error No = 5"},
     {"registry.setValue", "Products\\Rebooted", "Could not write to registry key: HKLM\\Software\\Tarvel\\Installat"},
 };
 

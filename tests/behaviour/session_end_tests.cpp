@@ -185,6 +185,14 @@ TEST_F(EndOfRun, CloseButtonAtAnyMomentOfPreparation_NeverCancelsUnasked) {
   EXPECT_GT(asked, 0) << "no click came while the program was at work";
 }
 
+TEST_F(EndOfRun, CloseButtonBehindTheLastLookOfPreparation_CancelsNothing) {
+  media.program("Tools");
+  rig.machine().screen().pressWhenShown("Ready to begin Install", WindowEvent::Close);
+  rig.press({WindowEvent::Continue, WindowEvent::Continue});
+  EXPECT_EQ(media.install(""), 0);
+  EXPECT_EQ(RanComponents(rig), Names{"Tools"});
+}
+
 TEST_F(EndOfRun, ConfirmedInTheForcedPasses_LeavesTheOtherRemovalsTheDeletesAndTheRestart) {
   media.product["ForceUninstallReboot"] = "True";
   media.productIni +=

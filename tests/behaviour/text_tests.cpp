@@ -79,6 +79,7 @@ TEST(Text, Quotes_ThatEncloseAPathWhole_AreDropped) {
       {"\"C:\\a b\"  ", "C:\\a b"},
       {"C:\\a b  ", "C:\\a b"},
       {"\"C:\\a b", "\"C:\\a b"},
+      {"\"\"", ""},
       {"\"", "\""},
       {"", ""},
   };

@@ -58,6 +58,14 @@ TEST_F(Uninstalling, WhatFailed_StaysRecordedAndASecondUninstallFinishes) {
   EXPECT_FALSE(rig.hasKey(ProductRecord));
 }
 
+TEST_F(Uninstalling, RemovalThatFailed_IsNotDoneWhenItsProgramVanishes) {
+  media.program("Tools", {}, RemovesWith("C:\\Tools\\tools.exe")).install();
+  Remover(rig, "C:\\Tools\\tools.exe", {.exitCode = 7, .deletedFiles = {"C:\\Tools\\tools.exe"}});
+  for (int times = 0; times < 2; ++times) EXPECT_EQ(Uninstall(rig), 1);
+  EXPECT_TRUE(UninstallLogged(rig, "There is no program that \"C:\\Tools\\tools.exe"));
+  EXPECT_TRUE(rig.hasKey(ProductRecord));
+}
+
 TEST_F(Uninstalling, ComponentRemovedByAnUninstallThatFailedElsewhere_HasOneUserLess) {
   rig.tolerateUnused();
   media.package("Core", "1.2").program("Tools", {}, RemovesWith("C:\\Tools\\tools.exe")).install();

@@ -74,6 +74,39 @@ TEST_F(Files, ReadOnlyFile_WrittenOrReplaced_IsRefused) {
   EXPECT_EQ(content("fixed.txt"), "new");
 }
 
+TEST_F(Files, HiddenOrSystemFile_IsReplacedByNoCopyButDeleted) {
+  write("other.txt", "new");
+  for (const Attributes& guarding : {Attributes{.hidden = true}, Attributes{.system = true}}) {
+    write("guarded.txt", "old");
+    ASSERT_EQ(files().setAttributes(path("guarded.txt"), guarding), Status::Ok);
+    EXPECT_EQ(files().copyFile(path("other.txt"), path("guarded.txt")), Status::AccessDenied);
+    EXPECT_EQ(content("guarded.txt"), "old");
+    EXPECT_EQ(files().deleteFile(path("guarded.txt")), Status::Ok);
+  }
+}
+
+TEST_F(Files, FolderWithAttributes_IsListedAndDeletedUnlessItIsReadOnly) {
+  for (const Attributes& wanted :
+       {Attributes{}, Attributes{.hidden = true}, Attributes{.system = true}, Attributes{.readOnly = true}}) {
+    ASSERT_EQ(files().createFolder(path("folder")), Status::Ok);
+    write("folder\\file.txt", "text");
+    ASSERT_EQ(files().setAttributes(path("folder\\file.txt"), {.hidden = true, .system = true}), Status::Ok);
+    ASSERT_EQ(files().setAttributes(path("folder"), wanted), Status::Ok);
+    std::vector<platform::FolderEntry> entries;
+    EXPECT_EQ(files().list(path("folder"), entries), Status::Ok);
+    EXPECT_EQ(entries.size(), 1U);
+    EXPECT_EQ(files().deleteFile(path("folder\\file.txt")), Status::Ok);
+    Attributes found;
+    ASSERT_EQ(files().attributes(path("folder"), found), Status::Ok);
+    EXPECT_EQ(found.hidden, wanted.hidden);
+    EXPECT_EQ(found.system, wanted.system);
+    // Wine keeps no folder read-only.
+    EXPECT_EQ(files().deleteFolder(path("folder")), found.readOnly ? Status::AccessDenied : Status::Ok);
+    ASSERT_EQ(files().setAttributes(path("folder"), {}), found.readOnly ? Status::Ok : Status::FileNotFound);
+    EXPECT_EQ(files().deleteFolder(path("folder")), found.readOnly ? Status::Ok : Status::FileNotFound);
+  }
+}
+
 TEST_F(Files, CopyFile_CarriesBytesAndReadOnlyAttribute) {
   write("source.txt", std::string("a\0b", 3));
   ASSERT_EQ(files().setAttributes(path("source.txt"), {.readOnly = true}), Status::Ok);
