@@ -9,6 +9,7 @@
 #include "core/exit_codes.h"
 #include "env/add_remove_programs.h"
 #include "env/auto_login.h"
+#include "env/auto_run.h"
 #include "env/drive_mapping.h"
 #include "env/local_copy.h"
 #include "env/reboot.h"
@@ -70,6 +71,12 @@ void ResetStartForUser(const Run& run, const Procedure& here) {
   modRegistry::WriteOrTell(run.services, here, RunKey, Title, {"", platform::ValueType::Text, user});
 }
 
+/// What a resumed run could not delete, or a power cut left behind, would start the program at every logon.
+void RemoveStartScript(const Run& run) {
+  if (IsResumeRecorded(run.record()) || modAutoRun::ForgetAutoRun(run.services)) return;
+  run.services.refusals.add("The script that starts the program at the logon could not be deleted");
+}
+
 /// While a restart is pending, the logon behind it is still wanted.
 void SwitchAutoLoginOff(const Run& run) {
   const ProductRecord record = run.record();
@@ -129,6 +136,7 @@ Closing Closedown(const Run& run) {
   here.guard([&] { ResetStart(run, here); });
   here.guard([&] { ResetStartForUser(run, here); });
   here.guard([&] { record.writeOrTell(here, Value::Reboot, ""); });
+  here.guard([&] { RemoveStartScript(run); });
   here.guard([&] { SwitchAutoLoginOff(run); });
   here.guard([&] { RemoveLocalProgram(run, here); });
   here.guard([&] { ForgetCleanUp(run); });

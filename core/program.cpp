@@ -82,11 +82,19 @@ Closing CloseDown(Run& run) {
   return Closedown(run);
 }
 
+/// The end was told before this run closed down.
+void ShowRefusal(Run& run) {
+  const Procedure here(run.services.log, "Closedown");
+  here.tell(here.failure(run.services.refusals.first()), Shown::UnlessSilent);
+}
+
 int CloseAndLeave(Run& run) {
   run.machine.mainWindow().objectToSessionEnd(true);
+  const bool wasRefused = run.services.refusals.any();
   const Closing closing = CloseDown(run);
+  if (!wasRefused && run.services.refusals.any()) ShowRefusal(run);
   run.machine.mainWindow().whenSessionEnds({});
-  if (closing.restart) Reboot(run.services, run.record(), run.product.name, Restart::Final);
+  if (closing.restart) Reboot(run.services, run.record(), Restart::Final);
   return closing.exitCode;
 }
 
@@ -97,13 +105,21 @@ int EndInstall(Run& run) {
   return CloseAndLeave(run);
 }
 
+/// A run that could not go on behind the restart ends here: it would begin again, or never close down.
+int EndWithoutRestart(Run& run) {
+  SetProductResult(run, false, "The restart could not be recorded, so the machine was not restarted");
+  ShowEnd(run);
+  return EndInstall(run);
+}
+
 int LeaveForRestart(Run& run) {
   CountRefusals(run);
+  if (!RecordResume(run.services, run.record(), run.product.name)) return EndWithoutRestart(run);
   // The restart ends the session, and what is to be gone on with must not be closed down then.
   run.machine.mainWindow().whenSessionEnds({});
+  // A script without the record would start a run from the beginning, a record without the script waits for a person.
   modAutoRun::CreateAutoRun(run.services, run.program.folder, run.state.restartArguments);
-  Reboot(run.services, run.record(), run.product.name, Restart::ToGoOn);
-  return ExitCode::Succeeded;
+  return Reboot(run.services, run.record(), Restart::ToGoOn) ? ExitCode::Succeeded : ExitCode::Failed;
 }
 
 int EndEarly(Run& run, const RunStops& stop) {

@@ -113,9 +113,10 @@ void StartFromReboot(Run& run) {
   RequireProductIni(run, here);
   RequirePackageRoot(run, here);
   RestoreProduct(run);
-  // Until here, a power cut lets the next logon try the same again.
-  TakeUpResume(here, run.record());
+  // Until here, a power cut lets the next logon try the same again. The script without the record would start a run
+  // from the beginning, and from whatever disc is in the drive.
   modAutoRun::DestroyAutoRun(run.services);
+  TakeUpResume(here, run.record());
   run.product.shares = ValidateShares(run);
   MarkApplyingShares(run);
   CheckConfiguration(run);

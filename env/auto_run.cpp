@@ -116,9 +116,14 @@ bool DestroyAutoRun(const Services& services) {
       Shown::UnlessSilent);
 }
 
-void ForgetAutoRun(const Services& services) {
+bool ForgetAutoRun(const Services& services) {
   const Procedure here(services.log, "DestroyAutoRun");
-  here.guard([&] { Delete(services, Scripts(services)); }, Shown::UnlessSilent);
+  return here.guard(
+      [&] {
+        Delete(services, Scripts(services));
+        return true;
+      },
+      Shown::UnlessSilent);
 }
 
 }  // namespace assistant::modAutoRun

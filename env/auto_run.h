@@ -16,7 +16,7 @@ bool CreateAutoRun(const Services& services, const std::string& programFolder, c
 /// except on a silent run.
 bool DestroyAutoRun(const Services& services);
 
-/// Deletes a script that was left behind; none is no failure.
-void ForgetAutoRun(const Services& services);
+/// Deletes a script that was left behind; none is no failure. False after a failure, which is told the same way.
+bool ForgetAutoRun(const Services& services);
 
 }  // namespace assistant::modAutoRun

@@ -1,26 +1,38 @@
 #include "env/reboot.h"
 
+#include "base/error_texts.h"
 #include "base/text.h"
 #include "env/auto_run.h"
 #include "exec/captions.h"
 
 namespace assistant {
 
-void Reboot(const Services& services, const ProductRecord& record, const std::string& product, Restart restart) {
+bool RecordResume(const Services& services, const ProductRecord& record, const std::string& product) {
+  const Procedure here(services.log, "Reboot");
+  return here.guard([&] {
+    record.writeOrRaise(here, Value::RunProduct, product);
+    record.writeOrRaise(here, Value::Reboot, "");
+    record.writeOrRaise(here, Value::Rebooted, TrueOrFalse(true));
+    return true;
+  });
+}
+
+bool Reboot(const Services& services, const ProductRecord& record, Restart restart) {
   const Procedure here(services.log, "Reboot");
   platform::MainWindow& window = services.machine.mainWindow();
-  here.guard([&] {
-    if (restart == Restart::ToGoOn) record.writeOrTell(here, Value::RunProduct, product);
+  return here.guard([&] {
     if (restart == Restart::ToGoOn) AnnounceRestart(services.log);
     services.window.statusLine(modLanguage::Text(modLanguage::Caption::Rebooting));
     window.setBusyCursor(true);
-    record.writeOrTell(here, Value::Reboot, "");
-    if (restart == Restart::ToGoOn) record.writeOrTell(here, Value::Rebooted, TrueOrFalse(true));
+    if (restart == Restart::Final) record.writeOrTell(here, Value::Reboot, "");
     AdjustToken(services.machine.power());
     window.setBusyCursor(false);
     window.objectToSessionEnd(false);  // the restart is not to be refused by the program itself
-    services.machine.power().restartByForce();
+    const platform::Status ordered = services.machine.power().restartByForce();
     window.pumpMessages();
+    if (ordered == platform::Status::Ok) return true;
+    throw here.failure(ordered, "The machine could not be restarted: " + modErrorBase::SystemErrorText(ordered) +
+                                    ". Restart it by hand.");
   });
 }
 

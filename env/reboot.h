@@ -14,9 +14,13 @@ enum class Restart {
   Final,   ///< the closing restart of a run
 };
 
-/// Orders the restart of the machine, by force. Failures of the restart itself are not looked at: the next start finds
-/// the run as it is. `record` is that of the product in work, named `product`.
-void Reboot(const Services& services, const ProductRecord& record, const std::string& product, Restart restart);
+/// Records that the run of the product goes on at the next start. False when that is refused, which is told: a restart
+/// would lead nowhere then, or to a run from the beginning.
+bool RecordResume(const Services& services, const ProductRecord& record, const std::string& product);
+
+/// Orders the restart of the machine, by force. False when the machine refuses, which is told: the next start finds the
+/// run as it is.
+bool Reboot(const Services& services, const ProductRecord& record, Restart restart);
 
 /// The row that a restart begins with. That of a closing restart is written before the log is closed.
 void AnnounceRestart(clsAppLog& log);

@@ -101,21 +101,27 @@ struct Obstacle {
   const char* operation;
   const char* target;
   const char* told;
+  bool restarts;
 };
 
 constexpr Obstacle Obstacles[] = {
-    {"files.openForWriting", ".vbs", "Source: CreateAutoRun Error No = 5"},
-    {"files.close", ".vbs", "Source: CreateAutoRun Error No = 5"},
-    {"registry.setValue", "Products\\Rebooted", "Could not write to registry key: HKLM\\Software\\Tarvel\\Installat"},
+    {"files.openForWriting", ".vbs", "Source: CreateAutoRun Error No = 5", true},
+    {"files.close", ".vbs", "Source: CreateAutoRun Error No = 5", true},
+    {"registry.setValue", "Products\\Rebooted", "Could not write to registry key: HKLM\\Software\\Tarvel\\Installat",
+     false},
 };
 
-TEST_F(Resuming, ObstacleBeforeTheRestart_IsToldAndTheMachineRestartsAllTheSame) {
+TEST_F(Resuming, ObstacleBeforeTheRestart_IsToldAndARestartThatLeadsNowhereIsNotMade) {
   for (const Obstacle& row : Obstacles) {
     fresh();
-    media.program("A", RequestsReboot("immediate")).write();
-    EXPECT_EQ(rig.runFailing(row.operation, row.target, platform::Status::AccessDenied, Media::arguments("/s")), 0);
-    EXPECT_TRUE(rig.machine().restartRequested()) << row.told;
+    rig.tolerateUnused();
+    media.program("A", RequestsReboot("immediate")).program("B").write();
+    const int exitCode =
+        rig.runFailing(row.operation, row.target, platform::Status::AccessDenied, Media::arguments("/s"));
+    EXPECT_EQ(exitCode, row.restarts ? 0 : 1) << row.told;
+    EXPECT_EQ(rig.machine().restartRequested(), row.restarts) << row.told;
     EXPECT_EQ(RanComponents(rig), Names{"A"}) << row.told;
+    EXPECT_FALSE(rig.exists(Script(rig))) << row.told;
     EXPECT_TRUE(Logged(rig, row.told));
   }
 }
@@ -130,7 +136,8 @@ TEST_F(Resuming, EnvironmentWithoutProfile_IsToldInABoxWithItsRemedy) {
 
 TEST_F(Resuming, RestartThatDoesNotHappen_IsMadeGoodByTheNextStart) {
   media.program("A", RequestsReboot("immediate")).program("B").write();
-  EXPECT_EQ(rig.runFailing("power.exitWindows", "", platform::Status::AccessDenied, Media::arguments("/s")), 0);
+  EXPECT_EQ(rig.runFailing("power.exitWindows", "", platform::Status::AccessDenied, Media::arguments("/s")), 1);
+  EXPECT_TRUE(Logged(rig, "The machine could not be restarted: "));
   EXPECT_FALSE(rig.machine().restartRequested());
   EXPECT_TRUE(rig.exists(rig.startupScript()));
   EXPECT_EQ(rig.run(Media::arguments("/s")), 0);
