@@ -88,6 +88,8 @@ void WipeProductRecord(const Run& run, const Procedure& here) {
     kept.emplace_back(value, asTrue ? TrueOrFalse(true) : record.read(*value));
   }
   modRegistry::DeleteIfThere(run.services, record.key());
+  // What stays of it would count as this run's: components of the old record would be installed.
+  if (record.exists()) throw here.failure(6166, {"HKLM\\" + record.key()});
   for (const auto& [value, text] : kept) {
     if (value->overWipe == OverWipe::KeptAsTrue) here.action("Recreating " + std::string(value->name) + " value.");
     if (!text.empty()) record.write(*value, text);

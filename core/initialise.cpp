@@ -165,6 +165,8 @@ void PrepareFirstDisc(Run& run, const Procedure& here) {
   if (known.empty()) CarryOutPreInstall(run, here, run.product.inis.product);
   StoreComponents(run, here, StoreProduct(run, {}), 0);
   CheckConfiguration(run);
+  // Components that are not recorded whole would go to other places, and could not be taken off again.
+  RequireRecords(run, here);
   RequestLogonDetails(run);
   run.record().write(Value::LastSequence, "0");
   BecomeReady(run);
@@ -173,6 +175,8 @@ void PrepareFirstDisc(Run& run, const Procedure& here) {
 void PrepareNextDisc(Run& run, const Procedure& here) {
   // The machine's type is asked for again: this disc may name another.
   run.facts.serverType.clear();
+  // What was refused before has failed the product already.
+  const bool refusedBefore = run.services.refusals.any();
   FindAppIni(run);
   FindPackageRoot(run, here);
   StoreApplication(run, Disc::Further);
@@ -180,6 +184,7 @@ void PrepareNextDisc(Run& run, const Procedure& here) {
   const std::vector<std::string> components = StoreProduct(run, RecordedComponents(run));
   StoreComponents(run, here, components, static_cast<int>(HighestSequenceNumber(run)) / SequenceStep);
   CheckConfiguration(run);
+  if (!refusedBefore) RequireRecords(run, here);
 }
 
 using Steps = void (*)(Run&, const Procedure&);

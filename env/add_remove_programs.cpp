@@ -87,7 +87,8 @@ void RemoveTraces(const Services& services, const Procedure& here, const std::st
   const ProductRecord record(services, product);
   std::vector<std::string> marked = Without(UnfinishedCleanUps(record), product);
   marked.push_back(product);
-  record.write(Value::UninstalledProduct, Joined(marked));
+  // Without the mark an uninstall that is cut off, or refused, behind the record could not be finished.
+  record.writeOrRaise(here, Value::UninstalledProduct, Joined(marked));
   if (record.exists()) {
     here.action("Removing Product registry entries");
     DeleteKey(services, here, record.key());
@@ -123,7 +124,9 @@ CleanUp CleanUpUninstallFiles(const Run& run) {
 }
 
 void ForgetCleanUp(const Run& run) {
-  if (!run.isUninstall() || run.state.failed || !IsCleanUpUnfinished(run)) return;
+  // What closing down could not write is a failure as well, and the uninstall is run again.
+  const bool failed = run.state.failed || run.services.refusals.any();
+  if (!run.isUninstall() || failed || !IsCleanUpUnfinished(run)) return;
   const std::vector<std::string> others = Without(UnfinishedCleanUps(run.record()), run.product.name);
   others.empty() ? run.record().remove(Value::UninstalledProduct)
                  : run.record().write(Value::UninstalledProduct, Joined(others));

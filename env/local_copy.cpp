@@ -75,9 +75,8 @@ void CopyProgramToLocalFolder(const Services& services, const ProgramFile& progr
   if (EqualIgnoringCase(running, copy)) return;
   const std::string unfinished = UnfinishedCopy(copy);
   try {
-    services.fso.copyFileOver(running, unfinished);
-    // What comes from a disc is read-only, and could not be deleted again.
-    services.machine.files().setAttributes(unfinished, platform::Attributes{});
+    // What comes from a disc is read-only, and could not be deleted again if it stayed so.
+    services.fso.copyFileAnew(running, unfinished);
     services.fso.moveFileOver(unfinished, copy);
   } catch (const Error&) {
     // Whoever needs the copy tells of it; what there is of the new one is of no use.

@@ -113,6 +113,12 @@ bool ReplacesVersions(const Component& component, bool appendPath, const std::st
   return !component.path.empty() && (appendPath || ContainsIgnoringCase(destination, component.path));
 }
 
+/// Why nothing is copied beside an older version that stays.
+std::string OldVersionsText(const std::string& destination) {
+  return "The older versions beside " + destination +
+         " could not all be deleted. End what uses them, and start the installation again.";
+}
+
 void TellNothingToCopy(const Procedure& here, const Component& component, const CopySource& source) {
   here.action("Destination array has no data");
   here.warn("Nothing was copied for component " + component.name + ": " +
@@ -147,7 +153,7 @@ Copied DoCopyOp(const Services& services, const Component& component, const Copy
       RequireNoLink(services.fso, here, destination);
       if (ReplacesVersions(component, targets.appendPath, destination)) {
         RequireApartFromOldVersions(here, source, destination);
-        DeleteCopyOp(services, destination);
+        if (!DeleteCopyOp(services, destination)) throw here.failure(OldVersionsText(destination));
       }
       CopyGuard guard(services, here, targets.held ? Normalised(target) : "");
       CopyTo(services, here, source, guard, destination);

@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "base/paths.h"
+#include "base/procedure.h"
 #include "base/text.h"
 
 namespace assistant {
@@ -33,8 +34,10 @@ void DeleteCopy(const Services& services, const std::string& folder) {
   services.machine.files().attributes(folder, attributes);
   try {
     if (!attributes.link) MarkUnfinished(services.fso, folder);
-  } catch (const Error&) {
+  } catch (const Error& failure) {
     // A full disk takes the empty file, which is enough. Where that is refused, so is the deletion.
+    const Procedure here(services.log, "DeleteCopy");
+    here.warn(failure.text());
   }
   services.fso.deleteFolderForced(folder, UnfinishedMark);
 }

@@ -70,9 +70,9 @@ bool CopyOpOneExistingVersionIsNewer(const Services& services, const Component& 
   return result;
 }
 
-void DeleteCopyOp(const Services& services, const std::string& path) {
+bool DeleteCopyOp(const Services& services, const std::string& path) {
   const Procedure here(services.log, "modMain.DeleteCopyOp");
-  if (!IsVersionFolderName(LowerCase(LastElement(path)))) return;
+  if (!IsVersionFolderName(LowerCase(LastElement(path)))) return true;
   const auto deleteAll = [&] {
     const std::string parent = FolderPart(path) + "\\";
     here.detail("Product Root is " + parent);
@@ -81,8 +81,9 @@ void DeleteCopyOp(const Services& services, const std::string& path) {
       here.detail("Deleting " + parent + name);
       DeleteCopy(services, parent + name);
     }
+    return true;
   };
-  here.guard(deleteAll, Shown::UnlessSilent);
+  return here.guard(deleteAll, Shown::UnlessSilent);
 }
 
 }  // namespace assistant

@@ -17,8 +17,8 @@ bool IsVersionFolderName(const std::string& name);
 bool CopyOpOneExistingVersionIsNewer(const Services& services, const Component& component, const CopyTargets& targets);
 
 /// Deletes every version folder that stands beside the path, read-only contents included; the path's own is one of
-/// them. A path that does not end in a version deletes nothing. A folder that cannot be deleted ends it; that is logged
-/// and shown.
-void DeleteCopyOp(const Services& services, const std::string& path);
+/// them. A path that does not end in a version deletes nothing. False when a folder could not be deleted, which ends
+/// it; that is logged and shown.
+bool DeleteCopyOp(const Services& services, const std::string& path);
 
 }  // namespace assistant
