@@ -1,0 +1,203 @@
+// The life of a product, with one operation refused, and with the power cut, at every operation that changes something.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iostream>
+
+#include "platform/simulated/text.h"
+#include "tests/sweeps/life.h"
+#include "tests/sweeps/scope.h"
+
+namespace sweeps {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Lives : public testing::TestWithParam<Family> {};
+
+/// A life in which nothing goes wrong: what happens in it, and how the machine is after each job.
+struct Reference {
+  explicit Reference(const Family& family) {
+    Life life(family);
+    for (const Job& job : life.jobs()) {
+      const End end = life.attempt(job);
+      EXPECT_TRUE(end.known && end.toldSuccess) << family.name << " " << job.name << " " << end.exitCode;
+      after.push_back(life.look());
+    }
+    EXPECT_EQ(life.person().broken(), Lines());
+    history = life.person().history();
+    told = life.person().told();
+    EXPECT_EQ(Without(Difference(life.beginning(), after.back()), Stays), Lines()) << family.name;
+  }
+
+  Lines history;
+  std::set<std::string> told;
+  std::vector<Snapshot> after;
+};
+
+/// Writes of the log itself, which cannot be told in it.
+bool IsLogWrite(const std::string& operation) {
+  return Fits(operation, "files.openForAppending *.html") || Fits(operation, "files.write *.html") ||
+         Fits(operation, "files.openForAppending *IAStartupLog.txt") ||
+         Fits(operation, "files.write *IAStartupLog.txt") || Fits(operation, "files.deleteFile *IAStartupLog.txt");
+}
+
+std::string LastElement(const std::string& path) {
+  return path.substr(path.rfind('\\') + 1);
+}
+
+/// Refusals that no row tells of, and why that is so. What stands before the operation is the family and the program.
+const std::vector<Allowed> Untold = {
+    {"Of95 D:\\QX Installation Assistant.exe registry.createKey Software\\Tarvel\\Installation\\Products",
+     "before the log is known, a silent run from a disc has neither a log nor an event log; its exit code tells"},
+    {"Of95 D:\\QX Installation Assistant.exe registry.setValue Software\\Tarvel\\Installation\\Products\\Silent",
+     "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe registry.setValue Software\\Tarvel\\Installation\\Products\\Process "
+     "Return",
+     "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe registry.setValue "
+     "Software\\Tarvel\\Installation\\Products\\QXIALocalInstall",
+     "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe files.createFolder C:\\Program Files\\Tarvel*", "the same"},
+    {"Of95 * files.copyFile *.html -> *", "the log is closed when it is archived, and there is no event log"},
+};
+
+/// By what a row can name the target of an operation.
+Lines NamesOf(const std::string& operation) {
+  const std::string target = operation.substr(operation.find(' ') + 1);
+  if (Fits(operation, "power.*")) return {"restarted"};
+  if (Fits(operation, "processes.start *")) {
+    const std::size_t quote = target.find('"', 1);
+    return {target[0] == '"' ? LastElement(target.substr(1, quote - 1)) : target.substr(0, target.find(' '))};
+  }
+  // What is below a key goes with it, and is told under its name.
+  if (Fits(operation, "registry.deleteKey *Products\\Office Suite\\*")) return {"Office Suite"};
+  const std::size_t arrow = target.find(" -> ");
+  if (arrow == std::string::npos) return {LastElement(target)};
+  return {LastElement(target.substr(0, arrow)), LastElement(target.substr(arrow + 4))};
+}
+
+bool IsNamed(const std::string& operation, const std::set<std::string>& told, const std::set<std::string>& usual) {
+  const Lines names = NamesOf(operation);
+  return std::any_of(told.begin(), told.end(), [&](const std::string& row) {
+    return usual.count(row) == 0 && std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+             return simulated::ContainsText(row, name);
+           });
+  });
+}
+
+/// What a life with trouble in it showed that may not be.
+class Findings {
+ public:
+  Findings(const Family& family, int number) : where_(std::string(family.name) + " " + std::to_string(number)) {}
+
+  void add(const std::string& what) { ADD_FAILURE() << where_ << " " << hit_ << ": " << what; }
+  void addAll(const std::string& what, const Lines& lines) {
+    if (lines.empty()) return;
+    std::string text = what;
+    for (std::size_t i = 0; i < lines.size() && i < 8; ++i) text += "\n    " + lines[i];
+    add(text);
+  }
+  void tellHit(const std::string& hit) { hit_ = hit; }
+
+ private:
+  std::string where_;
+  std::string hit_;
+};
+
+/// Known: a batch file that could not be started counts as one whose exit code says nothing, a success with an error
+/// row (docs/ini-reference.md, "How a component reports its result").
+const std::vector<Allowed> UndoneByBatchFile = {
+    {"-file C:\\Suite\\*Last*", "what the batch file would have made"},
+};
+
+/// The lines of a difference that nothing allows in this life.
+Lines NotAllowed(Life& life, const Snapshot& wanted, const std::vector<Allowed>& allowed) {
+  const Lines lines = Without(Difference(wanted, life.look()), allowed);
+  if (Fits(life.person().hit(), "processes.start *.bat*")) return Without(lines, UndoneByBatchFile);
+  return Fits(life.person().hit(), "processes.start AT *") ? Without(lines, StaysWithoutScheduler) : lines;
+}
+
+/// The job during which the operation was refused: never a success with something undone, and a row that names it.
+void CheckRefused(Life& life, const Reference& reference, std::size_t job, const End& end, Findings& findings) {
+  const Person& person = life.person();
+  const bool succeeded = end.known && end.toldSuccess;
+  const Lines undone = NotAllowed(life, reference.after[job], Differs);
+  if (succeeded) findings.addAll("success was told, with something undone", undone);
+  const std::string where = std::string(life.family().name) + " " + person.hitProgram() + " " + person.hit();
+  if (!IsNamed(person.hit(), person.told(), reference.told) && !Without({where}, Untold).empty()) {
+    findings.add(std::string("no row names it; ") +
+                 (succeeded ? "success" : "exit code " + std::to_string(end.exitCode)));
+  }
+}
+
+/// Leads the life to its end, whatever is done again for it.
+void LiveOn(Life& life, const Reference& reference, std::size_t job, Findings& findings) {
+  if (!life.carryOut(life.jobs()[job])) findings.add(std::string(life.jobs()[job].name) + " does not succeed any more");
+  findings.addAll(std::string("differs after ") + life.jobs()[job].name,
+                  NotAllowed(life, reference.after[job], Differs));
+}
+
+void CheckEnd(Life& life, Findings& findings) {
+  for (const std::string& what : life.person().broken()) findings.add(what);
+  findings.addAll("left behind", NotAllowed(life, life.beginning(), Stays));
+}
+
+void LiveWithRefusal(const Family& family, const Reference& reference, int number) {
+  Life life(family, {number});
+  Findings findings(family, number);
+  for (std::size_t job = 0; job < life.jobs().size(); ++job) {
+    const bool before = life.person().hit().empty();
+    const End end = life.attempt(life.jobs()[job]);
+    const bool hitNow = before && !life.person().hit().empty();
+    findings.tellHit(life.person().hit());
+    if (hitNow) CheckRefused(life, reference, job, end, findings);
+    if (!end.known || !end.toldSuccess) LiveOn(life, reference, job, findings);
+  }
+  CheckEnd(life, findings);
+}
+
+void LiveWithCut(const Family& family, const Reference& reference, int number) {
+  Life life(family, {number, true});
+  Findings findings(family, number);
+  for (std::size_t job = 0; job < life.jobs().size(); ++job) {
+    LiveOn(life, reference, job, findings);
+    findings.tellHit(life.person().hit());
+  }
+  CheckEnd(life, findings);
+}
+
+TEST_P(Lives, OneOperationRefused_IsToldAndNothingIsFalselyDone) {
+  const Reference reference(GetParam());
+  if (HasFailure()) return;
+  int refused = 0;
+  int logWrites = 0;
+  for (int number = Chosen.first; number <= static_cast<int>(reference.history.size()); number += Chosen.every) {
+    if (IsLogWrite(reference.history[static_cast<std::size_t>(number) - 1])) {
+      ++logWrites;
+      continue;
+    }
+    ++refused;
+    LiveWithRefusal(GetParam(), reference, number);
+  }
+  std::cout << "figure: " << refused << " operations refused on " << GetParam().system << ", " << logWrites
+            << " writes of the log left out\n";
+}
+
+TEST_P(Lives, PowerCut_LeavesNothingBehind) {
+  const Reference reference(GetParam());
+  if (HasFailure()) return;
+  int cuts = 0;
+  for (int number = Chosen.first; number <= static_cast<int>(reference.history.size()); number += Chosen.every) {
+    ++cuts;
+    LiveWithCut(GetParam(), reference, number);
+  }
+  std::cout << "figure: " << cuts << " power cuts on " << GetParam().system << "\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(Family, Lives, testing::ValuesIn(Families),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+}  // namespace
+}  // namespace sweeps
