@@ -1,9 +1,13 @@
 #include "app/qxia/package.h"
 
 #include <libmsi.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "base/text.h"
 
@@ -80,6 +84,76 @@ std::string Property(const MsiPackage& package, const char* name) {
   return found == package.properties.end() ? "" : found->second;
 }
 
+MsiPackage ReadHere(const std::string& hostPath) {
+  const Owned<LibmsiDatabase> database = Open(hostPath);
+  MsiPackage package;
+  const bool read =
+      ForEachRow(database.get(), "SELECT `Property`, `Value` FROM `Property`", [&](const LibmsiRecord* row) {
+        package.properties[Taken(libmsi_record_get_string(row, 1))] = Taken(libmsi_record_get_string(row, 2));
+      });
+  if (!read) throw PackageError(hostPath, "its Property table cannot be read");
+  if (Property(package, "ProductCode").empty()) throw PackageError(hostPath, "its Property table tells no ProductCode");
+  package.platforms = ReadPlatforms(database.get());
+  package.asksForRestart = assistant::StartsWithIgnoringCase(Property(package, "REBOOT"), "F");
+  ForEachRow(database.get(), "SELECT `Action` FROM `InstallExecuteSequence`", [&](const LibmsiRecord* row) {
+    const std::string action = Taken(libmsi_record_get_string(row, 1));
+    if (action == "ScheduleReboot" || action == "ForceReboot") package.asksForRestart = true;
+  });
+  return package;
+}
+
+// The library does not survive every damaged package: what dies in the place of this process is another one, which
+// hands the package over as JSON.
+
+using Json = nlohmann::json;
+
+std::string Packed(const std::string& hostPath) {
+  try {
+    const MsiPackage package = ReadHere(hostPath);
+    Json members = {{"properties", package.properties}, {"platforms", package.platforms}};
+    members["restart"] = package.asksForRestart;
+    return members.dump(-1, ' ', true, Json::error_handler_t::replace);
+  } catch (const PackageError& broken) {
+    return Json({{"defect", broken.reason()}}).dump(-1, ' ', true, Json::error_handler_t::replace);
+  }
+}
+
+[[noreturn]] void ReadInChild(const std::string& hostPath, int pipe) {
+  constexpr unsigned mostSeconds = 10;
+  const rlimit none{0, 0};
+  setrlimit(RLIMIT_CORE, &none);
+  close(STDERR_FILENO);
+  alarm(mostSeconds);
+  const std::string packed = Packed(hostPath);
+  std::size_t done = 0;
+  for (ssize_t count = 1; count > 0 && done < packed.size(); done += static_cast<std::size_t>(count)) {
+    count = write(pipe, packed.data() + done, packed.size() - done);
+    if (count < 0) break;
+  }
+  _exit(done == packed.size() ? 0 : 1);
+}
+
+std::string ReadAll(int pipe) {
+  std::string bytes;
+  char buffer[1 << 12];
+  for (ssize_t count = 0; (count = read(pipe, buffer, sizeof buffer)) > 0;)
+    bytes.append(buffer, static_cast<std::size_t>(count));
+  return bytes;
+}
+
+/// What the other process made of the package; "" when it did not live to tell.
+std::string ReadElsewhere(const std::string& hostPath) {
+  int ends[2];
+  if (pipe(ends) != 0) return "";
+  const pid_t child = fork();
+  if (child == 0) ReadInChild(hostPath, ends[1]);
+  close(ends[1]);
+  const std::string packed = child < 0 ? "" : ReadAll(ends[0]);
+  close(ends[0]);
+  if (child > 0) waitpid(child, nullptr, 0);
+  return packed;
+}
+
 }  // namespace
 
 bool MsiPackage::isFor64Bit() const {
@@ -89,23 +163,16 @@ bool MsiPackage::isFor64Bit() const {
 }
 
 MsiPackage ReadPackage(const std::string& hostPath) {
-  const Owned<LibmsiDatabase> database = Open(hostPath);
+  const Json members = Json::parse(ReadElsewhere(hostPath), nullptr, false);
+  if (members.is_discarded()) throw PackageError(hostPath, "it is damaged");
+  if (members.contains("defect")) throw PackageError(hostPath, members["defect"].get<std::string>());
   MsiPackage package;
-  const bool read =
-      ForEachRow(database.get(), "SELECT `Property`, `Value` FROM `Property`", [&](const LibmsiRecord* row) {
-        package.properties[Taken(libmsi_record_get_string(row, 1))] = Taken(libmsi_record_get_string(row, 2));
-      });
-  if (!read) throw PackageError(hostPath, "its Property table cannot be read");
+  package.properties = members["properties"].get<std::map<std::string, std::string>>();
+  package.platforms = members["platforms"].get<std::string>();
+  package.asksForRestart = members["restart"].get<bool>();
   package.productName = Property(package, "ProductName");
   package.productVersion = Property(package, "ProductVersion");
   package.productCode = Property(package, "ProductCode");
-  if (package.productCode.empty()) throw PackageError(hostPath, "its Property table tells no ProductCode");
-  package.platforms = ReadPlatforms(database.get());
-  package.asksForRestart = assistant::StartsWithIgnoringCase(Property(package, "REBOOT"), "F");
-  ForEachRow(database.get(), "SELECT `Action` FROM `InstallExecuteSequence`", [&](const LibmsiRecord* row) {
-    const std::string action = Taken(libmsi_record_get_string(row, 1));
-    if (action == "ScheduleReboot" || action == "ForceReboot") package.asksForRestart = true;
-  });
   return package;
 }
 

@@ -31,8 +31,8 @@ struct MsiPackage {
   bool isFor64Bit() const;
 };
 
-/// Reads a package of the host. Raises PackageError when it is not there, cannot be read, is no package or tells no
-/// product code.
+/// Reads a package of the host, in a process of its own. Raises PackageError when it is not there, cannot be read, is
+/// no package or tells no product code.
 MsiPackage ReadPackage(const std::string& hostPath);
 
 }  // namespace qxia

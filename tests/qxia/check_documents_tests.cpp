@@ -77,7 +77,7 @@ TEST(Check_Documents, WorkedExampleIsClean) {
 
 TEST(Check_Documents, PartsOfFilesAreClean) {
   const std::vector<Example> examples = ExamplesOf("docs/ini-reference.md");
-  TestMedia media = TestMedia::OneDisc();
+  TestMedia media = TestMedia::oneDisc();
   media.replace(App, "[ForceUninstall]\nOldOffice=\n[ForceDelete]\nC:\\Temp\\old.dll\n",
                 ExampleWith(examples, "[ForceDelete]").text);
   media.replace(Product,
@@ -91,7 +91,7 @@ TEST(Check_Documents, PartsOfFilesAreClean) {
 TEST(Check_Documents, ProductOnTwoDiscsIsClean) {
   const std::string columns = ExampleWith(ExamplesOf("docs/preparing.md"), "NextVolumeName").text;
   const std::size_t second = columns.find("; product.ini of the disc OFFICE2");
-  TestMedia media = TestMedia::TwoDiscs();
+  TestMedia media = TestMedia::twoDiscs();
   std::string texts[2];
   std::size_t at = 0;
   while (at < columns.size()) {

@@ -109,7 +109,7 @@ void MakePackage(const std::string& path, const MadePackage& package) {
 
 }  // namespace
 
-TestMedia TestMedia::OneDisc() {
+TestMedia TestMedia::oneDisc() {
   TestMedia media;
   const std::string packages = "disc1/Packages/";
   media.put(Ini, ApplicationIni);
@@ -144,7 +144,7 @@ TestMedia TestMedia::OneDisc() {
   return media;
 }
 
-TestMedia TestMedia::TwoDiscs() {
+TestMedia TestMedia::twoDiscs() {
   TestMedia media;
   for (const std::string disc : {"1", "2"}) {
     const std::string other = disc == "1" ? "Next" : "Previous";

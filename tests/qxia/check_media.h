@@ -23,8 +23,8 @@ struct MadePackage {
 class TestMedia {
  public:
   /// One disc with a component of every kind; two discs with one package each. Nothing is found on either.
-  static TestMedia OneDisc();
-  static TestMedia TwoDiscs();
+  static TestMedia oneDisc();
+  static TestMedia twoDiscs();
 
   void put(const std::string& path, const std::string& text) { texts_[path] = text; }
   void put(const std::string& path, const MadePackage& package) { packages_[path] = package; }

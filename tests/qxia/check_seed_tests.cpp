@@ -4,6 +4,7 @@
 #include <set>
 
 #include "app/qxia/check/rules.h"
+#include "platform/simulated/host.h"
 #include "tests/qxia/check_media.h"
 
 namespace qxia {
@@ -314,14 +315,14 @@ void ExpectOnly(const TestMedia& media, const std::string& expected) {
 }
 
 TEST(Check_CleanMedia, HaveNoFindings) {
-  EXPECT_EQ(FindingsOf(TestMedia::OneDisc()), std::vector<std::string>{});
-  EXPECT_EQ(FindingsOf(TestMedia::TwoDiscs()), std::vector<std::string>{});
+  EXPECT_EQ(FindingsOf(TestMedia::oneDisc()), std::vector<std::string>{});
+  EXPECT_EQ(FindingsOf(TestMedia::twoDiscs()), std::vector<std::string>{});
 }
 
 TEST(Check_FaultInAnIni, IsFoundOnItsLineAndNothingElse) {
   for (const Seed& seed : OneDiscSeeds) {
     SCOPED_TRACE(check::RuleName(seed.rule) + ": " + seed.text.substr(0, 60));
-    TestMedia media = TestMedia::OneDisc();
+    TestMedia media = TestMedia::oneDisc();
     const std::string& text = seed.text;
     if (seed.old[0] == '\0') {
       media.put(seed.path, text + media.text(seed.path));
@@ -337,7 +338,7 @@ TEST(Check_FaultInAnIni, IsFoundOnItsLineAndNothingElse) {
 TEST(Check_FaultInAFile, IsFoundOnTheLineThatNamesIt) {
   for (const FileSeed& seed : FileSeeds) {
     SCOPED_TRACE(check::RuleName(seed.rule));
-    TestMedia media = TestMedia::OneDisc();
+    TestMedia media = TestMedia::oneDisc();
     seed.put(media);
     ExpectOnly(media, Expected(media, seed.rule, seed.foundIn, seed.line));
   }
@@ -346,7 +347,7 @@ TEST(Check_FaultInAFile, IsFoundOnTheLineThatNamesIt) {
 TEST(Check_FaultOfFurtherDiscs, IsFoundOnItsLine) {
   for (const FileSeed& seed : TwoDiscsSeeds) {
     SCOPED_TRACE(check::RuleName(seed.rule));
-    TestMedia media = TestMedia::TwoDiscs();
+    TestMedia media = TestMedia::twoDiscs();
     seed.put(media);
     ExpectOnly(media, Expected(media, seed.rule, seed.foundIn, seed.line));
   }
@@ -357,7 +358,7 @@ TEST(Check_BrokenFiles, AreToldOfAndNeverACrash) {
   const auto next = [&random](std::size_t below) {
     return (random = random * 1664525U + 1013904223U) / 65536U % below;
   };
-  const TestMedia clean = TestMedia::OneDisc();
+  const TestMedia clean = TestMedia::oneDisc();
   for (int round = 0; round < 40; ++round) {
     TestMedia media = clean;
     for (const char* path : {App, Product, Shares, Runtime, Tools, Report, Manual, Fonts, Extra}) {
@@ -369,6 +370,28 @@ TEST(Check_BrokenFiles, AreToldOfAndNeverACrash) {
       media.put(path, text);
     }
     EXPECT_NO_THROW(FindingsOf(media));
+  }
+}
+
+TEST(Check_DamagedPackages, AreToldOfAndNeverACrash) {
+  const TemporaryFolder folder;
+  TestMedia media;
+  media.put("disc1/x.msi",
+            MadePackage{"Office Runtime", "1.2.0", "{AAAAAAAA-0000-0000-0000-000000000001}", "x64;1033", true});
+  media.write(folder.path());
+  const std::string path = folder.path() + "/disc1/x.msi";
+  const check::PackageFile whole = check::ReadPackage(path);
+  EXPECT_TRUE(whole.isRead && whole.isFor64Bit && whole.restarts);
+  EXPECT_EQ(whole.name + whole.version + whole.code, "Office Runtime1.2.0{AAAAAAAA-0000-0000-0000-000000000001}");
+  const std::string bytes = simulated::ReadHostFile(path);
+  unsigned random = 1;
+  for (int round = 0; round < 60; ++round) {
+    std::string damaged = bytes;
+    for (int slip = 0; slip < 12; ++slip)
+      damaged[(random = random * 1664525U + 1013904223U) / 65536U % 4096] = static_cast<char>(random / 256);
+    simulated::WriteHostFile(path, damaged);
+    const check::PackageFile package = check::ReadPackage(path);
+    EXPECT_EQ(package.failure.empty(), package.isRead);
   }
 }
 

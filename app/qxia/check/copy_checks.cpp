@@ -121,7 +121,7 @@ class CopyCheck {
     if (deletes && earlier != versionFolders_.end()) {
       findings_.add(504, *component.ini, line,
                     "The copy to " + destination + " deletes that of component " + earlier->second + " beside it.");
-    } else if (deletes && (!assistant::IsBelowRoot(parent) || IsSharedFolder(parent, target))) {
+    } else if (deletes && (!assistant::IsBelowRoot(parent) || isSharedFolder(parent, target))) {
       findings_.add(504, *component.ini, line,
                     "The copy to " + destination + " deletes every version folder in " + parent + ".");
     }
@@ -129,7 +129,7 @@ class CopyCheck {
   }
 
   /// A folder that is no component's own: a share's, or the root that a path follows.
-  bool IsSharedFolder(const std::string& folder, const Target& target) const {
+  bool isSharedFolder(const std::string& folder, const Target& target) const {
     const auto root = MachinePath(media_, target.given);
     if (target.appendsPath && root && assistant::EqualIgnoringCase(assistant::Normalised(*root), folder)) return true;
     for (const Disc& disc : media_.discs)

@@ -101,7 +101,7 @@ const SourceIni* Disc::source(const Found& file) {
   errno = 0;
   const auto bytes = ReadText(file.host, LargestIni);
   const std::string shown = shownPrefix + file.shown;
-  auto read = bytes ? SourceIni(shown, *bytes) : SourceIni::Unreadable(shown, std::strerror(errno));
+  auto read = bytes ? SourceIni(shown, *bytes) : SourceIni::unreadable(shown, std::strerror(errno));
   return sources.emplace(file.shown, std::make_unique<SourceIni>(std::move(read))).first->second.get();
 }
 

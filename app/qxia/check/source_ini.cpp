@@ -49,7 +49,7 @@ SourceIni::SourceIni(std::string shown, std::string bytes) : shown_(std::move(sh
   }
 }
 
-SourceIni SourceIni::Unreadable(std::string shown, std::string reason) {
+SourceIni SourceIni::unreadable(std::string shown, std::string reason) {
   SourceIni ini;
   ini.shown_ = std::move(shown);
   ini.reason_ = std::move(reason);

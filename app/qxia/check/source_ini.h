@@ -30,7 +30,7 @@ class SourceIni {
   /// `shown` is the path as findings tell it.
   SourceIni(std::string shown, std::string bytes);
   /// A file that cannot be read; `reason` is the host's.
-  static SourceIni Unreadable(std::string shown, std::string reason);
+  static SourceIni unreadable(std::string shown, std::string reason);
 
   const std::string& shown() const { return shown_; }
   State state() const { return state_; }
