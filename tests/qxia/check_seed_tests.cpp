@@ -387,8 +387,10 @@ TEST(Check_DamagedPackages, AreToldOfAndNeverACrash) {
   unsigned random = 1;
   for (int round = 0; round < 60; ++round) {
     std::string damaged = bytes;
-    for (int slip = 0; slip < 12; ++slip)
-      damaged[(random = random * 1664525U + 1013904223U) / 65536U % 4096] = static_cast<char>(random / 256);
+    for (int slip = 0; slip < 12; ++slip) {
+      random = random * 1664525U + 1013904223U;
+      damaged[random / 65536U % 4096] = static_cast<char>(random / 256U);
+    }
     simulated::WriteHostFile(path, damaged);
     const check::PackageFile package = check::ReadPackage(path);
     EXPECT_EQ(package.failure.empty(), package.isRead);
