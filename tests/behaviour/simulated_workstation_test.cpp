@@ -278,6 +278,40 @@ TEST_F(SimulatedWorkstation, Declaration_WithAMistake_IsRefusedWithLineAndRemedy
   }
 }
 
+TEST_F(SimulatedWorkstation, ProgramsOfTheSystem_NeedNoDeclaration_WhereTheSystemHasThem) {
+  const struct {
+    const char* command;
+    const char* lacking;  ///< a system without the program; null: all have it
+    int exitCode;
+    const char* file;  ///< C:\\a.txt afterwards
+  } commands[] = {
+      {"cmd.exe /c echo one > C:\\a.txt", "Windows 98", 0, "one \r\n"},
+      {"cmd /c echo two>>\"C:\\a.txt\"", "Windows ME", 0, "one \r\ntwo\r\n"},
+      {"cmd /c copy C:\\a.txt C:\\b.txt", "Windows 95", 0, "one \r\ntwo\r\n"},
+      {"cmd /c copy C:\\none.txt C:\\a.txt", nullptr, 1, "one \r\ntwo\r\n"},
+      {"C:\\WINDOWS\\system32\\cmd.exe /c del /q C:\\a.txt", nullptr, 0, ""},
+      {"reg add HKLM\\Software\\R /v N /t REG_DWORD /d 7 /f", "Windows 2000", 0, ""},
+      {"reg delete HKLM\\Software\\None /f", "Windows NT 4.0", 1, ""},
+      {"net share Data=C:\\", nullptr, 0, ""},
+      {"net use K: \\\\server\\packages", nullptr, 2, ""},
+      {"AT 14:05 cmd /c del x", "Windows 98", 0, ""},
+  };
+  Workstation& machine = rig_.machine();
+  for (const auto& row : commands) {
+    SCOPED_TRACE(row.command);
+    machine.setSystem("Windows XP");
+    EXPECT_EQ(start(row.command), row.exitCode);
+    EXPECT_EQ(rig_.text("C:\\a.txt"), row.file);
+    if (row.lacking == nullptr) continue;
+    machine.setSystem(row.lacking);
+    platform::StartedProcess started;
+    EXPECT_EQ(machine.processes().start(row.command, "", platform::ShowWindow::Normal, started), Status::FileNotFound);
+    machine.journal().undeclared.clear();
+  }
+  EXPECT_EQ(rig_.value("Software\\R", "N"), "7");
+  EXPECT_EQ(rig_.text("C:\\b.txt"), "one \r\ntwo\r\n");
+}
+
 TEST_F(SimulatedWorkstation, RegistryFile_Damaged_IsRefusedWithItsLine) {
   const std::string folder = rig_.folder() + "/damaged";
   std::filesystem::create_directories(folder);

@@ -33,13 +33,13 @@ constexpr Case Cases[] = {
     {"part.exe", "Condition1=Office Runtime>=v1.2.0\n", nullptr, Outcome::HeldBack,
      "Office Runtime>=v1.2.0; the machine has no such product"},
     {"part.exe", "Condition=Other=\"Pass\",os=\"Win2K\"\n", nullptr, Outcome::HeldBack,
-     "Other=\"Pass\"; the machine has outcome \"\""},
+     "Other=\"Pass\"; the machine has no outcome of it"},
     {"part.exe", "Condition1=runoninstall=false\n", nullptr, Outcome::HeldBack, "runoninstall=false"},
     {"part.exe", "MachineType=dcreplica\n", nullptr, Outcome::HeldBack,
      "MachineType=dcreplica; the machine has dcunit"},
     {"part.txt", "CopyOp=1\n", nullptr, Outcome::Copied, "to C:\\Small"},
     {"part.exe", "Cost=0,Data=9000000000,\n", nullptr, Outcome::Failed,
-     "needs 9216000000000 bytes for share Data; the drive has "},
+     "needs 9216000 MB for share Data; the drive has 2000 MB"},
 };
 
 TEST(RehearseOutcome_OfAComponent, HasTheFactThatDecided) {

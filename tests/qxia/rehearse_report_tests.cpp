@@ -83,11 +83,11 @@ TEST(RehearseMachine_OfMedia_DeclaresEachProgramOnce, WithWhatRemovesIt) {
   found.discs = {{media.folder(), ""}};
   found.applicationIni = "app.ini";
   found.product = "Small";
-  const std::string text = MachineFileFor(found, "C:\\Media", "windows 98");
+  const std::string text = MachineFileFor(found, "", "windows 98");
   for (const char* part :
-       {"[machine]\nsystem=Windows 98\n", "[package C:\\Media\\Packages\\Pack\\part.msi]\nname=The Pack\n",
+       {"[machine]\nsystem=Windows 98\n", "[package D:\\Packages\\Pack\\part.msi]\nname=The Pack\n",
         "version=1.2.0\ncode={AA111111-2222-3333-4444-555555555555}\n",
-        "[program C:\\Media\\Packages\\Part\\part.exe]\nexit=0\n", "[program C:\\Part\\remove.exe /q]\n", "look.vbs"})
+        "[program D:\\Packages\\Part\\part.exe]\nexit=0\n", "[program C:\\Part\\remove.exe /q]\n", "look.vbs"})
     EXPECT_TRUE(Holds(text, part)) << part << " is not in\n" << text;
   EXPECT_FALSE(Holds(text, "[program cmd.exe")) << "the system knows it";
 }

@@ -121,6 +121,8 @@ std::string Writer::text(const std::string& product, const std::string& system) 
   text_ += "free=2000000000\n";
   if (scan_.asksForPassword)
     text_ += "\n; the account's password, which the run asks for\n[logon]\npassword=secret\nagain=secret\n";
+  if (scan_.run.records.empty())
+    text_ += "\n; nothing is known of the components: the run ended before they were recorded\n";
   for (const ComponentRecord& record : scan_.run.records) component(record);
   otherPrograms();
   for (const ComponentRecord& record : scan_.run.records) removal(record);

@@ -1,5 +1,8 @@
 #include "app/qxia/rehearse/failures.h"
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace qxia {
 namespace {
 
@@ -13,13 +16,20 @@ std::string MissingFile(const Rows& turn) {
   return "";
 }
 
+/// Bytes as they are logged, in a form that a few rows of a log more or less do not change.
+std::string Megabytes(const std::string& bytes) {
+  char text[48];
+  std::snprintf(text, sizeof text, "%.0f MB", std::strtod(bytes.c_str(), nullptr) / 1e6);
+  return text;
+}
+
 std::string NoRoom(const Rows& turn) {
   const std::string room = TextBehind(turn, "Available space=");
   const std::size_t comma = room.find(", required space=");
   if (comma == std::string::npos) return "";
   const std::string cost = TextBehind(turn, "Cost check - share=");
-  return "needs " + room.substr(comma + 17) + " bytes for share " + cost.substr(0, cost.find(' ')) +
-         "; the drive has " + room.substr(0, comma);
+  return "needs " + Megabytes(room.substr(comma + 17)) + " for share " + cost.substr(0, cost.find(' ')) +
+         "; the drive has " + Megabytes(room.substr(0, comma));
 }
 
 std::string UnknownKind(const Rows& turn) {

@@ -55,7 +55,10 @@ std::string MachineHas(const std::string& condition, const Rows& turn, const std
       const std::string version = row->text.substr(10);
       return version == "v0.0.0.0" ? "no such product" : "version " + version;
     }
-    if (row->text.rfind("Process Return = ", 0) == 0) return "outcome \"" + row->text.substr(17) + "\"";
+    if (row->text.rfind("Process Return = ", 0) == 0) {
+      const std::string outcome = row->text.substr(17);
+      return outcome.empty() ? "no outcome of it" : "outcome \"" + outcome + "\"";
+    }
   }
   return "";
 }

@@ -18,6 +18,8 @@ table.matrix { border-collapse: collapse; width: 100%; }
   text-align: left; vertical-align: top; }
 .matrix tr:last-child td, .matrix tr:last-child th { border-bottom: 0; }
 .matrix thead th { background: #eef2f5; } .matrix thead a { color: inherit; }
+.matrix thead th.good { background: #d8f0dd; } .matrix thead th.held { background: #fdf0c8; }
+.matrix thead th.bad { background: #fbd5d3; } .matrix thead small { color: inherit; }
 .matrix tbody th { position: sticky; left: 0; background: #fff; font-weight: 600; white-space: nowrap; }
 .matrix small, .run small { display: block; color: var(--faint); font-size: 12px; font-weight: 400; overflow-wrap: anywhere; }
 td.cell { min-width: 118px; }

@@ -1,5 +1,7 @@
 #include "app/qxia/rehearse/rehearsals.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -43,7 +45,8 @@ std::string Rehearsals::machineFileFor(const std::string& system) {
 /// Of a machine that goes, the log is what stays.
 void Rehearsals::keepLog(RehearsedRun& run) {
   if (!settings_.state.empty() || run.log.empty()) return;
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "qxia-logs";
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("qxia-logs-" + std::to_string(getuid()));
   std::filesystem::create_directories(folder);
   const std::filesystem::path kept = folder / (FolderName(run.system) + ".html");
   std::filesystem::copy_file(run.log, kept, std::filesystem::copy_options::overwrite_existing);

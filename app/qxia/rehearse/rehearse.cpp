@@ -132,7 +132,7 @@ void WriteReports(const Arguments& arguments, const std::vector<RehearsedRun>& r
   if (arguments.has("--json")) {
     Print(ToJson(runs).dump(1) + "\n");
   } else {
-    Print(runs.size() == 1 ? ReportRun(runs[0]) : ReportRuns(runs));
+    Print(ToUtf8(runs.size() == 1 ? ReportRun(runs[0]) : ReportRuns(runs)));
   }
 }
 

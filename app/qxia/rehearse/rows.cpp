@@ -8,6 +8,11 @@ constexpr const char* CellEnd = "</TD>";
 constexpr const char* RowEnd = "</TD></TR></TABLE>\r\n";
 constexpr const char* TurnBegins = "Next component is ";
 
+/// Rows behind all turns: of the loop, of a run that closes down.
+bool EndsTurn(const std::string& text) {
+  return text.rfind("Last Sequence was", 0) == 0 || text == "Resetting system registry";
+}
+
 std::string WithoutTags(const std::string& html) {
   std::string text;
   bool inTag = false;
@@ -81,7 +86,7 @@ std::map<std::string, std::vector<LogRow>> ComponentTurns(const std::vector<LogR
       const std::string rest = row.text.substr(std::string(TurnBegins).size());
       turn = &turns[rest.substr(0, rest.rfind(" v."))];
       turn->clear();
-    } else if (row.text.rfind("Last Sequence was", 0) == 0) {
+    } else if (EndsTurn(row.text)) {
       turn = nullptr;
     }
     if (turn != nullptr) turn->push_back(row);

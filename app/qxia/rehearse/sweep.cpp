@@ -34,7 +34,9 @@ std::vector<std::string> Lines(simulated::Workstation& machine, const Played& pl
   if (!played.unfinished.empty()) lines.push_back("not finished: " + played.unfinished);
   const Snapshot snapshot = TakeSnapshot(machine);
   for (const auto& [place, data] : snapshot.registry)
-    if (!IsTimed(place.second)) lines.push_back("registry " + place.first + "\\" + place.second + "=" + data);
+    // A value that is there with nothing in it reads like one that is not there.
+    if (!IsTimed(place.second) && !data.empty())
+      lines.push_back("registry " + place.first + "\\" + place.second + "=" + data);
   for (const auto& [path, digest] : snapshot.files)
     if (!IsLog(path)) lines.push_back("file " + path + " " + digest);
   std::sort(lines.begin(), lines.end());

@@ -112,8 +112,8 @@ Told JudgeRemoval(const Evidence& evidence, const ComponentRecord& component, co
     for (const LogRow& row : turn)
       if (row.text.find(removal.text) != std::string::npos)
         return {removal.outcome, removal.reason == nullptr ? PlainText(row.text) : removal.reason};
-  if (HasText(turn, "Uninstallation of " + component.name + " failed") || HasText(turn, "*** ERROR") ||
-      std::any_of(turn.begin(), turn.end(), [](const LogRow& row) { return row.kind == "ERROR"; }))
+  const std::string failed = "Uninstallation of " + component.name + " failed";
+  if (std::find(evidence.reasons.begin(), evidence.reasons.end(), failed) != evidence.reasons.end())
     return {Outcome::Failed, WhyFailed(turn, component, result, evidence.reasons)};
   const std::string deleted = TextBehind(turn, "Deleting... ");
   return {Outcome::Removed, deleted.empty() ? "" : "deleted " + deleted};
