@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <random>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -290,6 +291,36 @@ TEST_F(Reading, FilesThatAreNone_AreNamedAndEndWithOne) {
   for (const std::string& named :
        {foreign + " is no log", std::string("/no such file cannot be read"), rig.folder() + " "})
     EXPECT_NE(errors.find(named), std::string::npos) << named << errors;
+}
+
+/// Bytes of a log, a record and a package log, changed at random but the same on every run.
+TEST_F(Reading, DamagedFiles_AreReadOrNamed) {
+  media.package("Bad", "1.0", Ends(1603)).program("A");
+  media.install();
+  const std::string folder = std::filesystem::path(LogPath(rig)).parent_path().string();
+  const std::vector<std::pair<std::string, std::string>> originals = {
+      {LogPath(rig), rig.log("Office Suite")},
+      {folder + "/product.reg",
+       "REGEDIT4\r\n[HKEY_LOCAL_MACHINE\\Software\\Tarvel\\Installation\\Products\\Office Suite]\r\n"
+       "\"Version\"=\"2.1.0\"\r\n\"Succeeded\"=dword:00000000\r\n\"Abort Reason\"=hex(2):41,42,\\\r\n  00\r\n"},
+      {folder + "/MSI Log Files/Bad.log", Utf16("Action ended. Return value 3.\r\n")}};
+  simulated::MakeHostFolder(folder + "/MSI Log Files");
+  std::minstd_rand random(1);
+  for (int round = 0; round < 150; ++round) {
+    for (const auto& [path, bytes] : originals) {
+      std::string damaged = bytes.substr(0, random() % 3 == 0 ? random() % bytes.size() : bytes.size());
+      for (int change = 0; change < 6 && !damaged.empty(); ++change)
+        damaged[random() % damaged.size()] = static_cast<char>(random() % 256);
+      WriteHostFile(path, damaged);
+    }
+    std::vector<Problem> problems;
+    const LogFile file = ReadLogFile(LogPath(rig), Keep::Rows, problems);
+    const std::string json = LogsAsJson({file}, problems);
+    if (round % 30 == 0) {
+      EXPECT_TRUE(FitsSchema("qxia-log.schema.json", json)) << round;
+    }
+    EXPECT_FALSE(LogPage({file}).empty());
+  }
 }
 
 TEST_F(Reading, Page_HoldsEveryRowForItsFiltersAndEscapesTexts) {

@@ -38,9 +38,10 @@ Printed New(const std::string& folder, const std::vector<std::string>& options) 
   return {exitCode, output + testing::internal::GetCapturedStderr()};
 }
 
-const std::vector<std::string> EveryKind = {
-    "--product",          "Office Suite", "--component", "Core:msi",    "--component", "Tools:exe",   "--component",
-    "Driver:exe-restart", "--component",  "Set Up:bat",  "--component", "Says:vbs",    "--component", "Manuals:copy"};
+const std::vector<std::string> EveryKind = {"--product",   "Office Suite",    "--component", "Core:msi",
+                                            "--component", "Tools:exe",       "--component", "Driver:exe-restart",
+                                            "--component", "Set Up FILE:bat", "--component", "Says:vbs",
+                                            "--component", "Manuals:copy"};
 
 /// The first disc in drive D, and what its programs do; the driver asks for a restart.
 void Mount(Rig& rig, const std::string& folder) {
@@ -48,7 +49,7 @@ void Mount(Rig& rig, const std::string& folder) {
   simulated::Package core{
       .path = "D:\\Packages\\Core\\core.msi", .name = "Core", .version = "1.0.0", .code = CodeOf("Core")};
   rig.machine().installer().declare(core);
-  for (const char* program : {"Tools\\tools.exe", "Set Up\\setup.bat", "Says\\says.vbs"})
+  for (const char* program : {"Tools\\tools.exe", "Set Up FILE\\setupfile.bat", "Says\\says.vbs"})
     rig.program(std::string("D:\\Packages\\") + program);
   rig.program("D:\\Packages\\Driver\\driver.vbs", RequestsReboot("immediate"));
   rig.tolerateUnused();  // where a condition holds a component back
@@ -56,7 +57,7 @@ void Mount(Rig& rig, const std::string& folder) {
 
 std::vector<std::string> FailedIn(Rig& rig) {
   std::vector<std::string> failed;
-  for (const char* name : {"Core", "Tools", "Driver", "Set Up", "Says", "Manuals"})
+  for (const char* name : {"Core", "Tools", "Driver", "Set Up FILE", "Says", "Manuals"})
     if (rig.value(ComponentRecord(name), "Process Return") == "Fail") failed.emplace_back(name);
   return failed;
 }

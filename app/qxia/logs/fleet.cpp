@@ -190,6 +190,7 @@ void AddFailuresOf(FailureGroups& groups, const FleetRun& run) {
 
 std::vector<FleetFailure> GroupFailures(const std::vector<FleetRun>& runs) {
   std::vector<const FleetRun*> newestFirst;
+  newestFirst.reserve(runs.size());
   for (const FleetRun& run : runs) newestFirst.push_back(&run);
   std::stable_sort(newestFirst.begin(), newestFirst.end(),
                    [](const FleetRun* a, const FleetRun* b) { return a->run.lastTime > b->run.lastTime; });

@@ -2,20 +2,23 @@
 
 #include <algorithm>
 #include <cctype>
+#include <string_view>
 
 #include "platform/simulated/text.h"
 
 namespace qxia::new_media {
 namespace {
 
-/// Every text is written for a person; NAME stands for the product's or the component's name, FILE for its file.
+// Marks in these texts: %NAME% is the product's or the component's name, %FILE% the component's file, %STEM% that
+// without its ending, %COPYROOT% the folder for copies.
+
 constexpr const char* ApplicationHead =
     R"(; Application ini: which product this is, where its packages are and how a run behaves.
 ; It is found beside the program because it bears the program's name. A line that begins with ; is a comment; so is
 ; one that begins with "rem". No blank stands before the = or at the start of a line.
 [Product]
 ; The product's name: its key in the registry, its folder of logs, its entry in Add/Remove Programs.
-Name=NAME
+Name=%NAME%
 ; The product's version. The product ini's [General] Version must be the same text.
 Version=1.0.0
 ; The folder with the packages: on the first CD-ROM drive that has it. A full path, such as C:\Media\Packages, or
@@ -26,7 +29,7 @@ ProductIni=PATH(product.ini)
 ; true: the first component that fails ends the run. A component's own AbortOnFail does it for that one.
 AbortOnFail=false
 ; What a successful run shows at its end, unless it is silent.
-EndMessage=NAME is ready to use.
+EndMessage=%NAME% is ready to use.
 ; Minutes to wait for a busy Windows Installer before the user is told.
 NumberOfLoops=5
 ; The folder of the logs on each machine.
@@ -34,7 +37,7 @@ LogFilePath=C:\Logs
 ; true: after the forced uninstalls of [ForceUninstall] the machine restarts, and the run goes on after the logon.
 ForceUninstallReboot=False
 ; The folder below which components with CopyOp=1 are copied. N/A where there are none.
-CopyOpRoot=COPYROOT
+CopyOpRoot=%COPYROOT%
 ; The folder below which components with CopyOp=2 are copied, to run from there. N/A where there are none.
 CopyOpHold=N/A
 
@@ -60,7 +63,7 @@ constexpr const char* ProductHead =
     R"(; Product ini: the version and the components, in the order in which they are installed.
 [Product]
 ; For the reader; the application ini's Name counts.
-Name=NAME
+Name=%NAME%
 ; The type of machine, where a machine has none recorded. Components are chosen by it with MachineType.
 ;ServerType=dcunit
 ; true: the program stays on the machine, and the product is in Add/Remove Programs. Give components that are no
@@ -76,7 +79,7 @@ Version=1.0.0
 ; Programs that run before anything is recorded, and may refuse the machine: a name here, and a section for each.
 ;[PreInstallActions]
 ;CheckServer
-;[CheckServer_NAME]
+;[CheckServer_%NAME%]
 ;Install=check.vbs
 ;CommandLine=N/A
 
@@ -102,7 +105,7 @@ Upgrade=False
 ; N/A: nothing is copied first; it runs from the medium. 2: its folder is copied below CopyOpHold, and it runs from there.
 CopyOp=N/A
 ; The whole command that removes it again, and must end with 0; name an installed program by its full path.
-;UninstallCommandLine="C:\Program Files\NAME\remove.exe" /silent
+;UninstallCommandLine="C:\Program Files\%NAME%\remove.exe" /silent
 )";
 
 constexpr const char* Package = R"(; True: where the package is installed already, in whatever version, it is repaired.
@@ -120,7 +123,7 @@ Upgrade=False
 CopyOp=1
 ; Another root than CopyOpRoot, or whole folders.
 ;CopyOpTarget=D:\Data
-;CopyOpTarget1=D:\Data\NAME
+;CopyOpTarget1=D:\Data\%NAME%
 )";
 
 constexpr const char* AnySystem =
@@ -155,16 +158,16 @@ struct KindText {
 };
 
 constexpr KindText KindTexts[] = {
-    {Kind::Msi, "a Windows Installer package. Replace FILE by your own.", ".msi",
+    {Kind::Msi, "a Windows Installer package. Replace %FILE% by your own.", ".msi",
      "Properties for the package, such as PORTNAME=Bergen; /qn and the log are added.", Package, WithInstaller},
-    {Kind::Exe, "a program. Replace FILE by your own; any exit code but -1 counts as a success.", ".exe",
+    {Kind::Exe, "a program. Replace %FILE% by your own; any exit code but -1 counts as a success.", ".exe",
      "Its arguments: write what makes it ask nothing, such as /silent.", NoPackage, AnySystem},
-    {Kind::ExeRestart, "a script that runs a program and hands its request for a restart on. Replace NAMEFILE.exe.",
+    {Kind::ExeRestart, "a script that runs a program and hands its request for a restart on. Replace %STEM%.exe.",
      ".vbs", "Arguments that the script hands to the program: what makes it ask nothing, such as /silent.", NoPackage,
      WithStartup},
-    {Kind::Bat, "a batch file; its exit code does not count. Replace what FILE does.", ".bat", "Its arguments.",
+    {Kind::Bat, "a batch file; its exit code does not count. Replace what %FILE% does.", ".bat", "Its arguments.",
      NoPackage, AnySystem},
-    {Kind::Vbs, "a script; an exit code other than 0 is a failure. Replace what FILE does.", ".vbs", "Its arguments.",
+    {Kind::Vbs, "a script; an exit code other than 0 is a failure. Replace what %FILE% does.", ".vbs", "Its arguments.",
      NoPackage, WithScripts},
     {Kind::Copy, "a folder that is copied; nothing is run. Put your files beside this one.", ".txt",
      "Not used: nothing is run.", Copied, AnySystem},
@@ -175,18 +178,31 @@ const KindText& TextOf(Kind kind) {
                        [kind](const KindText& t) { return t.kind == kind; });
 }
 
-std::string Replaced(std::string text, const std::string& mark, const std::string& by) {
-  for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + by.size()))
-    text.replace(at, mark.size(), by);
-  return text;
+/// A mark in a text, and what stands in its place.
+struct Filling {
+  std::string_view mark;
+  std::string text;
+};
+
+/// The text with its marks filled in once: what is filled in may look like a mark.
+std::string Filled(std::string_view text, const std::vector<Filling>& fillings) {
+  std::string filled;
+  while (!text.empty()) {
+    const auto filling = std::find_if(fillings.begin(), fillings.end(),
+                                      [&](const Filling& candidate) { return text.starts_with(candidate.mark); });
+    const bool isMark = filling != fillings.end();
+    filled += isMark ? filling->text : std::string(1, text.front());
+    text.remove_prefix(isMark ? filling->mark.size() : 1);
+  }
+  return filled;
 }
 
 std::string WindowsLines(const std::string& text) {
-  return Replaced(text, "\n", "\r\n");
+  return Filled(text, {{"\n", "\r\n"}});
 }
 
 std::string IniPathOf(const PlannedComponent& component) {
-  return Replaced(FolderOf(component), "/", "\\") + "\\" + FileNameOf(component) + ".ini";
+  return Filled(FolderOf(component), {{"/", "\\"}}) + "\\" + FileNameOf(component) + ".ini";
 }
 
 }  // namespace
@@ -201,7 +217,7 @@ std::string LabelOf(const MediaPlan& plan, std::size_t disc) {
 }
 
 std::string FileNameOf(const PlannedComponent& component) {
-  return simulated::Lower(Replaced(component.name, " ", ""));
+  return simulated::Lower(Filled(component.name, {{" ", ""}}));
 }
 
 std::string FolderOf(const PlannedComponent& component) {
@@ -212,8 +228,8 @@ std::string ApplicationIni(const MediaPlan& plan) {
   bool copies = false;
   for (const auto& disc : plan.discs)
     for (const PlannedComponent& component : disc) copies = copies || component.kind == Kind::Copy;
-  const std::string text = Replaced(ApplicationHead, "COPYROOT", copies ? "C:\\" + plan.product : "N/A");
-  return WindowsLines(Replaced(text, "NAME", plan.product));
+  const std::string copyRoot = copies ? "C:\\" + plan.product : "N/A";
+  return WindowsLines(Filled(ApplicationHead, {{"%NAME%", plan.product}, {"%COPYROOT%", copyRoot}}));
 }
 
 std::string ProductIni(const MediaPlan& plan, std::size_t disc) {
@@ -224,7 +240,7 @@ std::string ProductIni(const MediaPlan& plan, std::size_t disc) {
     text += "; The label of the next disc, which is asked for when this one's components are done.\nNextVolumeName=" +
             LabelOf(plan, disc + 1) + "\n";
   }
-  text = Replaced(text + ProductMiddle, "NAME", plan.product);
+  text = Filled(text + ProductMiddle, {{"%NAME%", plan.product}});
   for (const PlannedComponent& component : plan.discs[disc]) {
     const char* build = component.kind == Kind::Copy ? ".0" : "";
     text += component.name + "=" + IniPathOf(component) + ";RFI Version=" + ProductVersion + build + "\n";
@@ -234,12 +250,12 @@ std::string ProductIni(const MediaPlan& plan, std::size_t disc) {
 
 std::string ComponentIni(const PlannedComponent& component) {
   const KindText& kind = TextOf(component.kind);
-  const std::string file = FileNameOf(component) + kind.ending;
-  std::string text = std::string("; NAME: ") + kind.about + "\n; The section is the component's name in [Actions].\n" +
-                     "[NAME]\n; The file, in this folder.\nInstall=FILE\n; " + kind.command + "\nCommandLine=N/A\n" +
-                     kind.own + ComponentCommon + kind.conditions;
-  text = Replaced(text, "NAMEFILE", FileNameOf(component));
-  return WindowsLines(Replaced(Replaced(text, "NAME", component.name), "FILE", file));
+  const std::string stem = FileNameOf(component);
+  const std::string text = std::string("; %NAME%: ") + kind.about +
+                           "\n; The section is the component's name in [Actions].\n[%NAME%]\n" +
+                           "; The file, in this folder.\nInstall=%FILE%\n; " + kind.command + "\nCommandLine=N/A\n" +
+                           kind.own + ComponentCommon + kind.conditions;
+  return WindowsLines(Filled(text, {{"%NAME%", component.name}, {"%FILE%", stem + kind.ending}, {"%STEM%", stem}}));
 }
 
 }  // namespace qxia::new_media
