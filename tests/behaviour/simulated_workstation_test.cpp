@@ -258,7 +258,7 @@ TEST_F(SimulatedWorkstation, Declaration_WithAMistake_IsRefusedWithLineAndRemedy
       {"[machine]\nsystem=Windows 3.1\n", ":2: system 'Windows 3.1' is not known; choose one of Windows 95"},
       {"[machine]\n\ncolour=blue\n", ":3: 'colour' is no key of [machine]; it has: another copy, arguments"},
       {"[machine\n", ":1: '[machine': end the section's name with ]"},
-      {"[engine]\n", ":1: [engine] is no section; there are [answer]"},
+      {"[engine]\n", ":1: [engine] is no section; there are [access] [answer]"},
       {"[drive e]\nfree=much\n", ":2: 'much': write a whole number"},
       {"[drive e]\nfolder=missing\n", ":1: drive E: the folder"},
       {"[program x]\nset=HKLM=1\n", ":2: 'HKLM=1': write it as HKLM\\Key\\Name=data"},

@@ -1,13 +1,12 @@
 #include "tests/qxia/check_media.h"
 
-#include <libmsi.h>
-
 #include <filesystem>
 #include <stdexcept>
 
 #include "app/qxia/check/rules.h"
 #include "base/text.h"
 #include "platform/simulated/host.h"
+#include "tests/qxia/package_file.h"
 
 namespace qxia {
 namespace {
@@ -70,41 +69,6 @@ std::string Component(const std::string& name, const std::string& install, const
                       const std::string& cost, const std::string& further) {
   return "[" + name + "]\nInstall=" + install + "\nCommandLine=N/A\nUpgrade=False\nCopyOp=" + copy +
          "\nMachineType=all machines\nCost=" + cost + "\n" + further;
-}
-
-void Require(bool done, const char* what) {
-  if (!done) throw std::runtime_error(std::string("the test's package could not be made: ") + what);
-}
-
-void Execute(LibmsiDatabase* database, const std::string& statement) {
-  LibmsiQuery* query = libmsi_query_new(database, statement.c_str(), nullptr);
-  Require(query != nullptr && libmsi_query_execute(query, nullptr, nullptr) != FALSE, statement.c_str());
-  g_object_unref(query);
-}
-
-void MakePackage(const std::string& path, const MadePackage& package) {
-  LibmsiDatabase* database = libmsi_database_new(path.c_str(), LIBMSI_DB_FLAGS_CREATE, nullptr, nullptr);
-  Require(database != nullptr, path.c_str());
-  Execute(database,
-          "CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Value` LONGCHAR NOT NULL PRIMARY KEY `Property`)");
-  const std::pair<const char*, std::string> properties[] = {
-      {"ProductName", package.name}, {"ProductVersion", package.version}, {"ProductCode", package.code}};
-  for (const auto& [property, value] : properties)
-    Execute(database,
-            std::string("INSERT INTO `Property` (`Property`, `Value`) VALUES ('") + property + "', '" + value + "')");
-  if (package.restarts) {
-    Execute(
-        database,
-        "CREATE TABLE `InstallExecuteSequence` (`Action` CHAR(72) NOT NULL, `Sequence` SHORT PRIMARY KEY `Action`)");
-    Execute(database, "INSERT INTO `InstallExecuteSequence` (`Action`, `Sequence`) VALUES ('ScheduleReboot', 7000)");
-  }
-  LibmsiSummaryInfo* summary = libmsi_summary_info_new(database, 8, nullptr);
-  Require(summary != nullptr, "summary");
-  libmsi_summary_info_set_string(summary, LIBMSI_PROPERTY_TEMPLATE, package.platform.c_str(), nullptr);
-  libmsi_summary_info_persist(summary, nullptr);
-  g_object_unref(summary);
-  Require(libmsi_database_commit(database, nullptr) != FALSE, "commit");
-  g_object_unref(database);
 }
 
 }  // namespace
@@ -195,7 +159,11 @@ std::vector<std::string> TestMedia::write(const std::string& folder) const {
     return folder + "/" + path;
   };
   for (const auto& [path, text] : texts_) simulated::WriteHostFile(target(path), text);
-  for (const auto& [path, package] : packages_) MakePackage(target(path), package);
+  for (const auto& [path, package] : packages_)
+    WritePackageFile(
+        target(path),
+        {{"ProductName", package.name}, {"ProductVersion", package.version}, {"ProductCode", package.code}},
+        package.platform, package.restarts ? std::vector<std::string>{"ScheduleReboot"} : std::vector<std::string>());
   for (const auto& [path, to] : links_) fs::create_symlink(to, target(path));
   std::vector<std::string> discs;
   for (const char* disc : {"/disc1", "/disc2"})

@@ -15,7 +15,7 @@ struct MadePackage {
   std::string name;
   std::string version;
   std::string code;
-  std::string platform = "Intel;1033";
+  std::string platform = "Intel";
   bool restarts = false;
 };
 

@@ -37,5 +37,29 @@ TEST(Package_BrokenOrMissing, IsRefusedByName) {
   }
 }
 
+TEST(Package_Damaged, IsReadOrRefusedAndNeverACrash) {
+  const TemporaryFolder folder;
+  const std::string file = folder.path() + "/damaged.msi";
+  WritePackageFile(file, {{"ProductName", "Tools"}, {"ProductVersion", "1.2.0"}, {"ProductCode", "{A}"}}, "Intel");
+  const std::string whole = simulated::ReadHostFile(file);
+  unsigned random = 1;
+  int refused = 0;
+  for (int round = 0; round < 60; ++round) {
+    std::string damaged = whole;
+    for (int slip = 0; slip < 12; ++slip) {
+      random = random * 1664525U + 1013904223U;
+      damaged[random / 65536U % damaged.size()] = static_cast<char>(random / 256U);
+    }
+    simulated::WriteHostFile(file, damaged);
+    try {
+      EXPECT_FALSE(ReadPackage(file).productCode.empty());
+    } catch (const PackageError& broken) {
+      EXPECT_FALSE(broken.reason().empty());
+      ++refused;
+    }
+  }
+  EXPECT_GT(refused, 0);
+}
+
 }  // namespace
 }  // namespace qxia
