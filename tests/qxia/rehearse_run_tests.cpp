@@ -65,11 +65,14 @@ TEST(RehearseRun_ProgramsOfTheMedia_CannotChangeThem, NeitherOnADiscNorOnAHardDi
     const std::string root = at.empty() ? "D:" : at;
     SmallMedia media;
     media.component("One", "one.exe");
+    media.file("app.ini", "[Product]\nName=Small\nVersion=1.0\nPackageRoot=" + root +
+                              "\\Packages\nProductIni=PATH(product.ini)\n");
     media.machine("[program \\one.exe]\nfile=" + root + "\\new.txt=new\ndelete file=" + root +
                   "\\app.ini\nfile=" + root + "\\product.ini=broken\n");
     std::vector<std::string> words = {"--machine", media.path() + "/machine.txt"};
     if (!at.empty()) words.insert(words.end(), {"--at", at});
     const RehearsedRun run = media.rehearseOnce(words);
+    ASSERT_EQ(run.components.size(), 1U);
     EXPECT_EQ(run.components[0].outcome, Outcome::Installed);
     EXPECT_TRUE(std::filesystem::exists(media.path() + "/disc/app.ini"));
     EXPECT_FALSE(std::filesystem::exists(media.path() + "/disc/new.txt"));
