@@ -29,14 +29,14 @@ class RealMachine:
         self.registry = self.machine.registry
         self.stop = self.machine.stop
 
-    def install(self):
-        return self.machine.run('D:\\' + PROGRAM, '/s', timeout=300)
+    def install(self, **how):
+        return self.machine.run('D:\\' + PROGRAM, '/s', timeout=300, **how)
 
-    def uninstall(self):
+    def uninstall(self, **how):
         """What Add/Remove Programs starts, but silently; somebody answers its question with Yes."""
         key = UNINSTALL + '\\' + PRODUCT
         program, _, arguments = self.machine.exported(key).get(key, 'UninstallString').partition('.exe ')
-        process = self.machine.start(program + '.exe', '/s', *arguments.split())
+        process = self.machine.start(program + '.exe', '/s', *arguments.split(), **how)
         deadline = time.time() + 300
         while process.poll() is None:
             if time.time() > deadline:

@@ -46,8 +46,8 @@ class Screen:
             subprocess.run(['import', '-window', 'root', file], check=True)
 
 
-def _environment(prefix, overrides=''):
-    return dict(os.environ, WINEPREFIX=prefix, WINEARCH='win64', WINEDEBUG='-all',
+def _environment(prefix, overrides='', debug='-all'):
+    return dict(os.environ, WINEPREFIX=prefix, WINEARCH='win64', WINEDEBUG=debug,
                 WINEDLLOVERRIDES='winemenubuilder.exe=d;mscoree,mshtml=' + overrides)
 
 
@@ -168,14 +168,14 @@ class Machine:
             here = os.path.join(here, next((n for n in names if n.lower() == part.lower()), part))
         return here
 
-    def start(self, *command, output=subprocess.DEVNULL):
-        """Starts a program by its Windows path and arguments, in the root of drive C."""
-        return subprocess.Popen([WINE, *command], env=_environment(self.folder, self._overrides), stdin=subprocess.DEVNULL,
-                                cwd=os.path.join(self.folder, 'drive_c'), stdout=output, stderr=output)
+    def start(self, *command, output=subprocess.DEVNULL, debug='-all'):
+        """Starts a program by its Windows path and arguments, in the root of drive C. `debug` is what Wine tells of it."""
+        return subprocess.Popen([WINE, *command], env=_environment(self.folder, self._overrides, debug),
+                                stdin=subprocess.DEVNULL, cwd=os.path.join(self.folder, 'drive_c'), stdout=output, stderr=output)
 
-    def run(self, *command, timeout=60, output=subprocess.DEVNULL):
+    def run(self, *command, timeout=60, output=subprocess.DEVNULL, debug='-all'):
         """Runs a program to its end. Not to end in time is an error."""
-        process = self.start(*command, output=output)
+        process = self.start(*command, output=output, debug=debug)
         try:
             return process.wait(timeout)
         except subprocess.TimeoutExpired:

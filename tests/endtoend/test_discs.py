@@ -4,9 +4,9 @@ import subprocess
 import time
 
 import support
+import rehearsal
 import two_discs
 from person import Person
-from run_log import outcomes
 from support import LOG_ROOT, OUT, PROGRAM, WineTest, tool
 
 PRODUCT = two_discs.PRODUCT
@@ -30,9 +30,9 @@ class TwoDiscs(WineTest):
         """Changes the disc while the machine runs."""
         self.assertEqual(self.machine.run('C:\\disc.exe', disc), 0)
 
-    def start_from_disc(self):
+    def start_from_disc(self, **how):
         """The program on the disc starts its local copy and ends, which frees the drive."""
-        self.assertEqual(self.machine.run('D:\\' + PROGRAM, '/s'), 0)
+        self.assertEqual(self.machine.run('D:\\' + PROGRAM, '/s', **how), 0)
         person = Person(self.machine)
         person.dialog('Insert the disk labelled CHARTS2 and click OK to continue')
         return person
@@ -74,11 +74,18 @@ class TwoDiscs(WineTest):
         self.assertRegex(self.read('C:\\recorded.txt'),
                          r'^AT \d\d:\d\d C:\\windows\\System32\\cmd.exe /c del "%s"\s*$' % LOCAL.replace('\\', r'\\'))
 
-    def test_simulated_workstation_installs_both_discs(self):
-        simulated = two_discs.SimulatedMachine(os.path.join(OUT, 'endtoend', 'simulated discs'))
-        self.assertEqual(simulated.install(), 0)
-        rows = outcomes(simulated.registry(), support.read_log(simulated.host(two_discs.LOG)), PRODUCT)
-        self.assertEqual([row[:4] for row in rows], [('Runtime', 'msi', 100, 'ok'), ('Core', 'msi', 200, 'ok')])
+    def test_a_rehearsal_tells_the_same_story(self):
+        result, state = rehearsal.rehearse('discs', self.discs, '--on', 'windows 2003', '--args', '/s',
+                                           '--label', two_discs.LABELS[0], '--label', two_discs.LABELS[1])
+        with rehearsal.trace('discs') as trace:
+            person = self.start_from_disc(output=trace, debug=rehearsal.TRACE)
+            self.insert(self.discs[1])
+            person.press('Return')
+            self.wait_for_the_end()
+        real = rehearsal.real_story(self.machine.host(self.log_file(PRODUCT)), rehearsal.exported(self.machine, PRODUCT),
+                                    PRODUCT, 0, rehearsal.traced_commands('discs'))
+        self.assertEqual('\n'.join(rehearsal.differences(
+            'discs', real, rehearsal.rehearsed_story(result, state, PRODUCT))), '')
 
     def test_cancelled_prompt_ends_the_run(self):
         person = self.start_from_disc()

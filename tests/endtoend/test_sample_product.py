@@ -4,9 +4,10 @@ import re
 import unittest
 
 import support
-from demo import LOG, UNINSTALL_LOG, RealMachine, SimulatedMachine
+import rehearsal
+from demo import LOG, UNINSTALL_LOG, RealMachine
 from run_log import outcomes, read_log, removals
-from sample_machine import LOG_FOLDER, PRODUCT, UNINSTALL
+from sample_machine import LOG_FOLDER, PRODUCT, SAMPLE, SIMULATED_MACHINE, SIMULATED_UNINSTALL, UNINSTALL
 from support import OUT, PRODUCTS
 
 # Component, kind, sequence, verdict, and what its reason says.
@@ -45,7 +46,8 @@ class SampleProduct(unittest.TestCase):
         folder = os.path.join(OUT, 'endtoend', 'sample')
         cls.machine = RealMachine(folder, support.EXECUTABLE)
         cls.addClassCleanup(cls.machine.stop)
-        cls.exit_code = cls.machine.install()
+        with rehearsal.trace('sample') as trace:
+            cls.exit_code = cls.machine.install(output=trace, debug=rehearsal.TRACE)
         cls.registry = cls.machine.registry()
         cls.log = read_log(cls.machine.host(LOG))
 
@@ -115,13 +117,18 @@ class SampleProduct(unittest.TestCase):
         self.assertRegex(name, r'^QX Installation Assistant\d{10}\.html$')
         self.assertEqual(read_log(os.path.join(archive, name)), self.log)
 
-    def test_the_simulated_workstation_tells_the_same_story(self):
-        simulated = SimulatedMachine(os.path.join(OUT, 'endtoend', 'simulated'))
-        self.assertEqual(simulated.install(), self.exit_code)
-        self.assertEqual(outcomes(simulated.registry(), read_log(simulated.host(LOG)), PRODUCT),
-                         outcomes(self.registry, self.log, PRODUCT))
-        self.assertEqual(simulated.uninstall(), 0)
-        self.assertEqual([row[:2] for row in removals(read_log(simulated.host(UNINSTALL_LOG)))], self.removed())
+    @staticmethod
+    def rehearsed(declared, again=''):
+        result, state = rehearsal.rehearse('sample', [os.path.join(SAMPLE, 'disc')], '--machine', declared,
+                                           '--label', 'HARBOUR', again=again)
+        return rehearsal.rehearsed_story(result, state, PRODUCT, bool(again))
+
+    def assertSame(self, name, log, registry, code, declared, again=''):
+        real = rehearsal.real_story(self.machine.host(log), [registry], PRODUCT, code, rehearsal.traced_commands(name), bool(again))
+        self.assertEqual('\n'.join(rehearsal.differences(name, real, self.rehearsed(declared, again))), '')
+
+    def test_a_rehearsal_tells_the_same_story(self):
+        self.assertSame('sample', LOG, self.registry, self.exit_code, SIMULATED_MACHINE)
 
     @staticmethod
     def removed():
@@ -129,8 +136,11 @@ class SampleProduct(unittest.TestCase):
 
     def test_uninstalled_it_leaves_what_others_use(self):
         """Comes behind the other tests, whose machine it changes."""
-        self.assertEqual(self.machine.uninstall(), 0)
+        self.rehearsed(SIMULATED_MACHINE)
+        with rehearsal.trace('sample, uninstalled') as trace:
+            self.assertEqual(self.machine.uninstall(output=trace, debug=rehearsal.TRACE), 0)
         registry = self.machine.registry()
+        self.assertSame('sample, uninstalled', UNINSTALL_LOG, registry, 0, SIMULATED_UNINSTALL, 'again')
         self.assertEqual([row[:2] for row in removals(read_log(self.machine.host(UNINSTALL_LOG)))], self.removed())
         names = [registry.get(UNINSTALL + '\\' + key, 'DisplayName') for key in registry.children(UNINSTALL)]
         self.assertEqual([name for name in names if name and name.startswith('Harbour')], ['Harbour Fonts'])
