@@ -119,9 +119,11 @@ std::string Packed(const std::string& hostPath) {
 }
 
 [[noreturn]] void ReadInChild(const std::string& hostPath, int pipe) {
-  constexpr unsigned mostSeconds = 10;
+  constexpr unsigned mostSeconds = 60;
   const rlimit none{0, 0};
+  const rlimit work{2, 2};  // seconds of the processor, in which two hundred packages can be read
   setrlimit(RLIMIT_CORE, &none);
+  setrlimit(RLIMIT_CPU, &work);
   close(STDERR_FILENO);
   alarm(mostSeconds);
   const std::string packed = Packed(hostPath);

@@ -39,11 +39,14 @@ void Clock::sleep(std::uint32_t milliseconds) {
 
 void Clock::setTime(const std::string& text) {
   int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, millisecond = 0;
-  const int read =
-      std::sscanf(text.c_str(), "%d-%d-%d %d:%d:%d.%d", &year, &month, &day, &hour, &minute, &second, &millisecond);
+  const int read = std::sscanf(text.c_str(), "%4d-%2d-%2d %2d:%2d:%2d.%3d", &year, &month, &day, &hour, &minute,
+                               &second, &millisecond);
+  const auto fits = [](int number, int below) { return number >= 0 && number < below; };
+  const bool isTime = fits(hour, 24) && fits(minute, 60) && fits(second, 60) && fits(millisecond, 1000);
   const std::chrono::year_month_day date{std::chrono::year{year}, std::chrono::month{static_cast<unsigned>(month)},
                                          std::chrono::day{static_cast<unsigned>(day)}};
-  if (read < 6 || !date.ok() || year < 1970) Refuse("time '" + text + "': write it as 2006-03-05 14:03:27.481");
+  if (read < 6 || !date.ok() || !isTime || year < 1970)
+    Refuse("time '" + text + "': write it as 2006-03-05 14:03:27.481");
   const std::int64_t days = std::chrono::sys_days{date}.time_since_epoch().count();
   started_ = days * DayLength + ((hour * 60 + minute) * 60 + second) * 1000LL + millisecond;
   started_ -= static_cast<std::int64_t>(elapsed_);

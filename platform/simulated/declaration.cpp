@@ -1,5 +1,6 @@
 #include "platform/simulated/declaration.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <stdexcept>
 
@@ -43,6 +44,16 @@ bool ParseStartup(const std::string& value) {
   if (SameText(value, "none")) return false;
   if (SameText(value, "default")) return true;
   Refuse("'" + value + "': write none, or default for the system's own");
+}
+
+/// Exit codes are written with their sign or without.
+std::int32_t ParseExit(const std::string& value) {
+  return static_cast<std::int32_t>(ParseCount(value, INT32_MIN, UINT32_MAX));
+}
+
+/// Of a number of seconds. A wait of the machine holds no more of them.
+std::uint32_t ParseMilliseconds(const std::string& seconds) {
+  return static_cast<std::uint32_t>(ParseCount(seconds, 0, UINT32_MAX / 1000) * 1000);
 }
 
 /// KEY\NAME=DATA
@@ -167,7 +178,7 @@ void Loader::drive(const Section& section) {
          {{"type", [&](const std::string& v) { drive.type = FindDriveType(v); }},
           {"label", [&](const std::string& v) { drive.label = v; }},
           {"folder", [&](const std::string& v) { drive.folder = hostPath(v); }},
-          {"free", [&](const std::string& v) { drive.free = static_cast<std::uint64_t>(ParseCount(v)); }},
+          {"free", [&](const std::string& v) { drive.free = static_cast<std::uint64_t>(ParseCount(v, 0, INT64_MAX)); }},
           {"ready", [&](const std::string& v) { drive.ready = ParseYes(v); }},
           {"writable", [&](const std::string& v) { drive.writable = ParseYes(v); }},
           {"access lists", [&](const std::string& v) { drive.accessLists = ParseYes(v); }},
@@ -230,11 +241,12 @@ Drive Loader::mappedDrive(const std::string& value) const {
 
 Keys Loader::outcomeKeys(Outcome& outcome) const {
   return {
-      {"exit", [&](const std::string& v) { outcome.exitCode = static_cast<std::int32_t>(ParseCount(v)); }},
-      {"seconds",
-       [&](const std::string& v) { outcome.milliseconds = static_cast<std::uint32_t>(ParseCount(v) * 1000); }},
+      {"exit", [&](const std::string& v) { outcome.exitCode = ParseExit(v); }},
+      {"seconds", [&](const std::string& v) { outcome.milliseconds = ParseMilliseconds(v); }},
       {"cannot start",
-       [&](const std::string& v) { outcome.cannotStart = static_cast<platform::Status>(ParseCount(v)); }},
+       [&](const std::string& v) {
+         outcome.cannotStart = static_cast<platform::Status>(ParseCount(v, 0, UINT32_MAX));
+       }},
       {"set", [&](const std::string& v) { outcome.registry.push_back(ParseWrite(v)); }},
       {"delete key", [&](const std::string& v) { outcome.deletedKeys.push_back(v); }},
       {"file", [&](const std::string& v) { outcome.files.push_back(ParseFile(v)); }},
@@ -253,12 +265,8 @@ void Loader::package(const Section& section) {
   keys["name"] = [&](const std::string& v) { package.name = v; };
   keys["version"] = [&](const std::string& v) { package.version = v; };
   keys["code"] = [&](const std::string& v) { package.code = v; };
-  keys["removal exit"] = [&](const std::string& v) {
-    package.removal.exitCode = static_cast<std::int32_t>(ParseCount(v));
-  };
-  keys["repair exit"] = [&](const std::string& v) {
-    package.repair.exitCode = static_cast<std::int32_t>(ParseCount(v));
-  };
+  keys["removal exit"] = [&](const std::string& v) { package.removal.exitCode = ParseExit(v); };
+  keys["repair exit"] = [&](const std::string& v) { package.repair.exitCode = ParseExit(v); };
   keys["property"] = [&](const std::string& v) {
     const std::vector<std::string> parts = ParseParts(v, '=', 2, "Name=value");
     package.properties.emplace_back(parts[0], parts[1]);
@@ -281,10 +289,10 @@ void Loader::program(const Section& section) {
 void Loader::running(const Section& section) {
   RunningProgram program;
   program.name = section.argument;
-  Assign(file_, section,
-         {{"seconds",
-           [&](const std::string& v) { program.milliseconds = static_cast<std::uint64_t>(ParseCount(v)) * 1000; }},
-          {"queries", [&](const std::string& v) { program.queries = static_cast<int>(ParseCount(v)); }}});
+  Assign(
+      file_, section,
+      {{"seconds", [&](const std::string& v) { program.milliseconds = ParseMilliseconds(v); }},
+       {"queries", [&](const std::string& v) { program.queries = static_cast<int>(ParseCount(v, -1, INT32_MAX)); }}});
   computer_.processes().addRunning(program);
 }
 

@@ -15,6 +15,8 @@ using platform::WaitResult;
 namespace {
 
 constexpr std::int32_t StillActive = 259;
+/// Characters of a path that can name a file.
+constexpr std::size_t LongestPath = 259;
 constexpr std::uint32_t Forever = 0xffffffff;
 constexpr Status MonikerSyntax{0x800401E4};
 constexpr Status NoSuchComputer{0x80041015};
@@ -50,7 +52,7 @@ bool Fits(const Program& program, const std::string& commandLine, const std::str
 /// wins, as the system tries them.
 std::string Processes::programOf(const std::string& commandLine) {
   if (!commandLine.empty() && commandLine[0] == '"') return commandLine.substr(1, commandLine.find('"', 1) - 1);
-  for (std::size_t blank = commandLine.find(' '); blank != std::string::npos;
+  for (std::size_t blank = commandLine.find(' '); blank != std::string::npos && blank <= LongestPath;
        blank = commandLine.find(' ', blank + 1)) {
     std::string path = commandLine.substr(0, blank);
     if (!HasFolder(path)) break;

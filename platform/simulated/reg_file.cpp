@@ -146,8 +146,9 @@ RegLine ParseRegLine(const std::string& rawLine) {
   const std::string line = Trim(rawLine);
   RegLine parsed;
   if (line.empty() || line[0] == ';' || line == RegFileHeader) return parsed;
-  if (line[0] != '[') return ParseValueLine(line);
-  if (line.back() != ']') {
+  const bool hasZero = line.find('\0') != std::string::npos;
+  if (line[0] != '[' && !hasZero) return ParseValueLine(line);
+  if (line.back() != ']' || hasZero) {
     parsed.kind = RegLine::Kind::Malformed;
     return parsed;
   }

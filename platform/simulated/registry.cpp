@@ -11,6 +11,7 @@ namespace {
 
 constexpr Status KeyDeleted{1018};
 constexpr std::size_t LongestKeyName = 255;
+constexpr char LineFeed = '\n';
 
 std::string FullPath(platform::RegistryRoot root, const std::string& path) {
   const std::string name = root == platform::RegistryRoot::CurrentUser ? "HKEY_CURRENT_USER" : "HKEY_LOCAL_MACHINE";
@@ -30,11 +31,13 @@ std::string ShownValue(const RegistryValue& value) {
   return line.substr(line.find('=') + 1);
 }
 
-bool IsMalformed(const std::string& path, bool japanese) {
-  if (path.empty()) return false;
-  for (const std::string& part : Split(path, '\\', japanese))
-    if (part.empty() || part.size() > LongestKeyName) return true;
-  return false;
+/// Ok for a path that a key may have. A line feed has no place in the text form of the file.
+Status Usable(const std::string& path, bool japanese) {
+  if (path.empty()) return Status::Ok;
+  const std::vector<std::string> parts = Split(path, '\\', japanese);
+  for (const std::string& part : parts)
+    if (part.empty() || part.size() > LongestKeyName || part.find(LineFeed) != std::string::npos) return Status::BadKey;
+  return parts.size() > MostKeyLevels ? Status::InvalidParameter : Status::Ok;
 }
 
 /// The system terminates a text that was given without its terminating zero.
@@ -55,8 +58,8 @@ Status Registry::enter(std::shared_ptr<Key> key, const std::string& fullPath, pl
 Status Registry::openKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                          KeyHandle& key) {
   key = {};
-  if (IsMalformed(path, japanese_)) return Status::BadKey;
-  const std::string fullPath = FullPath(root, path);
+  if (const Status s = Usable(UpToZero(path), japanese_); s != Status::Ok) return s;
+  const std::string fullPath = FullPath(root, UpToZero(path));
   std::shared_ptr<Key> found = locate(fullPath);
   if (!found) return Status::FileNotFound;
   return enter(std::move(found), fullPath, access, key);
@@ -65,8 +68,8 @@ Status Registry::openKey(platform::RegistryRoot root, const std::string& path, p
 Status Registry::createKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                            KeyHandle& key) {
   key = {};
-  if (IsMalformed(path, japanese_)) return Status::BadKey;
-  const std::string fullPath = FullPath(root, path);
+  if (const Status s = Usable(UpToZero(path), japanese_); s != Status::Ok) return s;
+  const std::string fullPath = FullPath(root, UpToZero(path));
   bool made = false;
   std::shared_ptr<Key> found = make(fullPath, made);
   if (made) {
@@ -101,7 +104,7 @@ Status Registry::queryValue(KeyHandle key, const std::string& name, platform::Va
   data.clear();
   OpenKey* open = nullptr;
   if (const Status s = use(key, Right::Query, open); s != Status::Ok) return s;
-  const RegistryValue* value = valueOf(*open->key, name);
+  const RegistryValue* value = valueOf(*open->key, UpToZero(name));
   if (value == nullptr) return Status::FileNotFound;
   type = static_cast<platform::ValueType>(value->type);
   data = value->data;
@@ -123,23 +126,25 @@ void Registry::store(Key& key, const std::string& fullPath, const RegistryValue&
 Status Registry::setValue(KeyHandle key, const std::string& name, platform::ValueType type, const std::string& data) {
   OpenKey* open = nullptr;
   if (const Status s = use(key, Right::Set, open); s != Status::Ok) return s;
+  const std::string cut = UpToZero(name);
+  if (cut.find(LineFeed) != std::string::npos) return Status::InvalidParameter;
   const auto number = static_cast<std::uint32_t>(type);
-  store(*open->key, open->fullPath, {name, number, Stored(number, data)});
+  store(*open->key, open->fullPath, {cut, number, Stored(number, data)});
   return Status::Ok;
 }
 
 Status Registry::deleteValue(KeyHandle key, const std::string& name) {
   OpenKey* open = nullptr;
   if (const Status s = use(key, Right::Set, open); s != Status::Ok) return s;
-  if (valueOf(*open->key, name) == nullptr) return Status::FileNotFound;
+  if (valueOf(*open->key, UpToZero(name)) == nullptr) return Status::FileNotFound;
   const std::string fullPath = open->fullPath;
-  remove(fullPath, name);
+  remove(fullPath, UpToZero(name));
   return Status::Ok;
 }
 
 Status Registry::deleteKey(platform::RegistryRoot root, const std::string& path) {
-  if (IsMalformed(path, japanese_)) return Status::BadKey;
-  const std::string fullPath = FullPath(root, path);
+  if (const Status s = Usable(UpToZero(path), japanese_); s != Status::Ok) return s;
+  const std::string fullPath = FullPath(root, UpToZero(path));
   const std::shared_ptr<Key> key = locate(fullPath);
   if (!key) return Status::FileNotFound;
   if (path.empty() || !key->below.empty()) return Status::AccessDenied;
@@ -170,6 +175,8 @@ void Registry::closeKey(KeyHandle key) {
 }
 
 void Registry::put(const std::string& fullPath, const RegistryValue& value) {
+  if ((fullPath + value.name).find_first_of(std::string("\0\n", 2)) != std::string::npos)
+    Refuse("registry value '" + value.name + "' of '" + fullPath + "': write names without zero bytes and line feeds");
   bool made = false;
   const std::shared_ptr<Key> key = make(fullPath, made);
   store(*key, fullPath, {value.name, value.type, Stored(value.type, value.data)});

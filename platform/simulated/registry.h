@@ -15,6 +15,9 @@
 
 namespace simulated {
 
+/// Keys that may lie below each other, the root not counted.
+inline constexpr std::size_t MostKeyLevels = 512;
+
 class Registry : public platform::Registry {
  public:
   /// Raises std::runtime_error when the file holds a line that is not .reg text, naming file, line and remedy.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <stdexcept>
 
 #include "platform/simulated/host.h"
 #include "platform/simulated/registry.h"
@@ -19,6 +20,9 @@ std::vector<std::string> PartsOf(const std::string& fullPath, bool japanese) {
   if (SameText(parts[0], "HKCU")) parts[0] = "HKEY_CURRENT_USER";
   if (!SameText(parts[0], "HKEY_LOCAL_MACHINE") && !SameText(parts[0], "HKEY_CURRENT_USER"))
     Refuse("registry key '" + fullPath + "': begin the path with HKEY_LOCAL_MACHINE\\ or HKEY_CURRENT_USER\\");
+  if (parts.size() > MostKeyLevels + 1)
+    Refuse("registry key with " + std::to_string(parts.size() - 1) + " levels: there are at most " +
+           std::to_string(MostKeyLevels));
   return parts;
 }
 
@@ -134,7 +138,11 @@ void Registry::load() {
       Refuse(file_ + ", line " + std::to_string(line.number) + ": '" + line.text +
              "' is no registry text; write [key] first, then \"name\"=\"text\", \"name\"=dword:0000002a or "
              "\"name\"=hex:01,02");
-    apply(parsed, currentKey);
+    try {
+      apply(parsed, currentKey);
+    } catch (const std::runtime_error& refused) {
+      Refuse(file_ + ", line " + std::to_string(line.number) + ": " + refused.what());
+    }
   }
 }
 

@@ -18,6 +18,7 @@ std::vector<Section> ParseSections(const std::string& file, const std::string& t
   for (const std::string& raw : Split(text, '\n')) {
     ++number;
     const std::string line = Trim(raw);
+    if (line.find('\0') != std::string::npos) RefuseLine(file, number, "a zero byte: write text");
     if (line.empty() || line[0] == ';') continue;
     if (line[0] == '[') {
       if (line.back() != ']') RefuseLine(file, number, "'" + line + "': end the section's name with ]");
@@ -57,11 +58,13 @@ bool ParseYes(const std::string& value) {
   Refuse("'" + value + "': write yes or no");
 }
 
-long long ParseCount(const std::string& value) {
+long long ParseCount(const std::string& value, long long least, long long most) {
   char* end = nullptr;
   errno = 0;
   const long long number = std::strtoll(value.c_str(), &end, 10);
   if (value.empty() || *end != '\0' || errno != 0) Refuse("'" + value + "': write a whole number");
+  if (number < least || number > most)
+    Refuse("'" + value + "': write a number from " + std::to_string(least) + " to " + std::to_string(most));
   return number;
 }
 

@@ -33,7 +33,8 @@ using Keys = std::map<std::string, std::function<void(const std::string& value)>
 void Assign(const std::string& file, const Section& section, const Keys& keys);
 
 bool ParseYes(const std::string& value);
-long long ParseCount(const std::string& value);
+/// A whole number within these bounds.
+long long ParseCount(const std::string& value, long long least, long long most);
 /// Splits at the separator into exactly so many parts, trimmed; raises std::runtime_error that shows `form`.
 std::vector<std::string> ParseParts(const std::string& value, char separator, std::size_t count, const char* form);
 

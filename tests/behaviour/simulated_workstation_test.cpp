@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -261,6 +262,11 @@ TEST_F(SimulatedWorkstation, Declaration_WithAMistake_IsRefusedWithLineAndRemedy
       {"[engine]\n", ":1: [engine] is no section; there are [access] [answer]"},
       {"[drive e]\nfree=much\n", ":2: 'much': write a whole number"},
       {"[drive e]\nfolder=missing\n", ":1: drive E: the folder"},
+      {"[drive e]\nfree=-5\n", ":2: '-5': write a number from 0 to"},
+      {"[program x]\nexit=99999999999\n", ":2: '99999999999': write a number from -2147483648 to 4294967295"},
+      {"[running x]\nseconds=4294968\n", ":2: '4294968': write a number from 0 to 4294967"},
+      {"[machine]\ntime=2006-03-05 99999999:03:27\n", ":2: time '2006-03-05 99999999:03:27': write it as"},
+      {"[machine]\ntime=99999-03-05 14:03:27\n", ":2: time '99999-03-05 14:03:27': write it as"},
       {"[program x]\nset=HKLM=1\n", ":2: 'HKLM=1': write it as HKLM\\Key\\Name=data"},
       {"[registry HKCR\\x]\na=b\n", ":1: registry key 'HKCR\\x': begin the path with"},
       {"[package C:\\p.msi]\nname=P\n", ":1: [package C:\\p.msi]: add its product code"},
@@ -313,17 +319,72 @@ TEST_F(SimulatedWorkstation, ProgramsOfTheSystem_NeedNoDeclaration_WhereTheSyste
 }
 
 TEST_F(SimulatedWorkstation, RegistryFile_Damaged_IsRefusedWithItsLine) {
+  std::string deep = "[HKEY_LOCAL_MACHINE";
+  for (int level = 0; level < 33000; ++level) deep += "\\a";
+  const struct {
+    std::string line;
+    const char* says;
+  } damages[] = {
+      {"\"Name\"=text", "registry.reg, line 4: '\"Name\"=text' is no registry text"},
+      {std::string("\"Na\0me\"=\"text\"", 14), "registry.reg, line 4: "},
+      {"[HKEY_CLASSES_ROOT\\x]", "registry.reg, line 4: registry key 'HKEY_CLASSES_ROOT\\x': begin the path with"},
+      {deep + "]", "registry.reg, line 4: registry key with 33000 levels: there are at most 512"},
+  };
   const std::string folder = rig_.folder() + "/damaged";
   std::filesystem::create_directories(folder);
-  write("damaged/registry.reg", "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\Software]\n\"Name\"=text\n");
-  try {
-    Workstation machine(folder);
-    ADD_FAILURE() << "accepted";
-  } catch (const std::runtime_error& refused) {
-    EXPECT_NE(std::string(refused.what()).find("registry.reg, line 4: '\"Name\"=text' is no registry text"),
-              std::string::npos)
-        << refused.what();
+  for (const auto& damage : damages) {
+    write("damaged/registry.reg", "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\Software]\n" + damage.line + "\n");
+    try {
+      Workstation machine(folder);
+      ADD_FAILURE() << "accepted: " << damage.says;
+    } catch (const std::runtime_error& refused) {
+      EXPECT_NE(std::string(refused.what()).find(damage.says), std::string::npos) << refused.what();
+    }
   }
+}
+
+/// A key path of so many levels.
+std::string Levels(int levels) {
+  std::string path = "a";
+  for (int level = 1; level < levels; ++level) path += "\\a";
+  return path;
+}
+
+TEST_F(SimulatedWorkstation, Registry_OddNames_AreCutOrRefusedAndTheStateStaysReadable) {
+  const struct {
+    std::string path;
+    Status created;
+  } keys[] = {
+      {std::string("Zero\0tail", 9), Status::Ok},
+      {"Line\nfeed", Status::BadKey},
+      {Levels(512), Status::Ok},
+      {Levels(513), Status::InvalidParameter},
+      {Levels(33000), Status::InvalidParameter},
+  };
+  platform::Registry& registry = rig_.machine().registry();
+  platform::KeyHandle key;
+  for (const auto& [path, created] : keys)
+    EXPECT_EQ(registry.createKey(platform::RegistryRoot::LocalMachine, path, platform::KeyAccess::Plain, key), created);
+  registry.createKey(platform::RegistryRoot::LocalMachine, "Zero", platform::KeyAccess::Plain, key);
+  const auto set = [&](const std::string& name) {
+    return registry.setValue(key, name, platform::ValueType::Text, "1");
+  };
+  EXPECT_EQ(set(std::string("Na\0me", 5)), Status::Ok);
+  EXPECT_EQ(set("Na\nme"), Status::InvalidParameter);
+  rig_.restart();
+  EXPECT_EQ(rig_.registryLines("Zero"), Names{"Zero\\Na=1"});
+  EXPECT_TRUE(rig_.hasKey(Levels(512)));
+}
+
+TEST_F(SimulatedWorkstation, CommandLine_OfManyWords_IsLookedUpAsFarAsAPathMayReach) {
+  std::string words;
+  for (int word = 0; word < 32000; ++word) words += " x";
+  rig_.file("C:\\Tools and more\\setup.exe", "");
+  rig_.program("C:\\", {.exitCode = 7});
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(start("C:\\Tools and more\\setup.exe" + words), 7);
+  EXPECT_EQ(start("C:\\Nowhere\\other.exe" + words), -1);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
 }
 
 TEST_F(SimulatedWorkstation, Faults_InjectedAndCut_LeaveTheStateOfThatMoment) {
