@@ -1,11 +1,12 @@
 #include "app/qxia/rehearse/rows.h"
 
+#include <optional>
+
+#include "app/qxia/logs/rows.h"
+
 namespace qxia {
 namespace {
 
-constexpr const char* Cells[] = {"<TD width=\"150\">", "<TD width=\"120\">", "<TD width=\"550\">"};
-constexpr const char* CellEnd = "</TD>";
-constexpr const char* RowEnd = "</TD></TR></TABLE>\r\n";
 constexpr const char* TurnBegins = "Next component is ";
 
 /// Rows behind all turns: of the loop, of a run that closes down.
@@ -40,37 +41,28 @@ std::string InOneLine(const std::string& text) {
   return line;
 }
 
-/// The kind's cell without its colour and asterisks.
-std::string KindOfRow(const std::string& cell) {
-  std::string kind;
-  for (const char c : WithoutTags(cell))
-    if (c != '*' && c != ' ') kind += c;
-  return kind;
-}
-
-/// What stands between a mark and an end, from `at` on, which moves behind it; false where it is not there.
-bool Take(const std::string& text, std::size_t& at, const char* mark, const char* end, std::string& taken) {
-  const std::size_t open = text.find(mark, at);
-  if (open == std::string::npos) return false;
-  const std::size_t start = open + std::string(mark).size();
-  const std::size_t close = text.find(end, start);
-  if (close == std::string::npos) return false;
-  taken = text.substr(start, close - start);
-  at = close;
-  return true;
+/// As a person sees it in the log.
+const char* ShownKind(logs::RowKind kind) {
+  switch (kind) {
+    case logs::RowKind::Action:
+      return "Action";
+    case logs::RowKind::Warning:
+      return "Warning";
+    case logs::RowKind::Error:
+      return "ERROR";
+    case logs::RowKind::None:
+      break;
+  }
+  return "";
 }
 
 }  // namespace
 
 std::vector<LogRow> ParseLog(const std::string& html) {
   std::vector<LogRow> rows;
-  std::size_t at = 0;
-  LogRow row;
-  while (Take(html, at, Cells[0], CellEnd, row.time) && Take(html, at, Cells[1], CellEnd, row.kind) &&
-         Take(html, at, Cells[2], RowEnd, row.text)) {
-    row.kind = KindOfRow(row.kind);
-    rows.push_back(row);
-  }
+  logs::Rows lines(html);
+  while (const std::optional<logs::Row> row = lines.next())
+    rows.push_back({std::string(row->stamp), ShownKind(row->kind), std::string(row->text)});
   return rows;
 }
 
