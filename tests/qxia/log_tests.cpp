@@ -76,7 +76,7 @@ const char* const Expected[] = {
     "Batch: installed, return number 5",
     "Gone: failed, File C:\\Media\\Gone\\gone.exe could not be found",
     "Notes: failed, Unrecognised file type C:\\Media\\Notes\\notes.txt",
-    "Other: held back, Condition not satisfied - OS not supported.",
+    "Other: held back, Condition not satisfied - OS not supported. (os = win95)",
     "Manuals: copied, copied to C:\\Copies",
     "Large: failed, Not enough disk space on C: to complete installation",
 };

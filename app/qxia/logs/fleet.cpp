@@ -197,6 +197,7 @@ std::vector<FleetFailure> GroupFailures(const std::vector<FleetRun>& runs) {
   FailureGroups groups;
   for (const FleetRun* run : newestFirst) AddFailuresOf(groups, *run);
   std::vector<FleetFailure> failures;
+  failures.reserve(groups.size());
   for (auto& [key, failure] : groups) failures.push_back(std::move(failure));
   std::stable_sort(failures.begin(), failures.end(),
                    [](const FleetFailure& a, const FleetFailure& b) { return a.newest > b.newest; });

@@ -69,6 +69,7 @@ std::string CsvField(std::string text) {
 
 std::vector<std::string> Utf8Reasons(const LoggedRun& run) {
   std::vector<std::string> reasons;
+  reasons.reserve(run.product.reasons.size());
   for (const std::string& reason : run.product.reasons) reasons.push_back(ToUtf8(reason));
   return reasons;
 }
@@ -119,6 +120,7 @@ std::vector<FleetLine> LinesOf(const Fleet& fleet) {
     line.machines.push_back(run.machine);
   }
   std::vector<FleetLine> sorted;
+  sorted.reserve(lines.size());
   for (auto& [key, line] : lines) sorted.push_back(std::move(line));
   return sorted;
 }

@@ -127,8 +127,11 @@ void Turn::takeInstall(const Row& row) {
   const std::string_view text = row.text;
   if (const VerdictRow* verdict = FindVerdict(InstallVerdicts, text)) {
     const bool byCondition = text.starts_with("Condition not met");
-    decide(verdict->outcome, row, byCondition ? warning_.text : PlainText(text));
+    const std::string condition = condition_.empty() ? "" : " (" + condition_ + ")";
+    decide(verdict->outcome, row, byCondition ? warning_.text + condition : PlainText(text));
     if (byCondition) verdict_.row = std::max(warning_.row, first_);
+  } else if (const auto condition = Behind(text, "Checking condition ")) {
+    condition_ = *condition;
   } else if (const auto extension = Behind(text, "Type of file is ")) {
     extension_ = *extension;
   } else if (const auto target = Behind(text, "Executing CopyOp to path ")) {

@@ -58,7 +58,8 @@ class Turn {
   bool decided_ = false;
   Outcome outcome_ = Outcome::NotReached;
   Told verdict_;
-  Told warning_;  ///< the last one
+  Told warning_;           ///< the last one
+  std::string condition_;  ///< the last one that was looked at
   std::vector<Told> errors_;
   std::string extension_;  ///< of the file, as the log spells it
   std::string command_;
