@@ -31,6 +31,11 @@ def rehearse(*words, timeout=300):
     return run.returncode, run.stdout.decode(), run.stderr.decode()
 
 
+def schema():
+    with open(os.path.join(ROOT, 'docs', 'qxia-rehearse.schema.json')) as file:
+        return json.load(file)
+
+
 class SmallMedium(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.mkdtemp()
@@ -43,13 +48,11 @@ class SmallMedium(unittest.TestCase):
 
     def fits(self, *words, code=0):
         """The JSON that the command prints, which fits its schema."""
-        with open(os.path.join(ROOT, 'docs', 'qxia-rehearse.schema.json')) as file:
-            schema = json.load(file)
-        jsonschema.Draft7Validator.check_schema(schema)
+        jsonschema.Draft7Validator.check_schema(schema())
         ended, out, _ = rehearse(self.disc, '--json', *words)
         self.assertEqual(ended, code)
         form = json.loads(out)
-        jsonschema.validate(form, schema)
+        jsonschema.validate(form, schema())
         return form
 
     def test_json_of_one_run_several_and_a_sweep_fits_the_schema(self):
@@ -61,8 +64,7 @@ class SmallMedium(unittest.TestCase):
                          ['held back'] + ['installed'] * 7)
         self.assertEqual(self.fits('--fail', 'processes.start'), {'format': 1, 'points': 1, 'failed': []})
         with self.assertRaises(jsonschema.ValidationError):
-            jsonschema.validate({'format': 1, 'runs': []}, json.load(
-                open(os.path.join(ROOT, 'docs', 'qxia-rehearse.schema.json'))))
+            jsonschema.validate({'format': 1, 'runs': []}, schema())
 
     def test_bad_input_is_one_line_and_64(self):
         empty = os.path.join(self.folder, 'empty')
@@ -80,7 +82,8 @@ class SmallMedium(unittest.TestCase):
     def test_page_is_whole_and_junit_is_xml(self):
         page, report = os.path.join(self.folder, 'page.html'), os.path.join(self.folder, 'report.xml')
         rehearse(self.disc, '--on', 'windows 95,windows xp', '--html', page, '--junit', report)
-        text = open(page, encoding='utf-8').read()
+        with open(page, encoding='utf-8') as file:
+            text = file.read()
         self.assertIn('os&lt;&gt;win95; the machine has windows 95', text)
         self.assertFalse(re.search(r'(?:src|href)="(?!#)', text))
         cases = xml.etree.ElementTree.parse(report).getroot().iter('testcase')
