@@ -26,6 +26,7 @@ constexpr Case Cases[] = {
     {"part.exe", "", "exit=7\n", Outcome::Installed, "ended with 7, which is no failure of a .exe"},
     {"part.vbs", "", "exit=5\n", Outcome::Failed, "ended with 5"},
     {"part.exe", "", "cannot start=5\n", Outcome::Failed, "could not be started: Permission denied"},
+    {"part.bat", "", "cannot start=5\n", Outcome::Installed, "could not be started, which is no failure of a .bat"},
     {"part.txt", "", nullptr, Outcome::Failed, "Unrecognised file type D:\\Packages\\Part\\part.txt"},
     {"part.exe", "Condition1=os=win95|win98\n", nullptr, Outcome::HeldBack,
      "os=win95|win98; the machine has windows xp"},

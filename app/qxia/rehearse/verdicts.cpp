@@ -57,6 +57,7 @@ std::string TellInstalled(const Rows& turn, const ComponentResult& result, const
   if (const std::size_t at = replaced.find("previous version ("); at != std::string::npos)
     return "version " + replaced.substr(at + 18, replaced.find(')', at) - at - 18) + " was removed first";
   if (component.value("Process Return") == "Pass") return "reported \"Pass\" itself";
+  if (HasText(turn, "The system's reason: ")) return "could not be started, which is no failure of a ." + result.kind;
   const int code = result.exitCode.value_or(0);
   if (code == 0) return "";
   const std::string ended = "ended with " + std::to_string(code);
