@@ -100,6 +100,7 @@ std::optional<Outcome> Processes::undeclared(const std::string& commandLine, con
   if (IsProgram(program, "msiexec")) return around_.installer.execute(commandLine);
   const SystemCommand command = KnownCommand(commandLine, program, {around_.machine, around_.files, around_.registry});
   if (command.known) return command.outcome;
+  if (command.missing) return std::nullopt;
   if (fallback_)
     if (const std::optional<Outcome> outcome = fallback_(commandLine)) return outcome;
   around_.journal.undeclared.push_back(commandLine);

@@ -126,6 +126,12 @@ bool HasReg(const Machine& machine) {
   return machine.isNt() && (version.major > 5 || (version.major == 5 && version.minor >= 1));
 }
 
+SystemCommand Missing() {
+  SystemCommand command;
+  command.missing = true;
+  return command;
+}
+
 }  // namespace
 
 SystemCommand KnownCommand(const std::string& commandLine, const std::string& program,
@@ -133,10 +139,11 @@ SystemCommand KnownCommand(const std::string& commandLine, const std::string& pr
   Words words = Arguments(commandLine);
   if (!words.empty()) words.erase(words.begin());
   if (IsProgram(program, "net")) return Net(words, around.machine);
-  if (!around.machine.isNt()) return {};
-  if (IsProgram(program, "at")) return Ends(0);
-  if (IsProgram(program, "cmd")) return Shell(commandLine, around.files);
-  return IsProgram(program, "reg") && HasReg(around.machine) ? Reg(words, around.registry) : SystemCommand{};
+  if (IsProgram(program, "reg")) return HasReg(around.machine) ? Reg(words, around.registry) : Missing();
+  const bool isShell = IsProgram(program, "cmd");
+  if (!isShell && !IsProgram(program, "at")) return {};
+  if (!around.machine.isNt()) return Missing();
+  return isShell ? Shell(commandLine, around.files) : Ends(0);
 }
 
 }  // namespace simulated

@@ -11,7 +11,8 @@
 namespace simulated {
 
 struct SystemCommand {
-  bool known = false;  ///< false: this is none of them, or the system lacks the program
+  bool known = false;    ///< false: this is none of them, or none that is understood
+  bool missing = false;  ///< it is one of them, and the system has no such program
   Outcome outcome = {};
 };
 

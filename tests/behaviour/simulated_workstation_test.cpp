@@ -312,7 +312,7 @@ TEST_F(SimulatedWorkstation, ProgramsOfTheSystem_NeedNoDeclaration_WhereTheSyste
     machine.setSystem(row.lacking);
     platform::StartedProcess started;
     EXPECT_EQ(machine.processes().start(row.command, "", platform::ShowWindow::Normal, started), Status::FileNotFound);
-    machine.journal().undeclared.clear();
+    EXPECT_TRUE(machine.undeclared().empty());
   }
   EXPECT_EQ(rig_.value("Software\\R", "N"), "7");
   EXPECT_EQ(rig_.text("C:\\b.txt"), "one \r\ntwo\r\n");
