@@ -8,7 +8,7 @@ import sys
 
 import tree
 
-FOLDERS = ('base', 'exec', 'env', 'core', 'app', 'platform', 'platform/simulated', 'platform/win32', 'platform/faults',
+FOLDERS = ('base', 'exec', 'env', 'core', 'app', 'app/qxia', 'platform', 'platform/simulated', 'platform/win32', 'platform/faults',
            'tests/support', 'scripts/wine')
 GUIDE = 'ARCHITECTURE.md'
 GUIDE_HEADING = 'Where does my code go?'
