@@ -30,6 +30,25 @@ std::vector<PackageProperty> ShownProperties(const Package& package) {
   return shown;
 }
 
+/// A product code as the installer's own keys are named, which are listed in the order of these names: the characters
+/// of the first three groups backwards, those of each byte behind them changed over.
+std::string KeyName(const std::string& code) {
+  constexpr std::size_t groups[][2] = {{1, 8},  {10, 4}, {15, 4}, {20, 2}, {22, 2}, {25, 2},
+                                       {27, 2}, {29, 2}, {31, 2}, {33, 2}, {35, 2}};
+  constexpr std::size_t codeLength = 38;
+  if (code.size() != codeLength) return Lower(code);
+  std::string name;
+  for (const auto& [first, count] : groups) {
+    const std::string group = code.substr(first, count);
+    name.append(group.rbegin(), group.rend());
+  }
+  return Lower(name);
+}
+
+bool ComesBefore(const Product& product, const Product& other) {
+  return KeyName(product.code) < KeyName(other.code);
+}
+
 }  // namespace
 
 WindowsInstaller::WindowsInstaller(Registry& registry, Files& files, Journal& journal)
@@ -45,13 +64,12 @@ void WindowsInstaller::reload() {
     const std::string key = std::string(ProductsKey) + "\\" + code;
     products_.push_back({code, registry_.text(key, "InstalledProductName"), registry_.text(key, "VersionString")});
   }
+  std::sort(products_.begin(), products_.end(), ComesBefore);
 }
 
 /// Where the product stands in the sorted list, or would stand.
 std::vector<Product>::iterator WindowsInstaller::place(const std::string& code) {
-  return std::lower_bound(
-      products_.begin(), products_.end(), code,
-      [](const Product& product, const std::string& wanted) { return CompareText(product.code, wanted) < 0; });
+  return std::lower_bound(products_.begin(), products_.end(), Product{code, "", ""}, ComesBefore);
 }
 
 std::vector<Product>::iterator WindowsInstaller::find(const std::string& code) {
