@@ -71,6 +71,8 @@ std::string Machine::computerName() {
 }
 
 std::string Machine::profileFolder() const {
+  for (const auto& [variable, value] : variables)
+    if (SameText(variable, "USERPROFILE")) return value;
   return system_->profiles[0] == '\0' ? "" : std::string(system_->profiles) + "\\" + user;
 }
 

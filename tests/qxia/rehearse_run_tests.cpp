@@ -1,6 +1,7 @@
 // How rehearsals are played through: restarts, discs, limits, media that stay as they are.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "app/qxia/rehearse/play.h"
@@ -45,6 +46,20 @@ TEST(RehearseRun_WithoutStartupFolder_TheRestartIsLost, AndTheRunNotFinished) {
     const RehearsedRun run = media.rehearseOnce({"--machine", media.path() + "/machine.txt"});
     EXPECT_EQ(run.played.unfinished, "the restart is lost: at the logon nothing starts the program again") << keys;
   }
+}
+
+TEST(RehearseRun_ProgramAndProfileOfTheMachineFile_AreWhereItSays, AlsoBehindARestart) {
+  SmallMedia media;
+  TwoParts(media).machine(
+      "[environment]\nUserProfile=C:\\Users\\It\n[folder C:\\Users\\It\\Start Menu\\Programs\\Startup]\n" +
+      Restarting("program=C:\\QX\\QX Installation Assistant.exe\n"));
+  const RehearsedRun run = media.rehearseOnce({"--machine", media.path() + "/machine.txt"});
+  EXPECT_TRUE(run.finished()) << run.played.unfinished;
+  const auto starts = std::count_if(run.events.begin(), run.events.end(), [](const Event& event) {
+    return event.text.find("start") != std::string::npos &&
+           event.text.find("\"C:\\QX\\QX Installation Assistant.exe\"") != std::string::npos;
+  });
+  EXPECT_EQ(starts, 2);
 }
 
 TEST(RehearseRun_Limits_EndWhatWouldNotEnd, AsNotFinished) {

@@ -67,6 +67,9 @@ Workplace::Workplace(const std::string& folder, const WorkplaceSettings& setting
   machine_ = std::make_unique<simulated::Workstation>(folder);
   stageDiscs(settings);
   mount(settings);
+  // The path that a new machine has is nobody's wish: what the machine file names is.
+  if (simulated::Machine& machine = machine_->machine(); machine.programPath() == simulated::Machine().programPath())
+    machine.setProgram("", machine.arguments());
   if (!settings.machineFile.empty()) simulated::LoadMachine(settings.machineFile, *machine_);
   if (!settings.system.empty()) machine_->setSystem(settings.system);
   setProgram(settings);
@@ -111,9 +114,8 @@ void Workplace::mount(const WorkplaceSettings& settings) {
 void Workplace::setProgram(const WorkplaceSettings& settings) {
   simulated::Machine& machine = machine_->machine();
   const std::string first = FirstFolder(settings.at);
-  const std::string unset = simulated::Machine().programPath();
   const std::string path =
-      machine.programPath() == unset ? first + "\\" + ProgramFileName() : std::string(machine.programPath());
+      machine.programPath().empty() ? first + "\\" + ProgramFileName() : std::string(machine.programPath());
   std::string arguments = settings.arguments.empty() ? machine.arguments() : settings.arguments;
   if (arguments.empty()) {
     std::string ini = settings.media.applicationIni;
