@@ -133,6 +133,7 @@ TEST(RehearseOutcome_Uninstall_TellsWhatGoesAndWhatStays, AndCommandsOfTheSystem
     EXPECT_STREQ(NameOf(run.components[i].outcome), NameOf(expected[i].first)) << run.components[i].name;
     EXPECT_EQ(run.components[i].reason, expected[i].second) << run.components[i].name;
   }
+  EXPECT_EQ(run.components[0].command.substr(0, 10), "msiexec /x") << "not the task behind the last component";
   const bool deleted = std::any_of(run.files.begin(), run.files.end(), [](const FileChange& change) {
     return change.path == "C:\\gone.txt" && std::string(change.change) == "deleted";
   });
