@@ -155,9 +155,9 @@ class Machine:
         subprocess.run(['cp', '--remove-destination', recorder, target], check=True)
         self._overrides = ';wineboot.exe=n'
 
-    def log_on(self):
+    def log_on(self, **how):
         """Starts a machine whose restarts are recorded and that was stopped: what the user's logon starts runs in it."""
-        return self.start(_LOGON)
+        return self.start(_LOGON, **how)
 
     def host(self, path):
         """The host's path of a Windows path, its letter case resolved below the drive."""

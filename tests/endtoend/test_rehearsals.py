@@ -22,6 +22,7 @@ Users=read
 [file %s]
 line=The program, as far as a rehearsal needs its file.
 ''' % (socket.gethostname().upper()[:15], ASSISTANT, ASSISTANT)
+PROFILE = 'C:\\users\\' + os.environ.get('USER', 'root')
 CONFIRMED = '[answer Confirm Uninstall]\ntext=This will uninstall Small\nanswer=yes\n'
 
 
@@ -39,8 +40,6 @@ def reported(component, value):
 
 class RehearsedTest(WineTest):
     """The product in C:\\Media is rehearsed as it lies there, and then installed."""
-
-    maxDiff = None
 
     def rehearse(self, name, declared, arguments, again=False):
         """`declared` tells what the product's programs do."""
@@ -67,14 +66,11 @@ class RehearsedTest(WineTest):
         log = log or '%s\\%s\\QX Installation Assistant%s.html' % (LOG_ROOT, product, ' Uninstall' if uninstalls else '')
         real = rehearsal.real_story(self.machine.host(log), rehearsal.exported(self.machine, product), product, code,
                                     rehearsal.traced_commands(name), uninstalls)
-        self.assertSame(name, real, rehearsal.rehearsed_story(result, state, product, uninstalls))
+        rehearsal.hold_together(name, real, rehearsal.rehearsed_story(result, state, product, uninstalls))
         return real
 
-    def assertSame(self, name, real, rehearsed):
-        self.assertEqual('\n'.join(rehearsal.differences(name, real, rehearsed)), '')
 
-
-class Outcomes(RehearsedTest):
+class RehearsedOutcomes(RehearsedTest):
     def test_each_way_a_component_can_end(self):
         self.preset(OWN_KEY, 'Product', 'Small')
         self.product('Small', {
@@ -88,7 +84,7 @@ class Outcomes(RehearsedTest):
                             + '[program C:\\Media\\Odd\\run.bat]\nexit=3\n'
                             '[program C:\\Media\\Broken\\run.exe]\ncannot start=193\n'
                             '[program C:\\Media\\Script\\run.vbs]\nexit=9\n'
-                            '[program C:\\Media\\Garbage\\run.msi]\nexit=1620\n'
+                            '[program C:\\Media\\Garbage\\run.msi]\nexit=1627\n'
                             + reported('Passing', 'Pass') + reported('Failing', 'Fail') + RAN % 'Last')
         self.assertEqual(real.code, 1)
 
@@ -116,7 +112,7 @@ class Outcomes(RehearsedTest):
         self.assertEqual(self.compare('[program C:\\Media\\One\\run.bat]\nexit=3\n', again=', again').code, 0)
 
 
-class BadInput(RehearsedTest):
+class RehearsedBadInput(RehearsedTest):
     def test_missing_application_ini(self):
         self.product('Small', {'One': FINE})
         self.assertEqual(self.compare('', '/s /is=C:\\nowhere.ini', log='C:\\QX\\QX Installation Assistant.html').code, 1)
@@ -139,7 +135,7 @@ class BadInput(RehearsedTest):
         self.assertEqual(self.compare(RAN % 'One').code, 0)
 
 
-class Preparation(RehearsedTest):
+class RehearsedPreparation(RehearsedTest):
     """The worked example of the documents."""
 
     def setUp(self):
@@ -165,7 +161,7 @@ class Preparation(RehearsedTest):
             'set=%s\\Succeeded=dword:00000000\n' % (key, key), product='Office Suite').code, 1)
 
 
-class Uninstall(RehearsedTest):
+class RehearsedUninstall(RehearsedTest):
     @classmethod
     def prepare(cls):
         cls.person = Person(cls.machine)
@@ -190,6 +186,31 @@ class Uninstall(RehearsedTest):
                                       + RAN % 'Batch' + RAN % 'Kept').code, 0)
         self.assertEqual(self.compare('[program msiexec /x %s]\nremove=%s\n' % (code, code) + RAN % 'Batch' + CONFIRMED,
                                       '/s /x Small', again=', again').code, 0)
+
+
+class RehearsedRestart(RehearsedTest):
+    def test_restart(self):
+        script = 'CreateObject("WScript.Shell").RegWrite "HKLM\\%s\\Reboot", "immediate"\n' % OWN_KEY
+        self.product('Small', {'One': FINE, 'Two': ('run.vbs', script, ''), 'Three': FINE})
+        result, state = self.rehearse(
+            'restart', '[environment]\nUserProfile=%s\n[folder %s\\Start Menu\\Programs\\Startup]\n' % (PROFILE, PROFILE)
+            + RAN % 'One' + RAN % 'Three'
+            + '[program C:\\Media\\Two\\run.vbs]\nset=HKLM\\%s\\Reboot=immediate\n' % OWN_KEY, '/s /is=' + INI)
+        self.assertEqual(result['restarts'], 1)
+        self.machine.record_restarts(tool('wineboot'))
+        with rehearsal.trace('restart') as trace:
+            process = self.machine.start(ASSISTANT, '/s', '/is=' + INI, output=trace, debug=rehearsal.TRACE)
+            self.wait_for('C:\\restart.txt', 120, '--kill')
+            self.machine.stop()
+            self.assertEqual(process.wait(30), 0)
+        with rehearsal.trace('restart, logged on') as trace:
+            logon = self.machine.log_on(output=trace, debug=rehearsal.TRACE)
+            self.wait_for(self.log_file('Small'), 120, 'QX Installer Run complete')
+            logon.wait(60)
+        commands = rehearsal.traced_commands('restart') + rehearsal.traced_commands('restart, logged on', by_logon=True)
+        real = rehearsal.real_story(self.machine.host(self.log_file('Small')), rehearsal.exported(self.machine, 'Small'),
+                                    'Small', 0, commands)
+        rehearsal.hold_together('restart', real, rehearsal.rehearsed_story(result, state, 'Small'))
 
 
 del RehearsedTest  # which is no test itself

@@ -123,12 +123,13 @@ class SampleProduct(unittest.TestCase):
                                            '--label', 'HARBOUR', again=again)
         return rehearsal.rehearsed_story(result, state, PRODUCT, bool(again))
 
-    def assertSame(self, name, log, registry, code, declared, again=''):
-        real = rehearsal.real_story(self.machine.host(log), [registry], PRODUCT, code, rehearsal.traced_commands(name), bool(again))
-        self.assertEqual('\n'.join(rehearsal.differences(name, real, self.rehearsed(declared, again))), '')
+    def compare(self, name, log, registry, code, declared, again=''):
+        real = rehearsal.real_story(self.machine.host(log), [registry], PRODUCT, code, rehearsal.traced_commands(name),
+                                    bool(again))
+        rehearsal.hold_together(name, real, self.rehearsed(declared, again))
 
     def test_a_rehearsal_tells_the_same_story(self):
-        self.assertSame('sample', LOG, self.registry, self.exit_code, SIMULATED_MACHINE)
+        self.compare('sample', LOG, self.registry, self.exit_code, SIMULATED_MACHINE)
 
     @staticmethod
     def removed():
@@ -140,7 +141,7 @@ class SampleProduct(unittest.TestCase):
         with rehearsal.trace('sample, uninstalled') as trace:
             self.assertEqual(self.machine.uninstall(output=trace, debug=rehearsal.TRACE), 0)
         registry = self.machine.registry()
-        self.assertSame('sample, uninstalled', UNINSTALL_LOG, registry, 0, SIMULATED_UNINSTALL, 'again')
+        self.compare('sample, uninstalled', UNINSTALL_LOG, registry, 0, SIMULATED_UNINSTALL, 'again')
         self.assertEqual([row[:2] for row in removals(read_log(self.machine.host(UNINSTALL_LOG)))], self.removed())
         names = [registry.get(UNINSTALL + '\\' + key, 'DisplayName') for key in registry.children(UNINSTALL)]
         self.assertEqual([name for name in names if name and name.startswith('Harbour')], ['Harbour Fonts'])
