@@ -18,6 +18,7 @@ declare -A package_groups=(
   [lint]='clang-format clang-tidy ansible-lint python3 g++-mingw-w64-i686-posix'
   [shots]='imagemagick chromium'
   [release]='pandoc'
+  [fuzz]='clang libclang-rt-14-dev'
 )
 
 say() { printf '%s\n' "$*"; }

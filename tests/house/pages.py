@@ -8,8 +8,8 @@ import sys
 
 import tree
 
-FOLDERS = ('base', 'exec', 'env', 'core', 'app', 'app/qxia', 'platform', 'platform/simulated', 'platform/win32', 'platform/faults',
-           'tests/support', 'scripts/wine')
+FOLDERS = ('base', 'exec', 'env', 'core', 'app', 'app/qxia', 'platform', 'platform/simulated', 'platform/win32',
+           'platform/faults', 'tests/support', 'tests/fuzz', 'scripts/wine')
 GUIDE = 'ARCHITECTURE.md'
 GUIDE_HEADING = 'Where does my code go?'
 

@@ -30,6 +30,12 @@ IniEntry EntryOf(const std::string& line, int number) {
   return {number, line.substr(0, equals), assistant::Trim(line.substr(equals + 1)), line, true};
 }
 
+/// A header whose bracket is never closed has no name that the program would find.
+std::string SectionName(const std::string& header) {
+  const std::size_t end = header.find(']', 1);
+  return end == std::string::npos ? header : header.substr(1, end - 1);
+}
+
 }  // namespace
 
 SourceIni::SourceIni(std::string shown, std::string bytes) : shown_(std::move(shown)) {
@@ -64,7 +70,7 @@ void SourceIni::readSections() {
     ++number;
     if (assistant::modINI::IsDropped(line)) continue;
     if (assistant::modINI::IsHeader(line)) {
-      sections_.push_back({number, line.substr(1, line.find(']', 1) - 1), {}});
+      sections_.push_back({number, SectionName(line), {}});
     } else {
       sections_.back().entries.push_back(EntryOf(line, number));
     }
