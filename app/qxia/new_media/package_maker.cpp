@@ -72,6 +72,7 @@ std::string Source(const PlannedComponent& component, const std::string& product
 /// Waits for the program; its exit code, or -1 when it could not be started.
 int RunHostProgram(const std::string& program, std::vector<std::string> words) {
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   pid_t child = 0;
