@@ -33,6 +33,7 @@ std::string List(const char* title, const std::vector<std::string>& lines) {
 
 std::string Table(const std::vector<ComponentResult>& components) {
   std::vector<std::string> names;
+  names.reserve(components.size());
   for (const ComponentResult& component : components) names.push_back(component.name);
   const std::size_t width = Widest(names);
   std::string text;
