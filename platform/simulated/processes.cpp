@@ -52,8 +52,7 @@ bool Fits(const Program& program, const std::string& commandLine, const std::str
 /// wins, as the system tries them.
 std::string Processes::programOf(const std::string& commandLine) {
   if (!commandLine.empty() && commandLine[0] == '"') return commandLine.substr(1, commandLine.find('"', 1) - 1);
-  for (std::size_t blank = commandLine.find(' '); blank != std::string::npos && blank <= LongestPath;
-       blank = commandLine.find(' ', blank + 1)) {
+  for (std::size_t blank = commandLine.find(' '); blank <= LongestPath; blank = commandLine.find(' ', blank + 1)) {
     std::string path = commandLine.substr(0, blank);
     if (!HasFolder(path)) break;
     for (const char* extension : {"", ".exe"})

@@ -106,7 +106,7 @@ SystemCommand AddToRegistry(const Words& words) {
 }
 
 SystemCommand DeleteFromRegistry(const Words& words, Registry& registry) {
-  const std::string key = words[1];
+  const std::string& key = words[1];
   const std::string name = Behind(words, "/v");
   if (name.empty() ? !registry.hasKey(key) : registry.find(key, name) == nullptr) return Ends(Failed);
   SystemCommand command = Ends(0);

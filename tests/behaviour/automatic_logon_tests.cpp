@@ -7,8 +7,6 @@
 namespace {
 
 using AutomaticLogon = Installing;
-using platform::BoxAnswer;
-using platform::WindowEvent;
 
 constexpr const char* Mark = "Automatic Logon";
 constexpr const char* Secrets[] = {"DefaultUserName", "DefaultPassword", "AltDefaultUserName", "AltDefaultPassword"};

@@ -72,7 +72,7 @@ class Person:
             time.sleep(0.02)
         return file
 
-    def wait_for(self, kind, condition=lambda window: True, seconds=20):
+    def wait_for(self, kind, condition=lambda window: True, seconds=60):
         """The first window of that class for which the condition holds; a picture is kept where none comes.
 
         It must hold twice: a window can change while its controls are read.

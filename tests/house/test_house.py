@@ -146,10 +146,10 @@ class Pages(unittest.TestCase):
                 self.expect('base/README.md:1: no table of files', pages.readme_problems('base', text, ('text.h',)))
 
     def test_files_belong_to_the_nearest_folder(self):
-        files = ['platform/files.h', 'platform/win32/files.cpp', 'app/qxia/main.cpp', 'docs/guide.md']
+        files = ['platform/files.h', 'platform/win32/files.cpp', 'app/windows/main.cpp', 'docs/guide.md']
         self.assertEqual(pages.files_of('platform', files), ['files.h'])
         self.assertEqual(pages.files_of('platform/win32', files), ['files.cpp'])
-        self.assertEqual(pages.files_of('app', files), ['qxia/main.cpp'])
+        self.assertEqual(pages.files_of('app', files), ['windows/main.cpp'])
 
     TREE = {'base/run.h': 'struct Run {};', 'base/run.cpp': 'int Made;', 'exec/rules.cpp': 'namespace Rules { int Row; }',
             'docs/guide.md': 'Guide'}

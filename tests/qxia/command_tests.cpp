@@ -22,8 +22,8 @@ TEST(Arguments_OptionsAndOperands, AreSortedOut) {
 TEST(Arguments_UnknownOrIncomplete_AreRefused, WithWhatToWrite) {
   EXPECT_THROW(Arguments({"--of"}, SomeOptions), UsageError);
   try {
-    Arguments({"disc", "--on"}, SomeOptions);
-    FAIL() << "an option without its value was taken";
+    const Arguments taken({"disc", "--on"}, SomeOptions);
+    FAIL() << "an option without its value was taken for " << taken.text("--on");
   } catch (const UsageError& refused) {
     EXPECT_STREQ(refused.what(), "--on needs a value behind it: --on SYSTEM");
   }
