@@ -106,17 +106,32 @@ class Findings {
   std::string hit_;
 };
 
-/// Known: a batch file that could not be started counts as one whose exit code says nothing, a success with an error
-/// row (docs/ini-reference.md, "How a component reports its result").
-const std::vector<Allowed> UndoneByBatchFile = {
-    {"-file C:\\Suite\\*Last*", "what the batch file would have made"},
+/// What stays undone by a refusal of that operation although success is told, and why that is settled so. Each has an
+/// error row.
+struct SettledAsSuccess {
+  const char* refused;
+  std::vector<Allowed> undone;
 };
+
+/// Made when it is asked for: a part of it is made elsewhere.
+std::vector<SettledAsSuccess> Settled() {
+  return {
+      // docs/ini-reference.md, "How a component reports its result": the exit code of a batch file never counts.
+      {"processes.start *.bat*",
+       {{"-file C:\\Suite\\*Last*", "what the batch file would have made"},
+        {"+file C:\\Suite\\*Last*", "what it would have replaced"}}},
+      // docs/uninstalling.md, "Old software that stands in the way": what is deleted by force fails no installation.
+      {"files.deleteFile C:\\Old\\*", {{"+file C:\\Old\\*", "what could not be deleted"}}},
+      {"processes.start AT *", StaysWithoutScheduler},
+  };
+}
 
 /// The lines of a difference that nothing allows in this life.
 Lines NotAllowed(Life& life, const Snapshot& wanted, const std::vector<Allowed>& allowed) {
-  const Lines lines = Without(Difference(wanted, life.look()), allowed);
-  if (Fits(life.person().hit(), "processes.start *.bat*")) return Without(lines, UndoneByBatchFile);
-  return Fits(life.person().hit(), "processes.start AT *") ? Without(lines, StaysWithoutScheduler) : lines;
+  Lines lines = Without(Difference(wanted, life.look()), allowed);
+  for (const SettledAsSuccess& settled : Settled())
+    if (Fits(life.person().hit(), settled.refused)) lines = Without(lines, settled.undone);
+  return lines;
 }
 
 /// The job during which the operation was refused: never a success with something undone, and a row that names it.
