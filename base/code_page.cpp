@@ -23,13 +23,21 @@ CodePageInUse::~CodePageInUse() {
   LeadBytesInUse() = before_;
 }
 
+std::vector<bool> TrailBytes(std::string_view text) {
+  const std::bitset<256>* leadBytes = LeadBytesInUse();
+  if (leadBytes == nullptr || leadBytes->none()) return {};
+  std::vector<bool> isTrail(text.size());
+  for (std::size_t at = 0; at + 1 < text.size(); ++at) {
+    if (leadBytes->test(static_cast<unsigned char>(text[at]))) isTrail[++at] = true;
+  }
+  return isTrail;
+}
+
 std::string WithoutTrailBytes(std::string_view text) {
   std::string plain(text);
-  const std::bitset<256>* leadBytes = LeadBytesInUse();
-  if (leadBytes == nullptr || leadBytes->none()) return plain;
-  for (std::size_t at = 0; at + 1 < plain.size(); ++at) {
-    if (leadBytes->test(static_cast<unsigned char>(plain[at]))) plain[++at] = Neutral;
-  }
+  const std::vector<bool> isTrail = TrailBytes(text);
+  for (std::size_t at = 0; at < isTrail.size(); ++at)
+    if (isTrail[at]) plain[at] = Neutral;
   return plain;
 }
 

@@ -5,6 +5,7 @@
 #include <bitset>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/machine.h"
 
@@ -23,6 +24,9 @@ class CodePageInUse {
   std::bitset<256> leadBytes_;
   const std::bitset<256>* before_;
 };
+
+/// True at each byte that is the second of its character. Empty where all bytes are characters.
+std::vector<bool> TrailBytes(std::string_view text);
 
 /// The text with a neutral letter in place of every trail byte: what is found in it at some place stands at the same
 /// place of the text itself. Without a code page in use, every byte is a character.

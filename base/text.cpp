@@ -17,10 +17,16 @@ bool SameLetter(char a, char b) {
   return Lower(a) == Lower(b);
 }
 
+bool IsTrail(const std::vector<bool>& isTrail, std::size_t at) {
+  return at < isTrail.size() && isTrail[at];
+}
+
 template <class Fold>
 std::string Folded(std::string_view text, Fold fold) {
+  const std::vector<bool> isTrail = TrailBytes(text);
   std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(), fold);
+  for (std::size_t at = 0; at < result.size(); ++at)
+    if (!IsTrail(isTrail, at)) result[at] = fold(result[at]);
   return result;
 }
 
@@ -50,7 +56,8 @@ std::string UpperCase(std::string_view text) {
 }
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), SameLetter);
+  if (a.size() != b.size() || !std::equal(a.begin(), a.end(), b.begin(), SameLetter)) return false;
+  return a == b || LowerCase(a) == LowerCase(b);
 }
 
 bool StartsWithIgnoringCase(std::string_view text, std::string_view start) {
@@ -58,7 +65,9 @@ bool StartsWithIgnoringCase(std::string_view text, std::string_view start) {
 }
 
 bool EndsWithIgnoringCase(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && EqualIgnoringCase(text.substr(text.size() - end.size()), end);
+  if (text.size() < end.size()) return false;
+  const std::size_t at = text.size() - end.size();
+  return !IsTrail(TrailBytes(text), at) && EqualIgnoringCase(text.substr(at), end);
 }
 
 bool Contains(std::string_view text, std::string_view part) {
@@ -70,11 +79,12 @@ bool ContainsIgnoringCase(std::string_view text, std::string_view part) {
 }
 
 std::size_t FindIgnoringCase(std::string_view text, std::string_view part, std::size_t from) {
-  if (from > text.size()) return std::string::npos;
-  const auto found =
-      std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), part.begin(), part.end(), SameLetter);
-  if (found == text.end() && !part.empty()) return std::string::npos;
-  return static_cast<std::size_t>(found - text.begin());
+  const std::string folded = LowerCase(text);
+  const std::string wanted = LowerCase(part);
+  const std::vector<bool> isTrail = TrailBytes(text);
+  std::size_t at = folded.find(wanted, from);
+  while (at != std::string::npos && IsTrail(isTrail, at)) at = folded.find(wanted, at + 1);
+  return at;
 }
 
 std::vector<std::string> Split(std::string_view text, char separator) {

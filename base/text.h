@@ -1,4 +1,5 @@
 // Text in the machine's ANSI code page. Letters are folded for A to Z only, so that results never depend on a locale.
+// The second byte of a character of two is no letter, and nothing that is looked for begins at it.
 #pragma once
 
 #include <cstddef>

@@ -200,6 +200,43 @@ TEST_F(Paths, TrailBytes_AreNeitherSeparatorsNorBracketsNorForbidden) {
   EXPECT_FALSE(assistant::modINI::ValidStr(name + "]"));
 }
 
+TEST_F(Paths, TrailBytes_AreNoLettersWhoseCaseIsPassedOver) {
+  using namespace assistant;
+  // "a" and "A" behind a first byte are the second bytes of two different characters; so are "m" and "M".
+  const std::string lower = "\x83\x61";
+  const std::string upper = "\x83\x41";
+  const std::string em = "\x83\x6D";
+  const struct {
+    std::string a;
+    std::string b;
+    bool equal, starts, ends;
+    std::size_t found;
+  } table[] = {
+      {lower, upper, false, false, false, std::string::npos},
+      {"X" + lower + "Y", "x" + lower + "y", true, true, true, 0},
+      {"X" + lower + "Y", "x" + upper + "y", false, false, false, std::string::npos},
+      {lower + "A", lower + "a", true, true, true, 0},
+      {lower + "A", "a", false, false, true, 2},
+      {"C" + em + "SI", "msi", false, false, false, std::string::npos},
+      {"C" + em + "SI.MSI", "msi", false, false, true, 6},
+      {em + "SI" + lower, "si" + lower, false, false, true, 2},
+  };
+  for (const bool japanese : {true, false}) {
+    rig.machine().setJapanese(japanese);
+    const CodePageInUse codePage(rig.machine().machine());
+    EXPECT_EQ(EqualIgnoringCase(lower, upper), !japanese);
+    EXPECT_EQ(LowerCase(upper + "A"), japanese ? upper + "a" : lower + "a");
+    EXPECT_EQ(UpperCase(lower + "a"), japanese ? lower + "A" : upper + "A");
+    if (!japanese) continue;
+    for (const auto& row : table) {
+      EXPECT_EQ(EqualIgnoringCase(row.a, row.b), row.equal) << row.a << " " << row.b;
+      EXPECT_EQ(StartsWithIgnoringCase(row.a, row.b), row.starts) << row.a << " " << row.b;
+      EXPECT_EQ(EndsWithIgnoringCase(row.a, row.b), row.ends) << row.a << " " << row.b;
+      EXPECT_EQ(FindIgnoringCase(row.a, row.b), row.found) << row.a << " " << row.b;
+    }
+  }
+}
+
 TEST_F(Paths, NamesOfAJapaneseMachine_AreInstalledAndUninstalled) {
   rig.machine().setJapanese(true);
   const std::string product = std::string("Office ") + So + Bar;
