@@ -139,16 +139,20 @@ void clsAppLog::releaseEntries() {
 }
 
 void clsAppLog::writeLogEntry(const std::string& entry) {
-  // The statement that failed is told by the number it has among the ten of this procedure.
+  if (logFilename_.find_first_not_of(' ') == std::string::npos) logFilename_ = defaultLogFilename();
+  append(logFilename_, entry + LineBreak);
+}
+
+void clsAppLog::append(const std::string& path, const std::string& lines) {
+  // The statement that failed is told by the number it has among the ten of WriteLogEntry.
   const auto require = [](platform::Status status, int statement) {
     if (status == platform::Status::Ok) return;
     throw Error(platform::Number(status), modErrorBase::SystemErrorText(status),
                 "clsAppLog.WriteLogEntry Line no: " + std::to_string(statement));
   };
-  if (logFilename_.find_first_not_of(' ') == std::string::npos) logFilename_ = defaultLogFilename();
   platform::OwnedFile file(machine_.files());
-  require(machine_.files().openForAppending(logFilename_, file.receive()), 6);
-  const platform::Status written = machine_.files().write(*file, entry + LineBreak);
+  require(machine_.files().openForAppending(path, file.receive()), 6);
+  const platform::Status written = machine_.files().write(*file, lines);
   const platform::Status closed = file.close();
   require(written, 8);
   require(closed, 9);
@@ -174,34 +178,34 @@ void clsAppLog::showBox(int errNumber, const std::string& description) {
                                  .icon = platform::BoxIcon::Critical});
 }
 
-bool clsAppLog::archiveLogFile(const std::string& archiveFolder) {
+/// A failed copy is logged, and still lets the folder be trimmed.
+bool clsAppLog::archive(const std::string& archiveFolder, const std::string& ending) {
+  const auto attempt = [this](auto&& step) {
+    try {
+      step();
+      return true;
+    } catch (const Error& failure) {
+      log("ArchiveLogFile", failure);
+      return false;
+    }
+  };
   bool copied = true;
   if (fso_.fileExists(logFilename_)) {
-    copied = attempt(&clsAppLog::copyToArchive, archiveFolder);
+    copied = attempt([&] { copyToArchive(archiveFolder, ending); });
     machine_.mainWindow().pumpMessages();
   }
-  attempt(&clsAppLog::trimArchive, archiveFolder);
+  attempt([&] { trimArchive(archiveFolder); });
   return copied;
 }
 
-/// Also in a log that is closed already: a machine without an event log has no other place.
-void clsAppLog::tellInLog(const Error& failure) {
-  const bool open = std::exchange(logToFile_, true);
-  log("ArchiveLogFile", failure);
-  logToFile_ = open;
-}
-
-/// A failed step is logged here, where the log itself works, and the next one runs, so that a failed copy still lets
-/// the folder be trimmed.
-bool clsAppLog::attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder) {
-  try {
-    (this->*step)(archiveFolder);
-    return true;
-  } catch (const Error& failure) {
-    const std::string text = "The log " + logFilename_ + " could not be archived: " + failure.text();
-    if (logToFile_ || !machine_.eventLog().reportError(title_, text)) tellInLog(failure);
-    return false;
-  }
+void clsAppLog::finish(const std::string& archiveFolder) {
+  holding_ = false;
+  const std::vector<Entry> closing = std::exchange(held_, {});
+  std::string ending;
+  for (const Entry& entry : closing) ending.append(entry.line).append(LineBreak);
+  archive(archiveFolder, ending);
+  for (const Entry& entry : closing) write(entry);
+  logToFile_ = false;
 }
 
 /// What somebody else's link leads to is none of the log's.
@@ -214,7 +218,8 @@ void clsAppLog::requireNoLink(const std::string& archiveFolder) {
               "ArchiveLogFile");
 }
 
-void clsAppLog::copyToArchive(const std::string& archiveFolder) {
+/// The copy has the rows that the log is still to get. A file of its own was made for it just now.
+void clsAppLog::copyToArchive(const std::string& archiveFolder, const std::string& ending) {
   requireNoLink(archiveFolder);
   fso_.createFolder(archiveFolder);
   const std::string name = archiveFolder + "\\" + title_ + ArchiveStamp(machine_.clock().now());
@@ -225,6 +230,7 @@ void clsAppLog::copyToArchive(const std::string& archiveFolder) {
   if (fso_.fileExists(archived)) fso_.deleteFileForced(archived);
   fso_.copyFileOver(logFilename_, archived);
   archived_.push_back(LastElement(archived));
+  if (!ending.empty()) append(archived, ending);
 }
 
 void clsAppLog::trimArchive(const std::string& archiveFolder) {

@@ -62,8 +62,14 @@ class clsAppLog {
 
   /// Copies the log into the folder under a dated name and, when the folder holds too much, deletes its first file.
   /// Never deletes a copy that this run made, and follows no link. False when there was a log and it could not be
-  /// copied; every failure is logged, or where the log is closed already, told in the event log, if there is one.
-  bool archiveLogFile(const std::string& archiveFolder);
+  /// copied; every failure is logged.
+  bool archiveLogFile(const std::string& archiveFolder) { return archive(archiveFolder, ""); }
+
+  /// Holds entries from now on: the closing rows.
+  void holdClosingRows() { holding_ = true; }
+  /// Archives the log with the entries that are held behind it, writes them, and writes nothing any more: what fails in
+  /// the archive is told in front of them.
+  void finish(const std::string& archiveFolder);
 
   /// Appends one line. Raises the system's number with the source "clsAppLog.WriteLogEntry Line no: " + statement.
   void writeLogEntry(const std::string& entry);
@@ -83,12 +89,12 @@ class clsAppLog {
 
   void report(const Entry& entry, const std::exception& failure);
   bool write(const Entry& entry);
-  void tellInLog(const Error& failure);
-  bool attempt(void (clsAppLog::*step)(const std::string&), const std::string& archiveFolder);
+  bool archive(const std::string& archiveFolder, const std::string& ending);
   std::string row(const std::string& source, int errNumber, const std::string& description, int type);
   void showBox(int errNumber, const std::string& description);
   void requireNoLink(const std::string& archiveFolder);
-  void copyToArchive(const std::string& archiveFolder);
+  void copyToArchive(const std::string& archiveFolder, const std::string& ending);
+  void append(const std::string& path, const std::string& lines);
   void trimArchive(const std::string& archiveFolder);
 
   bool logToFile_ = true;

@@ -97,18 +97,15 @@ void RemoveLocalProgram(const Run& run, const Procedure& here) {
 }
 
 void CloseLog(const Run& run, const Procedure& here, bool restart) {
-  for (const char* row : {"************************", "QX Installer Run complete", "*********"}) here.action(row);
-  if (restart) AnnounceRestart(run.services.log);
   clsAppLog& log = run.services.log;
-  if (log.holdsEntries()) {
-    // The run never got a log of its own. Nobody is asked about a default log that cannot be written.
-    log.beSilent(true);
-    log.releaseEntries();
-  } else {
-    // Nothing stands behind the closing rows.
-    log.logToFile(false);
-    log.archiveLogFile(run.logFolders.archive);
-  }
+  // The run may never have got a log of its own. Nobody is asked about a default log that cannot be written.
+  const bool hasOwnLog = !log.holdsEntries();
+  if (hasOwnLog) log.holdClosingRows();
+  for (const char* row : {"************************", "QX Installer Run complete", "*********"}) here.action(row);
+  if (restart) AnnounceRestart(log);
+  if (hasOwnLog) return log.finish(run.logFolders.archive);
+  log.beSilent(true);
+  log.releaseEntries();
   log.logToFile(false);
 }
 

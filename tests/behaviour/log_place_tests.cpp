@@ -122,25 +122,31 @@ TEST_F(LogPlaces, ArchiveThatIsALink_IsNotFollowed) {
   EXPECT_TRUE(Logged(rig, "is a link to another folder, so no log is archived there"));
 }
 
-TEST_F(LogPlaces, ArchiveThatFails_LeavesTheClosingRowsTheLast) {
-  rig.tolerateUnused();
-  media.program("Tools").write();
-  rig.runFailing("files.copyFile", "QXIA Archive Logs", platform::Status::DiskFull, Media::arguments("/s"));
-  const std::string log = rig.log("Office Suite");
-  const std::size_t closing = log.find("QX Installer Run complete");
-  ASSERT_NE(closing, std::string::npos);
-  EXPECT_EQ(log.find("ERROR", closing), std::string::npos) << log.substr(closing);
-  ASSERT_EQ(rig.effects("event log").size(), 1U);
-  EXPECT_NE(rig.effects("event log").front().find("could not be archived"), std::string::npos);
+TEST_F(LogPlaces, ArchiveThatFails_IsToldInFrontOfTheClosingRows) {
+  for (const char* system : {"Windows 98", "Windows XP"}) {
+    for (const char* operation : {"files.copyFile", "files.openForAppending", "files.list"}) {
+      fresh();
+      rig.machine().setSystem(system);
+      media.program("Tools").write();
+      rig.runFailing(operation, "QXIA Archive Logs", platform::Status::DiskFull, Media::arguments("/s"));
+      const std::string log = rig.log("Office Suite");
+      const std::size_t closing = log.find("QX Installer Run complete");
+      ASSERT_NE(closing, std::string::npos);
+      EXPECT_NE(log.find("ERROR"), std::string::npos) << operation << log;
+      EXPECT_EQ(log.find("ERROR", closing), std::string::npos) << log.substr(closing);
+      EXPECT_TRUE(rig.effects("event log").empty()) << system;
+    }
+  }
 }
 
-TEST_F(LogPlaces, ArchiveThatFailsWithoutAnEventLog_IsToldInTheLog) {
-  rig.machine().setSystem("Windows 98");
-  rig.tolerateUnused();
-  media.program("Tools").write();
-  rig.runFailing("files.copyFile", "QXIA Archive Logs", platform::Status::DiskFull, Media::arguments("/s"));
-  EXPECT_TRUE(rig.effects("event log").empty());
-  EXPECT_TRUE(Logged(rig, "Source: ArchiveLogFile Error No = 112"));
+TEST_F(LogPlaces, ArchivedLog_IsWholeAndTheSameAsTheLog) {
+  EXPECT_EQ(media.program("Tools", RequestsReboot("commit")).install(), 0);
+  std::vector<platform::FolderEntry> archived;
+  rig.machine().files().list(std::string(Folder) + "\\QXIA Archive Logs", archived);
+  ASSERT_EQ(archived.size(), 1U);
+  const std::string copy = rig.text(std::string(Folder) + "\\QXIA Archive Logs\\" + archived.front().name);
+  EXPECT_EQ(copy, rig.log("Office Suite"));
+  EXPECT_LT(copy.find("QX Installer Run complete"), copy.find("Re-booting now"));
 }
 
 TEST_F(LogPlaces, ResumedRunInTheDefaultPlace_GoesOnInItsLog) {

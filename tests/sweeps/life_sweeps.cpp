@@ -60,7 +60,6 @@ const std::vector<Allowed> Untold = {
      "Software\\Tarvel\\Installation\\Products\\QXIALocalInstall",
      "the same"},
     {"Of95 D:\\QX Installation Assistant.exe files.createFolder C:\\Program Files\\Tarvel*", "the same"},
-    {"Of95 * files.copyFile *.html -> *", "the log is closed when it is archived, and there is no event log"},
 };
 
 /// By what a row can name the target of an operation.
