@@ -161,6 +161,29 @@ Status RegDelete(platform::Registry& registry, const std::string& keyPath, Regis
   return registry.deleteKey(root, keyPath);
 }
 
+void RegCopy(const Services& services, const Procedure& here, const std::string& from, const std::string& to) {
+  platform::Registry& registry = services.machine.registry();
+  OwnedKey source(registry);
+  OwnedKey target(registry);
+  if (registry.openKey(RegistryRoot::LocalMachine, from, KeyAccess::Read, source.receive()) != Status::Ok) {
+    throw here.failure(6161, {ShownRoot + from});
+  }
+  if (registry.createKey(RegistryRoot::LocalMachine, to, KeyAccess::Write, target.receive()) != Status::Ok) {
+    throw here.failure(6087, {ShownRoot + to, ""});
+  }
+  for (const std::string& name : RegListValues(registry, from)) {
+    ValueType type{};
+    std::string data;
+    if (registry.queryValue(*source, name, type, data) != Status::Ok) {
+      throw here.failure(6161, {ShownRoot + from + "\\" + name});
+    }
+    if (registry.setValue(*target, name, type, data) != Status::Ok) throw here.failure(6087, {ShownRoot + to, name});
+  }
+  for (const std::string& name : RegListKeys(registry, from)) {
+    RegCopy(services, here, std::string(from).append("\\").append(name), std::string(to).append("\\").append(name));
+  }
+}
+
 ReadNumberValue DWORDValueGet(const Services& services, const std::string& keyPath, const std::string& valueName,
                               RegistryRoot root) {
   // Readers of the log know its failures under the name of its sibling.

@@ -76,6 +76,9 @@ inline constexpr std::size_t LongestName = 254;
 inline constexpr std::size_t LongestText = 1023;
 
 // What procedures mostly need: a missing key is an empty value, and is nothing to delete.
+/// Copies a key with everything below it, value by value as they are stored, onto a key that need not be there. Raises
+/// 6161 for what cannot be read, and 6087 as a failure of `here` for what is refused.
+void RegCopy(const Services& services, const Procedure& here, const std::string& from, const std::string& to);
 
 /// RegRead, but "" for a key that is not there.
 std::string ReadOrEmpty(RegistryReader& registry, const std::string& keyPath, const std::string& valueName);

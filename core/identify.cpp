@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/earlier_record.h"
 #include "base/paths.h"
 #include "base/registry.h"
 #include "base/text.h"
@@ -87,6 +88,7 @@ void WipeProductRecord(const Run& run, const Procedure& here) {
     if (asTrue) here.action(std::string(value->name) + " value found.");
     kept.emplace_back(value, asTrue ? TrueOrFalse(true) : record.read(*value));
   }
+  KeepEarlierRecord(run.services, here, record.product());
   modRegistry::DeleteIfThere(run.services, record.key());
   // What stays of it would count as this run's: components of the old record would be installed.
   if (record.exists()) throw here.failure(6166, {"HKLM\\" + record.key()});

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/earlier_record.h"
 #include "base/procedure.h"
 #include "base/text.h"
 #include "core/display.h"
@@ -105,7 +106,10 @@ void DoContinue(Run& run) {
   BeginWork(run);
   const auto failure = here.failureOf([&] {
     ShowWork(run);
-    if (run.state.kind == RunKind::Fresh) PrepareFolders(run);
+    if (run.state.kind == RunKind::Fresh) {
+      ForgetEarlierRecord(run.services, here, run.product.name);
+      PrepareFolders(run);
+    }
     run.state.kind == RunKind::Uninstall ? Uninstall(run, here) : Install(run, here);
   });
   if (failure) SetProductResult(run, false, *failure);

@@ -72,6 +72,13 @@ bool HasBegun(const Services& services, const Component& component) {
   return ReadNow(services.machine.registry(), component, ComponentValue::Uninstalled) == RemovalBegun;
 }
 
+/// A component's result is written from its turn on. Where the installation ended before that, nothing of it is there.
+bool WasReached(const Services& services, const Component& component) {
+  const auto names = modRegistry::ValueNames(services.machine.registry(), component.key);
+  return std::any_of(names.begin(), names.end(),
+                     [](const auto& name) { return EqualIgnoringCase(name, ComponentValue::ProcessReturn); });
+}
+
 /// Otherwise its programs are out of sight rather than gone.
 bool IsDriveThere(clsFso& fso, const std::string& command) {
   return fso.folderExists(WithoutQuotes(command.substr(0, 4)).substr(0, 3));
@@ -95,8 +102,9 @@ RemovalPlan PlanProgramRemoval(const Services& services, const Component& compon
   if (command.size() < 2) return {HasBegun(services, component) ? Step::WentWithItsRemoval : Step::NoCommand, command};
   const std::string program = WithoutHost(command);
   if (!IsProgramGone(services.fso, program)) return {Step::RunProgram, command};
-  const bool went = HasBegun(services, component) && IsDriveThere(services.fso, program);
-  return {went ? Step::WentWithItsRemoval : Step::ProgramIsMissing, command};
+  if (!IsDriveThere(services.fso, program)) return {Step::ProgramIsMissing, command};
+  if (HasBegun(services, component)) return {Step::WentWithItsRemoval, command};
+  return {WasReached(services, component) ? Step::ProgramIsMissing : Step::NotInstalled, command};
 }
 
 bool IsRemovedByListEntry(const Component& component) {

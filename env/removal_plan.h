@@ -10,7 +10,7 @@ namespace assistant {
 
 struct RemovalPlan {
   enum class Step {
-    NotInstalled,        ///< the package is not on this machine
+    NotInstalled,        ///< the package is not on this machine, or the installation ended before the component
     RunMsiexec,          ///< the command removes the package
     NoCommand,           ///< nothing says how to remove the component
     ProgramIsMissing,    ///< the command names a program that is not there

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/component.h"
+#include "base/earlier_record.h"
 #include "base/log_setup.h"
 #include "base/numbers.h"
 #include "base/paths.h"
@@ -173,6 +174,7 @@ void BeginRemoval(Run& run, const Procedure& here) {
 void StartUninstall(Run& run) {
   const Procedure here(run.services.log, "StartUninstall");
   const std::optional<std::string> failure = here.failureOf([&] {
+    if (!run.services.window.endWanted()) PutBackEarlierRecord(run.services, here, run.product.name);
     const Sequence sequence = GetSequence(run, RecordedComponents(run));
     if (sequence.empty()) {
       if (!IsCleanUpUnfinished(run)) ReportNoComponents(run, here);

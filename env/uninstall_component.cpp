@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "base/earlier_record.h"
 #include "base/paths.h"
 #include "base/registry.h"
 #include "base/text.h"
@@ -115,13 +116,27 @@ RemovalEnd CarryOut(const Removal& removal, const RemovalPlan& plan) {
   return TellNoCommand(removal);
 }
 
-/// True for a product that an unfinished uninstall has taken off the component's users. The one in work is none of
+/// False for a record that an unfinished uninstall has taken off the component's users. The one in work is none of
 /// them.
-bool HasLetGo(platform::RegistryReader& registry, const std::string& product, const Component& component,
-              const std::string& name) {
-  if (StartsWithIgnoringCase(component.key, ProductKey(product) + "\\")) return false;
-  const std::string told = modRegistry::ReadOrEmpty(registry, ComponentKey(product, name), ComponentValue::Uninstalled);
-  return IsTrue(told) || told == LeftToOthers;
+bool IsUser(platform::RegistryReader& registry, const std::string& record, const Component& component,
+            const std::string& name) {
+  const std::vector<std::string> components = modRegistry::SubKeys(registry, record);
+  if (std::find(components.begin(), components.end(), name) == components.end()) return false;
+  const std::string key = record + "\\";
+  if (StartsWithIgnoringCase(component.key, key)) return true;
+  const std::string told = modRegistry::ReadOrEmpty(registry, key + name, ComponentValue::Uninstalled);
+  return !IsTrue(told) && told != LeftToOthers;
+}
+
+/// Those that are being installed anew may have no more than an earlier record.
+std::vector<std::string> RecordedProducts(platform::RegistryReader& registry) {
+  std::vector<std::string> products = modRegistry::SubKeys(registry, ProductsKey);
+  for (const std::string& product : EarlierRecords(registry)) {
+    const bool isNamed = std::any_of(products.begin(), products.end(),
+                                     [&](const std::string& name) { return EqualIgnoringCase(name, product); });
+    if (!isNamed) products.push_back(product);
+  }
+  return products;
 }
 
 }  // namespace
@@ -130,10 +145,11 @@ int UserCount(const Services& services, const Component& component, const std::s
   const Procedure here(services.log, "ExecuteUninstallMsi");
   platform::RegistryReader& registry = services.machine.registry();
   int count = 0;
-  for (const std::string& product : modRegistry::SubKeys(registry, ProductsKey)) {
-    const std::vector<std::string> components = modRegistry::SubKeys(registry, ProductKey(product));
-    if (std::find(components.begin(), components.end(), name) == components.end()) continue;
-    if (HasLetGo(registry, product, component, name)) continue;
+  for (const std::string& product : RecordedProducts(registry)) {
+    const bool isUser =
+        IsUser(registry, ProductKey(product), component, name) ||
+        (HasEarlierRecord(registry, product) && IsUser(registry, EarlierRecordKey(product), component, name));
+    if (!isUser) continue;
     ++count;
     here.detail(name + " used by " + product);
   }

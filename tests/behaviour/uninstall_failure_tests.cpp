@@ -186,6 +186,107 @@ TEST(PowerCut, DuringAnUninstall_TheNextOneFinishesIt) {
   EXPECT_GT(operation, 100);
 }
 
+// An installation that is begun anew and breaks off before its first component.
+
+constexpr const char* EarlierRecords = "Software\\Tarvel\\Installation\\Earlier Records";
+
+/// Takes the product off; what stays of it.
+Names Remains(SmallProduct& product) {
+  EXPECT_EQ(Uninstall(product.rig), 0) << product.rig.uninstallLog("Office Suite");
+  Names left = InstalledPackages(product.rig);
+  for (const char* path : {"C:\\Copies\\Copy", "C:\\Tools\\remove.exe"})
+    if (product.rig.exists(path)) left.emplace_back(path);
+  for (const char* key : {ProductRecord, EntryRecord, EarlierRecords})
+    if (product.rig.hasKey(key)) left.emplace_back(key);
+  return left;
+}
+
+TEST(EarlierRecord, PowerCutOnTheWayToTheFirstComponent_UninstallTakesTheProductOffWhole) {
+  int kept = 0;
+  for (int operation = 1;; operation += 7 * EveryOperation) {
+    SmallProduct product;
+    const std::size_t before = product.rig.ran().size();
+    const bool cut = product.rig.runUntilPowerCut(Media::arguments("/s"), operation);
+    if (!cut || product.rig.ran().size() > before) break;
+    kept += product.rig.hasKey(EarlierRecords) ? 1 : 0;
+    EXPECT_EQ(Remains(product), Names{"Shared"}) << "cut at " << operation;
+    if (::testing::Test::HasFailure()) return;
+  }
+  EXPECT_GT(kept, 5);
+}
+
+/// Ways in which a second installation ends before its first component.
+struct BrokenOff {
+  const char* what;
+  void (*happens)(SmallProduct& product);
+};
+
+constexpr BrokenOff BrokenOffs[] = {
+    {"refused by the site",
+     [](SmallProduct& product) {
+       product.rig.set(InstallationRecord, "Forbidden Installs", "Office Suite");
+       EXPECT_EQ(product.media.install(), 1);
+     }},
+    {"component ini missing, then again",
+     [](SmallProduct& product) {
+       for (int times = 0; times < 2; ++times) {
+         product.media.component("Newer", "newer.exe").write();
+         product.rig.machine().files().deleteFile("C:\\Media\\Newer\\Newer.ini");
+         EXPECT_EQ(product.rig.run(Media::arguments("/s")), 1);
+       }
+     }},
+    {"cancelled before it begins",
+     [](SmallProduct& product) {
+       product.rig.press({platform::WindowEvent::Cancel});
+       EXPECT_EQ(product.media.install(""), 2);
+     }},
+    {"other packages under the same names",
+     [](SmallProduct& product) {
+       product.rig.package(
+           {.path = "C:\\Media\\Core\\Core.msi", .name = "Core", .version = "2.0", .code = CodeOf("New")});
+       product.rig.press({platform::WindowEvent::Cancel});
+       EXPECT_EQ(product.media.install(""), 2);
+     }},
+};
+
+TEST(EarlierRecord, InstallationThatBreaksOffBeforeItsFirstComponent_LeavesTheOneBeforeToTheUninstall) {
+  for (const BrokenOff& row : BrokenOffs) {
+    SmallProduct product;
+    row.happens(product);
+    EXPECT_EQ(Remains(product), Names{"Shared"}) << row.what;
+  }
+}
+
+TEST(EarlierRecord, WholeInstallation_KeepsNoneAndRefusalToKeepItWipesNothing) {
+  SmallProduct product;
+  const Names before = product.rig.registryLines(ProductRecord);
+  EXPECT_EQ(product.rig.runFailing("registry.setValue", "Earlier Records", platform::Status::AccessDenied,
+                                   Media::arguments("/s")),
+            1);
+  EXPECT_TRUE(
+      Logged(product.rig, "Could not write to registry key: HKLM\\Software\\Tarvel\\Installation\\Earlier Records"));
+  for (const Names now = product.rig.registryLines(ProductRecord); const std::string& line : before) {
+    if (line.find("SequenceNumber") == std::string::npos) continue;
+    EXPECT_EQ(std::count(now.begin(), now.end(), line), 1) << line;
+  }
+  EXPECT_EQ(product.media.install(), 0);
+  EXPECT_FALSE(product.rig.hasKey(EarlierRecords));
+  EXPECT_EQ(Remains(product), Names{"Shared"});
+}
+
+TEST(EarlierRecord, ProductThatIsBeingInstalledAnew_StillUsesItsComponents) {
+  SmallProduct product;
+  const std::string used = std::string(ProductsRecord) + "\\Other\\Shared";
+  product.rig.set(used, "Install", "Shared.msi");
+  product.rig.set(used, "ProductCode", CodeOf("Shared"));
+  product.rig.set(used, "RunOnUninstall", "True");
+  product.rig.set(InstallationRecord, "Forbidden Installs", "Office Suite");
+  EXPECT_EQ(product.media.install(), 1);
+  EXPECT_EQ(Uninstall(product.rig, "/s /x Other"), 0);
+  EXPECT_EQ(InstalledPackages(product.rig), (Names{"Core", "Shared"}));
+  EXPECT_EQ(Remains(product), Names());
+}
+
 // Input that cannot be used.
 
 struct BadName {
@@ -267,6 +368,21 @@ TEST_F(Uninstalling, RemovalProgramThatIsGone_IsToldAndTheRestGoes) {
     EXPECT_TRUE(UninstallLogged(rig, "UninstallCommandLine of HKLM\\" + ComponentRecord("Tools") + " to N/A"));
     rig.set(ComponentRecord("Tools"), "UninstallCommandLine", "N/A");
     EXPECT_EQ(Uninstall(rig), 0) << command;
+  }
+}
+
+TEST_F(Uninstalling, ComponentThatWasNeverReached_IsMissedByNobodyWhereItsDriveIsThere) {
+  const std::pair<const char*, bool> table[] = {{"C:\\Tools\\remove.exe", true}, {"Z:\\remove.exe", false}};
+  for (const auto& [command, gone] : table) {
+    fresh();
+    media.product["AbortOnFail"] = "true";
+    media.program("First", Reports("First", "Fail")).program("Tools", {}, RemovesWith(command));
+    rig.tolerateUnused();
+    EXPECT_EQ(media.install(), 1);
+    EXPECT_EQ(RanComponents(rig), Names{"First"});
+    EXPECT_EQ(Uninstall(rig), gone ? 0 : 1) << command;
+    EXPECT_EQ(UninstallLogged(rig, "Component Tools is not currently installed, so will not be uninstalled"), gone);
+    EXPECT_EQ(rig.hasKey(ProductRecord), !gone) << command;
   }
 }
 

@@ -40,6 +40,7 @@ std::string Description(const std::string& line) {
 bool IsGone(Rig& rig, const std::string& product) {
   const std::string entry = std::string("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\") + product;
   return !rig.hasKey(std::string(ProductsRecord) + "\\" + product) && !rig.hasKey(entry) &&
+         !rig.hasKey(std::string(InstallationRecord) + "\\Earlier Records\\" + product) &&
          !simulated::ContainsText(rig.value(ProductsRecord, "Uninstalled"), product);
 }
 
