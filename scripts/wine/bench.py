@@ -12,7 +12,8 @@ import sys
 import time
 from datetime import datetime
 
-from machine import OUT, PROGRAM, Machine, Screen, ensure_prototype
+from kind import OUT, PROGRAM
+from machine import Machine, Screen, ensure_prototype
 from run_log import read_log
 from sample_machine import LOG_FOLDER, PRODUCT, sample_machine
 

@@ -9,7 +9,8 @@ import sys
 import time
 
 import two_discs
-from machine import OUT, PROGRAM, Screen, ensure_prototype
+from kind import OUT, PROGRAM
+from machine import Screen, ensure_prototype
 from registry_file import Registry
 from run_log import outcomes, read_log, removals
 from sample_machine import (LOG_FOLDER, PRODUCT, SAMPLE, SIMULATED_MACHINE, SIMULATED_UNINSTALL, UNINSTALL,
@@ -23,8 +24,8 @@ UNINSTALL_LOG = LOG_FOLDER + '\\QX Installation Assistant Uninstall.html'
 class RealMachine:
     """The real program under Wine. Needs a screen."""
 
-    def __init__(self, folder, executable):
-        self.machine = sample_machine(folder, executable)
+    def __init__(self, folder):
+        self.machine = sample_machine(folder)
         self.host = self.machine.host
         self.registry = self.machine.registry
         self.stop = self.machine.stop
@@ -65,7 +66,7 @@ def rehearse(folder):
     print('\n== uninstalling it', flush=True)
     codes.append(tell([disc], '--state', state, '--machine', SIMULATED_UNINSTALL))
     print('\n== installing a product from two discs', flush=True)
-    codes.append(tell([os.path.join(two_discs.CHARTS, 'disc1'), os.path.join(two_discs.CHARTS, 'disc2')]))
+    codes.append(tell([os.path.join(OUT, 'samples', 'harbour_charts', disc) for disc in ('disc1', 'disc2')]))
     if codes != [1, 0, 0]:
         sys.exit('The rehearsals ended with %s; 1, 0 and 0 were expected' % codes)
 
@@ -157,8 +158,8 @@ def main():
         return rehearse(folder)
     with Screen():
         ensure_prototype()
-        tell(RealMachine(folder, os.path.join(OUT, 'win64', PROGRAM)))
-        tell_two_discs(two_discs.RealMachine(folder, os.path.join(OUT, 'win64', PROGRAM)))
+        tell(RealMachine(folder))
+        tell_two_discs(two_discs.RealMachine(folder))
 
 
 if __name__ == '__main__':

@@ -4,13 +4,9 @@ import os
 import shutil
 import subprocess
 
+from kind import PROGRAM, WINE64
 from registry_file import Registry
 
-ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-OUT = os.path.join(ROOT, 'out')
-WINE = '/usr/lib/wine/wine64'
-PROGRAM = 'QX Installation Assistant.exe'
-PROTOTYPE = os.path.join(OUT, 'wine', 'prototype')
 PRODUCTS = 'Software\\Tarvel\\Installation\\Products'
 INSTALLATION = 'Software\\Tarvel\\Installation'
 _FONTS = '/usr/share/wine/fonts'  # found there only through the drive that the machines lack
@@ -46,56 +42,45 @@ class Screen:
             subprocess.run(['import', '-window', 'root', file], check=True)
 
 
-def _environment(prefix, overrides='', debug='-all'):
-    return dict(os.environ, WINEPREFIX=prefix, WINEARCH='win64', WINEDEBUG=debug,
-                WINEDLLOVERRIDES='winemenubuilder.exe=d;mscoree,mshtml=' + overrides)
-
-
-def _wine_version():
-    return subprocess.run([WINE, '--version'], capture_output=True, text=True, check=True).stdout.strip()
-
-
-def ensure_prototype():
-    """Makes the prototype once for each version of Wine. Needs a screen."""
-    os.makedirs(os.path.dirname(PROTOTYPE), exist_ok=True)
-    with open(PROTOTYPE + '.lock', 'w') as lock:
+def ensure_prototype(wine=WINE64):
+    """Makes the prototype once for each version of Wine. Needs a screen, unless that kind of Wine has none."""
+    os.makedirs(os.path.dirname(wine.prototype), exist_ok=True)
+    with open(wine.prototype + '.lock', 'w') as lock:
         fcntl.flock(lock, fcntl.LOCK_EX)
-        _make_prototype_when_stale()
+        _make_prototype_when_stale(wine)
 
 
-def _make_prototype_when_stale():
-    stamp = os.path.join(PROTOTYPE, 'made-by')
-    made_by = _wine_version() + ', with fonts and a Startup folder'
+def _make_prototype_when_stale(wine):
+    stamp = os.path.join(wine.prototype, 'made-by')
+    made_by = wine.version() + ', with fonts and a Startup folder'
     if os.path.exists(stamp) and open(stamp).read() == made_by:
         return
-    shutil.rmtree(PROTOTYPE, ignore_errors=True)
-    subprocess.run([WINE, 'wineboot', '-i'], env=_environment(PROTOTYPE), check=True, stdin=subprocess.DEVNULL,
-                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=300)
-    subprocess.run([WINE.replace('wine64', 'wineserver'), '-w'], env=_environment(PROTOTYPE), check=True, timeout=60)
-    _keep_out_of_the_home_folder()
-    _make_the_older_start_menu()
+    shutil.rmtree(wine.prototype, ignore_errors=True)
+    wine.make_prefix()
+    _keep_out_of_the_home_folder(wine.prototype)
+    _make_the_older_start_menu(wine.prototype)
     if os.path.isdir(_FONTS):
-        shutil.copytree(_FONTS, os.path.join(PROTOTYPE, 'drive_c', 'windows', 'Fonts'), dirs_exist_ok=True)
+        shutil.copytree(_FONTS, os.path.join(wine.prototype, 'drive_c', 'windows', 'Fonts'), dirs_exist_ok=True)
     with open(stamp, 'w') as file:
         file.write(made_by)
 
 
-def _keep_out_of_the_home_folder():
-    users = os.path.join(PROTOTYPE, 'drive_c', 'users')
+def _keep_out_of_the_home_folder(prefix):
+    users = os.path.join(prefix, 'drive_c', 'users')
     for user in os.listdir(users):
         for name in _USER_FOLDERS:
             folder = os.path.join(users, user, name)
             if os.path.islink(folder):
                 os.unlink(folder)
                 os.mkdir(folder)
-    rest_of_the_machine = os.path.join(PROTOTYPE, 'dosdevices', 'z:')
+    rest_of_the_machine = os.path.join(prefix, 'dosdevices', 'z:')
     if os.path.islink(rest_of_the_machine):
         os.unlink(rest_of_the_machine)
 
 
-def _make_the_older_start_menu():
+def _make_the_older_start_menu(prefix):
     """Wine has the Start menu of newer systems; the older place leads there."""
-    users = os.path.join(PROTOTYPE, 'drive_c', 'users')
+    users = os.path.join(prefix, 'drive_c', 'users')
     for user in os.listdir(users):
         menu = os.path.join('AppData', 'Roaming', 'Microsoft', 'Windows', 'Start Menu')
         os.makedirs(os.path.join(users, user, menu, 'Programs', 'StartUp'), exist_ok=True)
@@ -109,15 +94,16 @@ def _quoted(text):
 class Machine:
     """A fresh machine in `folder` (made anew). Set it up, run programs, `stop` it, read what they left."""
 
-    def __init__(self, folder, windows='win2003'):
+    def __init__(self, folder, windows='win2003', wine=WINE64):
         self.folder = os.path.abspath(folder)
+        self.wine = wine
         self._overrides = ''
         self._keeper = None
         shutil.rmtree(self.folder, ignore_errors=True)
         os.makedirs(os.path.dirname(self.folder), exist_ok=True)
-        subprocess.run(['cp', '-al', PROTOTYPE, self.folder], check=True)
+        subprocess.run(['cp', '-al', wine.prototype, self.folder], check=True)
         for name in ('system.reg', 'user.reg', 'userdef.reg', '.update-timestamp'):  # Wine writes these in place
-            subprocess.run(['cp', '--remove-destination', os.path.join(PROTOTYPE, name), self.folder], check=True)
+            subprocess.run(['cp', '--remove-destination', os.path.join(wine.prototype, name), self.folder], check=True)
         self.preset('user', 'Software\\Wine\\AppDefaults\\' + PROGRAM, {'Version': windows})
         # A desktop of its own: with captions, a task bar and a place for the notification icon.
         self.preset('user', 'Software\\Wine\\Explorer', {'Desktop': 'Default'})
@@ -148,7 +134,7 @@ class Machine:
         """Starts the machine; from now on a restart that a program asks for only runs the recorder."""
         self._overrides = ''
         target = self.host('C:\\windows\\system32\\wineboot.exe')
-        own = target.replace(self.folder, PROTOTYPE)
+        own = target.replace(self.folder, self.wine.prototype)
         for place in (target, self.host(_LOGON)):
             subprocess.run(['cp', '--remove-destination', own, place], check=True)
         self.run('wineboot')
@@ -170,18 +156,17 @@ class Machine:
 
     def start(self, *command, output=subprocess.DEVNULL, debug='-all'):
         """Starts a program by its Windows path and arguments, in the root of drive C. `debug` is what Wine tells of it."""
-        return subprocess.Popen([WINE, *command], env=_environment(self.folder, self._overrides, debug),
-                                stdin=subprocess.DEVNULL, cwd=os.path.join(self.folder, 'drive_c'), stdout=output, stderr=output)
+        return self.wine.start(self.folder, [self.wine.loader, *command], self._overrides, debug, stdout=output, stderr=output)
 
     def run(self, *command, timeout=60, output=subprocess.DEVNULL, debug='-all'):
         """Runs a program to its end. Not to end in time is an error."""
         process = self.start(*command, output=output, debug=debug)
         try:
-            return process.wait(timeout)
+            return process.wait(timeout * self.wine.patience)
         except subprocess.TimeoutExpired:
             self.stop()
             process.wait(10)
-            raise TimeoutError('%s did not end within %d s' % (' '.join(command), timeout))
+            raise TimeoutError('%s did not end within %d s' % (' '.join(command), timeout * self.wine.patience))
 
     def keep_awake(self, keeper):
         """Runs a program that never ends, so that others find the machine running and need not start it."""
@@ -190,9 +175,8 @@ class Machine:
 
     def stop(self):
         """Ends whatever runs and has the registry written."""
-        server = WINE.replace('wine64', 'wineserver')
-        subprocess.run([server, '-k'], env=_environment(self.folder), stderr=subprocess.DEVNULL)
-        subprocess.run([server, '-w'], env=_environment(self.folder), stderr=subprocess.DEVNULL, timeout=60)
+        self.wine.serve(self.folder, '-k')
+        self.wine.serve(self.folder, '-w')
         if self._keeper:
             self._keeper.wait(10)
 

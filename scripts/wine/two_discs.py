@@ -4,22 +4,27 @@ import shutil
 import subprocess
 import time
 
-from machine import OUT, PRODUCTS, PROGRAM, Machine
+from kind import PROGRAM, WINE64
+from machine import PRODUCTS, Machine
 
-CHARTS = os.path.join(OUT, 'samples', 'harbour_charts')
 PRODUCT = 'Harbour Charts'
 LABELS = ('CHARTS1', 'Charts2')  # a label that differs in letter case is the same
 LOCAL_FOLDER = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant'
 LOG = '%s\\%s\\QX Installation Assistant.html' % (LOCAL_FOLDER, PRODUCT)
 
 
-def make_discs(folder, program):
+def of_samples(wine, name):
+    """A file or folder of the product for that kind of Wine, as `samples/build` made it."""
+    return os.path.join(wine.samples, 'harbour_charts', name)
+
+
+def make_discs(folder, wine=WINE64):
     """The two discs, with the program on them, as host folders."""
     shutil.rmtree(folder, ignore_errors=True)
     discs = []
     for number, label in enumerate(LABELS, 1):
-        disc = shutil.copytree(os.path.join(CHARTS, 'disc%d' % number), os.path.join(folder, 'disc%d' % number))
-        shutil.copy(program, os.path.join(disc, PROGRAM))
+        disc = shutil.copytree(of_samples(wine, 'disc%d' % number), os.path.join(folder, 'disc%d' % number))
+        shutil.copy(wine.program, os.path.join(disc, PROGRAM))
         with open(os.path.join(disc, '.windows-label'), 'w') as file:
             file.write(label + '\n')
         discs.append(disc)
@@ -29,11 +34,11 @@ def make_discs(folder, program):
 class RealMachine:
     """The real program under Wine, with the first disc in drive D. Needs a screen."""
 
-    def __init__(self, folder, executable):
-        self.discs = make_discs(os.path.join(folder, 'discs'), executable)
-        self.machine = Machine(os.path.join(folder, 'two discs'))
+    def __init__(self, folder, windows='win2003', wine=WINE64):
+        self.discs = make_discs(os.path.join(folder, 'discs'), wine)
+        self.machine = Machine(os.path.join(folder, 'two discs'), windows, wine)
         self.machine.insert_disc('d', self.discs[0], LABELS[0])
-        shutil.copy(os.path.join(CHARTS, 'disc.exe'), self.machine.host('C:\\disc.exe'))
+        shutil.copy(of_samples(wine, 'disc.exe'), self.machine.host('C:\\disc.exe'))
         self.host = self.machine.host
         self.registry = self.machine.registry
         self.stop = self.machine.stop

@@ -11,10 +11,12 @@ import unittest
 HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, os.path.join(HERE, '..', '..', 'scripts', 'wine'))
 
-from machine import OUT, PRODUCTS, PROGRAM, Machine, Screen, ensure_prototype  # noqa: E402
+from kind import OUT, PROGRAM, WINE64  # noqa: E402
+from machine import PRODUCTS, Machine, Screen, ensure_prototype  # noqa: E402
 from run_log import read_log  # noqa: E402
 
-EXECUTABLE = os.path.join(OUT, 'win64', PROGRAM)
+EXECUTABLE = WINE64.program
+PACKAGES = os.path.join(WINE64.samples, 'harbour_suite', 'disc', 'Packages')
 SHOTS = os.path.join(OUT, 'shots')
 INI = 'C:\\Media\\app.ini'
 STARTUP = 'AppData/Roaming/Microsoft/Windows/Start Menu/Programs/StartUp'

@@ -19,12 +19,12 @@ PACKAGES = '{F6862E81-CA58-4100-A2A1-E0660B39DD45}', '{31AAC605-C269-4189-B1F7-F
 class TwoDiscs(WineTest):
     @classmethod
     def prepare(cls):
-        cls.discs = two_discs.make_discs(os.path.join(OUT, 'endtoend', 'discs'), support.EXECUTABLE)
+        cls.discs = two_discs.make_discs(os.path.join(OUT, 'endtoend', 'discs'))
         cls.machine.insert_disc('d', cls.discs[0], two_discs.LABELS[0])
 
     def setUp(self):
         super().setUp()
-        self.put('C:\\disc.exe', os.path.join(two_discs.CHARTS, 'disc.exe'))
+        self.put('C:\\disc.exe', two_discs.of_samples(support.WINE64, 'disc.exe'))
         self.insert(self.discs[0])
         self.put(LOG_ROOT + '\\at.exe', tool('recorder'))
 

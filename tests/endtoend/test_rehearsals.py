@@ -22,7 +22,6 @@ Users=read
 [file %s]
 line=The program, as far as a rehearsal needs its file.
 ''' % (socket.gethostname().upper()[:15], ASSISTANT, ASSISTANT)
-PROFILE = 'C:\\users\\' + os.environ.get('USER', 'root')
 CONFIRMED = '[answer Confirm Uninstall]\ntext=This will uninstall Small\nanswer=yes\n'
 
 
@@ -175,8 +174,7 @@ class RehearsedUninstall(RehearsedTest):
         self.product('Small', {
             'Core': ('core.msi', None, ''), 'Batch': FINE[:2] + ('UninstallCommandLine=C:\\Media\\Batch\\run.bat\n',),
             'Kept': FINE, 'Manuals': ('one.txt', 'one', '')})
-        self.put('C:\\Media\\Core\\core.msi', os.path.join(
-            support.OUT, 'samples', 'harbour_suite', 'disc', 'Packages', 'Core', 'core.msi'))
+        self.put('C:\\Media\\Core\\core.msi', os.path.join(support.PACKAGES, 'Core', 'core.msi'))
         self.write('C:\\Media\\Manuals\\c.ini', '[Manuals]\nInstall=one.txt\nCommandLine=N/A\nUpgrade=False\nCopyOp=1\n'
                    'CopyOpTarget=C:\\Copies\nMachineType=all machines\nCost=N/A\n')
         ini = self.read('C:\\Media\\product.ini').replace('\r\n', '\n')
@@ -186,31 +184,6 @@ class RehearsedUninstall(RehearsedTest):
                                       + RAN % 'Batch' + RAN % 'Kept').code, 0)
         self.assertEqual(self.compare('[program msiexec /x %s]\nremove=%s\n' % (code, code) + RAN % 'Batch' + CONFIRMED,
                                       '/s /x Small', again=', again').code, 0)
-
-
-class RehearsedRestart(RehearsedTest):
-    def test_restart(self):
-        script = 'CreateObject("WScript.Shell").RegWrite "HKLM\\%s\\Reboot", "immediate"\n' % OWN_KEY
-        self.product('Small', {'One': FINE, 'Two': ('run.vbs', script, ''), 'Three': FINE})
-        result, state = self.rehearse(
-            'restart', '[environment]\nUserProfile=%s\n[folder %s\\Start Menu\\Programs\\Startup]\n' % (PROFILE, PROFILE)
-            + RAN % 'One' + RAN % 'Three'
-            + '[program C:\\Media\\Two\\run.vbs]\nset=HKLM\\%s\\Reboot=immediate\n' % OWN_KEY, '/s /is=' + INI)
-        self.assertEqual(result['restarts'], 1)
-        self.machine.record_restarts(tool('wineboot'))
-        with rehearsal.trace('restart') as trace:
-            process = self.machine.start(ASSISTANT, '/s', '/is=' + INI, output=trace, debug=rehearsal.TRACE)
-            self.wait_for('C:\\restart.txt', 120, '--kill')
-            self.machine.stop()
-            self.assertEqual(process.wait(30), 0)
-        with rehearsal.trace('restart, logged on') as trace:
-            logon = self.machine.log_on(output=trace, debug=rehearsal.TRACE)
-            self.wait_for(self.log_file('Small'), 120, 'QX Installer Run complete')
-            logon.wait(60)
-        commands = rehearsal.traced_commands('restart') + rehearsal.traced_commands('restart, logged on', by_logon=True)
-        real = rehearsal.real_story(self.machine.host(self.log_file('Small')), rehearsal.exported(self.machine, 'Small'),
-                                    'Small', 0, commands)
-        rehearsal.hold_together('restart', real, rehearsal.rehearsed_story(result, state, 'Small'))
 
 
 del RehearsedTest  # which is no test itself

@@ -1,25 +1,20 @@
-"""Products whose components ask for restarts, through real restarts and logons of the machine."""
+"""The product whose components ask for restarts, through real restarts and logons of the machine."""
 import os
+import re
+import socket
 
-import support
+import rehearsal
+import restarts
 from person import COMPONENT, CONTINUE, MESSAGE, PROGRESS, STATUS, Person
-from support import INI, WineTest, batch, tool
+from restarts import COMPONENTS, PRODUCT, RESTARTS_AFTER
+from support import OUT, PROGRAM, WineTest, tool
 
-SCRIPT = 'C:\\users\\%s\\Start Menu\\Programs\\Startup\\Start QX Installation Assistant.vbs'
+PROFILE = 'C:\\users\\' + os.environ.get('USER', 'root')
+STARTUP = PROFILE + '\\Start Menu\\Programs\\Startup'
+SCRIPT = STARTUP + '\\Start QX Installation Assistant.vbs'
 WINLOGON = 'SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon'
-COMPONENTS = ('Base', 'Driver', 'Tools', 'Service', 'Fonts', 'Manuals')
-REQUESTS = {'Driver': 'immediate', 'Service': 'immediate', 'Fonts': 'deferred'}
-RESTARTS_AFTER = ('Driver', 'Service', 'Manuals')  # the deferred one comes after the last component
-
-
-def component(name):
-    if name not in REQUESTS:
-        return 'run.bat', batch(['echo %s>> C:\\ran.txt' % name]), ''
-    return 'run.vbs', (
-        'Set files = CreateObject("Scripting.FileSystemObject")\n'
-        'files.OpenTextFile("C:\\ran.txt", 8, True).WriteLine "%s"\n'
-        'CreateObject("WScript.Shell").RegWrite "HKLM\\Software\\Tarvel\\Installation\\Reboot", "%s"\n'
-        % (name, REQUESTS[name])), ''
+LEAVE_NOTES = ('Charter', 'Driver', 'Tools', 'Fonts', 'Manuals')
+UNINSTALL = 'Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall'
 
 
 class RestartTest(WineTest):
@@ -27,42 +22,54 @@ class RestartTest(WineTest):
 
     @classmethod
     def prepare(cls):
+        disc = restarts.make_disc(os.path.join(OUT, 'endtoend', 'restart', cls.__name__))
+        ini = os.path.join(disc, 'QX Installation Assistant.ini')
+        with open(ini, newline='') as text:
+            asked = text.read().replace('RequestLogonDetails=false', 'RequestLogonDetails=' + cls.logon)
+        with open(ini, 'w', newline='') as text:
+            text.write(asked)
+        cls.machine.insert_disc('d', disc, restarts.LABEL)
         cls.person = Person(cls.machine)
 
     def setUp(self):
         super().setUp()
-        application = support.APPLICATION.replace('LogonDetails=false', 'LogonDetails=' + self.logon)
-        self.product('Six', {name: component(name) for name in COMPONENTS}, application % 'Six')
         self.machine.record_restarts(tool('wineboot'))
 
-    def ran(self):
-        return self.read('C:\\ran.txt').split()
+    def start_from_disc(self, *arguments):
+        return self.machine.start('D:\\' + PROGRAM, *arguments)
 
-    def script(self):
-        return SCRIPT % os.environ.get('USER', 'root')
+    def reached(self):
+        """The components whose turn has come, each time that it came."""
+        found = (re.match(r'Next component is (\w+) v\.', row.text) for row in self.log(PRODUCT))
+        return [match.group(1) for match in found if match]
 
-    def restart_asked_after(self, name):
+    def restart_asked_after(self, name, process=None):
         """The program ends and asks for a restart; then the machine is off."""
-        self.wait_for('C:\\restart.txt', 60, '--kill')
-        self.machine.stop()
-        os.remove(self.machine.host('C:\\restart.txt'))
-        self.assertEqual(self.ran(), list(COMPONENTS[:COMPONENTS.index(name) + 1]))
+        self.wait_for(restarts.NOTED, 60, '--kill')
+        if process:
+            self.assertEqual(process.wait(60), 0)
+        self.assertTrue(restarts.stop_at_restart(self.machine))
+        self.assertEqual(self.reached(), list(COMPONENTS[:COMPONENTS.index(name) + 1]))
 
     def log_on(self):
         logon = self.machine.log_on()
         self.addCleanup(logon.wait, 60)
 
     def assertWholeRun(self):
-        self.assertEqual(self.ran(), list(COMPONENTS))
-        self.assertFalse(self.exists(self.script()))
-        rows = self.log('Six')
+        self.assertEqual(self.reached(), list(COMPONENTS))
+        self.assertEqual(tuple(self.read('C:\\Harbour Restart.txt').split()), LEAVE_NOTES)
+        self.assertFalse(self.exists(SCRIPT))
+        rows = self.log(PRODUCT)
         self.assertEqual([row.text for row in rows if row.type == 'ERROR'], [])
-        for text, count in (('Re-booting now', 3), ('System has been re-booted by the application.', 3),
+        for text, count in (('Re-booting now', 4), ('System has been re-booted by the application.', 4),
                             ('QX Installer Run complete', 1)):
             self.assertEqual(len([row for row in rows if row.text == text]), count, text)
-        self.assertEqual(self.record('Six')['Succeeded'], 0xffffffff)
+        self.assertEqual(self.record(PRODUCT)['Succeeded'], 0xffffffff)
         run_values = self.record('')
         self.assertEqual((run_values['Rebooted'], run_values['Product']), ('', ''))
+        listed = self.machine.exported(UNINSTALL)
+        names = {listed.get(UNINSTALL + '\\' + key, 'DisplayName') for key in listed.children(UNINSTALL)}
+        self.assertEqual(names & {'Harbour Service', 'Harbour Beacon'}, {'Harbour Service', 'Harbour Beacon'})
 
 
 class Silent(RestartTest):
@@ -74,35 +81,33 @@ class Silent(RestartTest):
         return [registry.get(WINLOGON, name) for name in ('AutoAdminLogon', 'DefaultPassword')]
 
     def test_it_goes_on_by_itself_and_installs_each_component_once(self):
-        process = self.start_program('/s /is=' + INI)
+        process = self.start_from_disc('/s')
         self.person.dialog('account to enable autologon after reboots')
         self.person.type('secret')
         self.person.press('Tab')
         self.person.type('secret')
         self.person.press('Return')
-        self.restart_asked_after('Driver')
-        self.assertEqual(process.wait(20), 0)
-        self.assertEqual(self.read(self.script()),
+        self.restart_asked_after('Driver', process)
+        self.assertEqual(self.read(SCRIPT),
                          'Option Explicit\r\n\r\nDim oShell\r\n\r\n'
                          'Set oShell = CreateObject("Wscript.Shell")\r\n\r\n'
-                         'oShell.Run """C:\\QX\\QX Installation Assistant.exe"" /s /is=C:\\Media\\app.ini"\r\n')
+                         'oShell.Run """D:\\QX Installation Assistant.exe"" /s"\r\n')
         for name in RESTARTS_AFTER[1:]:
             self.assertEqual(self.winlogon(), ['1', 'secret'])
             self.log_on()
             self.restart_asked_after(name)
         self.log_on()
-        self.wait_for(self.log_file('Six'), 60, 'QX Installer Run complete')
+        self.wait_for(self.log_file(PRODUCT), 60, 'QX Installer Run complete')
         self.assertWholeRun()
         self.assertEqual(self.winlogon(), ['0', ''])
 
 
 class Interactive(RestartTest):
     def test_its_window_comes_back_goes_on_and_waits_at_the_end(self):
-        process = self.start_program('/is=' + INI)
+        process = self.start_from_disc()
         self.person.ready()
         self.person.press('Return')
-        self.restart_asked_after('Driver')
-        self.assertEqual(process.wait(20), 0)
+        self.restart_asked_after('Driver', process)
         for name in RESTARTS_AFTER[1:]:
             self.log_on()
             self.restart_asked_after(name)
@@ -110,9 +115,40 @@ class Interactive(RestartTest):
         window = self.person.finished()
         self.person.picture('window-after-restarts')
         self.assertEqual((window.text(MESSAGE), window.text(PROGRESS), window.focus),
-                         ('All completed successfully', '100%', CONTINUE))
+                         ('Harbour Restart is ready to use.', '100%', CONTINUE))
         self.assertEqual(window.text(COMPONENT), '')
         self.assertIn('Finish', window.text(STATUS))
         self.person.press('Return')
-        self.wait_for(self.log_file('Six'), 60, 'QX Installer Run complete')
+        self.wait_for(self.log_file(PRODUCT), 60, 'QX Installer Run complete')
         self.assertWholeRun()
+
+
+class Rehearsed(RestartTest):
+    def declared(self):
+        """The product's machine, with the profile of the one under Wine."""
+        with open(os.path.join(restarts.SAMPLE, 'machine.txt')) as text:
+            machine = text.read().replace('computer=HARBOUR1', 'computer=' + socket.gethostname().upper()[:15])
+        os.makedirs(rehearsal.STATES, exist_ok=True)
+        file = os.path.join(rehearsal.STATES, 'restart.txt')
+        with open(file, 'w') as text:
+            text.write(machine + '[environment]\nUserProfile=%s\n[folder %s]\n' % (PROFILE, STARTUP))
+        return file
+
+    def test_a_rehearsal_tells_the_same_story(self):
+        result, state = rehearsal.rehearse('restart', [os.path.join(restarts.SAMPLE, 'disc')], '--label', restarts.LABEL,
+                                           '--machine', self.declared())
+        self.assertEqual(result['restarts'], len(RESTARTS_AFTER))
+        names = ['restart'] + ['restart, logged on %d' % number for number in range(1, len(RESTARTS_AFTER) + 1)]
+        for name in names:
+            with rehearsal.trace(name) as trace:
+                how = {'output': trace, 'debug': rehearsal.TRACE}
+                process = self.machine.log_on(**how) if name != 'restart' else self.machine.start('D:\\' + PROGRAM, '/s', **how)
+                if name == names[-1]:
+                    self.wait_for(self.log_file(PRODUCT), 120, 'QX Installer Run complete')
+                else:
+                    self.restart_asked_after(RESTARTS_AFTER[names.index(name)])
+                process.wait(60)
+        commands = [command for name in names for command in rehearsal.traced_commands(name, by_logon=name != 'restart')]
+        real = rehearsal.real_story(self.machine.host(self.log_file(PRODUCT)), rehearsal.exported(self.machine, PRODUCT),
+                                    PRODUCT, 0, commands)
+        rehearsal.hold_together('restart', real, rehearsal.rehearsed_story(result, state, PRODUCT))

@@ -88,8 +88,7 @@ class PackageExitCodes(WineTest):
         super().setUp()
         self.put('C:\\QX\\msiexec.exe', tool('msiexec'))
         self.product('Small', {'Core': ('core.msi', None, 'Transform=dcunit=unit.mst,dcreplica=replica.mst\n')})
-        self.put('C:\\Media\\Core\\core.msi', os.path.join(
-            support.OUT, 'samples', 'harbour_suite', 'disc', 'Packages', 'Core', 'core.msi'))
+        self.put('C:\\Media\\Core\\core.msi', os.path.join(support.PACKAGES, 'Core', 'core.msi'))
         self.preset('Software\\Tarvel\\Installation', 'Server Type', 'dcreplica')
 
     def test_a_failure_is_told_and_recorded(self):

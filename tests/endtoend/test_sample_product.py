@@ -44,7 +44,7 @@ class SampleProduct(unittest.TestCase):
     def setUpClass(cls):
         support.screen()
         folder = os.path.join(OUT, 'endtoend', 'sample')
-        cls.machine = RealMachine(folder, support.EXECUTABLE)
+        cls.machine = RealMachine(folder)
         cls.addClassCleanup(cls.machine.stop)
         with rehearsal.trace('sample') as trace:
             cls.exit_code = cls.machine.install(output=trace, debug=rehearsal.TRACE)

@@ -4,10 +4,9 @@ import re
 
 import support
 from person import MESSAGE, Person
-from support import COMPONENT, INI, LOG_ROOT, PROGRAM, WineTest, batch, tool
+from support import COMPONENT, INI, LOG_ROOT, PACKAGES, PROGRAM, WineTest, batch, tool
 
 UNINSTALL = 'Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall'
-PACKAGES = os.path.join(support.OUT, 'samples', 'harbour_suite', 'disc', 'Packages')
 CORE = '{31AAC605-C269-4189-B1F7-FE64CA95BFCE}'
 UNKNOWN_PRODUCT = 1605 & 0xff  # what the host sees of it
 COPY = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\' + PROGRAM

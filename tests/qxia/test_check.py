@@ -14,6 +14,7 @@ QXIA = os.environ.get('QXIA', os.path.join(ROOT, 'out', 'native', 'qxia'))
 SAMPLES = os.path.join(ROOT, 'out', 'samples')
 SUITE = [os.path.join(SAMPLES, 'harbour_suite', 'disc')]
 CHARTS = [os.path.join(SAMPLES, 'harbour_charts', 'disc1'), os.path.join(SAMPLES, 'harbour_charts', 'disc2')]
+RESTART = [os.path.join(SAMPLES, 'harbour_restart', 'disc')]
 INI = 'QX Installation Assistant.ini'
 
 
@@ -137,7 +138,7 @@ class Ends(Media):
 
 class Samples(unittest.TestCase):
     def test_they_are_clean(self):
-        for discs in (SUITE, CHARTS):
+        for discs in (SUITE, CHARTS, RESTART):
             code, out, _ = check('--strict', *discs)
             self.assertEqual(code, 0, out)
             self.assertIn('0 errors, 0 warnings', out)

@@ -17,7 +17,9 @@ QXIA = os.environ.get('QXIA', os.path.join(ROOT, 'out', 'native', 'qxia'))
 SAMPLES = os.path.join(ROOT, 'out', 'samples')
 SUITE = os.path.join(SAMPLES, 'harbour_suite', 'disc')
 CHARTS = [os.path.join(SAMPLES, 'harbour_charts', 'disc%d' % number) for number in (1, 2)]
+RESTART = os.path.join(SAMPLES, 'harbour_restart', 'disc')
 MACHINE = os.path.join(ROOT, 'samples', 'harbour_suite', 'machine.txt')
+RESTART_MACHINE = os.path.join(ROOT, 'samples', 'harbour_restart', 'machine.txt')
 INIS = {
     'app.ini': '[Product]\nName=Small\nVersion=1.0\nPackageRoot=CDROM(\\Packages)\nProductIni=PATH(product.ini)\n',
     'product.ini': '[Product]\nName=Small\n[General]\nVersion=1.0\n[Actions]\nPart=part.ini\n',
@@ -105,6 +107,9 @@ class Samples(unittest.TestCase):
         code, out, _ = rehearse(*CHARTS)
         self.assertEqual(code, 0)
         self.assertIn('disc CHARTS2 inserted in D', out)
+        code, out, _ = rehearse(RESTART, '--machine', RESTART_MACHINE)
+        self.assertEqual((code, out.count(' which asks for a restart')), (0, 2))
+        self.assertIn('4 restarts', out)
         started = time.time()
         rehearse(SUITE, '--on', 'all')
         print('figure: rehearsing the sample product: %.2f s, on all systems %.2f s, %.0f MB at most' % (

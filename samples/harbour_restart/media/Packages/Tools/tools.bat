@@ -1,0 +1,2 @@
+@echo off
+echo Tools>> "C:\Harbour Restart.txt"
