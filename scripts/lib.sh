@@ -40,13 +40,14 @@ as_root() { if ((EUID)); then sudo "$@"; else "$@"; fi; }
 
 apt() { as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o Dpkg::Use-Pty=0 "$@"; }
 
-# Writes a source list that holds nothing but the main suite of the machine's own mirror.
-main_suite_only() {
-  local mirror codename keyring=/usr/share/keyrings/debian-archive-keyring.gpg
-  codename=$(. /etc/os-release && say "$VERSION_CODENAME")
+codename() { (. /etc/os-release && say "$VERSION_CODENAME"); }
+
+# The line of a source list for one suite of the machine's own mirror and one kind of processor.
+suite_line() {
+  local mirror keyring=/usr/share/keyrings/debian-archive-keyring.gpg
   mirror=$(grep -rhoE 'https?://[^ ]+/debian/?( |$)' /etc/apt/sources.list* 2>/dev/null | head -n 1 | tr -d ' ') || true
   [[ $mirror ]] || return 1
-  say "deb $([[ -e $keyring ]] && say "[signed-by=$keyring]") $mirror $codename main" >"$1"
+  say "deb [arch=$2$([[ ! -e $keyring ]] || say " signed-by=$keyring")] $mirror $1 main"
 }
 
 # Installs packages; where an index of the machine's mirror fails, with the main suite alone.
@@ -55,7 +56,7 @@ install_packages() {
   step 'an index failed: trying the main suite alone'
   local lists
   lists=$(mktemp -d) && chmod 755 "$lists" && mkdir "$lists/partial"
-  main_suite_only "$lists/main.list" || die 'no Debian mirror is named in /etc/apt: please install by hand: '"$*"
+  suite_line "$(codename)" "$(dpkg --print-architecture)" >"$lists/main.list" || die 'no Debian mirror is named in /etc/apt: please install by hand: '"$*"
   local only=(-o Dir::Etc::sourcelist="$lists/main.list" -o Dir::Etc::sourceparts=- -o Dir::State::Lists="$lists"
     -o APT::Sandbox::User=root)
   apt "${only[@]}" update && apt "${only[@]}" install --no-install-recommends "$@"

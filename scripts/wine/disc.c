@@ -1,5 +1,6 @@
 /* Changes the disc in drive D: tells the system's mount manager that a folder of the host, named on the command line,
-   is in the drive now. */
+   is in the drive now. With a second word it says OK to the dialog that asks for the disc, once that is there.
+   usage: disc.exe FOLDER [ok] */
 #include <stdio.h>
 #include <string.h>
 #include <windows.h>
@@ -20,16 +21,29 @@ struct drive {
   USHORT label_offset;
 };
 
+/* Whether a dialog came and went by its OK within a minute. */
+static int confirm(void) {
+  for (int tries = 0; tries < 600; ++tries, Sleep(100)) {
+    HWND dialog = FindWindowA("#32770", NULL);
+    if (!dialog || !IsWindowVisible(dialog)) continue;
+    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+    while (IsWindow(dialog) && ++tries < 600) Sleep(100);
+    return tries < 600;
+  }
+  return 0;
+}
+
 int main(int count, char** words) {
   char buffer[1024] = {0};
   struct drive* drive = (struct drive*)buffer;
   DWORD done;
   HANDLE manager = CreateFileA("\\\\.\\MountPointManager", GENERIC_READ | GENERIC_WRITE, 0, NULL, OPEN_EXISTING, 0, 0);
-  if (count != 2 || strlen(words[1]) + 1 > sizeof buffer - sizeof *drive || manager == INVALID_HANDLE_VALUE) return 2;
+  if (count < 2 || strlen(words[1]) + 1 > sizeof buffer - sizeof *drive || manager == INVALID_HANDLE_VALUE) return 2;
   drive->size = (ULONG)(sizeof *drive + strlen(words[1]) + 1);
   drive->type = CD_ROM;
   drive->letter = 'd';
   drive->mount_point_offset = sizeof *drive;
   strcpy(buffer + sizeof *drive, words[1]);
-  return DeviceIoControl(manager, DEFINE_UNIX_DRIVE, buffer, drive->size, NULL, 0, &done, NULL) ? 0 : 1;
+  if (!DeviceIoControl(manager, DEFINE_UNIX_DRIVE, buffer, drive->size, NULL, 0, &done, NULL)) return 1;
+  return count == 2 || confirm() ? 0 : 3;
 }

@@ -18,6 +18,9 @@ class Wine:
     prototype = os.path.join(OUT, 'wine', 'prototype')
     patience = 1  # times as long as usual may everything take
 
+    def __init__(self, screen=True):
+        self.screen = screen  # where there is none, windows exist but are not shown
+
     def environment(self, prefix, overrides='', debug='-all'):
         return dict(os.environ, WINEPREFIX=prefix, WINEARCH=self.architecture, WINEDEBUG=debug,
                     WINEDLLOVERRIDES='winemenubuilder.exe=d;mscoree,mshtml=' + overrides)
@@ -40,7 +43,7 @@ class Wine:
 
     def make_prefix(self):
         """Makes the prototype's prefix as Wine makes it."""
-        os.makedirs(os.path.join(self.prototype, 'drive_c'))
+        os.makedirs(os.path.join(self.prototype, 'drive_c'), exist_ok=True)
         code = self.start(self.prototype, [self.loader, 'wineboot', '-i'], stdout=subprocess.DEVNULL,
                           stderr=subprocess.DEVNULL).wait(600)
         if code:

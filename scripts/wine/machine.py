@@ -105,6 +105,8 @@ class Machine:
         for name in ('system.reg', 'user.reg', 'userdef.reg', '.update-timestamp'):  # Wine writes these in place
             subprocess.run(['cp', '--remove-destination', os.path.join(wine.prototype, name), self.folder], check=True)
         self.preset('user', 'Software\\Wine\\AppDefaults\\' + PROGRAM, {'Version': windows})
+        if not wine.screen:
+            self.preset('user', 'Software\\Wine\\Drivers', {'Graphics': 'null'})
         # A desktop of its own: with captions, a task bar and a place for the notification icon.
         self.preset('user', 'Software\\Wine\\Explorer', {'Desktop': 'Default'})
         self.preset('user', 'Software\\Wine\\Explorer\\Desktops', {'Default': '1024x768'})

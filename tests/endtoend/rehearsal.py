@@ -161,19 +161,20 @@ def _explain(difference, lines):
 
 def hold_together(name, real, rehearsed):
     """Fails where something differs beyond what is listed, or a listed row explains nothing."""
-    if told := _differences(name, real, rehearsed):
+    if told := differences(name, real, rehearsed):
         raise AssertionError('\n'.join(told))
 
 
-def _differences(name, real, rehearsed):
+def differences(name, one, other, table=DIFFERENCES, names=('real', 'rehearsed')):
+    """What differs between two stories beyond what the table lists, and what it lists and does not differ; as lines."""
     told = []
     for part in Story._fields:
-        sides = [[_without_times(line) for line in _lines(part, getattr(story, part))] for story in (real, rehearsed)]
-        for difference in DIFFERENCES:
+        sides = [[_without_times(line) for line in _lines(part, getattr(story, part))] for story in (one, other)]
+        for difference in table:
             if difference.part != part or not {name, EVERY} & set(difference.products):
                 continue
             (sides[0], ours), (sides[1], theirs) = (_explain(difference, lines) for lines in sides)
             if ours == theirs and (EVERY not in difference.products or name == TYPICAL):
                 told.append('%s: nothing differs any more by "%s" (%s)' % (name, difference.pattern, difference.reason))
-        told += ['%s, %s: %s' % (name, part, line) for line in difflib.unified_diff(*sides, 'real', 'rehearsed', '', '', 0, '')]
+        told += ['%s, %s: %s' % (name, part, line) for line in difflib.unified_diff(*sides, *names, '', '', 0, '')]
     return told
