@@ -11,7 +11,7 @@ jobs=${JOBS:-2}
 declare -A package_groups=(
   [build]='g++ cmake ninja-build git g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 libgtest-dev
     nlohmann-json3-dev libmsi-dev libglib2.0-dev pkg-config'
-  [media]='wixl gcc-mingw-w64-i686-win32 gcc-mingw-w64-x86-64-win32'
+  [media]='wixl msitools nsis gcc-mingw-w64-i686-win32 gcc-mingw-w64-x86-64-win32'
   [wine]='wine64 fonts-wine xvfb xauth xdotool python3'
   [tests]='libgtest-dev python3 python3-jsonschema'
   [bench]='libbenchmark-dev python3'

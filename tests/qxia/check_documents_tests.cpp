@@ -117,7 +117,9 @@ TEST(Check_Documents, ProductOnTwoDiscsIsClean) {
 TEST(Check_Documents, EveryIniExampleIsOneOfThese) {
   int count = 0;
   for (const auto& entry : std::filesystem::directory_iterator(std::string(SOURCE_FOLDER) + "/docs")) {
-    const std::string text = entry.is_regular_file() ? SourceText("docs/" + entry.path().filename().string()) : "";
+    const std::string name = entry.path().filename().string();
+    // The recipes are the inis of a sample, which is checked as a whole.
+    const std::string text = entry.is_regular_file() && name != "recipes.md" ? SourceText("docs/" + name) : "";
     for (std::size_t at = text.find("```ini"); at != std::string::npos; at = text.find("```ini", at + 1)) ++count;
   }
   EXPECT_EQ(count, 11) << "check the new example here as well";
