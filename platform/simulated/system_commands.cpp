@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,9 @@ constexpr std::int32_t Failed = 1;
 constexpr std::int32_t NetworkPathNotFound = 2;
 
 using Words = std::vector<std::string>;
+
+constexpr const char* ShellVerbs[] = {"del", "erase", "rd", "rmdir", "copy", "echo"};
+constexpr const char* RegVerbs[] = {"add", "delete"};
 
 SystemCommand Ends(std::int32_t exitCode) {
   SystemCommand command{true, {}};
@@ -74,18 +78,27 @@ SystemCommand Echo(const std::string& text, Files& files) {
   return command;
 }
 
-/// What stands behind /c. Chained commands are none of those known here.
-SystemCommand Shell(const std::string& commandLine, Files& files) {
+/// What stands behind /c; "" for chained commands, which are none of those known here.
+std::string ShellLine(const std::string& commandLine) {
   const std::size_t at = Lower(commandLine).find("/c ");
-  if (at == std::string::npos || commandLine.find_first_of("&|", at) != std::string::npos) return {};
-  const std::string line = Trim(commandLine.substr(at + 3));
+  if (at == std::string::npos || commandLine.find_first_of("&|", at) != std::string::npos) return "";
+  return Trim(commandLine.substr(at + 3));
+}
+
+bool IsAmong(std::span<const char* const> verbs, const Words& words, std::size_t at) {
+  return words.size() > at &&
+         std::any_of(verbs.begin(), verbs.end(), [&](const char* verb) { return SameText(words[at], verb); });
+}
+
+SystemCommand Shell(const std::string& commandLine, Files& files) {
+  const std::string line = ShellLine(commandLine);
   Words words = Arguments(line);
-  if (words.empty()) return {};
+  if (!IsAmong(ShellVerbs, words, 0)) return {};
   const std::string verb = Lower(words[0]);
   words.erase(words.begin());
   if (verb == "del" || verb == "erase" || verb == "rd" || verb == "rmdir") return Delete(words);
   if (verb == "copy") return Copy(words, files);
-  return verb == "echo" ? Echo(Trim(line.substr(4)), files) : SystemCommand{};
+  return Echo(Trim(line.substr(4)), files);
 }
 
 /// The word behind a switch; "" when it is not there.
@@ -116,9 +129,10 @@ SystemCommand DeleteFromRegistry(const Words& words, Registry& registry) {
 }
 
 SystemCommand Reg(const Words& words, Registry& registry) {
+  if (!IsAmong(RegVerbs, words, 0)) return {};
   if (words.size() < 2 || words[1].find('\\') == std::string::npos) return Ends(Failed);
   if (SameText(words[0], "add")) return AddToRegistry(words);
-  return SameText(words[0], "delete") ? DeleteFromRegistry(words, registry) : Ends(Failed);
+  return DeleteFromRegistry(words, registry);
 }
 
 bool HasReg(const Machine& machine) {
@@ -133,6 +147,14 @@ SystemCommand Missing() {
 }
 
 }  // namespace
+
+bool NeedsNoDeclaration(const std::string& commandLine) {
+  const Words words = Arguments(commandLine);
+  if (words.empty()) return false;
+  if (IsProgram(words[0], "cmd")) return IsAmong(ShellVerbs, Arguments(ShellLine(commandLine)), 0);
+  if (IsProgram(words[0], "reg")) return IsAmong(RegVerbs, words, 1);
+  return IsProgram(words[0], "net") || IsProgram(words[0], "at") || IsProgram(words[0], "msiexec");
+}
 
 SystemCommand KnownCommand(const std::string& commandLine, const std::string& program,
                            const CommandSurroundings& around) {

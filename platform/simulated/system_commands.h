@@ -29,4 +29,7 @@ struct CommandSurroundings {
 SystemCommand KnownCommand(const std::string& commandLine, const std::string& program,
                            const CommandSurroundings& around);
 
+/// True for a command line of those, and of msiexec: whoever declares a machine need not tell what it does.
+bool NeedsNoDeclaration(const std::string& commandLine);
+
 }  // namespace simulated

@@ -141,14 +141,14 @@ TEST_F(SimulatedWorkstation, LooseEnds_UndeclaredAndUnused_AreNamed) {
   machine.processes().declare({"never.exe"});
   machine.screen().answer({"Never asked", ""});
   platform::StartedProcess started;
-  EXPECT_EQ(machine.processes().start("surprise.exe /s", "", platform::ShowWindow::Normal, started),
-            Status::FileNotFound);
+  for (const char* command : {"surprise.exe /s", "reg import C:\\a.reg"})
+    EXPECT_EQ(machine.processes().start(command, "", platform::ShowWindow::Normal, started), Status::FileNotFound);
   platform::MessageBoxRequest box;
   box.title = "Unexpected";
   box.text = "Go on?";
   box.defaultAnswer = platform::BoxAnswer::No;
   EXPECT_EQ(machine.screen().messageBox(box), platform::BoxAnswer::No);
-  EXPECT_EQ(machine.undeclared(), (Names{"surprise.exe /s", "box \"Unexpected\": Go on?"}));
+  EXPECT_EQ(machine.undeclared(), (Names{"surprise.exe /s", "reg import C:\\a.reg", "box \"Unexpected\": Go on?"}));
   EXPECT_EQ(machine.unused(), (Names{"program never.exe", "answer to box \"Never asked\" "}));
 }
 

@@ -197,6 +197,18 @@ class RecipesUninstallers(RecipesTest):
         self.assertIsNone(self.files('C:\\Harbour Ropes'))
 
 
+class NewMediaScripts(WineTest):
+    def test_script_that_hands_a_restart_on_keeps_its_arguments_together(self):
+        media = os.path.join(OUT, 'endtoend', 'recipes', 'new')
+        shutil.rmtree(media, ignore_errors=True)
+        subprocess.run([rehearsal.QXIA, 'new', media, '--product', 'Small', '--component', 'Driver:exe-restart'],
+                       check=True, capture_output=True)
+        self.put('C:\\Media\\driver.vbs', os.path.join(media, 'Packages', 'Driver', 'driver.vbs'))
+        self.put('C:\\Media\\driver.exe', tool('recorder'))
+        self.assertEqual(self.machine.run('wscript.exe', 'C:\\Media\\driver.vbs', '/quiet', '/to=C:\\Two Words'), 0)
+        self.assertEqual(self.read('C:\\recorded.txt'), '"C:\\Media\\driver.exe" /quiet "/to=C:\\Two Words"\r\n')
+
+
 class RecipesPage(unittest.TestCase):
     def test_page_shows_the_files_of_the_sample(self):
         with open(PAGE) as page:

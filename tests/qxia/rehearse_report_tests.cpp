@@ -77,6 +77,8 @@ TEST(RehearseMachine_OfMedia_DeclaresEachProgramOnce, WithWhatRemovesIt) {
   media.package("Pack", "{AA111111-2222-3333-4444-555555555555}", "1.2.0")
       .component("Part", "part.exe", "UninstallCommandLine=C:\\Part\\remove.exe /q\n")
       .component("Shell", "shell.bat", "UninstallCommandLine=cmd.exe /c del C:\\part.txt\n")
+      .component("Chain", "chain.bat", "UninstallCommandLine=cmd.exe /c \"C:\\Chain\\u.exe /S&& rd C:\\Chain\"\n")
+      .component("Values", "values.bat", "UninstallCommandLine=reg.exe import C:\\values.reg\n")
       .product("", "[PreInstallActions]\nLook\n[Look_Small]\nInstall=look.vbs\nCommandLine=N/A\n");
   media.file("look.vbs", "' looks\n");
   Media found;
@@ -84,12 +86,12 @@ TEST(RehearseMachine_OfMedia_DeclaresEachProgramOnce, WithWhatRemovesIt) {
   found.applicationIni = "app.ini";
   found.product = "Small";
   const std::string text = MachineFileFor(found, "", "windows 98");
-  for (const char* part :
-       {"[machine]\nsystem=Windows 98\n", "[package D:\\Packages\\Pack\\part.msi]\nname=The Pack\n",
-        "version=1.2.0\ncode={AA111111-2222-3333-4444-555555555555}\n",
-        "[program D:\\Packages\\Part\\part.exe]\nexit=0\n", "[program C:\\Part\\remove.exe /q]\n", "look.vbs"})
+  for (const char* part : {"[machine]\nsystem=Windows 98\n", "[package D:\\Packages\\Pack\\part.msi]\nname=The Pack\n",
+                           "version=1.2.0\ncode={AA111111-2222-3333-4444-555555555555}\n",
+                           "[program D:\\Packages\\Part\\part.exe]\nexit=0\n", "[program C:\\Part\\remove.exe /q]\n",
+                           "[program cmd.exe /c \"C:\\Chain", "[program reg.exe import C:\\values.reg]", "look.vbs"})
     EXPECT_TRUE(Holds(text, part)) << part << " is not in\n" << text;
-  EXPECT_FALSE(Holds(text, "[program cmd.exe")) << "the system knows it";
+  EXPECT_FALSE(Holds(text, "[program cmd.exe /c del")) << "the system knows it";
 }
 
 TEST(RehearseSweep_PowerCutAtEveryPoint_IsRecoveredFrom, AndFailuresAreTriedByName) {

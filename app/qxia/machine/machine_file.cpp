@@ -7,6 +7,7 @@
 #include "exec/file_kinds.h"
 #include "platform/simulated/command_line.h"
 #include "platform/simulated/machine.h"
+#include "platform/simulated/system_commands.h"
 #include "platform/simulated/text.h"
 
 namespace qxia {
@@ -20,15 +21,6 @@ constexpr const char* Head =
 constexpr const char* MachineKeys =
     "; more of it: computer=, user=, domain=, time=2006-03-05 14:03:27.481, program=, arguments=,\n"
     "; startup folder=none, installer=no, script host=no, management=no, tray=no, japanese=yes\n";
-
-/// Programs that the workstation knows itself.
-constexpr const char* Known[] = {"net", "at", "cmd", "reg", "msiexec"};
-
-bool IsKnown(const std::string& commandLine) {
-  const std::vector<std::string> words = simulated::Arguments(commandLine);
-  return !words.empty() && std::any_of(std::begin(Known), std::end(Known),
-                                       [&](const char* name) { return simulated::IsProgram(words[0], name); });
-}
 
 bool IsGiven(const std::string& text) {
   return !text.empty() && text != "N/A" && text != "<ERROR>";
@@ -100,7 +92,8 @@ void Writer::component(const ComponentRecord& component) {
 
 void Writer::removal(const ComponentRecord& component) {
   const std::string command = component.value("UninstallCommandLine");
-  if (IsGiven(command) && !IsKnown(command)) program(component.name + ": what removes it", command);
+  if (IsGiven(command) && !simulated::NeedsNoDeclaration(command))
+    program(component.name + ": what removes it", command);
 }
 
 /// What ran and is no component's: pre-install actions, and what the product ini asks for.
@@ -109,7 +102,9 @@ void Writer::otherPrograms() {
     const bool isComponents = std::any_of(written_.begin(), written_.end(), [&](const std::string& pattern) {
       return simulated::ContainsText(command, pattern);
     });
-    if (isComponents || IsKnown(command) || simulated::ContainsText(command, "QX Installation Assistant.exe")) continue;
+    if (isComponents || simulated::NeedsNoDeclaration(command) ||
+        simulated::ContainsText(command, "QX Installation Assistant.exe"))
+      continue;
     program("run before the components", command);
   }
 }

@@ -115,12 +115,14 @@ std::string PlaceholderScript(const PlannedComponent& component, const std::stri
 std::string RestartScript(const PlannedComponent& component) {
   return WindowsLines(
       {"' " + component.name + ": runs the program beside this script and hands its request for a restart on.",
-       "Option Explicit", "Dim shell, folder, command, argument, code", "Set shell = CreateObject(\"WScript.Shell\")",
+       "Option Explicit", "Dim shell, folder, command, argument, at, code",
+       "Set shell = CreateObject(\"WScript.Shell\")",
        "folder = Left(WScript.ScriptFullName, InStrRev(WScript.ScriptFullName, \"\\\"))",
        "command = \"\"\"\" & folder & \"" + FileNameOf(component) + ".exe\"\"\"",
-       "For Each argument In WScript.Arguments", "  command = command & \" \" & argument", "Next",
-       "code = shell.Run(command, 1, True)", "' 3010 and 1641 are how programs ask for a restart.",
-       "If code = 3010 Or code = 1641 Then",
+       "For at = 0 To WScript.Arguments.Count - 1", "  argument = WScript.Arguments(at)",
+       "  If InStr(argument, \" \") > 0 Then argument = \"\"\"\" & argument & \"\"\"\"",
+       "  command = command & \" \" & argument", "Next", "code = shell.Run(command, 1, True)",
+       "' 3010 and 1641 are how programs ask for a restart.", "If code = 3010 Or code = 1641 Then",
        "  ' The machine restarts when this script has ended, and the run goes on with the next component.",
        "  shell.RegWrite \"HKLM\\Software\\Tarvel\\Installation\\Reboot\", \"immediate\"", "  code = 0", "End If",
        "WScript.Quit code"});
