@@ -51,7 +51,9 @@ exit /b %CODE%
 if not exist "%PLACE%" mkdir "%PLACE%"
 if exist "%LOGS%\QX Installation Assistant.html" copy /y "%LOGS%\QX Installation Assistant.html" "%PLACE%\%~3.html" >nul
 if exist "%LOGS%\MSI Log Files\*.log" copy /y "%LOGS%\MSI Log Files\*.log" "%PLACE%" >nul
-reg export "%RECORD%" "%PLACE%\%~3.reg" /y >nul 2>nul
+rem Some reg.exe ask before they write over a file, and some do not know the switch that answers them.
+if exist "%PLACE%\%~3.reg" del "%PLACE%\%~3.reg"
+reg export "%RECORD%" "%PLACE%\%~3.reg" >nul 2>nul
 exit /b %CODE%
 
 rem Errorlevel 0 when a run waits for the restart that it asked for.
@@ -65,5 +67,6 @@ reg query "%RECORD%" /v Succeeded 2>nul | find "0xffffffff" >nul
 if errorlevel 1 exit /b 1
 reg query "%RECORD%" /v "Install Date" >nul 2>nul
 if errorlevel 1 exit /b 1
-reg query "%RECORD%" /v Version 2>nul | find " %~1" >nul
-exit /b %ERRORLEVEL%
+rem Between the columns stand tabs or blanks, as the system's reg.exe has them.
+for /f "tokens=1,2*" %%A in ('reg query "%RECORD%" /v Version') do if "%%A"=="Version" if "%%C"=="%~1" exit /b 0
+exit /b 1

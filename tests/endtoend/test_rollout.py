@@ -18,9 +18,9 @@ class Rollout(WineTest):
         self.machine.run('cmd', '/c', 'rd', '/s', '/q', 'C:\\results')
         self.assertFalse(os.path.exists(results))
 
-    def call(self):
+    def call(self, version='1.0'):
         return self.machine.run('cmd', '/c', 'C:\\rollout.cmd', 'C:\\QX\\QX Installation Assistant.exe', INI, 'Four',
-                                '1.0', 'C:\\results')
+                                version, 'C:\\results')
 
     def collected(self):
         place = self.machine.host('C:\\results')
@@ -35,6 +35,19 @@ class Rollout(WineTest):
         self.assertEqual((self.ran(), self.collected()), (['Tools'], ['Four.html', 'Four.reg']))
         self.assertEqual(self.call(), 0)
         self.assertEqual(self.ran(), ['Tools'])
+
+    def test_older_reg_exe_tells_the_same(self):
+        self.product('Four', {'Tools': ('run.bat', COUNTS, '')})
+        self.put('C:\\reg.exe', tool('old_reg'))
+        self.addCleanup(os.remove, self.machine.host('C:\\reg.exe'))
+        for _ in range(2):
+            self.assertEqual((self.call(), self.ran()), (0, ['Tools']))
+        self.assertEqual(self.collected(), ['Four.html', 'Four.reg'])
+
+    def test_version_that_only_begins_so_is_another(self):
+        self.product('Four', {'Tools': ('run.bat', COUNTS, '')})
+        self.assertEqual(self.call(), 0)
+        self.assertEqual((self.call('1'), self.ran()), (1, ['Tools', 'Tools']))
 
     def test_failure_is_told_and_tried_again(self):
         self.product('Four', {'Tools': ('run.bat', None, '')})
