@@ -71,30 +71,38 @@ class clsAppLog {
   /// the archive is told in front of them.
   void finish(const std::string& archiveFolder);
 
-  /// Appends one line. Raises the system's number with the source "clsAppLog.WriteLogEntry Line no: " + statement.
-  void writeLogEntry(const std::string& entry);
+  /// Appends the bytes of one line. Raises the system's number with the source "clsAppLog.WriteLogEntry Line no: " +
+  /// statement.
+  void writeLogEntry(const std::string& bytes);
 
   /// Writes the entries held since the start: the run's log file is known now.
   void releaseEntries();
   bool holdsEntries() const { return holding_; }
 
  private:
-  /// An entry on its way into the file, with what is told of it when it cannot be written.
-  struct Entry {
+  /// What is told of an entry when it cannot be written.
+  struct Told {
+    const std::string& source;
+    int errNumber;
+    const std::string& description;
+  };
+  /// An entry that waits for the log's file, and the bytes it puts there.
+  struct Held {
     std::string source;
     int errNumber;
     std::string description;
-    std::string line;
+    std::string bytes;
   };
 
-  void report(const Entry& entry, const std::exception& failure);
-  bool write(const Entry& entry);
+  void report(const Told& entry, const std::exception& failure);
+  bool write(const Told& entry, const std::string& bytes);
+  void write(const std::vector<Held>& entries);
   bool archive(const std::string& archiveFolder, const std::string& ending);
-  std::string row(const std::string& source, int errNumber, const std::string& description, int type);
+  std::string row(const Told& entry, int type);
   void showBox(int errNumber, const std::string& description);
   void requireNoLink(const std::string& archiveFolder);
   void copyToArchive(const std::string& archiveFolder, const std::string& ending);
-  void append(const std::string& path, const std::string& lines);
+  void append(const std::string& path, const std::string& bytes);
   void trimArchive(const std::string& archiveFolder);
 
   bool logToFile_ = true;
@@ -109,7 +117,7 @@ class clsAppLog {
   bool silent_ = false;
   bool verbose_ = false;
   bool holding_ = false;
-  std::vector<Entry> held_;
+  std::vector<Held> held_;
   std::vector<std::string> archived_;  ///< names of the copies that this run made
 };
 

@@ -1,5 +1,6 @@
 #include "base/ini.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -14,8 +15,21 @@ namespace {
 
 constexpr int OverflowError = 6;
 
+/// The count of lines is 16 bits wide.
+constexpr std::size_t MostLines = std::numeric_limits<std::int16_t>::max();
+
+[[noreturn]] void RaiseOverflow() {
+  throw Error(OverflowError, "Overflow", "modINI.OpenIniFile");
+}
+
 /// Bytes of a short line, from which the number of lines is guessed.
 constexpr std::size_t UsualLine = 24;
+
+/// False for nearly every line that does not begin with the text, letter case ignored: its first letter is another.
+bool MayBeginWith(std::string_view line, std::string_view text) {
+  constexpr int caseBit = 0x20;
+  return !line.empty() && (line.front() | caseBit) == (text.front() | caseBit);
+}
 
 void RequireName(const std::string& name, int errorNumber) {
   if (!ValidStr(name)) throw modErrorBase::MakeError(errorNumber, {name}, "modINI");
@@ -63,8 +77,17 @@ std::vector<std::string> SectionLines(const IniFile& ini, const std::string& sec
 
 }  // namespace
 
+void IniLines::keep(std::string_view line) {
+  // A line is counted before it is looked at.
+  const bool header = IsHeader(line);
+  if (lines_.size() + (header ? 2 : 1) > MostLines) RaiseOverflow();
+  if (IsDropped(line)) return;
+  if (header) lines_.emplace_back();
+  lines_.push_back(line);
+}
+
 IniLines::IniLines(std::string bytes) : bytes_(std::make_unique<const std::string>(std::move(bytes))) {
-  lines_.reserve(bytes_->size() / UsualLine + 1);
+  lines_.reserve(std::min(bytes_->size() / UsualLine, MostLines) + 1);
   const char* at = bytes_->data();
   const char* const end = at + bytes_->size();
   while (at < end) {
@@ -75,17 +98,6 @@ IniLines::IniLines(std::string bytes) : bytes_(std::make_unique<const std::strin
     keep(line);
     at = next + 1;
   }
-}
-
-void IniLines::keep(std::string_view line) {
-  // The count is 16 bits wide, and a line is counted before it is looked at.
-  const bool header = IsHeader(line);
-  if (lines_.size() + (header ? 2 : 1) > std::numeric_limits<std::int16_t>::max()) {
-    throw Error(OverflowError, "Overflow", "modINI.OpenIniFile");
-  }
-  if (IsDropped(line)) return;
-  if (header) lines_.emplace_back();
-  lines_.push_back(line);
 }
 
 IniValue ReadIniValue(const IniFile& ini, const std::string& section, const std::string& key,
@@ -171,7 +183,7 @@ bool FindLine(IniLines& lines, std::size_t& index, std::string_view text, bool s
     const std::string_view line = lines.at(index);
     if (!line.empty()) last = index;
     if (stopAtSection && IsHeader(line)) break;
-    if (StartsWithIgnoringCase(line, text)) {
+    if (MayBeginWith(line, text) && StartsWithIgnoringCase(line, text)) {
       found = true;
       break;
     }

@@ -83,8 +83,9 @@ bool IsProductCode(const std::string& code) {
 
 const InstalledProduct* InstalledProducts::find(const std::string& code) const {
   if (!IsProductCode(code)) return nullptr;
+  const std::string wanted = Trim(code);
   const auto found = std::find_if(list.begin(), list.end(), [&](const InstalledProduct& product) {
-    return EqualIgnoringCase(Trim(product.code), Trim(code));
+    return EqualIgnoringCase(Trim(product.code), wanted);
   });
   return found == list.end() ? nullptr : &*found;
 }

@@ -9,10 +9,6 @@
 namespace assistant {
 namespace {
 
-std::string RowText(const SequenceRow& row) {
-  return "<br>" + row.component + " = " + NumberText(row.number);
-}
-
 double RecordedNumber(const Run& run, const std::string& component) {
   return RecordedSequenceNumber(run.machine.registry(), run.product.name, component);
 }
@@ -40,11 +36,14 @@ Sequence GetSequence(const Run& run, const std::vector<std::string>& components)
   const Procedure here(run.services.log, "GetSequence", "modQXInstallationMain.GetSequence");
   return here.guard([&] {
     Sequence sequence;
+    sequence.reserve(components.size());
     for (const std::string& component : components) sequence.push_back({component, RecordedNumber(run, component)});
     std::stable_sort(sequence.begin(), sequence.end(),
                      [](const SequenceRow& a, const SequenceRow& b) { return a.number < b.number; });
     std::string told = "Sequence is:";
-    for (const SequenceRow& row : sequence) told += RowText(row);
+    for (const SequenceRow& row : sequence) {
+      told.append("<br>").append(row.component).append(" = ").append(NumberText(row.number));
+    }
     here.action(told + "<br>");
     return sequence;
   });

@@ -13,9 +13,13 @@ constexpr Status KeyDeleted{1018};
 constexpr std::size_t LongestKeyName = 255;
 constexpr char LineFeed = '\n';
 
-std::string FullPath(platform::RegistryRoot root, const std::string& path) {
-  const std::string name = root == platform::RegistryRoot::CurrentUser ? "HKEY_CURRENT_USER" : "HKEY_LOCAL_MACHINE";
-  return path.empty() ? name : name + "\\" + path;
+std::string FullPath(platform::RegistryRoot root, std::string_view path) {
+  const std::string_view name =
+      root == platform::RegistryRoot::CurrentUser ? "HKEY_CURRENT_USER" : "HKEY_LOCAL_MACHINE";
+  std::string full;
+  full.reserve(name.size() + 1 + path.size());
+  full.append(name);
+  return path.empty() ? full : full.append(1, '\\').append(path);
 }
 
 /// How effects name a key: short.
@@ -34,10 +38,12 @@ std::string ShownValue(const RegistryValue& value) {
 /// Ok for a path that a key may have. A line feed has no place in the text form of the file.
 Status Usable(const std::string& path, bool japanese) {
   if (path.empty()) return Status::Ok;
-  const std::vector<std::string> parts = Split(path, '\\', japanese);
-  for (const std::string& part : parts)
-    if (part.empty() || part.size() > LongestKeyName || part.find(LineFeed) != std::string::npos) return Status::BadKey;
-  return parts.size() > MostKeyLevels ? Status::InvalidParameter : Status::Ok;
+  std::size_t levels = 0;
+  for (std::size_t at = 0; at != std::string::npos; ++levels) {
+    const std::string_view name = NextPart(path, at, '\\', japanese);
+    if (name.empty() || name.size() > LongestKeyName || name.find(LineFeed) != name.npos) return Status::BadKey;
+  }
+  return levels > MostKeyLevels ? Status::InvalidParameter : Status::Ok;
 }
 
 /// The system terminates a text that was given without its terminating zero.
@@ -48,21 +54,24 @@ std::string Stored(std::uint32_t type, const std::string& data) {
 
 }  // namespace
 
-Status Registry::enter(std::shared_ptr<Key> key, const std::string& fullPath, platform::KeyAccess access,
-                       KeyHandle& handle) {
+Status Registry::enter(std::shared_ptr<Key> key, std::string fullPath, platform::KeyAccess access, KeyHandle& handle) {
   handle.value = nextHandle_++;
-  handles_[handle.value] = {std::move(key), fullPath, access};
+  handles_[handle.value] = {std::move(key), std::move(fullPath), access};
   return Status::Ok;
 }
 
 Status Registry::openKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                          KeyHandle& key) {
   key = {};
-  if (const Status s = Usable(UpToZero(path), japanese_); s != Status::Ok) return s;
-  const std::string fullPath = FullPath(root, UpToZero(path));
-  std::shared_ptr<Key> found = locate(fullPath);
+  const std::string cut = UpToZero(path);
+  std::string fullPath = FullPath(root, cut);
+  std::shared_ptr<Key> found = known(fullPath);  // and then a path that a key may have
+  if (!found) {
+    if (const Status s = Usable(cut, japanese_); s != Status::Ok) return s;
+    found = locate(fullPath);
+  }
   if (!found) return Status::FileNotFound;
-  return enter(std::move(found), fullPath, access, key);
+  return enter(std::move(found), std::move(fullPath), access, key);
 }
 
 Status Registry::createKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,

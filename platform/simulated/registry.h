@@ -7,6 +7,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/registry.h"
@@ -82,10 +84,12 @@ class Registry : public platform::Registry {
   };
   using Position = std::vector<std::shared_ptr<Key>>::iterator;
 
-  static Position place(Key& key, const std::string& name);
-  static RegistryValue* valueOf(Key& key, const std::string& name);
+  static Position place(Key& key, std::string_view name);
+  static RegistryValue* valueOf(Key& key, std::string_view name);
   static void markDeleted(Key& key);
   std::shared_ptr<Key> locate(const std::string& fullPath) const;
+  std::shared_ptr<Key> known(const std::string& fullPath) const;
+  std::shared_ptr<Key> walk(const std::string& fullPath) const;
   std::shared_ptr<Key> make(const std::string& fullPath, bool& made);
   void detach(const std::string& fullPath);
 
@@ -94,7 +98,7 @@ class Registry : public platform::Registry {
 
   static bool grants(platform::KeyAccess access, Right right);
   platform::Status use(platform::KeyHandle handle, Right right, OpenKey*& open);
-  platform::Status enter(std::shared_ptr<Key> key, const std::string& fullPath, platform::KeyAccess access,
+  platform::Status enter(std::shared_ptr<Key> key, std::string fullPath, platform::KeyAccess access,
                          platform::KeyHandle& handle);
   void store(Key& key, const std::string& fullPath, const RegistryValue& value);
 
@@ -107,6 +111,8 @@ class Registry : public platform::Registry {
   std::string file_;
   Journal& journal_;
   std::shared_ptr<Key> root_;
+  /// Where a path that was asked for led to, last time: nearly all are asked for again and again.
+  mutable std::unordered_map<std::string, std::shared_ptr<Key>> located_;
   std::map<std::uintptr_t, OpenKey> handles_;
   std::uintptr_t nextHandle_ = 1;
   std::FILE* journalFile_ = nullptr;

@@ -3,8 +3,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
 #include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "platform/simulated/host.h"
 #include "platform/simulated/registry.h"
@@ -13,18 +17,42 @@
 namespace simulated {
 namespace {
 
-/// The path's names, the root's long name first.
-std::vector<std::string> PartsOf(const std::string& fullPath, bool japanese) {
-  std::vector<std::string> parts = Split(fullPath, '\\', japanese);
-  if (SameText(parts[0], "HKLM")) parts[0] = "HKEY_LOCAL_MACHINE";
-  if (SameText(parts[0], "HKCU")) parts[0] = "HKEY_CURRENT_USER";
-  if (!SameText(parts[0], "HKEY_LOCAL_MACHINE") && !SameText(parts[0], "HKEY_CURRENT_USER"))
-    Refuse("registry key '" + fullPath + "': begin the path with HKEY_LOCAL_MACHINE\\ or HKEY_CURRENT_USER\\");
-  if (parts.size() > MostKeyLevels + 1)
-    Refuse("registry key with " + std::to_string(parts.size() - 1) + " levels: there are at most " +
-           std::to_string(MostKeyLevels));
-  return parts;
-}
+/// The names of a key's full path one after another, the root's long name first.
+class Names {
+ public:
+  /// Raises std::runtime_error when the path begins with no root, or has more levels than there are.
+  Names(const std::string& fullPath, bool japanese) : path_(fullPath), japanese_(japanese) {
+    first_ = RootName(NextPart(path_, at_, '\\', japanese_));
+    if (first_.empty())
+      Refuse("registry key '" + fullPath + "': begin the path with HKEY_LOCAL_MACHINE\\ or HKEY_CURRENT_USER\\");
+    if (std::count(path_.begin(), path_.end(), '\\') <= static_cast<std::ptrdiff_t>(MostKeyLevels)) return;
+    if (const std::size_t levels = Split(path_, '\\', japanese_).size() - 1; levels > MostKeyLevels)
+      Refuse("registry key with " + std::to_string(levels) + " levels: there are at most " +
+             std::to_string(MostKeyLevels));
+  }
+
+  /// False behind the last.
+  bool next(std::string_view& name) {
+    name = std::exchange(first_, {});
+    if (!name.empty()) return true;
+    if (at_ == std::string::npos) return false;
+    name = NextPart(path_, at_, '\\', japanese_);
+    return true;
+  }
+
+ private:
+  static std::string_view RootName(std::string_view name) {
+    constexpr std::string_view localMachine = "HKEY_LOCAL_MACHINE";
+    constexpr std::string_view currentUser = "HKEY_CURRENT_USER";
+    if (SameText(name, "HKLM") || SameText(name, localMachine)) return localMachine;
+    return SameText(name, "HKCU") || SameText(name, currentUser) ? currentUser : std::string_view();
+  }
+
+  const std::string& path_;
+  bool japanese_;
+  std::size_t at_ = 0;
+  std::string_view first_;
+};
 
 struct NumberedLine {
   std::size_t number;
@@ -65,6 +93,7 @@ void Registry::reload() {
   if (journalFile_ != nullptr) std::fclose(journalFile_);
   journalFile_ = nullptr;
   handles_.clear();
+  located_.clear();
   currentKeyLine_.clear();
   root_ = std::make_shared<Key>();
   bool made = false;
@@ -76,32 +105,46 @@ void Registry::reload() {
   if (journalFile_ == nullptr) Refuse(file_ + ": cannot be written: " + std::strerror(errno));
 }
 
-Registry::Position Registry::place(Key& key, const std::string& name) {
+Registry::Position Registry::place(Key& key, std::string_view name) {
   return std::lower_bound(
       key.below.begin(), key.below.end(), name,
-      [](const std::shared_ptr<Key>& sub, const std::string& wanted) { return CompareText(sub->name, wanted) < 0; });
+      [](const std::shared_ptr<Key>& sub, std::string_view wanted) { return CompareText(sub->name, wanted) < 0; });
 }
 
-RegistryValue* Registry::valueOf(Key& key, const std::string& name) {
+RegistryValue* Registry::valueOf(Key& key, std::string_view name) {
   for (RegistryValue& value : key.values)
     if (SameText(value.name, name)) return &value;
   return nullptr;
 }
 
 std::shared_ptr<Registry::Key> Registry::locate(const std::string& fullPath) const {
-  std::shared_ptr<Key> key = root_;
-  for (const std::string& name : PartsOf(fullPath, japanese_)) {
-    const Position position = place(*key, name);
-    if (position == key->below.end() || !SameText((*position)->name, name)) return nullptr;
-    key = *position;
+  std::shared_ptr<Key> found = known(fullPath);
+  if (!found) found = walk(fullPath);
+  if (found) located_[fullPath] = found;
+  return found;
+}
+
+std::shared_ptr<Registry::Key> Registry::known(const std::string& fullPath) const {
+  const auto before = located_.find(fullPath);
+  return before == located_.end() || before->second->deleted ? nullptr : before->second;
+}
+
+std::shared_ptr<Registry::Key> Registry::walk(const std::string& fullPath) const {
+  const std::shared_ptr<Key>* key = &root_;
+  Names names(fullPath, japanese_);
+  for (std::string_view name; names.next(name);) {
+    const Position position = place(**key, name);
+    if (position == (*key)->below.end() || !SameText((*position)->name, name)) return nullptr;
+    key = &*position;
   }
-  return key;
+  return *key;
 }
 
 std::shared_ptr<Registry::Key> Registry::make(const std::string& fullPath, bool& made) {
   std::shared_ptr<Key> key = root_;
   made = false;
-  for (const std::string& name : PartsOf(fullPath, japanese_)) {
+  Names names(fullPath, japanese_);
+  for (std::string_view name; names.next(name);) {
     Position position = place(*key, name);
     if (position == key->below.end() || !SameText((*position)->name, name)) {
       made = true;

@@ -9,6 +9,16 @@ char LowerLetter(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+/// Where the next such separator stands, or npos.
+std::size_t FindSeparator(std::string_view text, std::size_t from, char separator, bool japanese) {
+  if (!japanese) return text.find(separator, from);
+  for (; from < text.size(); ++from) {
+    if (text[from] == separator) return from;
+    if (IsJapaneseLeadByte(static_cast<unsigned char>(text[from]))) ++from;
+  }
+  return std::string_view::npos;
+}
+
 }  // namespace
 
 std::string Lower(std::string text) {
@@ -20,7 +30,7 @@ char UpperLetter(char letter) {
   return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
-int CompareText(const std::string& a, const std::string& b) {
+int CompareText(std::string_view a, std::string_view b) {
   const std::size_t common = a.size() < b.size() ? a.size() : b.size();
   for (std::size_t i = 0; i < common; ++i) {
     const auto x = static_cast<unsigned char>(LowerLetter(a[i]));
@@ -31,15 +41,15 @@ int CompareText(const std::string& a, const std::string& b) {
   return a.size() < b.size() ? -1 : 1;
 }
 
-bool SameText(const std::string& a, const std::string& b) {
+bool SameText(std::string_view a, std::string_view b) {
   return a.size() == b.size() && CompareText(a, b) == 0;
 }
 
-bool StartsWithText(const std::string& text, const std::string& start) {
+bool StartsWithText(std::string_view text, std::string_view start) {
   return text.size() >= start.size() && SameText(text.substr(0, start.size()), start);
 }
 
-bool EndsWithText(const std::string& text, const std::string& end) {
+bool EndsWithText(std::string_view text, std::string_view end) {
   return text.size() >= end.size() && SameText(text.substr(text.size() - end.size()), end);
 }
 
@@ -69,14 +79,17 @@ std::vector<std::string> Split(const std::string& text, char separator) {
 }
 
 std::vector<std::string> Split(const std::string& text, char separator, bool japanese) {
-  const std::vector<std::string> plain = Split(WithoutTrailBytes(text, japanese), separator);
   std::vector<std::string> parts;
   std::size_t start = 0;
-  for (const std::string& part : plain) {
-    parts.push_back(text.substr(start, part.size()));
-    start += part.size() + 1;
-  }
+  while (start != std::string::npos) parts.emplace_back(NextPart(text, start, separator, japanese));
   return parts;
+}
+
+std::string_view NextPart(std::string_view text, std::size_t& at, char separator, bool japanese) {
+  const std::size_t end = FindSeparator(text, at, separator, japanese);
+  const std::string_view part = text.substr(at, end - at);
+  at = end == std::string_view::npos ? end : end + 1;
+  return part;
 }
 
 bool IsJapaneseLeadByte(unsigned char byte) {

@@ -1,7 +1,9 @@
 // Text helpers of the simulated workstation. Letter case is that of ASCII, as the machine's names use it.
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace simulated {
@@ -10,10 +12,10 @@ std::string Lower(std::string text);
 /// A letter of a drive as drives are named.
 char UpperLetter(char letter);
 /// Below, equal or above zero; letter case does not count.
-int CompareText(const std::string& a, const std::string& b);
-bool SameText(const std::string& a, const std::string& b);
-bool StartsWithText(const std::string& text, const std::string& start);
-bool EndsWithText(const std::string& text, const std::string& end);
+int CompareText(std::string_view a, std::string_view b);
+bool SameText(std::string_view a, std::string_view b);
+bool StartsWithText(std::string_view text, std::string_view start);
+bool EndsWithText(std::string_view text, std::string_view end);
 bool ContainsText(const std::string& text, const std::string& part);
 /// Without blanks, tabs and line ends at both ends.
 std::string Trim(const std::string& text);
@@ -23,6 +25,8 @@ std::string UpToZero(const std::string& text);
 std::vector<std::string> Split(const std::string& text, char separator);
 /// The same in a text of the machine's code page, where the second byte of a character is no separator.
 std::vector<std::string> Split(const std::string& text, char separator, bool japanese);
+/// The same, one part after another: the part that begins at `at`, which moves to the next one, or to npos.
+std::string_view NextPart(std::string_view text, std::size_t& at, char separator, bool japanese);
 
 /// True for a byte that begins a character of two in the Japanese code page (932).
 bool IsJapaneseLeadByte(unsigned char byte);

@@ -1,6 +1,7 @@
 #include "platform/simulated/windows_installer.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "platform/simulated/command_line.h"
 #include "platform/simulated/text.h"
@@ -38,15 +39,10 @@ std::string KeyName(const std::string& code) {
   constexpr std::size_t codeLength = 38;
   if (code.size() != codeLength) return Lower(code);
   std::string name;
-  for (const auto& [first, count] : groups) {
-    const std::string group = code.substr(first, count);
-    name.append(group.rbegin(), group.rend());
-  }
-  return Lower(name);
-}
-
-bool ComesBefore(const Product& product, const Product& other) {
-  return KeyName(product.code) < KeyName(other.code);
+  name.reserve(codeLength);
+  for (const auto& [first, count] : groups)
+    for (std::size_t at = first + count; at > first; --at) name += code[at - 1];
+  return Lower(std::move(name));
 }
 
 }  // namespace
@@ -60,30 +56,37 @@ void WindowsInstaller::reload() {
   openPackages_.clear();
   views_.clear();
   products_.clear();
+  keyNames_.clear();
   for (const std::string& code : registry_.keys(ProductsKey)) {
     const std::string key = std::string(ProductsKey) + "\\" + code;
-    products_.push_back({code, registry_.text(key, "InstalledProductName"), registry_.text(key, "VersionString")});
+    list({code, registry_.text(key, "InstalledProductName"), registry_.text(key, "VersionString")});
   }
-  std::sort(products_.begin(), products_.end(), ComesBefore);
 }
 
-/// Where the product stands in the sorted list, or would stand.
-std::vector<Product>::iterator WindowsInstaller::place(const std::string& code) {
-  return std::lower_bound(products_.begin(), products_.end(), Product{code, "", ""}, ComesBefore);
+/// Puts the product into its place in the list, or in the place of what was there with its code.
+void WindowsInstaller::list(const Product& product) {
+  if (const auto there = find(product.code); there != products_.end()) {
+    *there = product;
+    return;
+  }
+  const std::string name = KeyName(product.code);
+  const auto place = std::lower_bound(keyNames_.begin(), keyNames_.end(), name) - keyNames_.begin();
+  keyNames_.insert(keyNames_.begin() + place, name);
+  products_.insert(products_.begin() + place, product);
 }
 
 std::vector<Product>::iterator WindowsInstaller::find(const std::string& code) {
-  const auto there = place(code);
-  return there != products_.end() && SameText(there->code, code) ? there : products_.end();
+  // Most are asked for as they have just been listed.
+  if (listed_ < products_.size() && products_[listed_].code == code)
+    return products_.begin() + static_cast<std::ptrdiff_t>(listed_);
+  const std::string name = KeyName(code);
+  const auto there = std::lower_bound(keyNames_.begin(), keyNames_.end(), name);
+  if (there == keyNames_.end() || *there != name) return products_.end();
+  return products_.begin() + (there - keyNames_.begin());
 }
 
 void WindowsInstaller::install(const Product& product) {
-  const auto there = find(product.code);
-  if (there == products_.end()) {
-    products_.insert(place(product.code), product);
-  } else {
-    *there = product;
-  }
+  list(product);
   const std::string key = std::string(ProductsKey) + "\\" + product.code;
   registry_.putText(key, "InstalledProductName", product.name);
   registry_.putText(key, "VersionString", product.version);
@@ -95,6 +98,7 @@ void WindowsInstaller::remove(const std::string& code) {
   if (there == products_.end()) return;
   journal_.record("product removed " + there->code + " " + there->name + " " + there->version);
   registry_.removeTree(std::string(ProductsKey) + "\\" + there->code);
+  keyNames_.erase(keyNames_.begin() + (there - products_.begin()));
   products_.erase(there);
 }
 
@@ -103,6 +107,7 @@ Status WindowsInstaller::enumerateProduct(std::uint32_t index, std::string& prod
   if (!installed_) return Status::LibraryNotFound;
   if (index >= products_.size()) return Status::NoMoreItems;
   productCode = products_[index].code;
+  listed_ = index;
   return Status::Ok;
 }
 

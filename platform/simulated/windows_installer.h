@@ -2,6 +2,7 @@
 // list lives in the registry, under the key below.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -57,7 +58,7 @@ class WindowsInstaller : public platform::WindowsInstaller {
   };
   struct Request;
 
-  std::vector<Product>::iterator place(const std::string& code);
+  void list(const Product& product);
   std::vector<Product>::iterator find(const std::string& code);
   Declared* findPackage(const std::string& path);
   Declared* findByCode(const std::string& code, const std::string& version);
@@ -70,7 +71,9 @@ class WindowsInstaller : public platform::WindowsInstaller {
   Files& files_;
   Journal& journal_;
   bool installed_ = true;
-  std::vector<Product> products_;
+  std::vector<Product> products_;      ///< in the order of their keys' names
+  std::vector<std::string> keyNames_;  ///< of each product
+  std::size_t listed_ = 0;             ///< the product that was enumerated last
   std::vector<Declared> packages_;
   std::map<std::uint32_t, std::size_t> openPackages_;  ///< to the index of the package
   std::map<std::uint32_t, View> views_;
