@@ -83,7 +83,7 @@ clsAppLog::clsAppLog(platform::Platform& machine, std::string title, std::string
 
 void clsAppLog::start(bool goesOn) {
   holding_ = true;
-  if (goesOn || !fso_.fileExists(logFilename_)) return;
+  if (goesOn || fso_.fileIsGone(logFilename_)) return;
   try {
     fso_.deleteFileForced(logFilename_);
   } catch (const Error& failure) {
@@ -203,7 +203,7 @@ bool clsAppLog::archive(const std::string& archiveFolder, const std::string& end
     }
   };
   bool copied = true;
-  if (fso_.fileExists(logFilename_)) {
+  if (!fso_.fileIsGone(logFilename_)) {
     copied = attempt([&] { copyToArchive(archiveFolder, ending); });
     machine_.mainWindow().pumpMessages();
   }

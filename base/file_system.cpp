@@ -28,6 +28,18 @@ bool clsFso::folderExists(const std::string& path) {
   return machine_.files().attributes(AsAsked(path), attributes) == platform::Status::Ok && attributes.folder;
 }
 
+bool clsFso::fileIsGone(const std::string& path) {
+  platform::Attributes attributes;
+  const platform::Status asked = machine_.files().attributes(AsAsked(path), attributes);
+  return asked == platform::Status::Ok ? attributes.folder : platform::IsNotThere(asked);
+}
+
+bool clsFso::folderIsGone(const std::string& path) {
+  platform::Attributes attributes;
+  const platform::Status asked = machine_.files().attributes(AsAsked(path), attributes);
+  return asked == platform::Status::Ok ? !attributes.folder : platform::IsNotThere(asked);
+}
+
 bool clsFso::driveExists(char letter) {
   const std::string wanted = UpperCase(std::string(1, letter));
   const auto drives = machine_.files().drives();

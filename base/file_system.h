@@ -16,6 +16,10 @@ class clsFso {
   /// False also for a path that names a folder, or that cannot be looked at.
   bool fileExists(const std::string& path);
   bool folderExists(const std::string& path);
+  /// The other way round, where something is left undone for a file or folder that is not there: what cannot be looked
+  /// at is not gone.
+  bool fileIsGone(const std::string& path);
+  bool folderIsGone(const std::string& path);
   bool driveExists(char letter);
 
   /// The path as it is to be recorded, passed on or run: one like "D:file" in full, as that drive's current folder

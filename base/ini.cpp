@@ -154,7 +154,14 @@ IniLines OpenIniFile(const IniFile& ini) {
   };
   std::string bytes;
   const platform::Status read = ini.files.read(ini.path, bytes);
-  if (read != platform::Status::Ok) throw failed(modErrorBase::SystemErrorText(read));
+  if (read != platform::Status::Ok) {
+    const Error unread = failed(modErrorBase::SystemErrorText(read));
+    if (ini.refusals != nullptr && !platform::IsNotThere(read)) {
+      ini.refusals->addUnread(unread.text());
+      Procedure(ini.log, "modINI.OpenIniFile").tell(unread);
+    }
+    throw unread;
+  }
   if (bytes.rfind("\xFF\xFE", 0) == 0 || bytes.rfind("\xFE\xFF", 0) == 0) {
     throw failed("The file is Unicode text. Save it as ANSI text");
   }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/app_log.h"
+#include "base/refusals.h"
 #include "platform/files.h"
 
 namespace assistant::modINI {
@@ -21,6 +22,9 @@ struct IniFile {
   platform::FileReader& files;
   clsAppLog& log;
   std::string path;
+  /// Where a run takes note that the file is there and could not be read: no default is what it says. Null where
+  /// somebody else sees to that.
+  Refusals* refusals = nullptr;
 };
 
 /// The meaningful lines of one file, counted from 1, as they were read. One empty element stands before every section
@@ -64,7 +68,8 @@ std::vector<std::string> GetIniLines(const IniFile& ini, const std::string& sect
 /// True when the file has the section. A failure is logged; the result is false.
 bool IsValidIniSection(const IniFile& ini, const std::string& section);
 
-/// Loads a file; a mark of UTF-8 at its start is passed over. Raises 6122 with the reason.
+/// Loads a file; a mark of UTF-8 at its start is passed over. Raises 6122 with the reason, which is told as well where
+/// the file is there and its `refusals` take note of that.
 IniLines OpenIniFile(const IniFile& ini);
 
 /// True when the file can be loaded; nothing is told.

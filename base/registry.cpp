@@ -84,17 +84,19 @@ using Enumerate = Status (RegistryReader::*)(KeyHandle, std::uint32_t, std::stri
 std::vector<std::string> List(RegistryReader& registry, RegistryRoot root, const std::string& keyPath,
                               Enumerate enumerate, const char* source) {
   OwnedKey key(registry);
-  if (registry.openKey(root, keyPath, KeyAccess::Plain, key.receive()) != Status::Ok) {
-    throw modErrorBase::MakeError(6161, {ShownRoot + keyPath}, source);
-  }
+  const auto require = [&](bool isRead) {
+    if (!isRead) throw modErrorBase::MakeError(6161, {ShownRoot + keyPath}, source);
+  };
+  require(registry.openKey(root, keyPath, KeyAccess::Plain, key.receive()) == Status::Ok);
   std::vector<std::string> names;
-  std::string name;
-  // A name that is too long ends the list.
-  while ((registry.*enumerate)(*key, static_cast<std::uint32_t>(names.size()), name) == Status::Ok &&
-         name.size() <= LongestName) {
+  for (std::string name;;) {
+    const Status status = (registry.*enumerate)(*key, static_cast<std::uint32_t>(names.size()), name);
+    // A list that breaks off would pass for a whole one.
+    require(status == Status::Ok || status == Status::NoMoreItems);
+    // A name that is too long ends the list.
+    if (status != Status::Ok || name.size() > LongestName) return names;
     names.push_back(name);
   }
-  return names;
 }
 
 }  // namespace
@@ -116,12 +118,15 @@ void RegCreate(platform::Registry& registry, const std::string& keyPath) {
 std::string RegRead(RegistryReader& registry, const std::string& keyPath, const std::string& valueName,
                     RegistryRoot root) {
   OwnedKey key(registry);
-  if (registry.openKey(root, keyPath, KeyAccess::Read, key.receive()) != Status::Ok) {
+  const auto require = [&](bool isRead) {
+    if (isRead) return;
     throw modErrorBase::MakeError(6161, {ShownRoot + keyPath + "\\" + valueName}, "modRegistry.RegRead");
-  }
+  };
+  require(registry.openKey(root, keyPath, KeyAccess::Read, key.receive()) == Status::Ok);
   ValueType type{};
   std::string data;
   const Status read = Query(registry, *key, valueName, TextCapacity, type, data);
+  require(read == Status::Ok || read == Status::MoreData || IsMissing(read));
   const std::string text = read == Status::Ok ? WithoutTerminator(data) : std::string();
   return text.size() > LongestText ? std::string() : text;  // one without a terminator fills the whole buffer
 }
@@ -227,9 +232,11 @@ double ReadNumber(RegistryReader& registry, const std::string& keyPath, const st
   OwnedKey key(registry);
   ValueType type{};
   std::string data;
-  if (registry.openKey(RegistryRoot::LocalMachine, keyPath, KeyAccess::Read, key.receive()) != Status::Ok ||
-      Query(registry, *key, valueName, TextCapacity, type, data) != Status::Ok) {
-    return 0;
+  Status status = registry.openKey(RegistryRoot::LocalMachine, keyPath, KeyAccess::Read, key.receive());
+  if (status == Status::Ok) status = Query(registry, *key, valueName, TextCapacity, type, data);
+  if (IsMissing(status) || status == Status::MoreData) return 0;
+  if (status != Status::Ok) {
+    throw modErrorBase::MakeError(6161, {ShownRoot + keyPath + "\\" + valueName}, "modRegistry.ReadNumber");
   }
   return type == ValueType::Number ? NumberOf(data) : NumericValue(WithoutTerminator(data));
 }

@@ -18,15 +18,16 @@ using platform::RegistryReader;
 using platform::RegistryRoot;
 using platform::ValueType;
 
-/// Names of a key's sub-keys; none for a key without any. Raises 6161 when the key cannot be opened.
+/// Names of a key's sub-keys; none for a key without any. Raises 6161 when the key cannot be opened, or its list breaks
+/// off.
 std::vector<std::string> RegListKeys(RegistryReader& registry, const std::string& keyPath,
                                      RegistryRoot root = RegistryRoot::LocalMachine);
 /// Names of a key's values; as RegListKeys.
 std::vector<std::string> RegListValues(RegistryReader& registry, const std::string& keyPath,
                                        RegistryRoot root = RegistryRoot::LocalMachine);
 
-/// A value as text; "" when there is no such value or it holds 1024 characters and more. Raises 6161 when the key
-/// cannot be opened.
+/// A value as text; "" when there is no such value or it holds 1024 characters and more. Raises 6161 when it cannot be
+/// read otherwise.
 std::string RegRead(RegistryReader& registry, const std::string& keyPath, const std::string& valueName,
                     RegistryRoot root = RegistryRoot::LocalMachine);
 
@@ -75,14 +76,15 @@ platform::Status RegDelete(platform::Registry& registry, const std::string& keyP
 inline constexpr std::size_t LongestName = 254;
 inline constexpr std::size_t LongestText = 1023;
 
-// What procedures mostly need: a missing key is an empty value, and is nothing to delete.
 /// Copies a key with everything below it, value by value as they are stored, onto a key that need not be there. Raises
 /// 6161 for what cannot be read, and 6087 as a failure of `here` for what is refused.
 void RegCopy(const Services& services, const Procedure& here, const std::string& from, const std::string& to);
 
+// What procedures mostly need: a missing key is an empty value, and is nothing to delete.
+
 /// RegRead, but "" for a key that is not there.
 std::string ReadOrEmpty(RegistryReader& registry, const std::string& keyPath, const std::string& valueName);
-/// The value in either form, text or number; 0 when there is none or it is no number.
+/// The value in either form, text or number; 0 when there is none or it is no number. Raises 6161.
 double ReadNumber(RegistryReader& registry, const std::string& keyPath, const std::string& valueName);
 /// The names; none for a key that is not there.
 std::vector<std::string> SubKeys(RegistryReader& registry, const std::string& keyPath);

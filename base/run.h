@@ -124,8 +124,11 @@ struct Run {
 
   /// The record of the product in work.
   ProductRecord record() const { return {services, product.name}; }
-  modINI::IniFile applicationIni() const { return {machine.files(), services.log, product.inis.application}; }
-  modINI::IniFile productIni() const { return {machine.files(), services.log, product.inis.product}; }
+  modINI::IniFile ini(const std::string& path) const {
+    return {machine.files(), services.log, path, &services.refusals};
+  }
+  modINI::IniFile applicationIni() const { return ini(product.inis.application); }
+  modINI::IniFile productIni() const { return ini(product.inis.product); }
   ShareResolver shareResolver() const { return {machine.registry(), services.log, product.shares}; }
 
  private:

@@ -81,7 +81,9 @@ void RemoveStartScript(const Run& run) {
 void SwitchAutoLoginOff(const Run& run) {
   const ProductRecord record = run.record();
   if (!IsAutoLoginOurs(record) || IsResumeRecorded(record)) return;
-  if (DisableAutoLogin(run.services, record) || run.state.silent) return;
+  if (DisableAutoLogin(run.services, record)) return;
+  run.services.refusals.add("Automatic logon could not be switched off");
+  if (run.state.silent) return;
   run.machine.dialogs().messageBox({.title = Title,
                                     .text = "Could not disable autologon - please contact support",
                                     .icon = platform::BoxIcon::Critical});
@@ -96,10 +98,17 @@ void RemoveLocalProgram(const Run& run, const Procedure& here) {
   }
 }
 
+int ExitCodeFor(const Run& run, bool succeeded) {
+  if (!run.state.askedFor.empty()) return ExitCode::AnotherProductWaited;
+  if (run.state.cancelled) return ExitCode::Cancelled;
+  // Closing down writes as well.
+  return !run.services.refusals.any() && succeeded ? ExitCode::Succeeded : ExitCode::Failed;
+}
+
 void CloseLog(const Run& run, const Procedure& here, bool restart) {
   clsAppLog& log = run.services.log;
   // The run may never have got a log of its own. Nobody is asked about a default log that cannot be written.
-  const bool hasOwnLog = !log.holdsEntries();
+  const bool hasOwnLog = !log.holdsEntries() && !run.logFolders.archive.empty();
   if (hasOwnLog) log.holdClosingRows();
   for (const char* row : {"************************", "QX Installer Run complete", "*********"}) here.action(row);
   if (restart) AnnounceRestart(log);
@@ -112,34 +121,39 @@ void CloseLog(const Run& run, const Procedure& here, bool restart) {
 }  // namespace
 
 int ExitCodeOf(const Run& run) {
-  if (!run.state.askedFor.empty()) return ExitCode::AnotherProductWaited;
-  if (run.state.cancelled) return ExitCode::Cancelled;
-  // Closing down writes as well.
-  return !run.services.refusals.any() && GetProductResult(run).succeeded ? ExitCode::Succeeded : ExitCode::Failed;
+  return ExitCodeFor(run, GetProductResult(run).succeeded);
 }
 
 Closing Closedown(const Run& run) {
   const Procedure here(run.services.log, "Closedown");
   const ProductRecord record = run.record();
-  const bool productKnown = here.guard([&] { return !run.product.name.empty() && record.exists(); });
-  const bool restart = here.guard([&] { return run.state.requestsAreOwn && IsCommit(record.read(Value::Reboot)); });
+  // No step keeps the next ones back, and none is passed over unseen.
+  const auto attempt = [&](auto&& step) {
+    if (const auto failure = here.failureOf(step)) run.services.refusals.add(*failure);
+  };
+  bool productKnown = false;
+  bool restart = false;
+  attempt([&] { productKnown = !run.product.name.empty() && record.exists(); });
+  attempt([&] { restart = run.state.requestsAreOwn && IsCommit(record.read(Value::Reboot)); });
 
-  here.guard([&] { RemoveDriveMapping(run.services, here, run.state.mappedDrive); });
+  attempt([&] { RemoveDriveMapping(run.services, here, run.state.mappedDrive); });
   // A resumed run that comes here goes on no more, wherever it ended.
-  if (run.state.kind == RunKind::Resumed) here.guard([&] { CallOffRestart(run.services, record); });
+  if (run.state.kind == RunKind::Resumed) attempt([&] { CallOffRestart(run.services, record); });
   here.action("Resetting system registry");
-  here.guard([&] { RecordProduct(run, here, productKnown); });
-  here.guard([&] { ResetValues(run, here, productKnown); });
-  here.guard([&] { ResetStart(run, here); });
-  here.guard([&] { ResetStartForUser(run, here); });
-  here.guard([&] { record.writeOrTell(here, Value::Reboot, ""); });
-  here.guard([&] { RemoveStartScript(run); });
-  here.guard([&] { SwitchAutoLoginOff(run); });
-  here.guard([&] { RemoveLocalProgram(run, here); });
-  here.guard([&] { ForgetCleanUp(run); });
-  here.guard([&] { run.machine.mainWindow().removeTrayIcon(); });
-  here.guard([&] { CloseLog(run, here, restart); });
-  return {ExitCodeOf(run), restart};
+  attempt([&] { RecordProduct(run, here, productKnown); });
+  attempt([&] { ResetValues(run, here, productKnown); });
+  attempt([&] { ResetStart(run, here); });
+  attempt([&] { ResetStartForUser(run, here); });
+  attempt([&] { record.writeOrTell(here, Value::Reboot, ""); });
+  attempt([&] { RemoveStartScript(run); });
+  attempt([&] { SwitchAutoLoginOff(run); });
+  attempt([&] { RemoveLocalProgram(run, here); });
+  attempt([&] { ForgetCleanUp(run); });
+  attempt([&] { run.machine.mainWindow().removeTrayIcon(); });
+  // While the log can still tell that there is none to be read.
+  const bool succeeded = GetProductResult(run).succeeded;
+  attempt([&] { CloseLog(run, here, restart); });
+  return {ExitCodeFor(run, succeeded), restart};
 }
 
 }  // namespace assistant

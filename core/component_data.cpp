@@ -143,7 +143,7 @@ ComponentData ReadComponent(const Run& run, const Procedure& here, const std::st
   if (!IsFullPath(component.iniPath) || !run.services.fso.fileExists(component.iniPath)) {
     throw here.failure(6081, {component.iniPath});
   }
-  const modINI::IniFile ini{run.machine.files(), run.services.log, component.iniPath};
+  const modINI::IniFile ini = run.ini(component.iniPath);
   modINI::OpenIniFile(ini);  // one that cannot be read says nothing that could be recorded
   ReadFromIni(component, ini);
   MakePathsFull(run.services.fso, component);

@@ -54,7 +54,10 @@ using End = std::optional<ComponentEnd>;
 
 End CheckWhetherMeant(Installation& at) {
   if (CheckMachineType(at.run, at.component)) {
-    return CheckConditions({at.run, at.installed}, at.component) ? End() : ComponentEnd::HeldBack;
+    const Conditions conditions = CheckConditions({at.run, at.installed}, at.component);
+    // What was not checked is not held back: nobody would miss it.
+    if (conditions == Conditions::CannotBeRead) return Fail(at, " as its conditions could not be read.");
+    return conditions == Conditions::Hold ? End() : ComponentEnd::HeldBack;
   }
   at.here.warn("Component " + at.component.name + " is not meant for this machine type (" + at.run.facts.serverType +
                "), component will not be installed");

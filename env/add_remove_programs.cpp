@@ -102,6 +102,8 @@ void RemoveTraces(const Services& services, const Procedure& here, const std::st
 std::optional<std::string> SetLocalIAForUninstall(const Run& run) {
   const Procedure here(run.services.log, "SetLocalIAForUninstall");
   const auto failure = here.failureOf([&] {
+    // One that is out of reach must not pass for one that says nothing.
+    modINI::OpenIniFile(run.productIni());
     const std::string wanted = modINI::GetIniString(run.productIni(), "Product", Value::CanUninstall.name, "False");
     here.action("CanUninstall reported as " + wanted);
     if (IsTrue(wanted)) CopyIALocal(run, wanted);
@@ -118,7 +120,7 @@ CleanUp CleanUpUninstallFiles(const Run& run) {
     const bool needed = IsLocalCopyNeeded(run.machine.registry(), program, run.product.name);
     RemoveTraces(run.services, here, run.product.name);
     // The entry is what starts the local copy.
-    if (!needed && run.services.fso.fileExists(program)) result.programToRemove = program;
+    if (!needed && !run.services.fso.fileIsGone(program)) result.programToRemove = program;
   });
   return result;
 }

@@ -80,7 +80,7 @@ std::string ScriptToWrite(const Services& services, const Procedure& here) {
 std::vector<std::string> Scripts(const Services& services) {
   std::vector<std::string> scripts;
   for (const std::string& folder : Folders(services)) {
-    if (services.fso.fileExists(ScriptIn(folder))) scripts.push_back(ScriptIn(folder));
+    if (!services.fso.fileIsGone(ScriptIn(folder))) scripts.push_back(ScriptIn(folder));
   }
   return scripts;
 }
@@ -88,7 +88,7 @@ std::vector<std::string> Scripts(const Services& services) {
 void Delete(const Services& services, const std::vector<std::string>& scripts) {
   for (const std::string& script : scripts) {
     // Both places may be one.
-    if (services.fso.fileExists(script)) services.fso.deleteFileForced(script);
+    if (!services.fso.fileIsGone(script)) services.fso.deleteFileForced(script);
   }
 }
 

@@ -95,7 +95,7 @@ enum class ForcedDelete { Refused, Folder, File, Nothing };
 ForcedDelete WhatToDelete(clsFso& fso, const std::string& path) {
   if (!IsBelowRoot(path)) return ForcedDelete::Refused;
   if (fso.folderExists(path)) return ForcedDelete::Folder;
-  return fso.fileExists(path) ? ForcedDelete::File : ForcedDelete::Nothing;
+  return fso.fileIsGone(path) ? ForcedDelete::Nothing : ForcedDelete::File;
 }
 
 void DeleteForced(const Run& run, const Procedure& here, const std::string& path) {

@@ -28,7 +28,7 @@ std::string UnfinishedCopy(const std::string& program) {
 
 void DropUnfinishedCopy(const Services& services, const std::string& program) {
   const std::string unfinished = UnfinishedCopy(program);
-  if (!services.fso.fileExists(unfinished)) return;
+  if (services.fso.fileIsGone(unfinished)) return;
   services.machine.files().setAttributes(unfinished, {});
   services.machine.files().deleteFile(unfinished);
 }

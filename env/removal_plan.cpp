@@ -61,8 +61,8 @@ std::vector<std::string> NamedPrograms(const std::string& command) {
 
 bool IsProgramGone(clsFso& fso, const std::string& command) {
   const std::vector<std::string> files = NamedPrograms(command);
-  return !files.empty() && std::none_of(files.begin(), files.end(), [&](const std::string& file) {
-    return fso.fileExists(file) || fso.fileExists(file + ".exe");
+  return !files.empty() && std::all_of(files.begin(), files.end(), [&](const std::string& file) {
+    return fso.fileIsGone(file) && fso.fileIsGone(file + ".exe");
   });
 }
 

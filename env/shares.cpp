@@ -182,7 +182,7 @@ Shares ValidateShares(const Run& run) {
   const Procedure here(run.services.log, "ValidateShares");
   const std::string& applicationIni = run.product.inis.application;
   SharesFile file{Joined(FolderPart(applicationIni), "Config\\Shares.csv"), {}};
-  if (run.isUninstall() || applicationIni.empty() || !run.services.fso.fileExists(file.path)) return {};
+  if (run.isUninstall() || applicationIni.empty() || run.services.fso.fileIsGone(file.path)) return {};
   here.guard([&] { ReadShares(run.services, here, file); });
   return file.shares;
 }

@@ -61,7 +61,7 @@ void DeleteCopiedFolder(clsFso& fso, const Procedure& here, const std::string& f
   here.action("Deleting... " + folder);
   if (!IsBelowRoot(folder)) {
     here.warn(folder + " is not a standard path specification - skipping...");
-  } else if (!fso.folderExists(folder)) {
+  } else if (fso.folderIsGone(folder)) {
     here.action("Folder " + folder + " does not exist - skipping delete...");
   } else {
     fso.deleteFolderForced(folder);

@@ -32,15 +32,21 @@ void CheckOlderCondition(const Surroundings& surroundings, const Procedure& here
   }
 }
 
-bool NotMet(const Procedure& here, const std::string& reason) {
-  here.warn(reason);
+/// The registry's failures have numbers of their own.
+bool IsOfRegistry(const std::exception& failure) {
+  const auto* error = dynamic_cast<const Error*>(&failure);
+  return error != nullptr && error->number() >= 6160 && error->number() < 6180;
+}
+
+Conditions NotMet(const Procedure& here, const std::exception& failure) {
+  here.warn(failure.what());
   here.action("Condition not met, component will not be installed");
-  return false;
+  return IsOfRegistry(failure) ? Conditions::CannotBeRead : Conditions::DoNotHold;
 }
 
 }  // namespace
 
-bool CheckConditions(const Surroundings& surroundings, const Component& component) {
+Conditions CheckConditions(const Surroundings& surroundings, const Component& component) {
   const Services& services = surroundings.run.services;
   const Procedure here(services.log, "CheckConditions");
   // What was told of a condition that could not be evaluated is told of one that does not hold: neither lets the
@@ -54,11 +60,11 @@ bool CheckConditions(const Surroundings& surroundings, const Component& componen
       CheckConditionList(surroundings, here, component);
     }
   } catch (const std::exception& failure) {
-    return NotMet(here, failure.what());
+    return NotMet(here, failure);
   }
   here.detail("All conditions met");
   services.window.status("Conditions OK");
-  return true;
+  return Conditions::Hold;
 }
 
 void CheckLegacyConditionString(const Surroundings& surroundings, const std::string& conditions) {

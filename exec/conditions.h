@@ -8,10 +8,16 @@
 
 namespace assistant {
 
-/// True when all conditions of the component hold; one without conditions holds. A condition that does not hold is told
-/// in the log. The older notation (one text in "Condition") takes precedence over the current one (one value per
-/// condition under "ConditionList").
-bool CheckConditions(const Surroundings& surroundings, const Component& component);
+enum class Conditions {
+  Hold,
+  DoNotHold,
+  CannotBeRead,  ///< the registry does not give them, or what they ask for: nobody knows whether they hold
+};
+
+/// Whether all conditions of the component hold; one without conditions holds. One that does not is told in the log.
+/// The older notation (one text in "Condition") takes precedence over the current one (one value per condition under
+/// "ConditionList").
+Conditions CheckConditions(const Surroundings& surroundings, const Component& component);
 
 /// Checks the older notation: comma-separated conditions in one text. Raises a condition error (7000 to 7006) for the
 /// first that does not hold.

@@ -11,7 +11,7 @@ namespace {
 
 bool SameOrNewerIsInstalled(clsAppLog& log, const Component& component, const InstalledProducts& installed) {
   const InstalledProduct* product = installed.find(component.productCode);
-  return product != nullptr && !product->version.empty() &&
+  return product != nullptr && !product->version.empty() && !IsNotGiven(component.productVersion) &&
          !IsNewerVersion(log, component.productVersion, product->version);
 }
 

@@ -49,7 +49,10 @@ PackageData ReadPackage(const Procedure& here, const Services& services, const s
   require(installer.executeView(*view) == Status::Ok, 6143);
   PackageData data;
   platform::PackageProperty property;
-  while (installer.nextProperty(*view, property) == Status::Ok) TakeProperty(here, property, data);
+  Status status = Status::Ok;
+  while ((status = installer.nextProperty(*view, property)) == Status::Ok) TakeProperty(here, property, data);
+  // A package that tells no more half of the way would be recorded without its code.
+  require(status == Status::NoMoreItems, 6143);
   data.read = true;
   return data;
 }

@@ -25,7 +25,8 @@ bool HasVersion(const InstalledProduct* installed) {
 
 PackagePlan::Step StepFor(clsAppLog& log, const Component& component, const InstalledProduct* installed) {
   if (installed == nullptr || IsTrue(component.upgrade)) return PackagePlan::Step::Run;
-  if (!HasVersion(installed)) return PackagePlan::Step::ReplaceOlder;
+  // Nobody knows whether the one that is there is the same or newer.
+  if (!HasVersion(installed) || IsNotGiven(component.productVersion)) return PackagePlan::Step::ReplaceOlder;
   return IsNewerVersion(log, component.productVersion, installed->version) ? PackagePlan::Step::ReplaceOlder
                                                                            : PackagePlan::Step::Skip;
 }

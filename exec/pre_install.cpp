@@ -97,7 +97,7 @@ PreInstallEnd PreInstallActions(const Run& run, const std::string& productIni) {
     run.services.window.statusLine(modLanguage::Text(modLanguage::Caption::CheckingPreInstall));
     if (IsForbidden(run)) return Refuse(here, run.product.name);
     modRegistry::DeleteIfThere(run.services, std::string(ProductsKey) + "\\Last Installation");
-    const modINI::IniFile ini{run.machine.files(), run.services.log, productIni};
+    const modINI::IniFile ini = run.ini(productIni);
     const std::vector<std::string> entries = Entries(ini);
     if (entries.empty()) {
       here.action("No Pre-Install Actions to carry out.");

@@ -71,6 +71,10 @@ ProductResult GetProductResult(const Run& run) {
 void RequireRecords(const Run& run, const Procedure& here) {
   const Refusals& refusals = run.services.refusals;
   if (!refusals.any()) return;
+  if (refusals.firstIsOfRead()) {
+    throw here.failure("The run ends because what it installs cannot be read: " + refusals.first() +
+                       ". Look at the medium, and start the program again.");
+  }
   throw here.failure("The run ends because its records cannot be written: " + refusals.first() +
                      ". Administrator rights are needed: log on as an administrator and start the program again.");
 }

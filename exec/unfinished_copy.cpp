@@ -15,7 +15,7 @@ constexpr const char* UnfinishedMark = "QX copy not finished.txt";
 void MarkUnfinished(clsFso& fso, const std::string& folder) {
   const std::string mark = Joined(folder, UnfinishedMark);
   // One that is there may be another file under this name, which must not be written over.
-  if (fso.fileExists(mark)) fso.deleteFileForced(mark);
+  if (!fso.fileIsGone(mark)) fso.deleteFileForced(mark);
   fso.writeNewFile(
       mark, std::string("The copy to this folder was begun and is not finished, or it is being deleted.") + LineBreak);
 }
@@ -26,7 +26,7 @@ void MarkFinished(clsFso& fso, const std::string& folder) {
 
 bool HoldsUnfinishedCopy(clsFso& fso, const std::string& folder) {
   const std::string mark = Joined(folder, UnfinishedMark);
-  return fso.fileExists(mark) && !fso.isLink(mark) && !fso.hasOtherNames(mark);
+  return !fso.fileIsGone(mark) && !fso.isLink(mark) && !fso.hasOtherNames(mark);
 }
 
 void DeleteCopy(const Services& services, const std::string& folder) {

@@ -36,7 +36,11 @@ Status Faults::change(const char* operation, const std::string& target) {
 Status Faults::read(const char* operation, const std::string& target) {
   requirePower();
   if (watcher_) watcher_(operation, target);
-  return on_ ? match(operation, target) : Status::NotReady;
+  if (!on_) return Status::NotReady;
+  ++reads_;
+  if (notesReads_) readHistory_.push_back(std::string(operation) + " " + target);
+  const auto failing = failingReads_.find(reads_);
+  return failing == failingReads_.end() ? match(operation, target) : failing->second;
 }
 
 }  // namespace faults

@@ -17,11 +17,13 @@ struct PowerLoss {
 };
 
 /// Operations are named as the ports name them, "registry.setValue", "files.write", "processes.start". Those that
-/// change something are counted from 1; reading ones are not counted, but can be made to fail.
+/// change something are counted from 1, and so, for themselves, are those that only read.
 class Faults {
  public:
   /// The n-th counted operation returns this status and does nothing.
   void failAt(int number, platform::Status status) { failing_[number] = status; }
+  /// The n-th reading operation returns this status and does nothing; they are counted for themselves.
+  void failReadAt(int number, platform::Status status) { failingReads_[number] = status; }
   /// Operations of that name on a target that holds this text (any when empty, letter case counts) return the status
   /// and do nothing, so many times.
   void fail(const std::string& operation, const std::string& targetPart, platform::Status status, int times = 1000000);
@@ -36,6 +38,10 @@ class Faults {
   /// How many counted operations there have been, and what they were: "registry.setValue Products\Office\Version".
   int operations() const { return static_cast<int>(history_.size()); }
   const std::vector<std::string>& history() const { return history_; }
+
+  /// The same of the reading ones, from here on.
+  void noteReads() { notesReads_ = true; }
+  const std::vector<std::string>& readHistory() const { return readHistory_; }
 
   // For the decorators.
 
@@ -60,8 +66,12 @@ class Faults {
   platform::Status match(const std::string& operation, const std::string& target);
 
   std::map<int, platform::Status> failing_;
+  std::map<int, platform::Status> failingReads_;
   std::vector<Rule> rules_;
   std::vector<std::string> history_;
+  std::vector<std::string> readHistory_;
+  int reads_ = 0;
+  bool notesReads_ = false;
   std::function<void(const std::string&, const std::string&)> watcher_;
   int cut_ = 0;
   bool on_ = true;

@@ -24,14 +24,37 @@ struct Reference {
       const End end = life.attempt(job);
       EXPECT_TRUE(end.known && end.toldSuccess) << family.name << " " << job.name << " " << end.exitCode;
       after.push_back(life.look());
+      readsUpTo.push_back(life.person().readHistory().size());
     }
     EXPECT_EQ(life.person().broken(), Lines());
     history = life.person().history();
+    reads = life.person().readHistory();
     told = life.person().told();
     EXPECT_EQ(Without(Difference(life.beginning(), after.back()), Stays), Lines()) << family.name;
   }
 
+  /// Numbers of the reads of the life, each kind of it once in each job, as what is read again is read the same way;
+  /// but for files, which are read anew for each key of theirs. What a program of the run's own returned is left out:
+  /// no machine refuses to tell that.
+  std::vector<int> distinctReads() const {
+    std::vector<int> numbers;
+    std::size_t at = 0;
+    for (const std::size_t end : readsUpTo) {
+      std::set<std::string> seen;
+      for (; at < end; ++at)
+        if (isRefused(reads[at], seen)) numbers.push_back(static_cast<int>(at) + 1);
+    }
+    return numbers;
+  }
+
+  static bool isRefused(const std::string& read, std::set<std::string>& seen) {
+    if (Fits(read, "processes.*")) return false;
+    return seen.insert(read).second || Fits(read, "files.read *");
+  }
+
   Lines history;
+  Lines reads;
+  std::vector<std::size_t> readsUpTo;
   std::set<std::string> told;
   std::vector<Snapshot> after;
 };
@@ -47,6 +70,13 @@ std::string LastElement(const std::string& path) {
   return path.substr(path.rfind('\\') + 1);
 }
 
+/// The last element of what an operation is about; the operation itself where it names nothing.
+std::string LastTarget(const std::string& operation) {
+  std::string target = operation.substr(operation.find(' ') + 1);
+  if (!target.empty() && target.back() == '\\') target.pop_back();
+  return target.empty() ? operation : LastElement(target);
+}
+
 /// Refusals that no row tells of, and why that is so. What stands before the operation is the family and the program.
 const std::vector<Allowed> Untold = {
     {"Of95 D:\\QX Installation Assistant.exe registry.createKey Software\\Tarvel\\Installation\\Products",
@@ -60,11 +90,49 @@ const std::vector<Allowed> Untold = {
      "Software\\Tarvel\\Installation\\Products\\QXIALocalInstall",
      "the same"},
     {"Of95 D:\\QX Installation Assistant.exe files.createFolder C:\\Program Files\\Tarvel*", "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe registry.openKey Software\\Tarvel\\Installation", "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe registry.openKey Software\\Tarvel\\Installation\\Products", "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe registry.queryValue Software\\Tarvel\\Installation\\Reboot", "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe registry.queryValue "
+     "Software\\Tarvel\\Installation\\Products\\Rebooted",
+     "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe registry.queryValue "
+     "Software\\Tarvel\\Installation\\Products\\QXIALocalInstall",
+     "the same"},
+    {"Of95 D:\\QX Installation Assistant.exe files.attributes D:\\QX Installation Assistant.ini", "the same"},
+};
+
+/// Rows whose texts are settled and tell of a read in other words than its target, and what they are.
+struct SettledRow {
+  const char* read;
+  const char* row;
+};
+constexpr SettledRow SettledRows[] = {
+    // Error 6162, which tells the system's number in place of the key.
+    {"registry.*", "RegOpenKeyEx API Call failed, returning "},
+    // The path stands in the row in front of it, which is none of an error.
+    {"files.attributes *QX Installation Assistant.ini", "Failed to find application ini file."},
+    {"files.attributes *product.ini", "Failed to find a product ini file."},
+    // They name the package; the operation goes by a handle.
+    {"installer.openProperties*", "Could not open MSI database view for "},
+    {"installer.executeView*", "Could not execute view for "},
+    {"installer.nextProperty*", "Could not execute view for "},
+    {"installer.enumerateProduct*", "The list of installed products broke off"},
+    {"power.enableShutdownPrivilege*", "could not be restarted"},
+    // What lies below a root that cannot be seen is not there either.
+    {"files.attributes D:\\Packages*", " could not be found"},
+    // docs/registry-reference.md, "Asking for a restart": the run must be started by hand.
+    {"files.attributes *StartUp", "The environment variable UserProfile is missing"},
 };
 
 /// By what a row can name the target of an operation.
 Lines NamesOf(const std::string& operation) {
-  const std::string target = operation.substr(operation.find(' ') + 1);
+  for (const SettledRow& row : SettledRows)
+    if (Fits(operation, row.read)) return {row.row, LastTarget(operation)};
+  std::string target = operation.substr(operation.find(' ') + 1);
+  if (!target.empty() && target.back() == '\\') target.pop_back();
+  if (target.empty()) return {operation.substr(0, operation.find(' '))};
+  if (Fits(operation, "installer.productInformation *")) return {target.substr(0, target.find(' '))};
   if (Fits(operation, "power.*")) return {"restarted"};
   if (Fits(operation, "processes.start *")) {
     const std::size_t quote = target.find('"', 1);
@@ -122,6 +190,8 @@ std::vector<SettledAsSuccess> Settled() {
       // docs/uninstalling.md, "Old software that stands in the way": what is deleted by force fails no installation.
       {"files.deleteFile C:\\Old\\*", {{"+file C:\\Old\\*", "what could not be deleted"}}},
       {"processes.start AT *", StaysWithoutScheduler},
+      // A package's name and version are for the log and for comparisons: a warning tells of each that cannot be read.
+      {"installer.propertyValue *", {{"-value *\\ProductName=*", "unread"}, {"-value *\\ProductVersion=*", "unread"}}},
   };
 }
 
@@ -146,6 +216,24 @@ void CheckRefused(Life& life, const Reference& reference, std::size_t job, const
   }
 }
 
+/// What could not be read may be nothing that matters: then all is as it is without that. Otherwise it is no success,
+/// and a row names what it was.
+void CheckUnreadable(Life& life, const Reference& reference, std::size_t job, const End& end, Findings& findings,
+                     int& unseen) {
+  const Person& person = life.person();
+  const bool succeeded = end.known && end.toldSuccess;
+  if (succeeded)
+    findings.addAll("success was told, with something undone", NotAllowed(life, reference.after[job], Differs));
+  const bool isNamed = IsNamed(person.hit(), person.told(), reference.told);
+  if (succeeded && !isNamed) ++unseen;
+  const std::string where = std::string(life.family().name) + " " + person.hitProgram() + " " + person.hit();
+  if (succeeded || isNamed || Without({where}, Untold).empty()) return;
+  Lines rows;
+  for (const std::string& row : person.told())
+    if (reference.told.count(row) == 0) rows.push_back(row.substr(0, 200));
+  findings.addAll("no row names it; exit code " + std::to_string(end.exitCode), rows.empty() ? Lines{"none"} : rows);
+}
+
 /// Leads the life to its end, whatever is done again for it.
 void LiveOn(Life& life, const Reference& reference, std::size_t job, Findings& findings) {
   if (!life.carryOut(life.jobs()[job])) findings.add(std::string(life.jobs()[job].name) + " does not succeed any more");
@@ -167,6 +255,20 @@ void LiveWithRefusal(const Family& family, const Reference& reference, int numbe
     const bool hitNow = before && !life.person().hit().empty();
     findings.tellHit(life.person().hit());
     if (hitNow) CheckRefused(life, reference, job, end, findings);
+    if (!end.known || !end.toldSuccess) LiveOn(life, reference, job, findings);
+  }
+  CheckEnd(life, findings);
+}
+
+void LiveWithUnreadable(const Family& family, const Reference& reference, int number, int& unseen) {
+  Life life(family, {.operation = number, .isRead = true});
+  Findings findings(family, number);
+  for (std::size_t job = 0; job < life.jobs().size(); ++job) {
+    const bool before = life.person().hit().empty();
+    const End end = life.attempt(life.jobs()[job]);
+    const bool hitNow = before && !life.person().hit().empty();
+    findings.tellHit(life.person().hit());
+    if (hitNow) CheckUnreadable(life, reference, job, end, findings, unseen);
     if (!end.known || !end.toldSuccess) LiveOn(life, reference, job, findings);
   }
   CheckEnd(life, findings);
@@ -197,6 +299,20 @@ TEST_P(Lives, OneOperationRefused_IsToldAndNothingIsFalselyDone) {
   }
   std::cout << "figure: " << refused << " operations refused on " << GetParam().system << ", " << logWrites
             << " writes of the log left out\n";
+}
+
+TEST_P(Lives, OneReadRefused_IsToldOrChangesNothing) {
+  const Reference reference(GetParam());
+  if (HasFailure()) return;
+  const std::vector<int> numbers = reference.distinctReads();
+  int unseen = 0;
+  int refused = 0;
+  for (std::size_t i = static_cast<std::size_t>(Chosen.first) - 1; i < numbers.size();
+       i += static_cast<std::size_t>(Chosen.every), ++refused) {
+    LiveWithUnreadable(GetParam(), reference, numbers[i], unseen);
+  }
+  std::cout << "figure: " << refused << " of " << reference.reads.size() << " reads refused on " << GetParam().system
+            << ", " << unseen << " of them without a row and without a difference\n";
 }
 
 TEST_P(Lives, PowerCut_LeavesNothingBehind) {

@@ -88,10 +88,13 @@ void Person::limit(faults::Faults& faults) {
 
 void Person::arrange(faults::Faults& faults) {
   limit(faults);
-  const int number = trouble_.operation - static_cast<int>(history_.size());
+  faults.noteReads();
+  const int number = trouble_.operation - static_cast<int>((trouble_.isRead ? readHistory_ : history_).size());
   if (number <= 0 || !hit_.empty()) return;
   if (trouble_.isCut) {
     faults.cutPowerBefore(number);
+  } else if (trouble_.isRead) {
+    faults.failReadAt(number, trouble_.status);
   } else {
     faults.failAt(number, trouble_.status);
   }
@@ -99,10 +102,12 @@ void Person::arrange(faults::Faults& faults) {
 
 void Person::takeNote(const faults::Faults& faults, bool cut) {
   const std::size_t number = static_cast<std::size_t>(trouble_.operation);
-  const std::size_t before = history_.size();
+  const std::vector<std::string>& counted = trouble_.isRead ? readHistory_ : history_;
+  const std::size_t before = counted.size();
   history_.insert(history_.end(), faults.history().begin(), faults.history().end());
+  readHistory_.insert(readHistory_.end(), faults.readHistory().begin(), faults.readHistory().end());
   if (cut) hit_ = "behind " + (history_.empty() ? "nothing" : history_.back());
-  if (!trouble_.isCut && number > before && number <= history_.size()) hit_ = history_[number - 1];
+  if (!trouble_.isCut && number > before && number <= counted.size()) hit_ = counted[number - 1];
   if (!hit_.empty() && hitProgram_.empty()) hitProgram_ = rig_.machine().machine().programPath();
 }
 

@@ -16,6 +16,7 @@ namespace sweeps {
 struct Trouble {
   int operation = 0;  ///< none
   bool isCut = false;
+  bool isRead = false;  ///< counted among those that only read
   platform::Status status = platform::Status::AccessDenied;
 };
 
@@ -51,6 +52,8 @@ class Person {
   Rig& rig() { return rig_; }
   /// All operations that change something, in order.
   const std::vector<std::string>& history() const { return history_; }
+  /// All that only read, in order.
+  const std::vector<std::string>& readHistory() const { return readHistory_; }
   /// The operation that went wrong; "" before that.
   const std::string& hit() const { return hit_; }
   /// The program's path in the run that it happened in.
@@ -77,6 +80,7 @@ class Person {
   std::string endMessage_;
   std::string nextDisc_;
   std::vector<std::string> history_;
+  std::vector<std::string> readHistory_;
   std::string hit_;
   std::string hitProgram_;
   std::set<std::string> told_;
