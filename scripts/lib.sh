@@ -16,7 +16,7 @@ declare -A package_groups=(
   [tests]='libgtest-dev python3 python3-jsonschema'
   [bench]='libbenchmark-dev python3'
   [lint]='clang-format clang-tidy ansible-lint python3 g++-mingw-w64-i686-posix'
-  [shots]='imagemagick chromium'
+  [shots]='imagemagick chromium fonts-liberation fonts-dejavu-core'
   [release]='pandoc'
   [fuzz]='clang libclang-rt-14-dev'
 )

@@ -39,6 +39,31 @@ RECT StatusArea(HWND status) {
   return area;
 }
 
+/// How high a text is that is set in a window's font, broken to a width.
+int HeightOf(HWND window, const std::string& words, int width, UINT how) {
+  WindowSurface surface(window);
+  FontOfWindow font(surface.get(), window);
+  RECT needed = {0, 0, width, 0};
+  return DrawTextA(surface.get(), words.c_str(), static_cast<int>(words.size()), &needed,
+                   how | DT_CALCRECT | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
+}
+
+/// The text, or as many of its lines as a label has room for, with dots in place of the others: a label would leave
+/// them out without a word.
+std::string FittingLines(HWND label, const std::string& words) {
+  RECT area = {};
+  GetClientRect(label, &area);
+  const auto fits = [&](const std::string& text) { return HeightOf(label, text, area.right, 0) <= area.bottom; };
+  if (fits(words)) return words;
+  std::string shown;
+  for (std::size_t end = words.find("\r\n"); end != std::string::npos; end = words.find("\r\n", end + 1)) {
+    const std::string more = words.substr(0, end) + "\r\n...";
+    if (!fits(more)) break;
+    shown = more;
+  }
+  return shown.empty() ? words : shown;
+}
+
 }  // namespace
 
 void MainWindowAdapter::create(const std::string& caption) {
@@ -106,7 +131,7 @@ HWND MainWindowAdapter::part(Control control) {
 
 void MainWindowAdapter::setText(Control control, const std::string& words) {
   HWND target = part(control);
-  SetWindowTextA(target, words.c_str());
+  SetWindowTextA(target, control == Control::LongMessage ? FittingLines(target, words).c_str() : words.c_str());
   if (control != Control::Status) return;
   SendMessageA(target, EM_SETSEL, words.size(), static_cast<LPARAM>(words.size()));
   scrollToNewestLine();
@@ -176,11 +201,7 @@ int MainWindowAdapter::statusTextHeight(const std::string& words) {
   HWND measure = window() == nullptr ? nullptr : GetDlgItem(window_, StatusMeasure);
   if (measure == nullptr) return 0;
   RECT area = StatusArea(part(Control::Status));
-  WindowSurface surface(measure);
-  FontOfWindow font(surface.get(), measure);
-  RECT needed = {0, 0, area.right - area.left, 0};
-  return DrawTextA(surface.get(), words.c_str(), static_cast<int>(words.size()), &needed,
-                   DT_CALCRECT | DT_EDITCONTROL | DT_WORDBREAK | DT_EXPANDTABS | DT_NOPREFIX);
+  return HeightOf(measure, words, area.right - area.left, DT_EDITCONTROL);
 }
 
 void MainWindowAdapter::pumpMessages() {

@@ -124,6 +124,10 @@ class Person:
         """By the button in its caption."""
         _do('mousemove', window.frame.right - 14, window.frame.top + 14, 'click', 1)
 
+    def click_caption(self, window):
+        """Which makes it the active window."""
+        _do('mousemove', window.frame.left + 150, window.frame.top + 14, 'click', 1)
+
     def drag(self, window, right, down):
         """By its caption."""
         _do('mousemove', window.frame.left + 150, window.frame.top + 14, 'mousedown', 1)

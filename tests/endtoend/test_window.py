@@ -97,6 +97,20 @@ class Window(InteractiveTest):
         self.assertEqual(process.wait(20), 0)
         self.assertTrue(self.exists('C:\\last.txt'))
 
+    def test_heading_of_a_failed_run_tells_that_the_list_has_more(self):
+        names = ['Gone %d' % number for number in range(1, 9)]
+        self.product('Small', {name: ('gone.exe', None, '') for name in names})
+        self.start()
+        self.person.ready()
+        self.person.press('Return')
+        window = self.person.finished()
+        self.person.picture('window-failed')
+        reasons = ['Installation of %s failed (installation file could not be found)' % name for name in names]
+        heading = window.text(MESSAGE).splitlines()
+        self.assertEqual(heading[:3], ['One or more components failed to install successfully.', '', reasons[0]])
+        self.assertEqual((heading[-1], heading[2:-1]), ('...', reasons[:len(heading) - 3]))
+        self.assertTrue(window.text(STATUS).endswith('\n'.join(reasons)), window.text(STATUS))
+
     def test_cancel_before_the_start_ends_with_2(self):
         self.small_product()
         for leave in ('the button', 'Escape', 'its caption'):
