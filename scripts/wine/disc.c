@@ -21,16 +21,21 @@ struct drive {
   USHORT label_offset;
 };
 
-/* Whether a dialog came and went by its OK within a minute. */
+/* Says OK until no dialog is left; whether there was one within five minutes. One that just comes up may miss its message,
+   and one that finds the disc too early asks again. */
 static int confirm(void) {
-  for (int tries = 0; tries < 600; ++tries, Sleep(100)) {
+  int seen = 0;
+  for (int seconds = 0, quiet = 0; seconds < 300 && quiet < 2; ++seconds, Sleep(1000)) {
     HWND dialog = FindWindowA("#32770", NULL);
-    if (!dialog || !IsWindowVisible(dialog)) continue;
-    PostMessageA(dialog, WM_COMMAND, IDOK, 0);
-    while (IsWindow(dialog) && ++tries < 600) Sleep(100);
-    return tries < 600;
+    if (dialog && IsWindowVisible(dialog)) {
+      PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+      seen = 1;
+      quiet = 0;
+    } else if (seen) {
+      ++quiet;
+    }
   }
-  return 0;
+  return seen;
 }
 
 int main(int count, char** words) {

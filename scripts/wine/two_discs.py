@@ -58,7 +58,7 @@ class RealMachine:
         code = self.machine.run('D:\\' + PROGRAM, '/s')
         if code == 0:
             self._wait_for('Changing to the disk labelled')
-            if self.machine.run('C:\\disc.exe', self.discs[1], 'ok') != 0:
+            if self.machine.run('C:\\disc.exe', self.discs[1], 'ok', timeout=330) != 0:
                 raise RuntimeError('nobody asked for the second disc')
             self._wait_for('QX Installer Run complete')
         key = PRODUCTS + '\\' + PRODUCT
