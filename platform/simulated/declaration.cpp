@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <stdexcept>
+#include <string_view>
 
 #include "platform/simulated/computer.h"
 #include "platform/simulated/host.h"
@@ -320,7 +321,13 @@ void Loader::choose(const Section& section) {
 }
 
 void Loader::person(const Section& section) {
-  Assign(file_, section, {{"press", [&](const std::string& v) { computer_.screen().press(FindEvent(v)); }}});
+  constexpr std::string_view meanwhile = " while ";
+  Assign(file_, section, {{"press", [&](const std::string& v) {
+                             const std::size_t at = v.find(meanwhile);
+                             if (at == std::string::npos) return computer_.screen().press(FindEvent(v));
+                             const std::string shown = v.substr(at + meanwhile.size());
+                             computer_.screen().pressWhenShown(shown, FindEvent(v.substr(0, at)));
+                           }}});
 }
 
 void Loader::logon(const Section& section) {

@@ -117,7 +117,13 @@ Outcome WindowsInstaller::installPackage(const Request& request) {
   return outcome;
 }
 
+/// What is no code is the path of a package.
+bool WindowsInstaller::isMissingPackage(const std::string& target) const {
+  return target[0] != '{' && !files_.exists(target);
+}
+
 Outcome WindowsInstaller::removeProduct(const Request& request) {
+  if (isMissingPackage(request.target)) return Ends(PackageNotFound);
   const Declared* byPath = findPackage(request.target);
   const std::string code = byPath == nullptr ? request.target : byPath->package.code;
   if (find(code) == products_.end()) return Ends(UnknownProduct);
@@ -129,6 +135,7 @@ Outcome WindowsInstaller::removeProduct(const Request& request) {
 }
 
 Outcome WindowsInstaller::repairProduct(const Request& request) {
+  if (isMissingPackage(request.target)) return Ends(PackageNotFound);
   Declared* declared = findPackage(request.target);
   if (declared == nullptr) declared = findByCode(request.target, versionOf(request.target));
   const std::string code = declared == nullptr ? request.target : declared->package.code;

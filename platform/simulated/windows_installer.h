@@ -61,6 +61,7 @@ class WindowsInstaller : public platform::WindowsInstaller {
   void list(const Product& product);
   std::vector<Product>::iterator find(const std::string& code);
   Declared* findPackage(const std::string& path);
+  bool isMissingPackage(const std::string& target) const;
   Declared* findByCode(const std::string& code, const std::string& version);
   std::string versionOf(const std::string& code);
   Outcome installPackage(const Request& request);

@@ -3,6 +3,7 @@ import fcntl
 import os
 import shutil
 import subprocess
+import time
 
 from kind import PROGRAM, WINE64
 from registry_file import Registry
@@ -171,7 +172,8 @@ class Machine:
             raise TimeoutError('%s did not end within %d s' % (' '.join(command), timeout * self.wine.patience))
 
     def keep_awake(self, keeper):
-        """Runs a program that never ends, so that others find the machine running and need not start it."""
+        """Runs a program that never ends, so that others find the machine running and need not start it. What tests ask of the
+        registry it answers more quickly than a program that is started for it."""
         shutil.copy(keeper, self.host('C:\\keeper.exe'))
         self._keeper = self.start('C:\\keeper.exe')
 
@@ -187,11 +189,35 @@ class Machine:
         self.stop()
         return Registry.of_hive(os.path.join(self.folder, hive + '.reg'))
 
-    def exported(self, key):
-        """What a key of HKEY_LOCAL_MACHINE holds, on a running machine."""
-        file = self.host('C:\\exported.reg')
-        if self.run('reg', 'export', 'HKLM\\' + key, 'C:\\exported.reg', '/y') != 0:
-            return Registry('', str)
-        found = Registry.of_export(file)
-        os.remove(file)
+    def exported(self, *keys):
+        """What keys of HKEY_LOCAL_MACHINE hold, on a running machine."""
+        if self._ask(*('export ' + key for key in keys)):
+            return Registry.of_exports(self.host('C:\\answered.reg'))
+        files = [self.host('C:\\exported%d.reg' % number) for number in range(len(keys))]
+        for key, file in zip(keys, files):
+            self.run('reg', 'export', 'HKLM\\' + key, 'C:\\' + os.path.basename(file), '/y')
+        found = Registry.of_exports(*filter(os.path.exists, files))
+        for file in filter(os.path.exists, files):
+            os.remove(file)
         return found
+
+    def forget(self, *keys):
+        """Deletes keys of HKEY_LOCAL_MACHINE."""
+        if not self._ask(*('delete ' + key for key in keys)):
+            for key in keys:
+                self.run('reg', 'delete', 'HKLM\\' + key, '/f')
+
+    def _ask(self, *questions):
+        """Has the program answer that keeps the machine awake; False where there is none."""
+        if not self._keeper or self._keeper.poll() is not None:
+            return False
+        place = self.host('C:\\asked.txt')
+        with open(place + '.new', 'w', encoding='latin-1') as file:
+            file.write(''.join(question + '\n' for question in questions))
+        os.rename(place + '.new', place)
+        deadline = time.time() + 30
+        while os.path.exists(place) and self._keeper.poll() is None:
+            if time.time() > deadline:
+                raise TimeoutError('nobody answers on %s' % self.folder)
+            time.sleep(0.005)
+        return not os.path.exists(place)

@@ -28,6 +28,19 @@ def _data(text, encoding):
     return raw.decode(encoding).rstrip('\0') if is_text else raw
 
 
+def _escape(text):
+    return text.replace('\\', '\\\\').replace('"', '\\"')
+
+
+def _written(data):
+    if isinstance(data, int):
+        return 'dword:%08x' % data
+    if isinstance(data, str) and data.isprintable():
+        return '"%s"' % _escape(data)
+    raw = data if isinstance(data, bytes) else data.encode('latin-1', 'replace') + b'\0'
+    return ('hex:' if isinstance(data, bytes) else 'hex(1):') + ','.join('%02x' % byte for byte in raw)
+
+
 class Registry:
     """Keys are paths from the hive's root (`Software\\Wine`); letter case does not matter."""
 
@@ -64,6 +77,23 @@ class Registry:
         unicode = data.startswith(b'\xff\xfe')
         text = data.decode('utf-16' if unicode else 'latin-1').replace('\r\n', '\n')
         return cls(text, lambda name: name.partition('\\')[2], 'utf-16-le' if unicode else 'latin-1')
+
+    @classmethod
+    def of_exports(cls, *files):
+        """What several such files hold together."""
+        whole = cls('', str)
+        for file in files:
+            whole._keys.update(cls.of_export(file)._keys)
+        return whole
+
+    def text(self, leave_out=lambda key: False):
+        """The older form of a .reg file, of the whole or without the keys that `leave_out` tells."""
+        lines = ['REGEDIT4']
+        for key, values in self._keys.values():
+            if not leave_out(key):
+                lines.append('[HKEY_LOCAL_MACHINE\\%s]' % key)
+                lines += ['"%s"=%s' % (_escape(name), _written(data)) for name, data in values.values()]
+        return '\n'.join(lines) + '\n'
 
     def exists(self, key):
         return key.lower() in self._keys or bool(self.children(key))

@@ -94,6 +94,7 @@ _REMOVALS = (
     (r'is not set to run as part of the uninstall', 'left out'),
     (r'Another product is using this component', 'kept'),
     (r'is not currently installed', 'not there'),
+    (r'was removed by an earlier uninstall', 'not there'),
     (r'No uninstallation command found', 'no command'),
     (r'Uninstallation of .* failed', 'FAILED'),
     (r'^Uninstall Command = ', 'removed'),

@@ -45,8 +45,9 @@ TEST(ForcedUninstall, EntriesInTheirOrder_AreRemovedByTheirCodes) {
     EXPECT_EQ(Names(run.rig.ran().begin(), run.rig.ran().begin() + 3),
               (Names{command(Old, "OldOffice"), command(Older, "Gone"), command("<ERROR>", "Nameless")}));
     EXPECT_TRUE(run.rig.machine().installer().products().empty());
-    for (const std::string& failed : {command(Older, "Gone"), command("<ERROR>", "Nameless")}) {
-      EXPECT_TRUE(Logged(run.rig, "Warning</FONT></TD><TD width=\"550\">Error 1605 returned wilst running " + failed));
+    for (const std::string& failed : {"1605 returned wilst running " + command(Older, "Gone"),
+                                      "1619 returned wilst running " + command("<ERROR>", "Nameless")}) {
+      EXPECT_TRUE(Logged(run.rig, "Warning</FONT></TD><TD width=\"550\">Error " + failed));
     }
     EXPECT_EQ(TimesLogged(run.rig, "Starting forced uninstall of "), verbose ? 3 : 0);
     EXPECT_EQ(TimesLogged(run.rig, "Re-setting sequence to 0 in register"), verbose ? 1 : 0);

@@ -118,6 +118,7 @@ TEST_F(SimulatedWorkstation, Msiexec_DeclaredPackages_FollowTheProductList) {
        "{11111111-2222-3333-4444-555555555555} /qn",
        1605, ""},
       {"msiexec /fv  \"D:\\p\\old.msi\" /qn", 1605, ""},
+      {"msiexec /x Runtime /qn", 1619, ""},
       {"msiexec /i  \"d:\\P\\OLD.msi\" /l*v \"C:\\old.log\" /qn", 0, "1.0"},
       {"msiexec /i \"D:\\p\\new.msi\"", 1638, "1.0"},
       {"MSIEXEC.EXE /fv \"D:\\p\\old.msi\"", 0, "1.0"},
@@ -203,6 +204,7 @@ seconds=5
 answer=ok
 [person]
 press=continue
+press=close while Installing
 )");
   Workstation& machine = rig_.machine();
   simulated::LoadMachine(file, machine);
@@ -228,6 +230,9 @@ press=continue
   EXPECT_TRUE(machine.installer().products().empty());
   EXPECT_EQ(start("msiexec /i C:\\p.msi"), 3010);
   EXPECT_EQ(machine.screen().waitForEvent(), platform::WindowEvent::Continue);
+  machine.screen().setText(platform::Control::LongMessage, "Installing");
+  machine.screen().pumpMessages();
+  EXPECT_EQ(machine.screen().takeEvent(), platform::WindowEvent::Close);
 }
 
 TEST_F(SimulatedWorkstation, Names_TooLongForTheRealMachine_AreNotTold) {

@@ -96,8 +96,8 @@ class Person:
         return self.wait_for(MAIN, condition)
 
     def ready(self):
-        """The main window once its Continue button can be pressed."""
-        return self.main_window(lambda window: window.control(CONTINUE).enabled)
+        """The main window once its Continue button can be pressed, by the keyboard too."""
+        return self.main_window(lambda window: window.control(CONTINUE).enabled and window.focus is not None)
 
     def finished(self):
         return self.main_window(lambda window: window.text(CONTINUE) == '&Finish' and window.control(CONTINUE).enabled)

@@ -1,68 +1,38 @@
-"""Rehearsals of media by the Linux command, held against what the real program did on the same media under Wine.
-
-A story is what both tell: exit code, each component's outcome, the commands that were started, the registry record and the
-rows of the log. Times and what bears them are left aside; every other difference is a row of DIFFERENCES or a failure.
-"""
-import difflib
+"""Rehearsals of media by the Linux command, held against what the real program did on the same media under Wine."""
 import json
 import os
 import re
 import shutil
+import socket
 import subprocess
-from collections import namedtuple
 
-from support import OUT, PROGRAM, read_log
-
+from differences import hold_together
+from kind import OUT, PROGRAM
 from machine import INSTALLATION
-from registry_file import Registry
-from run_log import outcomes, removals
+from story import STATES, UNINSTALL, real_story, rehearsed_story, trace, traced_commands
 
-TRACE = '-all,trace+process'  # what Wine is to tell of a run whose commands are compared
 QXIA = os.path.join(OUT, 'native', 'qxia')
-STATES = os.path.join(OUT, 'endtoend', 'rehearsals')
-UNINSTALL = 'Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall'
-
-Story = namedtuple('Story', 'code outcomes commands record rows')
-Difference = namedtuple('Difference', 'part pattern shown products reason')
-
-# Times, and the numbers and names that are made of them.
-TIMES = (
-    (r'\d\d[-/]([A-Z][a-z][a-z]|\d\d)[-/](\d{4}|\d\d)\b', 'DATE'),
-    (r'\b\d\d?:\d\d(:\d\d)?(\.\d+)?\b', 'TIME'),
-    (r'(?<=QX Installation Assistant)\d{10}(?=\.html)', 'STAMP'),
-)
-
-EVERY = '*'
-TYPICAL = 'each_way_a_component_can_end'
-# Where the machines differ, not the program. `part` is the part of the story, `pattern` what is taken out of its lines (those
-# of both sides) and `shown` what stands for it, None for the whole line. A row must explain something in each product that it
-# names, and one for every product in TYPICAL.
-_LETTER_CASE = 'Wine writes the name of the Windows folder in its own letter case'
-DIFFERENCES = (
-    Difference('rows', r'Drive C has [\d,]+ Mb free', 'Drive C has so much free', (EVERY,), 'each machine has its own drives'),
-    Difference('record', r'C:\\windows', 'C:\\WINDOWS', (EVERY,), _LETTER_CASE),
-    Difference('rows', r'C:\\windows', 'C:\\WINDOWS', ('sample, uninstalled', 'recipes, uninstalled', 'uninstall, again', 'discs'),
-               _LETTER_CASE),
-    Difference('commands', r'C:\\windows', 'C:\\WINDOWS', ('uninstall, again', 'discs'), _LETTER_CASE),
-    Difference('rows', r'Available space=\d+', 'Available space', ('sample',), 'each machine has its own drives'),
-    Difference('rows', r'^Warning: Component Signals runs from .*, a folder that ordinary users can write to', None, ('sample',),
-               'the drives of the sample machine are open to everybody, those of Wine to whoever runs it'),
-    Difference('commands', r'wineboot\.exe --kill', None, ('restart', 'recipes'),
-               'Wine restarts the machine by a program of its own'),
-    Difference('record', r'computer name = .*', 'computer name', ('sample', 'sample, uninstalled', 'discs'),
-               'the sample machine has a name of its own'),
-)
-
-# What a rehearsal calls what the reader of the log calls otherwise.
-_OUTCOMES = {'installed': ('ok', 'ok, warning'), 'already installed': ('already there',), 'copied': ('ok',),
-             'held back': ('held back',), 'failed': ('FAILED', 'ABORTED'), 'not reached': ('not reached',)}
-_REMOVALS = {'removed': ('removed',), 'kept': ('kept', 'left out', 'no command'), 'already gone': ('not there',),
-             'failed': ('FAILED',), 'not reached': ()}
-_STARTING = re.compile(r'(\w+):trace:process:CreateProcessInternalW app .*? cmdline L"(.*)"$')
-_STARTED = re.compile(r'(\w+):trace:process:CreateProcessInternalW started process pid \w+ tid (\w+)$')
+WINLOGON = 'Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon'
+ASSISTANT = 'C:\\QX\\' + PROGRAM
+SYSTEM_FOLDERS = 'windows', 'users', 'programdata'
+COMPUTER = socket.gethostname().upper()[:15]
+USER = os.environ.get('USER', 'root')
+STARTUP = 'users', USER, 'Start Menu', 'Programs', 'Startup'
+# What is the same for every machine under Wine: its name and user; who may write where; the folder of the logon.
+FACTS = '''[machine]
+system=%s
+computer=%s
+user=USER
+domain=%s
+[access C:\\]
+Administrators=full
+Users=read
+[environment]
+UserProfile=PROFILE
+'''.replace('PROFILE', 'C:\\users\\USER').replace('USER', USER)
 
 
-def rehearse(name, media, *options, again=False):
+def rehearse(name, media, *options, again=False, finished=True, excused=()):
     """Rehearses media on a machine of that name, which is new unless it is gone on with: (the result, the machine's folder)."""
     state = os.path.join(STATES, name)
     if not again:
@@ -72,111 +42,161 @@ def rehearse(name, media, *options, again=False):
     if not run.stdout:
         raise AssertionError('%s cannot be rehearsed: %s' % (name, run.stderr))
     result = json.loads(run.stdout)
-    if not result['finished'] or result['looseEnds']:
-        raise AssertionError('%s is not finished, or has loose ends: %s' % (name, result['looseEnds']))
+    loose = [end for end in result['looseEnds'] if not end.startswith(excused)]
+    if result['finished'] != finished or loose:
+        raise AssertionError('%s is%s finished, or has loose ends: %s' % (name, '' if result['finished'] else ' not', loose))
     return result, state
 
 
-def trace(name):
-    """The file, open, that takes what Wine tells of the run of that name."""
-    os.makedirs(STATES, exist_ok=True)
-    return open(os.path.join(STATES, name + '.trace'), 'wb')
+class Comparison:
+    """A run of the real program, to be held against a rehearsal of the same media on a machine that begins alike.
+
+    It is made before the program starts. The machine of the rehearsal has the real one's files and records; its file is what
+    `qxia machine` prints for the media, with what their scripts say they do, and with `declared` in the place of the
+    declarations of the same names.
+    """
+
+    def __init__(self, machine, name, arguments, declared='', system='Windows 2003', program=ASSISTANT, media=None,
+                 at='C:\\Media', options=(), product=None):
+        self.machine, self.name, self.arguments, self.declared, self.held = machine, name, arguments, declared, False
+        self._facts = FACTS % (system, COMPUTER, COMPUTER)
+        if program:  # else the one on the disc
+            self._facts += '[machine]\nprogram=%s\n' % program
+        self._options = ['--args', arguments, *(['--at', at] if at else []), *options]
+        self._state = os.path.join(STATES, name)
+        self._traces = 0
+        self._media = media or [self._copied_media()]
+        self._product = product or self._find_product()
+        self._begin_alike()
+
+    def _copied_media(self):
+        """The medium as it is now; without one, the smallest that there is."""
+        copy, medium = self._state + '.media', self.machine.host('C:\\Media')
+        shutil.rmtree(copy, ignore_errors=True)
+        if os.path.exists(os.path.join(medium, 'app.ini')):
+            shutil.copytree(medium, copy)
+            self._options += ['--ini', 'app.ini']
+        else:
+            os.makedirs(copy)
+            with open(os.path.join(copy, 'app.ini'), 'w') as file:
+                file.write('[Product]\nPackageRoot=C:\\Media\n')
+        return copy
+
+    def _find_product(self):
+        removed = re.search(r' /x (.*?)( /|$)', self.arguments)
+        if removed:
+            return removed.group(1)
+        with open(os.path.join(self._media[0], 'app.ini'), encoding='latin-1') as ini:
+            name = re.search(r'^Name=(.*)', ini.read(), re.M)
+        return name.group(1).strip() if name else ''
+
+    def _begin_alike(self):
+        shutil.rmtree(self._state, ignore_errors=True)
+        drive, real = os.path.join(self._state, 'drive_c'), self.machine.host('C:')
+        for folder, folders, files in os.walk(real):
+            place = os.path.relpath(folder, real)
+            if place == '.':
+                folders[:] = [name for name in folders if name.lower() not in SYSTEM_FOLDERS]
+            os.makedirs(os.path.join(drive, place), exist_ok=True)
+            for name in files:
+                if not name.lower().endswith('.exe'):
+                    shutil.copyfile(os.path.join(folder, name), os.path.join(drive, place, name))
+                else:  # a rehearsal needs no more of it than that it is there
+                    with open(os.path.join(drive, place, name), 'w') as file:
+                        file.write('A program.\r\n')
+        shutil.copytree(self.machine.host('C:\\' + '\\'.join(STARTUP)), os.path.join(drive, *STARTUP))
+        registry = self.machine.exported(INSTALLATION, UNINSTALL, WINLOGON)
+        codes = [key for key in registry.children(UNINSTALL) if key.startswith('{')]
+        packages = [(UNINSTALL + '\\' + code).lower() for code in codes]
+        with open(os.path.join(self._state, 'registry.reg'), 'w', encoding='latin-1', newline='\r\n') as file:
+            file.write(registry.text(lambda key: key.lower() in packages))
+        with open(os.path.join(self._state, 'qxia-state'), 'w') as file:
+            file.write('format 1\n')
+        for code in codes:
+            values = registry.values(UNINSTALL + '\\' + code)
+            self._facts += '[product %s]\nname=%s\nversion=%s\n' % (
+                code, values.get('DisplayName', ''), values.get('DisplayVersion', ''))
+
+    def trace(self):
+        """The file, open, that takes what Wine tells of the run, or of its part behind the next logon."""
+        self._traces += 1
+        return trace('%s.%d' % (self.name, self._traces))
+
+    def _machine_file(self):
+        printed = subprocess.run([QXIA, 'machine', *self._media, *self._options_of('--at', '--ini', '--label')],
+                                 capture_output=True, text=True, encoding='latin-1')
+        if printed.returncode:
+            raise AssertionError('%s: no machine file: %s' % (self.name, printed.stderr))
+        # A run that goes on behind another one has no use for all that is declared for its media.
+        self._unused = tuple('declared and never used: ' + header.strip('[]') for header, _ in _sections(printed.stdout)
+                             if header not in self.declared)
+        wanted = {header.lower() for header, _ in _sections(self.declared)}
+        text = ''.join(self._with_what_it_says(*section) for section in _sections(printed.stdout)
+                       if section[0].lower() not in wanted and section[0] != '[machine]')
+        file = self._state + '.txt'
+        with open(file, 'w', encoding='latin-1') as output:
+            output.write(self._facts + text + self.declared)
+        return file
+
+    def _options_of(self, *names):
+        pairs = zip(self._options[::2], self._options[1::2])
+        return [word for pair in pairs if pair[0] in names for word in pair]
+
+    def _with_what_it_says(self, header, lines):
+        """A declaration of a script on the media: its exit code and registry values, as its text has them. One with conditions
+        is left as it is."""
+        match = re.match(r'\[program .*?C:\\Media\\(.*?\.(?:bat|vbs))\b', header, re.I)
+        file = match and os.path.join(self._media[0], *match.group(1).split('\\'))
+        if not file or not os.path.exists(file):
+            return header + '\n' + lines
+        with open(file, encoding='latin-1') as script:
+            text = script.read()
+        if re.search(r'^\s*If\b', text, re.M | re.I):
+            return header + '\n' + lines
+        codes = re.findall(r'^(?:exit /b|WScript\.Quit) (-?\d+)', text, re.M | re.I)
+        for key, data in re.findall(r'RegWrite "(HKLM\\[^"]*)", "([^"]*)"', text):
+            lines += 'set=%s=%s\n' % (key, data)
+        return header + '\n' + (lines.replace('exit=0', 'exit=' + codes[-1]) if codes else lines)
+
+    def _commands(self, by_logon):
+        numbers = range(1, self._traces + 1)
+        return [command for number in numbers
+                for command in traced_commands('%s.%d' % (self.name, number), by_logon or number > 1)]
+
+    def hold(self, code, finished=True, by_logon=False):
+        """Fails where the run, which has ended with this code, and its rehearsal tell different stories. Not finished is a
+        rehearsal that ends where the machine restarts. `by_logon`: the program was started by another one, which was traced."""
+        self.held = True
+        uninstalled = bool(re.search(r'(^| )/x ', self.arguments))
+        limits = [] if finished else ['--limit-restarts', '0']
+        machine_file = self._machine_file()
+        result, state = rehearse(self.name, self._media, '--machine', machine_file, *self._options, *limits, again=True,
+                                 finished=finished, excused=self._unused)
+        registry = self.machine.exported(INSTALLATION, UNINSTALL + '\\' + self._product)
+        log = result['log'] and self.machine.host(
+            'C:\\' + os.path.relpath(result['log'], os.path.join(state, 'drive_c')).replace('/', '\\'))
+        real = real_story(log, [registry], self._product, code, self._commands(by_logon), uninstalled)
+        hold_together(self.name, real, rehearsed_story(result, state, self._product, uninstalled))
 
 
-def traced_commands(name, by_logon=False):
-    """The commands that the program itself started, told by Wine's trace of processes: by the process that was traced, unless
-    that is a logon, and by each copy of the program that was started on the way."""
-    with open(os.path.join(STATES, name + '.trace'), encoding='latin-1') as text:
-        lines = text.read().splitlines()
-    own = set() if by_logon or not lines else {lines[0].partition(':')[0]}
-    commands, starting = [], {}
-    for line in lines:
-        if match := _STARTING.match(line):
-            starting[match.group(1)] = re.sub(r'\\(.)', r'\1', match.group(2))
-        elif match := _STARTED.match(line):
-            command = starting.pop(match.group(1), '')
-            commands += [command] if match.group(1) in own else []
-            own |= {match.group(2)} if PROGRAM in command else set()
-    return commands
+class ComparedRun:
+    """A program that was started; what it did is held against its rehearsal as soon as its end is seen."""
+
+    def __init__(self, process, comparison, finished):
+        self.process, self.comparison, self.kill, self._finished = process, comparison, process.kill, finished
+
+    def wait(self, timeout):
+        code = self.process.wait(timeout)
+        if not self.comparison.held and self._finished is not None:
+            self.comparison.hold(code, self._finished)
+        return code
+
+    def poll(self):
+        return self.process.poll()
 
 
-def _record(registries, product):
-    """All values below the program's key, and those of the product in the list of programs, as lines."""
-    lines = []
-    for registry in registries:
-        for key in INSTALLATION.lower() + '\\', (UNINSTALL + '\\' + product).lower() + '\\':
-            below = [name for name in registry.keys() if (name.lower() + '\\').startswith(key)]
-            lines += ['%s | %s = %s' % (name.lower(), value.lower(), data) for name in below
-                      for value, data in registry.values(name).items()]
-    return sorted(set(lines))
+def _sections(text):
+    """(header, lines) of the sections of a machine file; comments stay with the section above them."""
+    return re.findall(r'^(\[[^\n]*\])\n(.*?)(?=^\[|\Z)', text, re.M | re.S)
 
 
-def _fared(registry, rows, product, uninstalled):
-    if uninstalled:
-        return [row[:2] for row in removals(rows)]
-    return [(row.component, row.verdict) for row in outcomes(registry, rows, product)]
-
-
-def real_story(log, registries, product, code, commands, uninstalled=False):
-    """What the real program left: its log, and what the registry holds of it."""
-    rows = read_log(log)
-    return Story(code, _fared(registries[0], rows, product, uninstalled), commands, _record(registries, product), rows)
-
-
-def exported(machine, product):
-    """What the registry of a machine that runs holds of the program."""
-    return [machine.exported(INSTALLATION), machine.exported(UNINSTALL + '\\' + product)]
-
-
-def rehearsed_story(result, state, product, uninstalled=False):
-    """The same of a rehearsal. What it says of each component must be what its log says."""
-    registry = Registry.of_export(os.path.join(state, 'registry.reg'))
-    rows = read_log(result['log'])
-    fared = _fared(registry, rows, product, uninstalled)
-    words = _REMOVALS if uninstalled else _OUTCOMES
-    told = {component['name']: component['outcome'] for component in result['components']}
-    for component, verdict in fared:
-        if verdict not in words[told[component]]:
-            raise AssertionError('%s is "%s" to the rehearsal, but "%s" by its log' % (component, told[component], verdict))
-    return Story(result['exitCode'], fared, result['commands'], _record([registry], product), rows)
-
-
-def _lines(part, value):
-    if part == 'rows':
-        return ['%s: %s' % (row.type, row.text) for row in value]
-    return [value if isinstance(value, str) else str(value) for value in (value if isinstance(value, list) else [value])]
-
-
-def _without_times(line):
-    for pattern, shown in TIMES:
-        line = re.sub(pattern, shown, line)
-    return line
-
-
-def _explain(difference, lines):
-    """The lines without what the difference explains, and that itself."""
-    found = [match.group() for line in lines for match in re.finditer(difference.pattern, line, re.I)]
-    if difference.shown is None:
-        return [line for line in lines if not re.search(difference.pattern, line, re.I)], found
-    return [re.sub(difference.pattern, lambda _: difference.shown, line, flags=re.I) for line in lines], found
-
-
-def hold_together(name, real, rehearsed):
-    """Fails where something differs beyond what is listed, or a listed row explains nothing."""
-    if told := differences(name, real, rehearsed):
-        raise AssertionError('\n'.join(told))
-
-
-def differences(name, one, other, table=DIFFERENCES, names=('real', 'rehearsed')):
-    """What differs between two stories beyond what the table lists, and what it lists and does not differ; as lines."""
-    told = []
-    for part in Story._fields:
-        sides = [[_without_times(line) for line in _lines(part, getattr(story, part))] for story in (one, other)]
-        for difference in table:
-            if difference.part != part or not {name, EVERY} & set(difference.products):
-                continue
-            (sides[0], ours), (sides[1], theirs) = (_explain(difference, lines) for lines in sides)
-            if ours == theirs and (EVERY not in difference.products or name == TYPICAL):
-                told.append('%s: nothing differs any more by "%s" (%s)' % (name, difference.pattern, difference.reason))
-        told += ['%s, %s: %s' % (name, part, line) for line in difflib.unified_diff(*sides, *names, '', '', 0, '')]
-    return told

@@ -12,8 +12,12 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path.insert(0, os.path.join(HERE, '..', '..', 'scripts', 'wine'))
 
 from kind import OUT, PROGRAM, WINE64  # noqa: E402
-from machine import PRODUCTS, Machine, Screen, ensure_prototype  # noqa: E402
+from machine import INSTALLATION, PRODUCTS, Machine, Screen, ensure_prototype  # noqa: E402
 from run_log import read_log  # noqa: E402
+
+import rehearsal  # noqa: E402
+from differences import check_all_held  # noqa: E402
+from story import TRACE  # noqa: E402
 
 EXECUTABLE = WINE64.program
 PACKAGES = os.path.join(WINE64.samples, 'harbour_suite', 'disc', 'Packages')
@@ -66,8 +70,18 @@ def batch(lines):
     return '\r\n'.join(['@echo off', *lines, ''])
 
 
+def short_name(test):
+    """By which the comparisons know a test: its class, and its name without the word `test`."""
+    return '.'.join(test.id().split('.')[-2:]).replace('.test_', '.')
+
+
 class WineTest(unittest.TestCase):
-    """Tests that share one running machine, wiped before each of them, with the program in C:\\QX."""
+    """Tests that share one running machine, wiped before each of them, with the program in C:\\QX.
+
+    Every run of the program is held against its rehearsal, see rehearsal.py.
+    """
+
+    system = 'Windows 2003'
 
     @classmethod
     def setUpClass(cls):
@@ -82,6 +96,11 @@ class WineTest(unittest.TestCase):
         """What a class does to its machine before that runs."""
 
     def setUp(self):
+        self.comparisons = []
+        self.wipe()
+
+    def wipe(self):
+        """Makes the machine one without the program's traces, with the program in its place."""
         drive = self.machine.host('C:')
         for name in os.listdir(drive):
             if name.endswith('.txt'):
@@ -90,8 +109,11 @@ class WineTest(unittest.TestCase):
             os.remove(script)
         for folder in ('C:\\QX', 'C:\\Media', LOG_ROOT):
             shutil.rmtree(self.machine.host(folder), ignore_errors=True)
-        self.machine.run('reg', 'delete', 'HKLM\\Software\\Tarvel', '/f')
+        self.machine.forget('Software\\Tarvel')
         self.put('C:\\QX\\' + PROGRAM, EXECUTABLE)
+
+    def tearDown(self):
+        check_all_held(short_name(self), self.comparisons)
 
     def put(self, path, source):
         """Copies a host file to a Windows path."""
@@ -126,12 +148,29 @@ class WineTest(unittest.TestCase):
             if text is not None:
                 self.write(folder + install, text)
 
-    def start_program(self, arguments):
-        return self.machine.start('C:\\QX\\' + PROGRAM, *arguments.split())
+    def comparison(self, arguments, declared='', **how):
+        """Of a run that is about to begin. `declared` is what a rehearsal must be told of it, in the form of a machine file."""
+        name = ', '.join([short_name(self), *([str(len(self.comparisons) + 1)] if self.comparisons else [])])
+        made = rehearsal.Comparison(self.machine, name, arguments, declared, **{'system': self.system, **how})
+        self.comparisons.append(made)
+        return made
 
-    def run_program(self, arguments='/s /is=' + INI, timeout=60):
+    def start_program(self, arguments, declared='', finished=True):
+        """Starts the program. When its end is seen, what it did must be what its rehearsal does, of which a restart is the end
+        when it is not to finish; with None, the test itself holds the comparison."""
+        made = self.comparison(arguments, declared)
+        with made.trace() as output:
+            process = self.machine.start(rehearsal.ASSISTANT, *arguments.split(), output=output, debug=TRACE)
+        return rehearsal.ComparedRun(process, made, finished)
+
+    def run_program(self, arguments='/s /is=' + INI, timeout=60, declared='', finished=True):
         """Runs the program to its end and gives its exit code."""
-        return self.machine.run('C:\\QX\\' + PROGRAM, *arguments.split(), timeout=timeout)
+        run = self.start_program(arguments, declared, finished)
+        try:
+            return run.wait(timeout)
+        except subprocess.TimeoutExpired:
+            self.machine.stop()
+            raise
 
     def wait_for(self, path, seconds=30, text=''):
         """Waits until the file is there and holds the text."""

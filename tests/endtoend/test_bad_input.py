@@ -64,12 +64,12 @@ class BadInput(WineTest):
 
     def test_file_that_is_no_program_fails(self):
         self.product('Small', {'Zero': ('run.exe', 'no program\n', ''), **ONE})
-        self.assertEqual(self.run_program(), 1)
+        self.assertEqual(self.run_program(declared='[program C:\\Media\\Zero\\run.exe]\ncannot start=193\n'), 1)
         self.assertTrue(self.exists('C:\\one.txt'))
         self.assertEqual(self.record('Small', 'Zero')['Message'], 'Installation failed returning error -1')
 
     def test_package_that_is_garbage_fails(self):
         self.product('Small', {'Zero': ('run.msi', 'no package\n', ''), **ONE})
-        self.assertEqual(self.run_program(), 1)
+        self.assertEqual(self.run_program(declared='[program C:\\Media\\Zero\\run.msi]\nexit=1627\n'), 1)
         self.assertTrue(self.exists('C:\\one.txt'))
         self.assertEqual(self.record('Small', 'Zero')['Process Return'], 'Fail')

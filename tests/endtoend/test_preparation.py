@@ -60,7 +60,10 @@ class Preparation(WineTest):
         self.example()
         os.environ['QX_NO_PRINTER'] = '1'
         self.addCleanup(os.environ.pop, 'QX_NO_PRINTER')
-        self.assertEqual(self.run_program(), 1)
+        key = 'HKLM\\%s\\Office Suite' % PRODUCTS
+        self.assertEqual(self.run_program(declared=(
+            '[program wscript.exe "C:\\Media\\Checks\\server.vbs" /role print]\n'
+            'set=%s\\Abort Reason=This machine is no print server.\nset=%s\\Succeeded=dword:00000000\n' % (key, key))), 1)
         self.assertEqual(self.record('Office Suite')['Abort Reason'],
                          'This machine is no print server.\r\nPre-install checks failed')
         self.assertEqual(self.recorded(), [])
@@ -108,7 +111,8 @@ class SmallDrive(WineTest):
         self.product('Small', {'Big': ('z.txt', 'z' * 200000, '')},
                      support.APPLICATION.replace('CopyOpRoot=N/A', 'CopyOpRoot=E:\\Root') % 'Small')
         self.write('C:\\Media\\Big\\c.ini', support.COMPONENT.replace('CopyOp=N/A', 'CopyOp=1') % ('Big', 'z.txt'))
-        process = self.start_program('/s /is=' + INI)
+        process = self.start_program('/s /is=' + INI, '[drive e]\nfree=131072\n[answer]\ntext=Disk full\nanswer=ok\n'
+                                     '[answer]\ntext=Failed to copy component\nanswer=ok\n')
         person = Person(self.machine)
         for text in ('Disk full', 'Failed to copy component to E:\\Root\\Big'):
             person.dialog(text)

@@ -11,9 +11,12 @@ import unittest
 
 import rehearsal
 import support
+from differences import hold_together
+from machine import INSTALLATION
 from run_log import outcomes
 from sample_machine import UNINSTALL
-from support import LOG_ROOT, OUT, PRODUCTS, PROGRAM, WineTest, tool
+from story import STATES, real_story, rehearsed_story, trace, traced_commands
+from support import LOG_ROOT, OUT, PRODUCTS, PROGRAM, TRACE, WineTest, tool
 
 RECIPES = os.path.join(support.HERE, '..', '..', 'samples', 'recipes')
 PAGE = os.path.join(support.HERE, '..', '..', 'docs', 'recipes.md')
@@ -41,20 +44,20 @@ class RecipesTest(WineTest):
 
     def run_traced(self, name, *command):
         """Runs the program to its end: its exit code, and the commands that it started."""
-        with rehearsal.trace(name) as trace:
-            code = self.machine.run(*command, timeout=120, output=trace, debug=rehearsal.TRACE)
-        return code, rehearsal.traced_commands(name)
+        with trace(name) as output:
+            code = self.machine.run(*command, timeout=120, output=output, debug=TRACE)
+        return code, traced_commands(name)
 
     def rehearsed(self, declared, again=False):
-        file = os.path.join(rehearsal.STATES, 'recipes.txt')
+        file = os.path.join(STATES, 'recipes.txt')
         with open(os.path.join(RECIPES, declared)) as source, open(file, 'w') as text:
             text.write(source.read() + (NO_SCHEDULER if again else THIS_MACHINE))
         result, state = rehearsal.rehearse('recipes', [self.disc], '--machine', file, '--label', 'RECIPES', again=again)
-        return rehearsal.rehearsed_story(result, state, PRODUCT, again)
+        return rehearsed_story(result, state, PRODUCT, again)
 
     def real(self, code, commands, uninstalled=False):
         log = self.machine.host(LOG % (' Uninstall' if uninstalled else ''))
-        return rehearsal.real_story(log, rehearsal.exported(self.machine, PRODUCT), PRODUCT, code, commands, uninstalled)
+        return real_story(log, [self.machine.exported(INSTALLATION, UNINSTALL + '\\' + PRODUCT)], PRODUCT, code, commands, uninstalled)
 
     def files(self, folder):
         """What lies in a folder; None where that is not there."""
@@ -107,11 +110,11 @@ class RecipesInstalled(RecipesTest):
         self.assertIn('--kill', self.read('C:\\restart.txt'))
         self.assertNotIn('QX Installer Run complete', self.read(LOG % ''))
         self.machine.stop()
-        with rehearsal.trace('recipes, logged on') as trace:
-            logon = self.machine.log_on(output=trace, debug=rehearsal.TRACE)
+        with trace('recipes, logged on') as output:
+            logon = self.machine.log_on(output=output, debug=TRACE)
             self.wait_for(LOG % '', 120, 'QX Installer Run complete')
             logon.wait(60)
-        return self.real(code, commands + rehearsal.traced_commands('recipes, logged on', by_logon=True))
+        return self.real(code, commands + traced_commands('recipes, logged on', by_logon=True))
 
     def assertCommands(self, commands, beginnings):
         told = '\n'.join(commands)
@@ -136,7 +139,7 @@ class RecipesInstalled(RecipesTest):
         self.assertInstalled()
         self.assertEqual(self.record(PRODUCT)['Succeeded'], 0xffffffff)
         self.assertEqual(self.record(PRODUCT, 'Lamps')['UninstallCommandLine'], '/S _?=C:\\Harbour Lamps')
-        rehearsal.hold_together('recipes', installed, self.rehearsed('machine.txt'))
+        hold_together(support.short_name(self), installed, self.rehearsed('machine.txt'))
         removed = self.real(*self.uninstall('recipes, uninstalled'), uninstalled=True)
         self.assertEqual((removed.code, removed.outcomes), (0, [(name, 'removed') for name in reversed(COMPONENTS)]))
         self.assertCommands(removed.commands, self.REMOVING)
@@ -144,7 +147,7 @@ class RecipesInstalled(RecipesTest):
         self.assertEqual((left, self.files('C:\\Harbour Lamps')), (['Harbour Lamps'], ['uninstall.exe']))
         self.assertEqual([name for name in self.files('C:\\Program Files') if name.startswith('Harbour')], [])
         self.assertEqual(self.values(SETTINGS), {})
-        rehearsal.hold_together('recipes, uninstalled', removed, self.rehearsed('uninstall.txt', again=True))
+        hold_together(support.short_name(self) + ', uninstalled', removed, self.rehearsed('uninstall.txt', again=True))
 
 
 class RecipesThatFail(RecipesTest):

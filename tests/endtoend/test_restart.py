@@ -1,20 +1,18 @@
 """The product whose components ask for restarts, through real restarts and logons of the machine."""
 import os
 import re
-import socket
 
-import rehearsal
 import restarts
 from person import COMPONENT, CONTINUE, MESSAGE, PROGRESS, STATUS, Person
 from restarts import COMPONENTS, PRODUCT, RESTARTS_AFTER
-from support import OUT, PROGRAM, WineTest, tool
+from story import UNINSTALL
+from support import OUT, PROGRAM, TRACE, WineTest, tool
 
 PROFILE = 'C:\\users\\' + os.environ.get('USER', 'root')
 STARTUP = PROFILE + '\\Start Menu\\Programs\\Startup'
 SCRIPT = STARTUP + '\\Start QX Installation Assistant.vbs'
 WINLOGON = 'SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon'
 LEAVE_NOTES = ('Charter', 'Driver', 'Tools', 'Fonts', 'Manuals')
-UNINSTALL = 'Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall'
 
 
 class RestartTest(WineTest):
@@ -22,21 +20,27 @@ class RestartTest(WineTest):
 
     @classmethod
     def prepare(cls):
-        disc = restarts.make_disc(os.path.join(OUT, 'endtoend', 'restart', cls.__name__))
-        ini = os.path.join(disc, 'QX Installation Assistant.ini')
+        cls.disc = restarts.make_disc(os.path.join(OUT, 'endtoend', 'restart', cls.__name__))
+        ini = os.path.join(cls.disc, 'QX Installation Assistant.ini')
         with open(ini, newline='') as text:
             asked = text.read().replace('RequestLogonDetails=false', 'RequestLogonDetails=' + cls.logon)
         with open(ini, 'w', newline='') as text:
             text.write(asked)
-        cls.machine.insert_disc('d', disc, restarts.LABEL)
+        cls.machine.insert_disc('d', cls.disc, restarts.LABEL)
         cls.person = Person(cls.machine)
 
     def setUp(self):
         super().setUp()
         self.machine.record_restarts(tool('wineboot'))
 
-    def start_from_disc(self, *arguments):
-        return self.machine.start('D:\\' + PROGRAM, *arguments)
+    def start_from_disc(self, arguments, declared):
+        """A run of which every part is traced, to be compared at its end. `declared`: what the person does in a rehearsal."""
+        with open(os.path.join(restarts.SAMPLE, 'machine.txt')) as text:
+            programs = re.sub(r'(?s)^.*?(?=\[program )', '', text.read())
+        self.compared = self.comparison(arguments, programs + declared, program='', media=[self.disc], at='',
+                                        options=['--label', restarts.LABEL], product=PRODUCT)
+        with self.compared.trace() as output:
+            return self.machine.start('D:\\' + PROGRAM, *arguments.split(), output=output, debug=TRACE)
 
     def reached(self):
         """The components whose turn has come, each time that it came."""
@@ -52,7 +56,8 @@ class RestartTest(WineTest):
         self.assertEqual(self.reached(), list(COMPONENTS[:COMPONENTS.index(name) + 1]))
 
     def log_on(self):
-        logon = self.machine.log_on()
+        with self.compared.trace() as output:
+            logon = self.machine.log_on(output=output, debug=TRACE)
         self.addCleanup(logon.wait, 60)
 
     def assertWholeRun(self):
@@ -70,6 +75,7 @@ class RestartTest(WineTest):
         listed = self.machine.exported(UNINSTALL)
         names = {listed.get(UNINSTALL + '\\' + key, 'DisplayName') for key in listed.children(UNINSTALL)}
         self.assertEqual(names & {'Harbour Service', 'Harbour Beacon'}, {'Harbour Service', 'Harbour Beacon'})
+        self.compared.hold(0)
 
 
 class Silent(RestartTest):
@@ -81,7 +87,7 @@ class Silent(RestartTest):
         return [registry.get(WINLOGON, name) for name in ('AutoAdminLogon', 'DefaultPassword')]
 
     def test_it_goes_on_by_itself_and_installs_each_component_once(self):
-        process = self.start_from_disc('/s')
+        process = self.start_from_disc('/s', '[logon]\npassword=secret\nagain=secret\n')
         self.person.dialog('account to enable autologon after reboots')
         self.person.type('secret')
         self.person.press('Tab')
@@ -104,7 +110,7 @@ class Silent(RestartTest):
 
 class Interactive(RestartTest):
     def test_its_window_comes_back_goes_on_and_waits_at_the_end(self):
-        process = self.start_from_disc()
+        process = self.start_from_disc('', '[person]\npress=continue\npress=continue\n')
         self.person.ready()
         self.person.press('Return')
         self.restart_asked_after('Driver', process)
@@ -121,34 +127,3 @@ class Interactive(RestartTest):
         self.person.press('Return')
         self.wait_for(self.log_file(PRODUCT), 60, 'QX Installer Run complete')
         self.assertWholeRun()
-
-
-class Rehearsed(RestartTest):
-    def declared(self):
-        """The product's machine, with the profile of the one under Wine."""
-        with open(os.path.join(restarts.SAMPLE, 'machine.txt')) as text:
-            machine = text.read().replace('computer=HARBOUR1', 'computer=' + socket.gethostname().upper()[:15])
-        os.makedirs(rehearsal.STATES, exist_ok=True)
-        file = os.path.join(rehearsal.STATES, 'restart.txt')
-        with open(file, 'w') as text:
-            text.write(machine + '[environment]\nUserProfile=%s\n[folder %s]\n' % (PROFILE, STARTUP))
-        return file
-
-    def test_a_rehearsal_tells_the_same_story(self):
-        result, state = rehearsal.rehearse('restart', [os.path.join(restarts.SAMPLE, 'disc')], '--label', restarts.LABEL,
-                                           '--machine', self.declared())
-        self.assertEqual(result['restarts'], len(RESTARTS_AFTER))
-        names = ['restart'] + ['restart, logged on %d' % number for number in range(1, len(RESTARTS_AFTER) + 1)]
-        for name in names:
-            with rehearsal.trace(name) as trace:
-                how = {'output': trace, 'debug': rehearsal.TRACE}
-                process = self.machine.log_on(**how) if name != 'restart' else self.machine.start('D:\\' + PROGRAM, '/s', **how)
-                if name == names[-1]:
-                    self.wait_for(self.log_file(PRODUCT), 120, 'QX Installer Run complete')
-                else:
-                    self.restart_asked_after(RESTARTS_AFTER[names.index(name)])
-                process.wait(60)
-        commands = [command for name in names for command in rehearsal.traced_commands(name, by_logon=name != 'restart')]
-        real = rehearsal.real_story(self.machine.host(self.log_file(PRODUCT)), rehearsal.exported(self.machine, PRODUCT),
-                                    PRODUCT, 0, commands)
-        rehearsal.hold_together('restart', real, rehearsal.rehearsed_story(result, state, PRODUCT))

@@ -6,7 +6,7 @@ import sys
 import tempfile
 import unittest
 
-from support import INI, LOG_ROOT, WineTest, batch, tool
+from support import INI, LOG_ROOT, TRACE, WineTest, batch, tool
 
 SCRIPT = os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', '..', 'samples', 'rollout', 'rollout.cmd')
 PLAYBOOK = SCRIPT.replace('.cmd', '.yml')
@@ -24,9 +24,18 @@ class Rollout(WineTest):
         self.machine.run('cmd', '/c', 'rd', '/s', '/q', 'C:\\results')
         self.assertFalse(os.path.exists(results))
 
-    def call(self, version='1.0'):
+    def call(self, code=0, finished=True, version='1.0'):
+        """The script, which starts the program; that ends with the code, or by a restart."""
+        compared = self.comparison('/s /is=' + INI)
+        with compared.trace() as output:
+            result = self.again(version, output=output, debug=TRACE)
+        compared.hold(code, finished, by_logon=True)
+        return result
+
+    def again(self, version='1.0', **how):
+        """The script where nothing is left to do."""
         return self.machine.run('cmd', '/c', 'C:\\rollout.cmd', 'C:\\QX\\QX Installation Assistant.exe', INI, 'Four',
-                                version, 'C:\\results')
+                                version, 'C:\\results', **how)
 
     def collected(self):
         place = self.machine.host('C:\\results')
@@ -39,25 +48,25 @@ class Rollout(WineTest):
         self.product('Four', {'Tools': ('run.bat', COUNTS, '')})
         self.assertEqual(self.call(), 0)
         self.assertEqual((self.ran(), self.collected()), (['Tools'], ['Four.html', 'Four.reg']))
-        self.assertEqual(self.call(), 0)
+        self.assertEqual(self.again(), 0)
         self.assertEqual(self.ran(), ['Tools'])
 
     def test_older_reg_exe_tells_the_same(self):
         self.product('Four', {'Tools': ('run.bat', COUNTS, '')})
         self.put('C:\\reg.exe', tool('old_reg'))
         self.addCleanup(os.remove, self.machine.host('C:\\reg.exe'))
-        for _ in range(2):
-            self.assertEqual((self.call(), self.ran()), (0, ['Tools']))
+        for called in (self.call, self.again):
+            self.assertEqual((called(), self.ran()), (0, ['Tools']))
         self.assertEqual(self.collected(), ['Four.html', 'Four.reg'])
 
     def test_version_that_only_begins_so_is_another(self):
         self.product('Four', {'Tools': ('run.bat', COUNTS, '')})
         self.assertEqual(self.call(), 0)
-        self.assertEqual((self.call('1'), self.ran()), (1, ['Tools', 'Tools']))
+        self.assertEqual((self.call(version='1'), self.ran()), (1, ['Tools', 'Tools']))
 
     def test_failure_is_told_and_tried_again(self):
         self.product('Four', {'Tools': ('run.bat', None, '')})
-        self.assertEqual(self.call(), 1)
+        self.assertEqual(self.call(1), 1)
         self.assertEqual(self.collected(), ['Four.html', 'Four.reg'])
         self.write('C:\\Media\\Tools\\run.bat', COUNTS)
         self.assertEqual(self.call(), 0)
@@ -66,7 +75,7 @@ class Rollout(WineTest):
     def test_restart_is_gone_on_with_by_the_next_call(self):
         self.product('Four', {'Driver': ('run.vbs', ASKS, ''), 'Tools': ('run.bat', COUNTS, '')})
         self.machine.record_restarts(tool('wineboot'))
-        self.assertEqual(self.call(), RESTARTS)
+        self.assertEqual(self.call(0, finished=False), RESTARTS)
         self.assertEqual((self.ran(), self.collected()), (['Driver'], []))
         self.assertEqual(self.call(), 0)
         self.assertEqual((self.ran(), self.collected()), (['Driver', 'Tools'], ['Four.html', 'Four.reg']))

@@ -12,6 +12,30 @@ def marking(name):
     return 'run.bat', MARK.replace('%s', name), ''
 
 
+FINE = 'run.bat', batch(['exit /b 0']), ''
+
+
+def reports(component, value):
+    """A component whose script reports its result itself."""
+    return 'run.vbs', ('CreateObject("WScript.Shell").RegWrite "HKLM\\%s\\Products\\Small\\%s\\Process Return", "%s"\n'
+                       % (support.INSTALLATION, component, value)), ''
+
+
+class Outcomes(WineTest):
+    def test_each_way_a_component_can_end(self):
+        self.preset(support.INSTALLATION, 'Product', 'Small')
+        self.product('Small', {
+            'Fine': FINE, 'Odd': ('run.bat', batch(['exit /b 3']), ''), 'Gone': ('gone.exe', None, ''),
+            'Broken': ('run.exe', 'no program\n', ''), 'Script': ('run.vbs', 'WScript.Quit 9\n', ''),
+            'Passing': reports('Passing', 'Pass'), 'Failing': reports('Failing', 'Fail'),
+            'Notes': ('notes.txt', 'notes', ''), 'Garbage': ('run.msi', 'no package\n', ''),
+            'Old': FINE[:2] + ('Condition1=os=win95|win98\n',), 'Elsewhere': FINE[:2] + ('Condition1=productname=Other\n',),
+            'Later': FINE[:2] + ('Condition1=Radar>=v3.0.0\n',), 'Last': FINE[:2] + ('Condition1=os=w2k3\n',)})
+        self.assertEqual(self.run_program(declared=(
+            '[program C:\\Media\\Broken\\run.exe]\ncannot start=193\n'
+            '[program C:\\Media\\Garbage\\run.msi]\nexit=1627\n')), 1)
+
+
 class Runs(WineTest):
     def test_unknown_switch_is_ignored(self):
         self.product('Small', {'One': marking('one')})
@@ -68,7 +92,7 @@ class Runs(WineTest):
         self.wait_for('C:\\waiting.txt')
         support.Screen.picture(os.path.join(SHOTS, 'silent-run.png'))  # the icon in the notification area
         before = self.log('Small')
-        self.assertEqual(self.run_program(), 3)
+        self.assertEqual(self.run_program(declared='[machine]\nanother copy=yes\n'), 3)
         self.assertEqual(self.log('Small'), before)
         self.write('C:\\go.txt', '')
         self.assertEqual(first.wait(30), 0)
@@ -79,6 +103,14 @@ class Runs(WineTest):
         self.put('C:\\QX\\product.ini', self.machine.host('C:\\Media\\product.ini'))
         self.assertEqual(self.run_program('/s'), 0)
         self.assertTrue(self.exists('C:\\one.txt'))
+
+
+CORE = '''[package C:\\Media\\Core\\core.msi]
+name=Harbour Core
+version=2.1.0
+code={31AAC605-C269-4189-B1F7-FE64CA95BFCE}
+exit=%d
+'''
 
 
 class PackageExitCodes(WineTest):
@@ -95,18 +127,19 @@ class PackageExitCodes(WineTest):
         for code in (1618, -1):
             with self.subTest(code=code):
                 self.write('C:\\msiexec-code.txt', str(code))
-                self.assertEqual(self.run_program(), 1)
+                self.assertEqual(self.run_program(declared=CORE % code), 1)
                 self.assertLogged(self.log('Small'), 'MSI installation of Harbour Core failed', 'ERROR')
                 record = self.record('Small', 'Core')
                 self.assertEqual((record['Process Return'], record['Message']),
                                  ('Fail', 'Installation failed returning error %d' % code))
 
     def test_the_command_line_is_the_documented_one(self):
-        self.run_program()
+        self.run_program(declared=CORE % 87)
         self.assertEqual(self.read('C:\\msiexec.txt'),
                          'msiexec /i  "C:\\Media\\Core\\core.msi" TRANSFORMS="C:\\Media\\Core\\replica.mst" /l*v '
                          '"c:\\program files\\Tarvel\\Installation\\QX Installation Assistant\\Small\\MSI Log Files'
                          '\\Core.log" /qn\r\n')
+
 
 class Restarts(WineTest):
     """The stand-in for msiexec asks for a restart; a recorder takes the place of what would restart the machine."""
@@ -116,7 +149,7 @@ class Restarts(WineTest):
         self.product('Small', {'Core': ('core.msi', 'no package', '')})
         self.machine.record_restarts(tool('wineboot'))
         self.write('C:\\msiexec-code.txt', str(code))
-        self.assertEqual(self.run_program(), 0)
+        self.assertEqual(self.run_program(declared='[program msiexec /i]\nexit=%d\n' % code, finished=False), 0)
         rows = self.log('Small')
         self.assertLogged(rows, 'Rebooting to complete the installation', 'Action')
         self.assertLogged(rows, 'Reboot status is immediate')
@@ -153,17 +186,35 @@ class Systems(WineTest):
         ('nt351', 'windows nt 3.51', 'winnt3'), ('nt40', 'windows nt 4.0', 'winnt4'),
         ('win2k', 'windows 2000', 'win2k'), ('winxp', 'windows xp', 'winxp'), ('win2003', 'windows 2003', 'w2k3'))
 
+    def become(self, version, name):
+        self.machine.run('reg', 'add', 'HKCU\\Software\\Wine\\AppDefaults\\' + support.PROGRAM,
+                         '/v', 'Version', '/d', version, '/f')
+        self.system = name
+
     def test_each_system_installs_its_own_component(self):
         self.product('Small', {keyword: ('run.bat', batch(['echo %s> C:\\system.txt' % keyword]),
                                          'Condition1=os=%s\n' % keyword) for _, _, keyword in self.ROWS})
         for version, name, keyword in self.ROWS:
             with self.subTest(system=name):
-                self.machine.run('reg', 'add', 'HKCU\\Software\\Wine\\AppDefaults\\' + support.PROGRAM,
-                                 '/v', 'Version', '/d', version, '/f')
+                self.become(version, name)
                 self.assertEqual(self.run_program(), 0)
                 self.assertEqual(self.read('C:\\system.txt').strip(), keyword)
-                key = 'Software\\Tarvel\\Installation'
+                key = support.INSTALLATION
                 self.assertEqual(self.machine.exported(key).get(key, 'Operating System').lower(), name)
+
+    def test_each_system_goes_on_behind_a_restart(self):
+        self.machine.record_restarts(tool('wineboot'))
+        self.machine.keep_awake(tool('keeper'))
+        asks = 'CreateObject("WScript.Shell").RegWrite "HKLM\\%s\\Reboot", "immediate"\n' % support.INSTALLATION
+        for version, name, _ in self.ROWS:
+            with self.subTest(system=name):
+                self.wipe()
+                self.become(version, name)
+                self.product('Small', {'One': ('run.vbs', asks, ''), 'Two': marking('two')})
+                self.assertEqual(self.run_program(finished=False), 0)
+                self.assertFalse(self.exists('C:\\two.txt'))
+                self.assertEqual(self.run_program(), 0)
+                self.assertTrue(self.exists('C:\\two.txt'))
 
 
 class Pace(WineTest):

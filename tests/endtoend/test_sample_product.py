@@ -4,10 +4,12 @@ import re
 import unittest
 
 import support
-import rehearsal
 from demo import LOG, UNINSTALL_LOG, RealMachine
+import rehearsal
+from differences import check_all_held, hold_together
 from run_log import outcomes, read_log, removals
 from sample_machine import LOG_FOLDER, PRODUCT, SAMPLE, SIMULATED_MACHINE, SIMULATED_UNINSTALL, UNINSTALL
+from story import TRACE, real_story, rehearsed_story, trace, traced_commands
 from support import OUT, PRODUCTS
 
 # Component, kind, sequence, verdict, and what its reason says.
@@ -46,8 +48,8 @@ class SampleProduct(unittest.TestCase):
         folder = os.path.join(OUT, 'endtoend', 'sample')
         cls.machine = RealMachine(folder)
         cls.addClassCleanup(cls.machine.stop)
-        with rehearsal.trace('sample') as trace:
-            cls.exit_code = cls.machine.install(output=trace, debug=rehearsal.TRACE)
+        with trace('sample') as output:
+            cls.exit_code = cls.machine.install(output=output, debug=TRACE)
         cls.registry = cls.machine.registry()
         cls.log = read_log(cls.machine.host(LOG))
 
@@ -121,12 +123,13 @@ class SampleProduct(unittest.TestCase):
     def rehearsed(declared, again=''):
         result, state = rehearsal.rehearse('sample', [os.path.join(SAMPLE, 'disc')], '--machine', declared,
                                            '--label', 'HARBOUR', again=again)
-        return rehearsal.rehearsed_story(result, state, PRODUCT, bool(again))
+        return rehearsed_story(result, state, PRODUCT, bool(again))
 
-    def compare(self, name, log, registry, code, declared, again=''):
-        real = rehearsal.real_story(self.machine.host(log), [registry], PRODUCT, code, rehearsal.traced_commands(name),
-                                    bool(again))
-        rehearsal.hold_together(name, real, self.rehearsed(declared, again))
+    def compare(self, traced, log, registry, code, declared, again=''):
+        test = support.short_name(self)
+        real = real_story(self.machine.host(log), [registry], PRODUCT, code, traced_commands(traced), bool(again))
+        hold_together(test, real, self.rehearsed(declared, again))
+        check_all_held(test, [])
 
     def test_a_rehearsal_tells_the_same_story(self):
         self.compare('sample', LOG, self.registry, self.exit_code, SIMULATED_MACHINE)
@@ -138,8 +141,8 @@ class SampleProduct(unittest.TestCase):
     def test_uninstalled_it_leaves_what_others_use(self):
         """Comes behind the other tests, whose machine it changes."""
         self.rehearsed(SIMULATED_MACHINE)
-        with rehearsal.trace('sample, uninstalled') as trace:
-            self.assertEqual(self.machine.uninstall(output=trace, debug=rehearsal.TRACE), 0)
+        with trace('sample, uninstalled') as output:
+            self.assertEqual(self.machine.uninstall(output=output, debug=TRACE), 0)
         registry = self.machine.registry()
         self.compare('sample, uninstalled', UNINSTALL_LOG, registry, 0, SIMULATED_UNINSTALL, 'again')
         self.assertEqual([row[:2] for row in removals(read_log(self.machine.host(UNINSTALL_LOG)))], self.removed())

@@ -4,10 +4,12 @@ import re
 
 import support
 from person import MESSAGE, Person
-from support import COMPONENT, INI, LOG_ROOT, PACKAGES, PROGRAM, WineTest, batch, tool
+from story import UNINSTALL
+from support import COMPONENT, INI, LOG_ROOT, PACKAGES, PROGRAM, TRACE, WineTest, batch, tool
 
-UNINSTALL = 'Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall'
 CORE = '{31AAC605-C269-4189-B1F7-FE64CA95BFCE}'
+CONFIRMED, REFUSED = ('[answer Confirm Uninstall]\ntext=This will uninstall Small\nanswer=%s\n' % answer
+                      for answer in ('yes', 'no'))
 UNKNOWN_PRODUCT = 1605 & 0xff  # what the host sees of it
 COPY = 'C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\' + PROGRAM
 
@@ -20,7 +22,7 @@ class UninstallTest(WineTest):
     def setUp(self):
         super().setUp()
         for name in ('Small', 'Other'):  # an entry that starts the local copy keeps it
-            self.machine.run('reg', 'delete', 'HKLM\\%s\\%s' % (UNINSTALL, name), '/f')
+            self.machine.forget('%s\\%s' % (UNINSTALL, name))
         for name in ('Runtime', 'Core'):
             self.put('C:\\Media\\%s\\%s.msi' % (name, name), os.path.join(PACKAGES, name, name.lower() + '.msi'))
 
@@ -63,7 +65,7 @@ STAYS = (
 NOISE = (
     r'system\|System\\CurrentControlSet\\Control\\Class\\\{4D36E968-[^|]*\|DriverDateData',
     r'system\|System\\CurrentControlSet\\Enum\\DISPLAY\\Default_Monitor\\[^|]*\|',
-    r'/(Media/.*|look\.exe|windows\.txt|listed\.txt)',
+    r'/(Media/.*|look\.exe|windows\.txt|listed\.txt|answered\.reg)',
 )
 
 
@@ -111,17 +113,24 @@ class WholeProduct(UninstallTest):
         entry = self.machine.exported(UNINSTALL + '\\Small').values(UNINSTALL + '\\Small')
         self.assertEqual(entry['UninstallString'], COPY + ' /v /x Small')
 
+    def start_uninstaller(self, declared):
+        """The local copy, as the system's list of programs starts it."""
+        comparison = self.comparison('/v /x Small', declared, program=COPY)
+        with comparison.trace() as output:
+            return comparison, self.machine.start('uninstaller', '--remove', 'Small', output=output, debug=TRACE)
+
     def by_the_systems_list(self):
         """Asked twice: the first answer is No."""
         before = self.record('Small')
-        uninstaller = self.machine.start('uninstaller', '--remove', 'Small')
+        comparison, uninstaller = self.start_uninstaller(REFUSED)
         self.answer('Small', 'Return')
         uninstaller.wait(30)
+        comparison.hold(2, by_logon=True)
         self.assertLogged(self.uninstall_log('Small'), 'Uninstall of product Small cancelled at user request')
         self.assertEqual(self.record('Small'), before)
         self.assertIn(CORE, self.listed())
 
-        uninstaller = self.machine.start('uninstaller', '--remove', 'Small')
+        comparison, uninstaller = self.start_uninstaller(CONFIRMED + '[person]\npress=continue\npress=continue\n')
         self.answer('Small', 'Tab', 'Return')
         self.assertIn('Click Continue to proceed with uninstallation.', self.person.ready().text(MESSAGE))
         self.person.picture('uninstall')
@@ -130,9 +139,10 @@ class WholeProduct(UninstallTest):
                          'QX Installation Assistant has successfully un-installed the product Small')
         self.person.press('Return')
         uninstaller.wait(30)
+        comparison.hold(0, by_logon=True)
 
     def silently_by_hand(self):
-        process = self.start_program('/s /x Small')
+        process = self.start_program('/s /x Small', CONFIRMED)
         self.answer('Small', 'Tab', 'Return')
         self.assertEqual(process.wait(30), 0)
 
@@ -173,6 +183,7 @@ class WholeProduct(UninstallTest):
 
 class Interrupted(UninstallTest):
     def test_after_a_kill_the_next_uninstall_finishes(self):
+        self.put('C:\\windows\\system32\\at.exe', tool('recorder'))
         note = batch(['echo %s>> C:\\removed.txt'])
         self.install('Small', {
             'Core': ('core.msi', None, ''),
@@ -180,7 +191,7 @@ class Interrupted(UninstallTest):
             'Last': ('run.bat', note % 'Last', 'UninstallCommandLine=C:\\Media\\Last\\run.bat\n')})
         os.remove(self.machine.host('C:\\removed.txt'))
         self.put('C:\\QX\\waiting.exe', tool('waiting'))
-        process = self.start_program('/s /x Small')
+        process = self.start_program('/s /x Small', CONFIRMED)
         self.answer('Small', 'Tab', 'Return')
         self.wait_for('C:\\waiting.txt')
         process.kill()
@@ -189,7 +200,7 @@ class Interrupted(UninstallTest):
         self.assertIn(CORE, self.listed())
 
         self.write('C:\\go.txt', '')
-        process = self.start_program('/s /x Small')
+        process = self.start_program('/s /x Small', CONFIRMED)
         self.answer('Small', 'Tab', 'Return')
         self.assertEqual(process.wait(30), 0)
         self.assertEqual(self.read('C:\\removed.txt').split(), ['Last'])

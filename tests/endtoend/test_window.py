@@ -6,6 +6,8 @@ from person import ABOUT, ACTION, CANCEL, COMPONENT, CONTINUE, MAIN, MESSAGE, PR
 from support import INI, LOG_ROOT, WineTest, batch, tool
 
 MARK = batch(['echo done> C:\\%s.txt'])
+THROUGH = '[person]\npress=continue\npress=continue\n'  # the welcome and the end
+LOGON = '[logon]\npassword=%s\nagain=%s\n'
 BUTTONS = (ABOUT, CONTINUE, CANCEL)
 
 
@@ -24,8 +26,8 @@ class InteractiveTest(WineTest):
         self.product('Small', {'Waiting': ('waiting.exe', None, ''), 'Last': last}, application)
         self.put('C:\\Media\\Waiting\\waiting.exe', tool('waiting'))
 
-    def start(self):
-        process = self.start_program('/is=' + INI)
+    def start(self, declared=THROUGH):
+        process = self.start_program('/is=' + INI, declared)
         self.addCleanup(self.end, process)
         return process
 
@@ -50,7 +52,8 @@ class Window(InteractiveTest):
             self.machine.run('reg', 'add', 'HKLM\\Software\\Classes\\' + key, '/ve', '/d', text, '/f')
         self.put('C:\\viewer.exe', tool('viewer'))
         self.small_product()
-        process = self.start()
+        process = self.start('[person]\npress=about\npress=continue\npress=about\npress=continue\n'
+                             '[answer]\ntext=The log of this run is\nanswer=ok\n')
 
         window = self.person.ready()
         self.person.picture('window-welcome')
@@ -115,7 +118,7 @@ class Window(InteractiveTest):
         self.small_product()
         for leave in ('the button', 'Escape', 'its caption'):
             with self.subTest(leave=leave):
-                process = self.start()
+                process = self.start('[person]\npress=%s\n' % ('close' if leave == 'its caption' else 'cancel'))
                 window = self.person.ready()
                 self.assertFalse(window.control(STATUS).scrolls)
                 if leave == 'the button':
@@ -130,7 +133,8 @@ class Window(InteractiveTest):
 
     def test_closing_in_the_middle_asks_and_ends_after_the_component(self):
         self.small_product()
-        process = self.start()
+        process = self.start('[person]\npress=continue\npress=close while Installing Small\npress=close while Waiting\n'
+                             '[answer]\ntext=still at work\nanswer=no\n[answer]\ntext=still at work\nanswer=yes\n')
         window = self.begin_work()
         self.person.close(window)
         self.person.dialog('still at work')
@@ -152,7 +156,7 @@ class Window(InteractiveTest):
 
     def test_a_failing_run_tells_its_reasons(self):
         self.small_product(('gone.exe', None, ''))
-        process = self.start()
+        process = self.start('[person]\npress=continue\npress=cancel\n')
         self.begin_work()
         self.go()
         window = self.person.finished()
@@ -166,18 +170,20 @@ class Window(InteractiveTest):
 
     def test_a_second_copy_brings_the_first_to_the_front(self):
         self.small_product()
-        self.start()
+        process = self.start('[person]\npress=cancel\n')
         self.person.ready()
         notepad = self.machine.start('notepad')
         self.addCleanup(notepad.wait, 20)
         self.person.wait_for('Notepad')
         self.assertIsNone(self.person.main_window().focus)
-        self.assertEqual(self.run_program('/is=' + INI), 3)
+        self.assertEqual(self.run_program('/is=' + INI, declared='[machine]\nanother copy=yes\n'), 3)
         self.assertIsNotNone(self.person.main_window(lambda window: window.focus is not None))
+        self.person.press('Escape')
+        self.assertEqual(process.wait(20), 2)
         self.machine.stop()
 
     def test_an_ini_file_that_is_missing_is_told(self):
-        process = self.start_program('/is=C:\\gone.ini')
+        process = self.start_program('/is=C:\\gone.ini', '[choose Select Application Ini File]\n[answer]\ntext=Failed to find application ini\nanswer=ok\n')
         self.addCleanup(self.end, process)
         self.person.dialog('File &name')
         self.person.press('Escape')
@@ -209,7 +215,8 @@ class PasswordWindow(InteractiveTest):
 
     def test_mismatched_then_matching_switches_automatic_logon_on_until_the_end(self):
         self.small_product(application=self.APPLICATION)
-        process = self.start()
+        process = self.start(LOGON % ('secret', 'Secret') + LOGON % ('secret', 'secret')
+                             + '[answer]\ntext=do not match\nanswer=ok\n' + THROUGH)
         window = self.person.dialog('account to enable autologon after reboots')
         self.person.picture('password-window')
         self.person.type('secret')
@@ -243,7 +250,7 @@ class PasswordWindow(InteractiveTest):
             self.preset(self.KEY, key, 'site')
         for arguments in ('/is=' + INI, '/s /is=' + INI):
             with self.subTest(arguments=arguments):
-                process = self.start_program(arguments)
+                process = self.start_program(arguments, '[logon]\ncancel=yes\n')
                 self.addCleanup(self.end, process)
                 self.person.dialog('account to enable autologon after reboots')
                 self.person.press('Escape')

@@ -1,5 +1,5 @@
 """What Wine plays falsely, and what may differ between the 32-bit program and the 64-bit one."""
-from rehearsal import EVERY, Difference
+from differences import EVERY, Difference
 
 DIFFERENCES = (
     Difference('rows', r'Drive C has [\d,]+ Mb free', 'Drive C has so much free', (EVERY,), 'the drive is in use meanwhile'),

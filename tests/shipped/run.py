@@ -14,8 +14,8 @@ HERE = os.path.dirname(os.path.abspath(__file__))
 sys.path[1:1] = [os.path.join(HERE, '..', 'endtoend'), os.path.join(HERE, '..', '..', 'scripts', 'wine')]
 
 import emulated  # noqa: E402
-import rehearsal  # noqa: E402
 import stories  # noqa: E402
+from differences import differences  # noqa: E402
 from kind import Wine  # noqa: E402
 from machine import ensure_prototype  # noqa: E402
 from plays import DIFFERENCES, FALSELY  # noqa: E402
@@ -53,7 +53,7 @@ def tell_both(tale, windows):
     for title, end in stories.ENDS[tale].items():
         if title in ours and title in theirs:
             results[title] = (not_as_meant(title, end, ours[title])
-                              + rehearsal.differences(title, ours[title], theirs[title], DIFFERENCES, ('32-bit', '64-bit')))
+                              + differences(title, ours[title], theirs[title], DIFFERENCES, ('32-bit', '64-bit')))
         else:
             results[title] = ['it did not come to its end:\n%s' % (ours.get(None) or theirs.get(None))]
     for title, wrong in results.items():

@@ -6,12 +6,12 @@ import os
 import shutil
 import subprocess
 
-import rehearsal
 import restarts
 import two_discs
 from demo import LOG, UNINSTALL_LOG
 from kind import OUT, PROGRAM
 from sample_machine import PRODUCT, UNINSTALL, sample_machine
+from story import real_story
 
 TOOLS = os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', 'endtoend', 'tools')
 COMPILERS = {'win32': 'i686-w64-mingw32-gcc', 'win64': 'x86_64-w64-mingw32-gcc'}
@@ -32,7 +32,7 @@ def folder_of(wine, windows, product):
 
 
 def _told(machine, log, product, code, uninstalled=False):
-    return rehearsal.real_story(machine.host(log), [machine.registry()], product, code, [], uninstalled)
+    return real_story(machine.host(log), [machine.registry()], product, code, [], uninstalled)
 
 
 def suite(wine, windows):

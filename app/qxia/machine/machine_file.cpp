@@ -58,6 +58,7 @@ class Writer {
   void program(const std::string& comment, const std::string& pattern);
   void component(const ComponentRecord& component);
   void removal(const ComponentRecord& component);
+  void mappedDrives();
   void otherPrograms();
 
   const Scan& scan_;
@@ -96,6 +97,15 @@ void Writer::removal(const ComponentRecord& component) {
     program(component.name + ": what removes it", command);
 }
 
+/// A share that the product ini has mapped to a drive: what the workstation knows of `net` finds no server.
+void Writer::mappedDrives() {
+  for (const std::string& command : scan_.run.commands) {
+    const std::size_t user = command.find(" /user:");
+    if (simulated::StartsWithText(command, "net use ") && user != std::string::npos)
+      program("the drive that is mapped; what lies there: drive=K|remote|LABEL|host folder", command.substr(0, user));
+  }
+}
+
 /// What ran and is no component's: pre-install actions, and what the product ini asks for.
 void Writer::otherPrograms() {
   for (const std::string& command : scan_.run.commands) {
@@ -119,6 +129,7 @@ std::string Writer::text(const std::string& product, const std::string& system) 
   if (scan_.run.records.empty())
     text_ += "\n; nothing is known of the components: the run ended before they were recorded\n";
   for (const ComponentRecord& record : scan_.run.records) component(record);
+  mappedDrives();
   otherPrograms();
   for (const ComponentRecord& record : scan_.run.records) removal(record);
   return text_;
