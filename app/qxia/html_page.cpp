@@ -148,11 +148,16 @@ std::string FilterText() {
   return "<label>Text<input type=\"search\" data-filter-text placeholder=\"any word\"></label>";
 }
 
-std::string HtmlPage(std::string_view title, std::string_view facts, std::string_view body) {
+std::string HtmlPage(std::string_view title, std::string_view facts, std::string_view body, std::string_view style) {
   const std::string shown = EscapedHtml(title);
   std::string page = "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">";
   page.append("<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\"><title>").append(shown);
-  page.append("</title><style>").append(Style).append("</style></head><body>\n<h1>").append(shown).append("</h1>\n");
+  page.append("</title><style>")
+      .append(Style)
+      .append(style)
+      .append("</style></head><body>\n<h1>")
+      .append(shown)
+      .append("</h1>\n");
   page.append("<p class=\"facts\">").append(facts).append("</p>\n").append(body);
   return page.append("<script>").append(Script).append("</script></body></html>\n");
 }

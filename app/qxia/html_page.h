@@ -8,7 +8,7 @@
 
 namespace qxia {
 
-/// A text as it may stand between tags and in quoted attributes. What is in code page 1252 becomes UTF-8.
+/// A text as it may stand between tags and in quoted attributes, of XML too. What is in code page 1252 becomes UTF-8.
 std::string EscapedHtml(std::string_view text);
 
 /// The class under which the style sheet knows a word such as "held back": "held-back". Known are the outcomes of
@@ -33,7 +33,9 @@ std::string FilterChoice(std::string_view name, std::string_view label, const st
 /// The same for a text that is typed: it is looked for in the rows that have any filter's attribute.
 std::string FilterText();
 
-/// A whole page. `facts` is the line below the heading, `body` the rest; both are HTML.
-std::string HtmlPage(std::string_view title, std::string_view facts, std::string_view body);
+/// A whole page. `facts` is the line below the heading, `body` the rest; both are HTML. `style` is what the style sheet
+/// has besides.
+std::string HtmlPage(std::string_view title, std::string_view facts, std::string_view body,
+                     std::string_view style = {});
 
 }  // namespace qxia

@@ -136,8 +136,16 @@ void Agree(Media& media, const Disc& naming, const char* key, Disc& neighbour) {
                                  " is labelled " + neighbour.label + ": write the same name in both places");
 }
 
+/// A disc that names no next one is the last: those behind it would never be asked for.
+void RequireNext(Media& media, const Disc& disc, const Disc& next) {
+  if (!NamedNeighbour(media, disc, "NextVolumeName").empty() || NamingInis(media, disc).empty()) return;
+  media.contradictions.push_back(disc.folder + ": its inis name no next disc, but " + next.folder +
+                                 " is given: write NextVolumeName, or give the folders in their order");
+}
+
 void AgreeOnLabels(Media& media) {
   for (std::size_t i = 0; i + 1 < media.discs.size(); ++i) {
+    RequireNext(media, media.discs[i], media.discs[i + 1]);
     Agree(media, media.discs[i], "NextVolumeName", media.discs[i + 1]);
     Agree(media, media.discs[i + 1], "PreviousVolumeName", media.discs[i]);
   }

@@ -43,6 +43,11 @@ const Seed OneDiscSeeds[] = {
     {107, App, "Verbose=true", " Verbose=true"},
     {107, App, "[Config]", "\t[Config]"},
     {108, App, "[Config]", "[Konfig]"},
+    {108, App, "[Config]", "[Config"},
+    {121, App, "[Product]", "[Product"},
+    {121, Product, "[Actions]", "[Action]"},
+    {122, App, "PackageRoot=", "PackageRot="},
+    {122, Tools, "Install=", "Instal="},
     {108, Runtime, "", "[Other]\nKey=1\n", Runtime, "[Other]"},
     {109, App, "Verbose=true", "Verbos=true"},
     {109, Tools, "Cost=N/A\n", "Cost=N/A\nCostCentre=12\n", Tools, "CostCentre"},
@@ -276,6 +281,13 @@ const FileSeed TwoDiscsSeeds[] = {
      [](TestMedia& media) {
        media.replace(Product, "NextVolumeName=OFFICE2\n", "");
        media.replace(Product, "; qxia: allow QX802 the product has two discs\n", "");
+     },
+     Product, "[Product]"},
+    {701,  // the second disc is given first
+     [](TestMedia& media) {
+       media.replace(Product, "NextVolumeName=OFFICE2\n", "PreviousVolumeName=OFFICE2\n");
+       media.replace(Product, "; qxia: allow QX802 the product has two discs\n", "");
+       media.replace(Product2, "PreviousVolumeName=OFFICE1\n", "NextVolumeName=OFFICE1\n");
      },
      Product, "[Product]"},
     {701,

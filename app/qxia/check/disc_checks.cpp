@@ -42,6 +42,7 @@ class DiscCheck {
 
   void run() {
     checkInis();
+    for (std::size_t i = 0; i + 1 < discs_.size(); ++i) isInOrder_ = isInOrder_ && !namesNoNext(i);
     for (std::size_t i = 0; i < discs_.size(); ++i) {
       checkNext(i);
       checkPrevious(i);
@@ -56,6 +57,8 @@ class DiscCheck {
     if (bySuccessor) return i + 1 < discs_.size() ? previous_[i + 1].label : "";
     return i > 0 ? next_[i - 1].label : "";
   }
+
+  bool namesNoNext(std::size_t i) const { return next_[i].file == nullptr && discs_[i].product != nullptr; }
 
   void checkInis() {
     for (std::size_t i = 1; i < discs_.size(); ++i) {
@@ -84,18 +87,18 @@ class DiscCheck {
     const Named& next = next_[i];
     const bool isLast = i + 1 == discs_.size();
     if (next.file == nullptr) {
-      if (!isLast && discs_[i].product != nullptr)
+      if (!isLast && namesNoNext(i))
         findings_.add(701, *discs_[i].product, discs_[i].product->lineOf("Product", Next),
                       "This disc names no next one, so " + discs_[i + 1].shownPrefix + " is never asked for.",
-                      "Write NextVolumeName= and the label of the next disc.");
+                      "Write NextVolumeName= and the label of the next disc, or give the folders in their order.");
       return;
     }
     if (isEarlier(i, next.label) &&
         !(i == 0 && discs_.size() == 1 && !EqualIgnoringCase(discs_[0].label, next.label))) {
       findings_.add(702, *next.file, next.line, "The next disc, " + next.label + ", was installed already.");
-    } else if (isLast) {
+    } else if (isLast && isInOrder_) {
       findings_.add(703, *next.file, next.line, "The next disc, " + next.label + ", was not given.");
-    } else if (const std::string label = labelOf(i + 1, true);
+    } else if (const std::string label = isLast ? "" : labelOf(i + 1, true);
                !label.empty() && !EqualIgnoringCase(label, next.label)) {
       findings_.add(701, *next.file, next.line, "The next disc is called " + label + ", not " + next.label + ".",
                     "Write NextVolumeName=" + label);
@@ -107,7 +110,7 @@ class DiscCheck {
     if (previous.file == nullptr) return;
     if (i == 0) {
       // One application ini for all discs may name both neighbours.
-      if (discs_.size() == 1 || previous.file == discs_[i].product)
+      if (isInOrder_ && (discs_.size() == 1 || previous.file == discs_[i].product))
         findings_.add(703, *previous.file, previous.line, "The disc before, " + previous.label + ", was not given.");
       return;
     }
@@ -142,6 +145,7 @@ class DiscCheck {
   Findings& findings_;
   std::vector<Named> next_;
   std::vector<Named> previous_;
+  bool isInOrder_ = true;  ///< each disc but the last names a next one; else nothing else can be told of neighbours
 };
 
 }  // namespace

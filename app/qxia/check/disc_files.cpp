@@ -1,10 +1,13 @@
 #include "app/qxia/check/disc_files.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
+#include "app/qxia/command.h"
 #include "app/qxia/result.h"
 #include "base/text.h"
 
@@ -48,7 +51,7 @@ const Found& DiscFiles::look(const std::string& path) const {
 }
 
 Found DiscFiles::walk(const std::string& path) const {
-  Found found{Found::Is::There, true, root_, ""};
+  Found found{.is = Found::Is::There, .isFolder = true, .host = root_, .shown = ""};
   for (const std::string& element : Elements(path)) {
     const FolderItem* item = found.isFolder ? FindItem(items(found.host), element) : nullptr;
     if (item == nullptr) return {};
@@ -58,6 +61,7 @@ Found DiscFiles::walk(const std::string& path) const {
     found.host += "/" + item->name;
     found.shown += (found.shown.empty() ? "" : "/") + item->name;
   }
+  found.isReadable = access(found.host.c_str(), R_OK) == 0;
   return found;
 }
 
@@ -79,6 +83,8 @@ const std::vector<FolderItem>& DiscFiles::items(const std::string& hostFolder) c
     if (out || isFolder || entry->is_regular_file(gone))
       items.push_back({entry->path().filename().string(), isFolder, out});
   }
+  if (failure)
+    throw UsageError(hostFolder + " cannot be read (" + failure.message() + "): check the rights of the media");
   std::sort(items.begin(), items.end(), [](const FolderItem& a, const FolderItem& b) { return a.name < b.name; });
   return listed_.emplace(hostFolder, std::move(items)).first->second;
 }

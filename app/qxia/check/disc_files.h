@@ -17,6 +17,7 @@ struct Found {
   };
   Is is = Is::Missing;
   bool isFolder = false;
+  bool isReadable = true;
   std::string host;   ///< the path on this computer
   std::string shown;  ///< the path from the disc's root as it is spelt there, with slashes
 
@@ -36,7 +37,7 @@ class DiscFiles {
 
   /// `path` is a Windows path from the disc's root, in the code page of the inis.
   const Found& look(const std::string& path) const;
-  /// The files and folders in a folder of this computer; nothing where it cannot be read.
+  /// The files and folders in a folder of this computer. Raises UsageError where it cannot be read.
   const std::vector<FolderItem>& items(const std::string& hostFolder) const;
 
  private:

@@ -41,6 +41,10 @@ bool CheckReference(const Reference& reference, int missingRule, const std::stri
     findings.add(missingRule, reference.file, reference.line, what + " " + reference.written + " is not on the media.");
     return false;
   }
+  if (!reference.found.isReadable && !assistant::EndsWithIgnoringCase(reference.found.shown, ".ini")) {
+    findings.add(118, reference.file, reference.line, what + " " + reference.written + " cannot be read.");
+    return false;
+  }
   if (IsSpeltOtherwise(reference))
     findings.add(202, reference.file, reference.line,
                  what + " " + reference.written + " is spelt " + reference.found.shown + " on the disc.",

@@ -166,8 +166,20 @@ class KeyCheck {
     if (isComponent(nearest) || (!role_.components.empty() && nearest.empty() && lacksComponentSection())) return;
     if (isNearAction(section.name)) return;
     explainedSections_.insert(LowerCase(nearest));
-    findings_.add(108, file_, section.line, "Nobody reads a section [" + section.name + "].",
+    const bool isOpen = section.name.starts_with('[');
+    findings_.add(!nearest.empty() && isNeeded(nearest) ? 121 : 108, file_, section.line,
+                  isOpen ? "The header " + section.name + " has no closing bracket: nobody reads its section."
+                         : "Nobody reads a section [" + section.name + "].",
                   nearest.empty() ? "Take it out." : "Write [" + nearest + "].");
+  }
+
+  /// Whether nothing works without a section that this file does not have.
+  bool isNeeded(const std::string& section) const {
+    const std::span<const KnownKey> known = KnownKeys();
+    const bool holdsVitalKey = std::any_of(known.begin(), known.end(), [&](const KnownKey& key) {
+      return role_.is(key.ini) && key.need == KeyNeed::Vital && EqualIgnoringCase(key.section, section);
+    });
+    return holdsVitalKey || EqualIgnoringCase(section, "Actions");
   }
 
   bool lacksComponentSection() const {
@@ -259,8 +271,17 @@ class KeyCheck {
     std::erase_if(names, [&](const std::string& name) { return FindEntry(section, name) != nullptr; });
     const std::string nearest = NearestWord(entry.key, names);
     explain(section.name, nearest);
-    findings_.add(109, file_, entry.line, "Nobody reads a key " + entry.key + " in [" + section.name + "].",
+    const KnownKey* meant = nearest.empty() ? nullptr : knownKey(section.name, nearest);
+    const bool isNeeded = meant != nullptr && meant->need == KeyNeed::Vital && !isOnlyCopied(section.name);
+    findings_.add(isNeeded ? 122 : 109, file_, entry.line,
+                  "Nobody reads a key " + entry.key + " in [" + section.name + "].",
                   nearest.empty() ? "Take it out." : "Write " + nearest + ".");
+  }
+
+  bool isOnlyCopied(const std::string& section) const {
+    return std::any_of(role_.components.begin(), role_.components.end(), [&](const ComponentFact* component) {
+      return EqualIgnoringCase(component->name, section) && !component->isRun();
+    });
   }
 
   /// Where the key is read, in words; "" where nobody knows it.

@@ -8,6 +8,7 @@
 #include <random>
 #include <stdexcept>
 
+#include "app/qxia/html_page.h"
 #include "app/qxia/new_media/ini_texts.h"
 #include "app/qxia/new_media/placeholder_files.h"
 #include "platform/simulated/host.h"
@@ -37,23 +38,11 @@ std::string NewGuid() {
   return text;
 }
 
-std::string Escaped(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    if (c == '&') {
-      escaped += "&amp;";
-    } else {
-      escaped += c;
-    }
-  }
-  return escaped;
-}
-
 std::string Source(const PlannedComponent& component, const std::string& product) {
-  const std::string name = Escaped(product + " " + component.name);
+  const std::string name = EscapedHtml(product + " " + component.name);
   return "<?xml version='1.0' encoding='utf-8'?>\n<Wix xmlns='http://schemas.microsoft.com/wix/2006/wi'>\n"
          "  <Product Id='" +
-         NewGuid() + "' UpgradeCode='" + NewGuid() + "' Name='" + name + "' Manufacturer='" + Escaped(product) +
+         NewGuid() + "' UpgradeCode='" + NewGuid() + "' Name='" + name + "' Manufacturer='" + EscapedHtml(product) +
          "' Language='1033' Version='" + ProductVersion +
          "'>\n"
          "    <Package InstallerVersion='100' Compressed='yes'/>\n"
@@ -63,7 +52,8 @@ std::string Source(const PlannedComponent& component, const std::string& product
          NewGuid() +
          "'>\n"
          "        <RegistryValue Root='HKLM' Key='Software\\" +
-         Escaped(product) + "\\" + Escaped(component.name) + "' Name='Version' Type='string' Value='" + ProductVersion +
+         EscapedHtml(product) + "\\" + EscapedHtml(component.name) + "' Name='Version' Type='string' Value='" +
+         ProductVersion +
          "' KeyPath='yes'/>\n"
          "      </Component>\n    </Directory>\n"
          "    <Feature Id='All' Level='1'><ComponentRef Id='Mark'/></Feature>\n  </Product>\n</Wix>\n";

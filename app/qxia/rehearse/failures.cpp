@@ -12,7 +12,7 @@ constexpr const char* DefaultMessage = "Installation failed returning error ";
 
 std::string MissingFile(const Rows& turn) {
   for (const LogRow& row : turn)
-    if (row.kind == "ERROR" && row.text.find("Error No = 6081") != std::string::npos) return PlainText(row.text);
+    if (row.kind == "ERROR" && row.text.find("Error No = 6081") != std::string::npos) return ReasonIn(row.text);
   return "";
 }
 
@@ -34,18 +34,18 @@ std::string NoRoom(const Rows& turn) {
 
 std::string UnknownKind(const Rows& turn) {
   for (const LogRow& row : turn)
-    if (row.text.find("Error No = 6091") != std::string::npos) return PlainText(row.text);
+    if (row.text.find("Error No = 6091") != std::string::npos) return ReasonIn(row.text);
   return "";
 }
 
 std::string NotStarted(const Rows& turn) {
   const std::string reason = TextBehind(turn, "The system's reason: ");
-  return reason.empty() ? "" : "could not be started: " + PlainText(reason);
+  return reason.empty() ? "" : "could not be started: " + ReasonIn(reason);
 }
 
 std::string FirstError(const Rows& turn) {
   for (const LogRow& row : turn)
-    if (row.kind == "ERROR") return PlainText(row.text);
+    if (row.kind == "ERROR") return ReasonIn(row.text);
   return "";
 }
 

@@ -3,47 +3,31 @@
 #include <cstdio>
 #include <map>
 
+#include "app/qxia/html_page.h"
+#include "app/qxia/logs/rows.h"
+#include "app/qxia/rehearse/component_rows.h"
 #include "app/qxia/rehearse/html_style.h"
-#include "app/qxia/rehearse/markup.h"
 #include "app/qxia/rehearse/report.h"
+#include "platform/simulated/text.h"
 
 namespace qxia {
 namespace {
 
-struct Look {
-  Outcome outcome;
-  const char* style;
-};
-
-constexpr Look Looks[] = {{Outcome::Installed, "good"},   {Outcome::Copied, "good"},
-                          {Outcome::Removed, "good"},     {Outcome::AlreadyInstalled, "same"},
-                          {Outcome::AlreadyGone, "same"}, {Outcome::HeldBack, "held"},
-                          {Outcome::Kept, "held"},        {Outcome::Failed, "bad"},
-                          {Outcome::NotReached, "none"}};
-
-const char* StyleOf(Outcome outcome) {
-  for (const Look& look : Looks)
-    if (look.outcome == outcome) return look.style;
-  return "none";
-}
-
-std::string Legend(const std::vector<RehearsedRun>& runs) {
-  std::map<Outcome, int> counts;
+/// Every cell counts.
+std::string SharesOf(const std::vector<RehearsedRun>& runs) {
+  std::map<Outcome, std::size_t> counts;
   for (const RehearsedRun& run : runs)
     for (const ComponentResult& component : run.components) ++counts[component.outcome];
-  std::string text = "<div class=\"legend\">";
-  for (const Look& look : Looks)
-    if (counts.count(look.outcome) != 0)
-      text += std::string("<span class=\"") + look.style + "\">" + NameOf(look.outcome) + " " +
-              std::to_string(counts[look.outcome]) + "</span>";
-  return text + "</div>\n";
+  std::vector<Share> shares;
+  shares.reserve(counts.size());
+  for (const auto& [outcome, count] : counts) shares.push_back({NameOf(outcome), count});
+  return "<div class=\"sheet\">" + ShareBar(shares) + "</div>\n";
 }
 
 std::string Cell(const ComponentResult* component) {
-  if (component == nullptr) return "<td class=\"cell\"><small>has no record of it</small></td>";
-  return std::string("<td class=\"cell\" title=\"") + Escaped(component->command) + "\"><b class=\"" +
-         StyleOf(component->outcome) + "\">" + NameOf(component->outcome) + "</b><small>" + Escaped(component->reason) +
-         "</small></td>";
+  if (component == nullptr) return "<td><small>has no record of it</small></td>";
+  return "<td title=\"" + EscapedHtml(component->command) + "\">" + Badge(NameOf(component->outcome)) + "<small>" +
+         EscapedHtml(component->reason) + "</small></td>";
 }
 
 std::string Anchor(const RehearsedRun& run) {
@@ -56,20 +40,21 @@ std::string Anchor(const RehearsedRun& run) {
 std::string MatrixHead(const std::vector<RehearsedRun>& runs) {
   std::string text = "<thead><tr><th>component</th>";
   for (const RehearsedRun& run : runs) {
-    const char* style = !run.finished() || !run.looseEnds.empty() ? "held" : run.product.succeeded ? "good" : "bad";
+    const bool doubtful = !run.finished() || !run.looseEnds.empty();
+    const char* style = doubtful ? "warning" : run.product.succeeded ? "succeeded" : "failed";
     const std::string told = run.finished() ? "exit code " + std::to_string(run.played.exitCode) : "not finished";
-    text += "<th class=\"" + std::string(style) + "\"><a href=\"#" + Anchor(run) + "\">" + Escaped(run.system) +
+    text += "<th class=\"" + std::string(style) + "\"><a href=\"#" + Anchor(run) + "\">" + EscapedHtml(run.system) +
             "</a><small>" + told + (run.looseEnds.empty() ? "" : ", loose ends") + "</small></th>";
   }
   return text + "</tr></thead>\n";
 }
 
 std::string MatrixOf(const std::vector<RehearsedRun>& runs) {
-  std::string text = "<div class=\"scroll\"><table class=\"matrix\">" + MatrixHead(runs) + "<tbody>\n";
+  std::string text = "<div class=\"sheet\"><table class=\"matrix\">" + MatrixHead(runs) + "<tbody>\n";
   for (const ComponentRow& row : ComponentRows(runs)) {
     const ComponentResult& first = *row.first();
-    text += "<tr><th>" + Escaped(first.name) + "<small>" + Escaped(first.kind) + ", " + std::to_string(first.sequence) +
-            "</small></th>";
+    text += "<tr><th>" + EscapedHtml(first.name) + "<small>" + EscapedHtml(first.kind) + ", " +
+            std::to_string(first.sequence) + "</small></th>";
     for (const ComponentResult* cell : row.cells) text += Cell(cell);
     text += "</tr>\n";
   }
@@ -85,7 +70,7 @@ class Line {
   std::string piece(std::int64_t from, std::int64_t to, const std::string& style, const std::string& title) const {
     char place[96];
     std::snprintf(place, sizeof place, "left:%.2f%%;width:%.2f%%", at(from), at(to) - at(from));
-    return "<i class=\"" + style + "\" style=\"" + place + "\" title=\"" + Escaped(title) + "\"></i>";
+    return "<i class=\"" + style + "\" style=\"" + place + "\" title=\"" + EscapedHtml(title) + "\"></i>";
   }
 
  private:
@@ -114,7 +99,7 @@ std::string CourseOf(const RehearsedRun& run) {
       const std::string command = event.text.substr(6, arrow - 6);
       const bool fine = event.text.substr(arrow) == " -> 0";
       text += line.piece(running.count(command) != 0 ? running[command] : event.moment, event.moment,
-                         fine ? "run" : "run bad", time + command + event.text.substr(arrow));
+                         fine ? "installed" : "failed", time + command + event.text.substr(arrow));
     }
     if (Begins(event.text, "the machine restarts")) restarted = event.moment;
     if (restarted >= 0 && Begins(event.text, "the user ")) {
@@ -127,53 +112,49 @@ std::string CourseOf(const RehearsedRun& run) {
          "</span></div>\n";
 }
 
-std::string List(const char* title, const std::vector<std::string>& lines, const char* style) {
+std::string List(const char* title, const std::vector<std::string>& lines) {
   if (lines.empty()) return "";
-  std::string text = std::string("<p class=\"") + style + "\"><b>" + title + "</b></p><ul class=\"" + style + "\">";
-  for (const std::string& line : lines) text += "<li>" + Escaped(line) + "</li>";
+  std::string text = std::string("<p><b>") + title + "</b></p><ul class=\"failed\">";
+  for (const std::string& line : lines) text += "<li>" + EscapedHtml(line) + "</li>";
   return text + "</ul>\n";
 }
 
 std::string EventsOf(const RehearsedRun& run) {
   std::string text = "<details><summary>What happened on the machine (" + std::to_string(run.events.size()) +
-                     " entries)</summary><table class=\"events\">";
+                     " entries)</summary><table>";
   for (const Event& event : run.events) {
     const bool marked = Begins(event.text, "the machine restarts") || Begins(event.text, "the user ") ||
                         Begins(event.text, "the logon ");
-    text += std::string("<tr") + (marked ? " class=\"restart\"" : "") + "><td>" +
-            Duration(event.moment - run.played.begin) + "</td><td>" + Escaped(event.text) + "</td></tr>\n";
+    text += std::string("<tr") + (marked ? " class=\"restart\"" : "") + "><td class=\"time\">" +
+            Duration(event.moment - run.played.begin) + "</td><td>" + EscapedHtml(event.text) + "</td></tr>\n";
   }
   return text + "</table></details>\n";
 }
 
 std::string LogOf(const RehearsedRun& run) {
-  std::string text =
-      "<details><summary>The log (" + std::to_string(run.rows.size()) + " rows)</summary><table class=\"log\">";
+  std::string text = "<details><summary>The log (" + std::to_string(run.rows.size()) + " rows)</summary><table>";
   for (const LogRow& row : run.rows)
-    text += "<tr class=\"" + Escaped(row.kind) + "\"><td>" + Escaped(row.time) + "</td><td>" + Escaped(row.kind) +
-            "</td><td>" + Escaped(PlainText(row.text)) + "</td></tr>\n";
+    text += "<tr class=\"" + CssClass(simulated::Lower(row.kind)) + "\"><td class=\"time\">" + EscapedHtml(row.time) +
+            "</td><td>" + EscapedHtml(row.kind) + "</td><td>" + EscapedHtml(logs::PlainText(row.text)) + "</td></tr>\n";
   return text + "</table></details>\n";
 }
 
 std::string RunOf(const RehearsedRun& run) {
-  return "<h2 id=\"" + Anchor(run) + "\">" + Escaped(run.system) + "</h2>\n<div class=\"run\"><p>" +
-         Escaped(Headline(run)) + "</p>\n" + CourseOf(run) + List("Why it failed", run.product.reasons, "why") +
-         List("Loose ends", run.looseEnds, "doubt") + EventsOf(run) + LogOf(run) + "</div>\n";
+  return "<h2 id=\"" + Anchor(run) + "\">" + EscapedHtml(run.system) + "</h2>\n<div class=\"sheet\"><p>" +
+         EscapedHtml(Headline(run)) + "</p>\n" + CourseOf(run) + List("Why it failed", run.product.reasons) +
+         List("Loose ends", run.looseEnds) + EventsOf(run) + LogOf(run) + "</div>\n";
 }
 
 }  // namespace
 
 std::string HtmlPage(const std::vector<RehearsedRun>& runs) {
   const ProductResult& product = runs[0].product;
-  const std::string name = Escaped(product.name + " " + product.version);
-  std::string page = "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>" + name +
-                     ", rehearsed</title><style>" + HtmlStyle + "</style></head><body>\n<h1>" + name + "</h1>\n";
-  page += std::string("<p class=\"faint\">") + (runs[0].uninstall ? "Its removal" : "Its installation") +
-          " rehearsed on " + std::to_string(runs.size()) + (runs.size() == 1 ? " system" : " systems") +
-          ". Each cell has the outcome and the one fact that decided it.</p>\n";
-  page += Legend(runs) + MatrixOf(runs);
-  for (const RehearsedRun& run : runs) page += RunOf(run);
-  return page + "</body></html>\n";
+  const std::string facts = std::string(runs[0].uninstall ? "Its removal" : "Its installation") + " rehearsed on " +
+                            std::to_string(runs.size()) + (runs.size() == 1 ? " system" : " systems") +
+                            ". Each cell has the outcome and the one fact that decided it.";
+  std::string body = SharesOf(runs) + MatrixOf(runs);
+  for (const RehearsedRun& run : runs) body += RunOf(run);
+  return HtmlPage(product.name + " " + product.version + ", rehearsed", facts, body, RehearsalStyle);
 }
 
 }  // namespace qxia

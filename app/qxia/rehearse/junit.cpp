@@ -1,6 +1,6 @@
 #include "app/qxia/rehearse/junit.h"
 
-#include "app/qxia/rehearse/markup.h"
+#include "app/qxia/html_page.h"
 
 namespace qxia {
 namespace {
@@ -13,13 +13,13 @@ struct Suite {
 
   void add(const RehearsedRun& run, const std::string& name, const std::string& inside) {
     ++tests;
-    cases += "    <testcase classname=\"" + Escaped(run.system) + "\" name=\"" + Escaped(name) + "\"";
+    cases += "    <testcase classname=\"" + EscapedHtml(run.system) + "\" name=\"" + EscapedHtml(name) + "\"";
     cases += inside.empty() ? "/>\n" : ">" + inside + "</testcase>\n";
   }
 };
 
 std::string Message(const char* element, const std::string& text) {
-  return std::string("<") + element + " message=\"" + Escaped(text) + "\"/>";
+  return std::string("<") + element + " message=\"" + EscapedHtml(text) + "\"/>";
 }
 
 void AddComponent(const RehearsedRun& run, const ComponentResult& component, Suite& suite) {
@@ -43,7 +43,7 @@ std::string SuiteOf(const RehearsedRun& run) {
   suite.failures += failure.empty() ? 0 : 1;
   suite.add(run, "the run", failure.empty() ? "" : Message("failure", failure));
   for (const ComponentResult& component : run.components) AddComponent(run, component, suite);
-  return "  <testsuite name=\"" + Escaped(run.product.name + " on " + run.system) + "\" tests=\"" +
+  return "  <testsuite name=\"" + EscapedHtml(run.product.name + " on " + run.system) + "\" tests=\"" +
          std::to_string(suite.tests) + "\" failures=\"" + std::to_string(suite.failures) + "\" skipped=\"" +
          std::to_string(suite.skipped) + "\">\n" + suite.cases + "  </testsuite>\n";
 }

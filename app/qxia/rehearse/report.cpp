@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <map>
 
-#include "app/qxia/rehearse/markup.h"
+#include "app/qxia/rehearse/component_rows.h"
 
 namespace qxia {
 namespace {

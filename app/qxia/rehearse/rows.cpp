@@ -14,33 +14,6 @@ bool EndsTurn(const std::string& text) {
   return text.rfind("Last Sequence was", 0) == 0 || text == "Resetting system registry";
 }
 
-std::string WithoutTags(const std::string& html) {
-  std::string text;
-  bool inTag = false;
-  for (const char c : html) {
-    if (c == '<') {
-      inTag = true;
-      text += ' ';
-    } else if (c == '>' && inTag) {
-      inTag = false;
-    } else if (!inTag) {
-      text += c;
-    }
-  }
-  return text;
-}
-
-std::string InOneLine(const std::string& text) {
-  std::string line;
-  for (const char c : text) {
-    const bool blank = c == ' ' || c == '\r' || c == '\n' || c == '\t';
-    if (blank && (line.empty() || line.back() == ' ')) continue;
-    line += blank ? ' ' : c;
-  }
-  while (!line.empty() && line.back() == ' ') line.pop_back();
-  return line;
-}
-
 /// As a person sees it in the log.
 const char* ShownKind(logs::RowKind kind) {
   switch (kind) {
@@ -66,8 +39,8 @@ std::vector<LogRow> ParseLog(const std::string& html) {
   return rows;
 }
 
-std::string PlainText(const std::string& html) {
-  return InOneLine(WithoutTags(html.substr(0, html.find("<BR>Source:"))));
+std::string ReasonIn(const std::string& text) {
+  return logs::PlainText(std::string_view(text).substr(0, text.find("<BR>Source:")));
 }
 
 std::map<std::string, std::vector<LogRow>> ComponentTurns(const std::vector<LogRow>& rows) {

@@ -15,8 +15,8 @@ struct LogRow {
 
 std::vector<LogRow> ParseLog(const std::string& html);
 
-/// Without tags, in one line; what stands behind "Source:" is left out.
-std::string PlainText(const std::string& html);
+/// A row's text without markup, and without the source that an error tells.
+std::string ReasonIn(const std::string& text);
 
 /// The rows of each component's turn, by the component's name; of several turns the last.
 std::map<std::string, std::vector<LogRow>> ComponentTurns(const std::vector<LogRow>& rows);

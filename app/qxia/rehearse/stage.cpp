@@ -1,5 +1,8 @@
 #include "app/qxia/rehearse/stage.h"
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <filesystem>
 
 #include "app/qxia/command.h"
@@ -47,6 +50,7 @@ bool Stage::leadsOut(const fs::path& entry) const {
 
 void Stage::copyFile(const fs::path& from, const fs::path& to) const {
   std::error_code failure;
+  if (access(from.c_str(), R_OK) != 0) RefuseUnreadable(from, {errno, std::generic_category()});
   fs::remove(to, failure);
   if (how_ == Staged::Copied) {
     simulated::WriteHostFile(to.string(), simulated::ReadHostFile(from.string()));

@@ -41,7 +41,7 @@ std::optional<int> ExitCodeOf(const std::vector<std::string>& effects, const std
 }
 
 std::string VersionThere(const Rows& turn) {
-  const std::string there = PlainText(TextBehind(turn, "A Component with this code is already installed: "));
+  const std::string there = ReasonIn(TextBehind(turn, "A Component with this code is already installed: "));
   const std::size_t version = there.rfind("Version : ");
   return version == std::string::npos ? "" : "version " + there.substr(version + 10) + " is there";
 }
@@ -112,7 +112,7 @@ Told JudgeRemoval(const Evidence& evidence, const ComponentRecord& component, co
   for (const Removal& removal : Removals)
     for (const LogRow& row : turn)
       if (row.text.find(removal.text) != std::string::npos)
-        return {removal.outcome, removal.reason == nullptr ? PlainText(row.text) : removal.reason};
+        return {removal.outcome, removal.reason == nullptr ? ReasonIn(row.text) : removal.reason};
   const std::string failed = "Uninstallation of " + component.name + " failed";
   if (std::find(evidence.reasons.begin(), evidence.reasons.end(), failed) != evidence.reasons.end())
     return {Outcome::Failed, WhyFailed(turn, component, result, evidence.reasons)};

@@ -1,4 +1,4 @@
-// Texts inside HTML and XML, and the matrix that every report of several runs shows.
+// The matrix that every report of several runs shows.
 #pragma once
 
 #include <string>
@@ -7,9 +7,6 @@
 #include "app/qxia/rehearse/run.h"
 
 namespace qxia {
-
-/// As UTF-8, with the characters replaced that mean something in HTML and XML; what neither may hold becomes "?".
-std::string Escaped(const std::string& text);
 
 /// One component on every system.
 struct ComponentRow {

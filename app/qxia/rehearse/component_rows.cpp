@@ -1,27 +1,8 @@
-#include "app/qxia/rehearse/markup.h"
+#include "app/qxia/rehearse/component_rows.h"
 
 #include <algorithm>
 
 namespace qxia {
-
-std::string Escaped(const std::string& text) {
-  std::string escaped;
-  for (const char c : ToUtf8(text)) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '&') {
-      escaped += "&amp;";
-    } else if (c == '<') {
-      escaped += "&lt;";
-    } else if (c == '>') {
-      escaped += "&gt;";
-    } else if (c == '"') {
-      escaped += "&quot;";
-    } else {
-      escaped += byte < 0x20 && c != '\n' && c != '\t' ? '?' : c;
-    }
-  }
-  return escaped;
-}
 
 std::vector<ComponentRow> ComponentRows(const std::vector<RehearsedRun>& runs) {
   std::vector<ComponentRow> rows;
