@@ -119,5 +119,19 @@ TEST(RehearseSweep_PowerCutAtEveryPoint_IsRecoveredFrom, AndFailuresAreTriedByNa
   EXPECT_THROW(sweep.pointsToCut("0"), UsageError);
 }
 
+TEST(RehearseSweep_OverSeveralDiscs, IsRecoveredFromThoughTheLocalCopyLeavesItsMark) {
+  const SmallMedia media;
+  const std::string discs = SOURCE_FOLDER "/samples/harbour_charts/disc";
+  const RehearsalSettings settings = ReadSettings(Arguments({discs + "1", discs + "2"}, RehearseOptions));
+  simulated::WriteHostFile(media.path() + "/machine.txt", MachineFileFor(settings.media, "", "windows xp"));
+  const Sweep sweep(settings, media.path() + "/machine.txt", media.path());
+  const std::vector<int> all = sweep.pointsToCut("each");
+  std::vector<int> some;
+  for (std::size_t i = 17; i < all.size(); i += 37) some.push_back(all[i]);
+  ASSERT_GT(some.size(), 8U);
+  for (const SweepPoint& point : sweep.run(Fault::PowerCut, some, [](int) {}).failed)
+    ADD_FAILURE() << point.number << " " << point.operation << "\n" << point.left;
+}
+
 }  // namespace
 }  // namespace qxia

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "app/qxia/rehearse/run.h"
+#include "base/product_record.h"
 #include "core/program.h"
 #include "platform/faults/platform.h"
 #include "platform/simulated/text.h"
@@ -57,6 +58,11 @@ std::string Compared(const std::vector<std::string>& expected, const std::vector
   return text;
 }
 
+bool HoldsMarkOfCopy(const simulated::Registry& registry) {
+  const std::string products = std::string("HKEY_LOCAL_MACHINE\\") + assistant::ProductsKey;
+  return registry.find(products, assistant::Value::LocalInstance.name) != nullptr;
+}
+
 /// Counts the operations of all runs of one rehearsal, and lets one of them go wrong.
 class Saboteur {
  public:
@@ -74,13 +80,22 @@ class Saboteur {
     } catch (const faults::PowerLoss&) {
       point_ = 0;
       machine.journal().record("power cut");
-      if (!LogOnAgain(machine)) workplace_.startAfresh();
+      if (!LogOnAgain(machine)) startByHand(machine);
       return run(machine);
     }
   }
   const std::vector<std::string>& history() const { return history_; }
 
  private:
+  /// A start that finds the mark of a local copy which was cut off says so and removes it. Whoever reads that starts
+  /// the program again.
+  void startByHand(simulated::Workstation& machine) {
+    workplace_.startAfresh();
+    if (!HoldsMarkOfCopy(machine.registry())) return;
+    run(machine);
+    workplace_.startAfresh();
+  }
+
   void keep(const std::vector<std::string>& history) {
     history_.insert(history_.end(), history.begin(), history.end());
   }
