@@ -29,9 +29,10 @@ std::string EarlierRecordKey(const std::string& product) {
 void KeepEarlierRecord(const Services& services, const Procedure& here, const std::string& product) {
   const std::string record = ProductKey(product);
   platform::RegistryReader& registry = services.machine.registry();
-  if (HasEarlierRecord(registry, product) || modRegistry::SubKeys(registry, record).empty()) return;
+  if (HasEarlierRecord(registry, product)) return;
   DeleteRecord(services, here, EarlierRecordKey(product));
-  modRegistry::RegCopy(services, here, record, EarlierRecordKey(product));
+  const bool namesComponents = !modRegistry::SubKeys(registry, record).empty();
+  if (namesComponents) modRegistry::RegCopy(services, here, record, EarlierRecordKey(product));
   modRegistry::WriteOrRaise(services, here, KeptKey, product, {TrueOrFalse(true)});
 }
 
@@ -45,14 +46,19 @@ void ForgetEarlierRecord(const Services& services, const Procedure& here, const 
   if (HoldsNothing(registry, KeptKey)) DeleteRecord(services, here, KeptKey);
 }
 
-void PutBackEarlierRecord(const Services& services, const Procedure& here, const std::string& product) {
-  if (HasEarlierRecord(services.machine.registry(), product)) {
-    here.action("The installation of " + product +
-                " that was begun last did not come to its first component. The record of the one before it holds.");
+Recorded PutBackEarlierRecord(const Services& services, const Procedure& here, const std::string& product) {
+  platform::RegistryReader& registry = services.machine.registry();
+  Recorded recorded = Recorded::AsItStands;
+  if (HasEarlierRecord(registry, product)) {
+    const bool isThere = modRegistry::RegKeyExists(registry, EarlierRecordKey(product), "");
+    recorded = isThere ? Recorded::AsBefore : Recorded::Nothing;
+    here.action("The installation of " + product + " that was begun last did not come to its first component. " +
+                (isThere ? "The record of the one before it holds." : "Nothing of it is to be removed."));
     DeleteRecord(services, here, ProductKey(product));
-    modRegistry::RegCopy(services, here, EarlierRecordKey(product), ProductKey(product));
+    if (isThere) modRegistry::RegCopy(services, here, EarlierRecordKey(product), ProductKey(product));
   }
   ForgetEarlierRecord(services, here, product);
+  return recorded;
 }
 
 bool HasEarlierRecord(platform::RegistryReader& registry, const std::string& product) {

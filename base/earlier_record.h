@@ -12,18 +12,21 @@
 
 namespace assistant {
 
-/// Keeps the product's record, if it names components and none is kept yet. Raises 6087 where it cannot be kept: the
-/// record must not be wiped then.
+/// Keeps what the product's record names, be it nothing, unless something is kept already. Raises 6087 where it cannot
+/// be kept: the record must not be wiped then.
 void KeepEarlierRecord(const Services& services, const Procedure& here, const std::string& product);
 
 /// From now on the record itself counts. Raises 6087 where that is refused.
 void ForgetEarlierRecord(const Services& services, const Procedure& here, const std::string& product);
 
-/// Gives a product its earlier record again, if one is kept. Raises 6087, and what reading raises; it is kept then.
-void PutBackEarlierRecord(const Services& services, const Procedure& here, const std::string& product);
+/// What a product's record names.
+enum class Recorded { AsItStands, AsBefore, Nothing };
 
-/// The products of which an earlier record is kept, and the key of such a record: of others it holds nothing that
-/// counts.
+/// Gives a product what is kept of it again, if anything is. Raises 6087, and what reading raises; it is kept then.
+Recorded PutBackEarlierRecord(const Services& services, const Procedure& here, const std::string& product);
+
+/// The products that are being installed anew, and the key of what is on the machine of them, which need not be there:
+/// of others it holds nothing that counts.
 std::vector<std::string> EarlierRecords(platform::RegistryReader& registry);
 bool HasEarlierRecord(platform::RegistryReader& registry, const std::string& product);
 std::string EarlierRecordKey(const std::string& product);

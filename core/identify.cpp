@@ -80,6 +80,7 @@ void IdentifyProduct(Run& run, const Procedure& here) {
 
 void WipeProductRecord(const Run& run, const Procedure& here) {
   const ProductRecord record = run.record();
+  KeepEarlierRecord(run.services, here, record.product());
   if (!record.exists()) return;
   std::vector<std::pair<const RecordValue*, std::string>> kept;
   for (const RecordValue* value : RecordValues()) {
@@ -88,7 +89,6 @@ void WipeProductRecord(const Run& run, const Procedure& here) {
     if (asTrue) here.action(std::string(value->name) + " value found.");
     kept.emplace_back(value, asTrue ? TrueOrFalse(true) : record.read(*value));
   }
-  KeepEarlierRecord(run.services, here, record.product());
   modRegistry::DeleteIfThere(run.services, record.key());
   // What stays of it would count as this run's: components of the old record would be installed.
   if (record.exists()) throw here.failure(6166, {"HKLM\\" + record.key()});

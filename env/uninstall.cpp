@@ -174,7 +174,8 @@ void BeginRemoval(Run& run, const Procedure& here) {
 void StartUninstall(Run& run) {
   const Procedure here(run.services.log, "StartUninstall");
   const std::optional<std::string> failure = here.failureOf([&] {
-    if (!run.services.window.endWanted()) PutBackEarlierRecord(run.services, here, run.product.name);
+    if (run.services.window.endWanted()) return;
+    if (PutBackEarlierRecord(run.services, here, run.product.name) == Recorded::Nothing) return BeginRemoval(run, here);
     const Sequence sequence = GetSequence(run, RecordedComponents(run));
     if (sequence.empty()) {
       if (!IsCleanUpUnfinished(run)) ReportNoComponents(run, here);

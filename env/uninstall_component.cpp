@@ -146,9 +146,8 @@ int UserCount(const Services& services, const Component& component, const std::s
   platform::RegistryReader& registry = services.machine.registry();
   int count = 0;
   for (const std::string& product : RecordedProducts(registry)) {
-    const bool isUser =
-        IsUser(registry, ProductKey(product), component, name) ||
-        (HasEarlierRecord(registry, product) && IsUser(registry, EarlierRecordKey(product), component, name));
+    const bool isAnew = HasEarlierRecord(registry, product);
+    const bool isUser = IsUser(registry, isAnew ? EarlierRecordKey(product) : ProductKey(product), component, name);
     if (!isUser) continue;
     ++count;
     here.detail(name + " used by " + product);

@@ -203,7 +203,7 @@ Names Remains(SmallProduct& product) {
 
 TEST(EarlierRecord, PowerCutOnTheWayToTheFirstComponent_UninstallTakesTheProductOffWhole) {
   int kept = 0;
-  for (int operation = 1;; operation += 7 * EveryOperation) {
+  for (int operation = 1;; operation += 13 * EveryOperation) {
     SmallProduct product;
     const std::size_t before = product.rig.ran().size();
     const bool cut = product.rig.runUntilPowerCut(Media::arguments("/s"), operation);
@@ -212,7 +212,35 @@ TEST(EarlierRecord, PowerCutOnTheWayToTheFirstComponent_UninstallTakesTheProduct
     EXPECT_EQ(Remains(product), Names{"Shared"}) << "cut at " << operation;
     if (::testing::Test::HasFailure()) return;
   }
-  EXPECT_GT(kept, 5);
+  EXPECT_GT(kept, 25 / (13 * EveryOperation));
+}
+
+TEST(EarlierRecord, FirstInstallationThatBreaksOff_UsesNothingAndIsForgotten) {
+  int broken = 0;
+  for (int operation = 1;; operation += 11 * EveryOperation) {
+    Rig rig;
+    rig.tolerateUnused();
+    Media media(rig);
+    media.package("Core", "1.2").program("Tools", {}, RemovesWith("C:\\Tools\\tools.exe")).write();
+    rig.machine().installer().install({CodeOf("Core"), "Core", "1.2"});
+    const std::string other = std::string(ProductsRecord) + "\\Other";
+    AlsoUsedBy(rig, "Other", "Core");
+    rig.set(other + "\\Core", "Install", "Core.msi");
+    rig.set(other + "\\Core", "ProductCode", CodeOf("Core"));
+    rig.set(other + "\\Core", "RunOnUninstall", "True");
+    if (!rig.runUntilPowerCut(Media::arguments("/s"), operation) || !rig.ran().empty()) break;
+    const bool isBegun = rig.hasKey(EarlierRecords);
+    // Work has begun, and the record counts.
+    if (!isBegun && broken > 0) break;
+    broken += isBegun ? 1 : 0;
+    EXPECT_EQ(Uninstall(rig, "/s /x Other"), 0) << operation;
+    EXPECT_TRUE(InstalledPackages(rig).empty()) << operation;
+    EXPECT_EQ(isBegun ? Uninstall(rig) : 0, 0) << operation << rig.uninstallLog("Office Suite");
+    EXPECT_FALSE(rig.hasKey(ProductRecord) && isBegun) << operation;
+    EXPECT_FALSE(rig.hasKey(EarlierRecords)) << operation;
+    if (::testing::Test::HasFailure()) return;
+  }
+  EXPECT_GT(broken, 25 / (11 * EveryOperation));
 }
 
 /// Ways in which a second installation ends before its first component.
