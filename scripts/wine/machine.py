@@ -174,6 +174,8 @@ class Machine:
     def keep_awake(self, keeper):
         """Runs a program that never ends, so that others find the machine running and need not start it. What tests ask of the
         registry it answers more quickly than a program that is started for it."""
+        if self._keeper and self._keeper.poll() is None:
+            return
         shutil.copy(keeper, self.host('C:\\keeper.exe'))
         self._keeper = self.start('C:\\keeper.exe')
 

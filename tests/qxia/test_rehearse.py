@@ -110,6 +110,13 @@ class Samples(unittest.TestCase):
         code, out, _ = rehearse(RESTART, '--machine', RESTART_MACHINE)
         self.assertEqual((code, out.count(' which asks for a restart')), (0, 2))
         self.assertIn('4 restarts', out)
+        machine = os.path.join(tempfile.mkdtemp(), 'machine.txt')
+        self.addCleanup(shutil.rmtree, os.path.dirname(machine))
+        with open(machine, 'wb') as file:  # somebody has only the first disc
+            file.write(subprocess.run([QXIA, 'machine', *CHARTS], stdout=subprocess.PIPE, check=True).stdout)
+            file.write(b'[answer]\ntext=Insert the disk\n[answer]\ntext=Error - cannot find\nanswer=cancel\n')
+        code, out, _ = rehearse(*CHARTS, '--machine', machine)
+        self.assertEqual((code, 'Loose ends' in out), (2, False), out)
         started = time.time()
         rehearse(SUITE, '--on', 'all')
         print('figure: rehearsing the sample product: %.2f s, on all systems %.2f s, %.0f MB at most' % (

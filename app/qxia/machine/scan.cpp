@@ -26,7 +26,7 @@ std::vector<MediaPackage> FindPackages(const std::vector<Disc>& discs, const std
       try {
         found.package = ReadPackage(entry.path().string());
       } catch (const PackageError& broken) {
-        found.problem = broken.what();
+        found.problem = found.path + ": " + broken.reason();
       }
       packages.push_back(found);
     }

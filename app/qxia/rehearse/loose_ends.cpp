@@ -52,7 +52,7 @@ bool IsExcused(const RehearsedRun& run, const std::string& declaration) {
     if ((installs || removes) && IsNotDue(run.components[i].outcome)) return true;
     if (run.uninstall ? installs && !removes : removes && !installs) return true;
   }
-  return !isKnown && (run.uninstall || RanNothing(run));
+  return !isKnown && (run.uninstall || RanNothing(run) || !run.reachedLastDisc);
 }
 
 bool IsUnusedEverywhere(const std::vector<RehearsedRun>& runs, const std::string& declaration) {

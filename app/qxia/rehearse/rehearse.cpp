@@ -83,7 +83,8 @@ int TellSweep(const Arguments& arguments, const Sweep& sweep, const SweepResult&
     Print(ToJson(result).dump(1) + "\n");
     return result.failed.empty() ? 0 : Differs;
   }
-  Print(std::to_string(result.points) + " points, " + std::to_string(result.failed.size()) + " did not recover\n");
+  Print(std::to_string(result.points) + (result.points == 1 ? " point, " : " points, ") +
+        std::to_string(result.failed.size()) + " did not recover\n");
   for (const SweepPoint& point : result.failed) {
     const std::string fault = arguments.has("--cut-power") ? "--cut-power " + std::to_string(point.number)
                                                            : "--fail " + Numbered(sweep.operations(), point.number);

@@ -112,6 +112,7 @@ RehearsedRun Rehearse(Workplace& workplace, const std::string& product, const Li
   run.undeclared = machine.journal().undeclared;
   run.unanswered = machine.journal().unscripted;
   run.unused = machine.unused();
+  run.reachedLastDisc = workplace.reachedLastDisc();
   run.events = ReadEvents(machine);
   return run;
 }

@@ -32,6 +32,7 @@ struct RehearsedRun {
   std::vector<std::string> unanswered;   ///< boxes and dialogs that nobody answered
   std::vector<std::string> unused;       ///< declarations that nothing used
   std::vector<std::string> looseEnds;    ///< what of both is to be told
+  bool reachedLastDisc = true;           ///< else there were components of which the machine has no record
   std::vector<Event> events;
   std::vector<LogRow> rows;
   std::string log;  ///< of this computer; "" where there is none

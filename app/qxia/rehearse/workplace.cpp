@@ -135,6 +135,13 @@ std::optional<platform::BoxAnswer> Workplace::answer(const platform::MessageBoxR
   return request.buttons == platform::BoxButtons::RetryCancel ? platform::BoxAnswer::Retry : platform::BoxAnswer::Ok;
 }
 
+bool Workplace::reachedLastDisc() const {
+  const std::map<char, simulated::Drive>& drives = machine_->files().allDrives();
+  const auto drive = drives.find(DiscDrive);
+  const Disc& last = staged_.back();
+  return staged_.size() == 1 || (drive != drives.end() && simulated::SameText(drive->second.label, last.label));
+}
+
 void Workplace::startAfresh() {
   if (at_.empty()) machine_->mount(DiscDrive, staged_[0].folder, platform::DriveType::CdRom, staged_[0].label);
   machine_->machine().setProgram(program_, "");

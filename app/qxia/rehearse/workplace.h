@@ -30,6 +30,8 @@ class Workplace {
   simulated::Workstation& machine() { return *machine_; }
   /// The discs as the machine has them: copies.
   const std::vector<Disc>& discs() const { return staged_; }
+  /// Whether the last of the discs is in its drive.
+  bool reachedLastDisc() const;
   /// Links of the media that were not followed.
   const std::vector<std::string>& leftOut() const { return leftOut_; }
   /// The program as it was started first, with the first disc in its place.
