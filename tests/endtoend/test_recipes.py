@@ -20,7 +20,7 @@ from support import LOG_ROOT, OUT, PRODUCTS, PROGRAM, TRACE, WineTest, tool
 
 RECIPES = os.path.join(support.HERE, '..', '..', 'samples', 'recipes')
 PAGE = os.path.join(support.HERE, '..', '..', 'docs', 'recipes.md')
-MEDIA = os.path.join(OUT, 'samples', 'recipes', '%s', 'disc')
+MEDIA = os.path.join(OUT, 'recipes', '%s', 'disc')
 PRODUCT = 'Harbour Recipes'
 COMPONENTS = ['Ropes', 'Lamps', 'ChartsFolder', 'Charts', 'Desk', 'Meter', 'Settings', 'Colours', 'Sonar']
 SETTINGS = 'Software\\Harbour Works'
