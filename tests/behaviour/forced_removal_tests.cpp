@@ -70,8 +70,32 @@ TEST(ForcedUninstall, ProductThatStays_IsToldAsError6092AndTheRunGoesOn) {
   }
 }
 
+TEST(ForcedUninstall, ListThatCannotBeRead_DoesNotCountAsRemoved) {
+  for (const bool reads : {true, false}) {
+    Forcing run;
+    run.install();
+    run.rig.program("msiexec /x", {.removes = {Old, Older}});
+    run.rig.runFailing(reads ? "no operation" : "installer.enumerateProduct", "", platform::Status::AccessDenied,
+                       Media::arguments("/s"));
+    EXPECT_EQ(Logged(run.rig, "Uninstallation of OldOffice failed"), !reads);
+  }
+}
+
+TEST(ForcedUninstall, SystemWithoutWindowsInstaller_HasAWholeListOfNothing) {
+  Forcing run;
+  run.rig.tolerateUnused();
+  run.rig.machine().installer().setInstalled(false);
+  run.rig.program("msiexec /x", {.cannotStart = platform::Status::FileNotFound});
+  EXPECT_EQ(run.install(), 0);
+  EXPECT_FALSE(Logged(run.rig, "The list of installed products broke off"));
+  EXPECT_FALSE(Logged(run.rig, "Uninstallation of OldOffice failed"));
+}
+
 TEST(ForcedUninstall, InstallType_IsAnnouncedAndPutBack) {
-  for (const char* before : {"", "upgrade", static_cast<const char*>(nullptr)}) {
+  // What a removal left that a power failure ended is nobody's.
+  const std::pair<const char*, const char*> rows[] = {
+      {"", ""}, {"upgrade", "upgrade"}, {nullptr, nullptr}, {"STUNINST", nullptr}};
+  for (const auto& [before, behind] : rows) {
     Forcing run;
     if (before != nullptr) run.rig.set(InstallationRecord, "Install Type", before);
     std::string during;
@@ -79,8 +103,8 @@ TEST(ForcedUninstall, InstallType_IsAnnouncedAndPutBack) {
                     {.removes = {Old}, .also = [&] { during = run.rig.value(InstallationRecord, "Install Type"); }});
     EXPECT_EQ(run.install(), 0);
     EXPECT_EQ(during, "STUNINST");
-    EXPECT_EQ(run.rig.hasValue(InstallationRecord, "Install Type"), before != nullptr);
-    EXPECT_EQ(run.rig.value(InstallationRecord, "Install Type"), before == nullptr ? "" : before);
+    EXPECT_EQ(run.rig.hasValue(InstallationRecord, "Install Type"), behind != nullptr);
+    EXPECT_EQ(run.rig.value(InstallationRecord, "Install Type"), behind == nullptr ? "" : behind);
   }
 }
 

@@ -94,6 +94,12 @@ TEST_F(Outcome, Failures_LeaveALineEach) {
   EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Installation of One failed.\r\nInstallation of Three failed");
 }
 
+TEST_F(Outcome, ExitCodeThatTheSystemDoesNotTell_IsNoSuccess) {
+  media.program("Tools").write();
+  EXPECT_EQ(rig.runFailing("processes.exitCode", "", platform::Status::AccessDenied, Media::arguments("/s")), 1);
+  EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), "Installation of Tools failed");
+}
+
 TEST_F(Outcome, SecondRunThatSucceeds_ForgetsTheFailureOfTheFirst) {
   rig.program("\\One.exe", Reports("One", "Fail"));
   media.program("One", Reports("One", "Pass"));

@@ -3,6 +3,7 @@
 #include "base/code_page.h"
 #include "base/ini.h"
 #include "base/paths.h"
+#include "base/run.h"
 #include "base/text.h"
 #include "tests/support/media.h"
 
@@ -66,6 +67,24 @@ TEST_F(Paths, RelativeIniBehindARestart_IsTheOneOfTheFirstStart) {
   EXPECT_EQ(RanComponents(rig), (Names{"A", "B"}));
   EXPECT_EQ(rig.value(ProductsRecord, "InstallationIni"), Ini);
   EXPECT_FALSE(rig.hasKey(std::string(ProductsRecord) + "\\Other"));
+}
+
+TEST_F(Paths, RelativeIniBehindAnEndedRun_IsThatOfTheCurrentFolder) {
+  media.program("A").write();
+  EXPECT_EQ(rig.run("/s /is=C:\\Media\\app.ini"), 0);
+  rig.file("C:\\Other\\app.ini", rig.text(Ini));
+  rig.file("C:\\Other\\product.ini", rig.text("C:\\Media\\product.ini"));
+  rig.machine().files().setCurrentFolder("C:\\Other");
+  EXPECT_EQ(rig.run("/s /is=app.ini"), 0);
+  EXPECT_EQ(rig.value(ProductsRecord, "InstallationIni"), "C:\\Other\\app.ini");
+}
+
+TEST_F(Paths, LongestFolder_IsMadeAndNoLongerOne) {
+  assistant::Run run(rig.machine());
+  const std::string longest = "C:\\" + std::string(127, 'a') + "\\" + std::string(128, 'b');
+  run.services.fso.createFolder(longest);
+  EXPECT_TRUE(rig.machine().files().isFolder(longest));
+  EXPECT_THROW(run.services.fso.createFolder(longest + "b"), assistant::Error);
 }
 
 TEST_F(Paths, LogFilePath_WithoutItsDriveLiesBesideTheIni) {

@@ -73,6 +73,7 @@ TEST(PreInstall, Actions_RunInOrderUntilOneRefusesTheProduct) {
         "[PreInstallActions]\nCheck;rfi version=1.0\nScript\n[Check_Office Suite]\nInstall=Checks\\check.exe\n"
         "CommandLine=/all of it\n[Script_Office Suite]\nInstall=script.VBS\nCommandLine=n/a\n";
     EXPECT_EQ(media.program("One").install(), *row.reasons == '\0' ? 0 : 1) << row.what;
+    EXPECT_EQ(rig.value(ProductsRecord, "Process Return") == "Abort", *row.reasons != '\0') << row.what;
     EXPECT_EQ(rig.ran(), row.ran) << row.what;
     EXPECT_TRUE(Logged(rig, row.logged)) << row.what;
     EXPECT_EQ(rig.value(ProductRecord, "Abort Reason"), row.reasons) << row.what;

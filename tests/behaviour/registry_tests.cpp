@@ -195,6 +195,8 @@ TEST_F(RegistryTest, Lists_HoldEveryName) {
   EXPECT_EQ(modRegistry::RegListValues(registry, "Software\\A"), (Names{"One", "Two"}));
   EXPECT_EQ(modRegistry::RegListKeys(registry, "Software\\A\\B"), Names());
   EXPECT_EQ(modRegistry::SubKeys(registry, "Software\\A\\B"), Names());
+  rig.set("Software\\A\\" + std::string(255, 'k'), "", "1");
+  EXPECT_EQ(modRegistry::RegListKeys(registry, "Software\\A"), keys) << "a name that is too long ends the list";
 }
 
 TEST_F(RegistryTest, Existence_IsToldOrRaised) {
