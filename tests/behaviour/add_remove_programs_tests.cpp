@@ -105,6 +105,13 @@ TEST_F(AddRemovePrograms, CommandOfTheEntry_UninstallsAndRemovesTheLastCopy) {
   EXPECT_TRUE(UninstallLogged(rig, "Setting task to remove local IA .exe"));
 }
 
+TEST_F(AddRemovePrograms, NameTypedInAnotherLetterCase_IsTheSameProduct) {
+  InstallRemovable(rig);
+  rig.program("AT ", simulated::Match::Prefix);
+  EXPECT_EQ(Uninstall(rig, "/s /x OFFICE suite"), 0);
+  EXPECT_EQ(rig.effects("run hidden AT ").size(), 1U);
+}
+
 TEST_F(AddRemovePrograms, CopyThatAnotherProductNeeds_StaysUntilTheLast) {
   InstallRemovable(rig);
   InstallRemovable(rig, "Planner");

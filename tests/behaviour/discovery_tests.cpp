@@ -82,6 +82,28 @@ TEST_F(Discovery, SwitchNamesAnotherProductIni_WinsOverTheApplicationIni) {
   EXPECT_EQ(RanComponents(rig).size(), 1U);
 }
 
+TEST_F(Discovery, DriveOfTheBuildServer_IsMappedOnce) {
+  media.productIni += "[Connection]\nBuildServerDriveMapping=K:\nIP=10.1.2.3\nDomainName=QX\n";
+  rig.program("net use K:");
+  media.program("Tools").write();
+  EXPECT_EQ(rig.run("/s /is=C:\\Media\\app.ini /ia=C:\\Media\\product.ini"), 0);
+  EXPECT_EQ(rig.ran(), (Names{"net use K: \\\\10.1.2.3\\packages /user:QX\\Administrator \"\" /persistent:no",
+                              "C:\\Media\\Tools\\Tools.exe", "net use K: /d"}));
+}
+
+TEST_F(Discovery, UnreadableProductIni_DoesNotSpareTheChosenOneItsActions) {
+  media.productIni += "[PreInstallActions]\nCheck\n[Check_Office Suite]\nInstall=check.exe\n";
+  media.program("Tools").write();
+  rig.file("C:\\Media\\check.exe", "program");
+  rig.program("check.exe");
+  rig.file("C:\\Media\\other.ini", rig.text("C:\\Media\\product.ini"));
+  rig.file("C:\\Media\\product.ini", "\xFF\xFE");
+  rig.machine().screen().choose({"Select Product Ini File", "C:\\Media\\other.ini"});
+  rig.press({platform::WindowEvent::Continue, platform::WindowEvent::Continue});
+  EXPECT_EQ(rig.run(Media::arguments("")), 0);
+  EXPECT_EQ(rig.ran(), (Names{"\"C:\\Media\\check.exe\"", "C:\\Media\\Tools\\Tools.exe"}));
+}
+
 TEST_F(Discovery, RootOfAnEarlierRun_OutlivesTheWipeOfItsRecord) {
   media.product["PackageRoot"] = "REGISTRY";
   rig.set(ProductRecord, "PackageRoot", "C:\\Media");

@@ -164,6 +164,16 @@ TEST_F(LocalCopy, FirstDiscsProgram_StartsItAndEnds) {
   }
 }
 
+TEST_F(LocalCopy, DriveWrittenAsASmallLetter_IsTheDiscAllTheSame) {
+  Discs discs(rig);
+  discs.write("DISC1", "NextVolumeName=DISC2\n", {"One"});
+  rig.program(LocalProgram);
+  rig.machine().machine().setProgram("d:\\QX Installation Assistant.exe", "");
+  EXPECT_EQ(rig.run("/s"), 0);
+  EXPECT_EQ(rig.ran().size(), 1U);
+  EXPECT_TRUE(discs.ran().empty());
+}
+
 struct Start {
   const char* what;
   simulated::Outcome launch;

@@ -145,6 +145,7 @@ TEST(MultiDisk, DiscInAnotherDrive_IsInstalledFromThereAlsoAfterARestart) {
     EXPECT_EQ(discs.ran(), (Names{"One", "Three", "Four"})) << restarting << rig.log("Office Suite");
     EXPECT_EQ(rig.ran()[rig.ran().size() - 2].substr(0, 3), "E:\\") << restarting;
     EXPECT_EQ(rig.value(ProductsRecord, "ProductIni"), "E:\\product.ini") << restarting;
+    EXPECT_EQ(rig.value(ProductsRecord, "InstallationIni"), "E:\\QX Installation Assistant.ini") << restarting;
   }
 }
 

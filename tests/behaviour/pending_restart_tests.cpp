@@ -161,6 +161,17 @@ TEST_F(Pending, ComponentsWithFullPaths_NeedNoPackageRoot) {
   EXPECT_FALSE(Logged(rig, NotThere));
 }
 
+TEST_F(Pending, OneComponentWithoutAFullPath_NeedsThePackageRoot) {
+  rig.tolerateUnused();
+  media.productIni += "[Actions]\nA=C:\\Media\\A\\A.ini\nB=B\\B.ini\n";
+  media.program("A", RequestsReboot("immediate")).program("B").write();
+  ASSERT_EQ(rig.run(Media::arguments("/s")), 0);
+  rig.set(ProductRecord, "PackageRoot", "Q:\\Gone");
+  rig.restart();
+  EXPECT_EQ(rig.run(rig.logonArguments()), 1);
+  EXPECT_TRUE(Logged(rig, "The package root Q:\\Gone"));
+}
+
 // Another product.
 
 /// Writes an application ini of another product, which would delete a file and has a message of its own.

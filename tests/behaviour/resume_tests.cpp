@@ -74,6 +74,8 @@ constexpr Line7 Lines[] = {
     {"/is=C:\\Media\\app.ini /s  ", R"(oShell.Run """C:\QX\QX Installation Assistant.exe"" /is=C:\Media\app.ini /s")"},
     {"/is=\"C:\\Media\\app.ini\" /s",
      R"(oShell.Run """C:\QX\QX Installation Assistant.exe"" /is=""C:\Media\app.ini"" /s")"},
+    // No switch, so that the run asks for its ini; and no blank.
+    {"q", R"(oShell.Run """C:\QX\QX Installation Assistant.exe""q")"},
 };
 
 TEST_F(Resuming, StartupScript_StartsTheProgramWithTheSameArguments) {
@@ -81,6 +83,10 @@ TEST_F(Resuming, StartupScript_StartsTheProgramWithTheSameArguments) {
     fresh();
     media.program("A", RequestsReboot("immediate")).write();
     rig.file(rig.startupScript(), "an older script that is longer than the new one\n" + std::string(2000, 'x'));
+    if (row.arguments[0] != '/') {
+      rig.machine().screen().choose({"Select Application Ini File", "C:\\Media\\app.ini"});
+      rig.press({platform::WindowEvent::Continue});
+    }
     rig.run(row.arguments);
     EXPECT_EQ(rig.text(rig.startupScript()),
               "Option Explicit\r\n\r\nDim oShell\r\n\r\nSet oShell = CreateObject(\"Wscript.Shell\")\r\n\r\n" +

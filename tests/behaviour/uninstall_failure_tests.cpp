@@ -443,4 +443,19 @@ TEST_F(Uninstalling, FolderThatNobodyNamedInFull_IsNotDeleted) {
   }
 }
 
+TEST_F(Uninstalling, ListOfTargets_IsWhatGoesOrElseTheOwnFolderBelowTheRoot) {
+  for (const bool listed : {true, false}) {
+    fresh();
+    rig.file("C:\\Media\\Manuals\\one.txt", "one");
+    media.component("Manuals", "one.txt", listed ? "CopyOp=1\nCopyOpTarget1=C:\\Copies\n" : "CopyOp=1\n").install();
+    rig.file("C:\\QX\\Root\\other.txt", "another component's");
+    // A component in the root of the media has no path; a list without a target is what a refused write leaves.
+    listed ? rig.set(ComponentRecord("Manuals"), "Path", "")
+           : rig.set(ComponentRecord("Manuals") + "\\CopyOpTargetList", "CopyOpTarget1", "");
+    EXPECT_EQ(Uninstall(rig), 0);
+    EXPECT_FALSE(rig.exists(listed ? "C:\\Copies\\one.txt" : "C:\\QX\\Root\\Manuals\\one.txt"));
+    EXPECT_TRUE(rig.exists("C:\\QX\\Root\\other.txt"));
+  }
+}
+
 }  // namespace
