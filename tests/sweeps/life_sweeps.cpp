@@ -127,6 +127,8 @@ constexpr SettledRow SettledRows[] = {
 
 /// By what a row can name the target of an operation.
 Lines NamesOf(const std::string& operation) {
+  // What is below a key goes with it, and is told under its name.
+  if (Fits(operation, "registry.deleteKey *\\Office Suite\\*")) return {"Office Suite"};
   for (const SettledRow& row : SettledRows)
     if (Fits(operation, row.read)) return {row.row, LastTarget(operation)};
   std::string target = operation.substr(operation.find(' ') + 1);
@@ -138,8 +140,6 @@ Lines NamesOf(const std::string& operation) {
     const std::size_t quote = target.find('"', 1);
     return {target[0] == '"' ? LastElement(target.substr(1, quote - 1)) : target.substr(0, target.find(' '))};
   }
-  // What is below a key goes with it, and is told under its name.
-  if (Fits(operation, "registry.deleteKey *Products\\Office Suite\\*")) return {"Office Suite"};
   const std::size_t arrow = target.find(" -> ");
   if (arrow == std::string::npos) return {LastElement(target)};
   return {LastElement(target.substr(0, arrow)), LastElement(target.substr(arrow + 4))};
