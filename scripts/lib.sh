@@ -15,9 +15,9 @@ declare -A package_groups=(
   [wine]='wine64 fonts-wine xvfb xauth xdotool python3'
   [tests]='libgtest-dev python3 python3-jsonschema'
   [bench]='libbenchmark-dev python3'
-  [lint]='clang-format clang-tidy ansible-lint python3 g++-mingw-w64-i686-posix'
+  [lint]='clang-format clang-tidy ansible-lint faketime python3 g++-mingw-w64-i686-posix'
   [shots]='imagemagick chromium fonts-liberation fonts-dejavu-core'
-  [release]='pandoc'
+  [release]='pandoc faketime'
   [fuzz]='clang libclang-rt-14-dev'
 )
 

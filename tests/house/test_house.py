@@ -46,6 +46,12 @@ class Checks(unittest.TestCase):
     def test_imports_finds_what_it_is_there_to_find(self):
         self.check('imports.py', '--self-test')
 
+    def test_same_bytes(self):
+        self.check('same_bytes.py')
+
+    def test_same_bytes_finds_what_it_is_there_to_find(self):
+        self.check('same_bytes.py', '--self-test')
+
     def test_formatting(self):
         self.check('formatting.py')
 
