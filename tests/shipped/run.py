@@ -88,7 +88,11 @@ def main():
         return CANNOT
     ensure_prototype(WINE64)
     started = time.time()
-    ensure_prototype(WINE32)
+    try:
+        ensure_prototype(WINE32)
+    except (RuntimeError, subprocess.TimeoutExpired) as failed:  # nothing of the program has run yet
+        print('test32: cannot run here: no machine of the 32-bit Wine could be made: %s' % failed)
+        return CANNOT
     print('       a machine of the 32-bit Wine: %.0f s' % (time.time() - started), flush=True)
     tales = [(tale, windows) for windows in options.systems for tale in stories.ENDS]
     with ThreadPoolExecutor(options.jobs) as pool:
