@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/faults/platform.h"
-#include "tests/support/media.h"
+#include "tests/support/discs.h"
 
 namespace {
 
@@ -43,11 +43,11 @@ TEST_F(RefusedRead, NothingIsTakenForAbsentThatCannotBeRead) {
 }
 
 /// Installs while the n-th read of all is refused, none for 0; what was read.
-Names InstallRefusing(Rig& rig, int number, int& exitCode) {
+Names InstallRefusing(Rig& rig, int number, int& exitCode, const std::string& arguments = Media::arguments("/s")) {
   faults::Platform faulty(rig.machine());
   faulty.faults().noteReads();
   if (number > 0) faulty.faults().failReadAt(number, Status::NotReady);
-  exitCode = rig.run(Media::arguments("/s"), faulty);
+  exitCode = rig.run(arguments, faulty);
   return faulty.faults().readHistory();
 }
 
@@ -75,6 +75,26 @@ TEST_F(RefusedRead, IniThatCannotBeReadForOneKey_IsNoSuccessOrChangesNothing) {
     EXPECT_TRUE(rig.hasKey(EntryRecord)) << number << " " << read;
   }
   EXPECT_GT(failed, 20);
+}
+
+TEST_F(RefusedRead, ProductIniOfSeveralDiscs_NeverPassesForOneOfASingleDisc) {
+  int exitCode = -1;
+  Names reads = {""};
+  int refused = 0;
+  for (std::size_t number = 0; number < reads.size(); ++number) {
+    if (number > 0 && reads[number - 1] != "files.read D:\\product.ini") continue;
+    Rig own;
+    own.tolerateUnused();
+    Discs discs(own);
+    discs.writePair();
+    own.program(std::string("\"") + LocalProgram, simulated::Match::Prefix);
+    own.machine().machine().setProgram(DiscProgram, "");
+    const Names read = InstallRefusing(own, static_cast<int>(number), exitCode, "/s");
+    if (number == 0) reads = read;
+    refused += exitCode == 1 ? 1 : 0;
+    EXPECT_EQ(discs.ran(), Names()) << "the components belong to the local copy's run " << number;
+  }
+  EXPECT_GT(refused, 0);
 }
 
 TEST_F(RefusedRead, PackageThatTellsNoVersion_DoesNotPassForInstalled) {
