@@ -1,5 +1,5 @@
 /* Changes the disc in drive D: tells the system's mount manager that a folder of the host, named on the command line,
-   is in the drive now. With a second word it says OK to the dialog that asks for the disc, once that is there.
+   is in the drive now. With a second word it agrees to the dialog that asks for the disc, once that is there.
    usage: disc.exe FOLDER [ok] */
 #include <stdio.h>
 #include <string.h>
@@ -21,14 +21,14 @@ struct drive {
   USHORT label_offset;
 };
 
-/* Says OK until no dialog is left; whether there was one within five minutes. One that just comes up may miss its message,
-   and one that finds the disc too early asks again. */
+/* Says OK, or Retry where that is asked, until no dialog is left; whether there was one within five minutes. One that just
+   comes up may miss its message, and a program that looks for the disc too early asks again. */
 static int confirm(void) {
   int seen = 0;
   for (int seconds = 0, quiet = 0; seconds < 300 && quiet < 2; ++seconds, Sleep(1000)) {
     HWND dialog = FindWindowA("#32770", NULL);
     if (dialog && IsWindowVisible(dialog)) {
-      PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+      PostMessageA(dialog, WM_COMMAND, GetDlgItem(dialog, IDRETRY) ? IDRETRY : IDOK, 0);
       seen = 1;
       quiet = 0;
     } else if (seen) {

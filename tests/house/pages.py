@@ -9,7 +9,7 @@ import sys
 import tree
 
 FOLDERS = ('base', 'exec', 'env', 'core', 'app', 'app/qxia', 'platform', 'platform/simulated', 'platform/win32',
-           'platform/faults', 'tests/support', 'tests/fuzz', 'scripts/wine')
+           'platform/faults', 'tests/support', 'tests/fuzz', 'tests/shipped', 'scripts/wine')
 GUIDE = 'ARCHITECTURE.md'
 GUIDE_HEADING = 'Where does my code go?'
 
