@@ -21,11 +21,11 @@ struct drive {
   USHORT label_offset;
 };
 
-/* Says OK, or Retry where that is asked, until no dialog is left; whether there was one within five minutes. One that just
-   comes up may miss its message, and a program that looks for the disc too early asks again. */
+/* Says OK, or Retry where that is asked, until no dialog is left; whether there was one within twenty seconds. One that
+   just comes up may miss its message, and a program that looks for the disc too early asks again. */
 static int confirm(void) {
   int seen = 0;
-  for (int seconds = 0, quiet = 0; seconds < 300 && quiet < 2; ++seconds, Sleep(1000)) {
+  for (int seconds = 0, quiet = 0; seconds < 20 && quiet < 2; ++seconds, Sleep(1000)) {
     HWND dialog = FindWindowA("#32770", NULL);
     if (dialog && IsWindowVisible(dialog)) {
       PostMessageA(dialog, WM_COMMAND, GetDlgItem(dialog, IDRETRY) ? IDRETRY : IDOK, 0);
