@@ -158,7 +158,7 @@ std::string ResolveFile(const Run& run, const std::string& coded, const FileSear
 }
 
 std::string SpecifiedProductIni(const Run& run, const std::string& applicationIni) {
-  const modINI::IniFile ini{run.machine.files(), run.services.log, applicationIni};
+  const modINI::IniFile ini = run.ini(applicationIni);
   const std::string coded = modINI::GetIniString(ini, "Product", Value::ProductIni.name, MissingValue);
   if (IsNotGiven(coded)) return std::string();
   return ResolveFile(run, coded, {FolderPart(applicationIni), applicationIni, DefaultProductIni});

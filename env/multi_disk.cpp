@@ -17,8 +17,8 @@ namespace {
 constexpr const char* NotRead = "Failed";
 
 std::string ProductValue(const Services& services, const std::string& ini, const RecordValue& value) {
-  return modINI::GetIniString({services.machine.files(), services.log, ini}, value.ini.section, value.iniKey(),
-                              NotRead);
+  return modINI::GetIniString({services.machine.files(), services.log, ini, &services.refusals}, value.ini.section,
+                              value.iniKey(), NotRead);
 }
 
 bool NamesVolume(const std::string& text) {
