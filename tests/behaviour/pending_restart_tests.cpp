@@ -277,6 +277,19 @@ TEST_F(Pending, RequestThatCannotBeEmptied_RestartsNothingEither) {
   EXPECT_TRUE(rig.effects("exit windows").empty());
 }
 
+TEST_F(Pending, RequestThatCannotBeEmptied_LetsAnUninstallEndBeforeItsFirstRemoval) {
+  rig.tolerateUnused();
+  media.program("A", {}, RemovesWith("C:\\Tools\\remove.exe")).install();
+  Remover(rig, "C:\\Tools\\remove.exe");
+  rig.set(InstallationRecord, "Reboot", "commit");
+  Confirms(rig);
+  EXPECT_EQ(
+      rig.runFailing("registry.setValue", "Installation\\Reboot", platform::Status::AccessDenied, "/s /x Office Suite"),
+      1);
+  EXPECT_EQ(RanComponents(rig), Names{"A"});
+  EXPECT_TRUE(UninstallLogged(rig, "The run ends because its records cannot be written: "));
+}
+
 // The place in the sequence.
 
 TEST_F(Pending, EntriesThatWerePassedOver_DoNotHideThePlace) {
