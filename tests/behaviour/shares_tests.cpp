@@ -94,17 +94,18 @@ TEST_F(Shares, References_MeanTheRowForThisMachine) {
   EXPECT_EQ(ResolveQXSharePath(run.shareResolver(), "\\Other\\x"), "\\Other\\x");
 }
 
-TEST_F(Shares, ShareOfAnotherMachineType_IsNeitherCopiedToNorMade) {
+TEST_F(Shares, ShareOfAnotherMachineType_IsNeitherCopiedToNorMadeNorLookedAtForRoom) {
   Rig own;
+  own.machine().addDrive({.letter = 'E', .free = 0});
   own.program("net share \"Data\"=\"C:\\B\"");
-  own.file("C:\\Media\\Config\\Shares.csv", "Data,C:\\A,dcchild\nData,C:\\B,dcunit\n");
+  own.file("C:\\Media\\Config\\Shares.csv", "Data,E:\\A,dcchild\nData,C:\\B,dcunit\n");
   Media media(own);
   media.productIni = "[Product]\nName=Office Suite\nServerType=dcunit\n[General]\nVersion=2.1.0\n";
-  media.component("Tools", "one.txt", "CopyOp=1\nCopyOpTarget=\\Data\n");
+  media.component("Tools", "one.txt", "CopyOp=1\nCopyOpTarget=\\Data\nCost=0,Data=1000,\n");
   own.file("C:\\Media\\Tools\\one.txt", "one");
   EXPECT_EQ(media.install(), 0);
   EXPECT_TRUE(own.exists("C:\\B\\Tools\\one.txt"));
-  EXPECT_FALSE(own.exists("C:\\A"));
+  EXPECT_FALSE(own.exists("E:\\A"));
 }
 
 TEST_F(Shares, LineWrittenAlmostRight_IsToldAndUsedAsFarAsItCanBeRead) {
