@@ -103,7 +103,7 @@ class Window(InteractiveTest):
     def test_heading_of_a_failed_run_tells_that_the_list_has_more(self):
         names = ['Gone %d' % number for number in range(1, 9)]
         self.product('Small', {name: ('gone.exe', None, '') for name in names})
-        self.start()
+        process = self.start()
         self.person.ready()
         self.person.press('Return')
         window = self.person.finished()
@@ -113,6 +113,8 @@ class Window(InteractiveTest):
         self.assertEqual(heading[:3], ['One or more components failed to install successfully.', '', reasons[0]])
         self.assertEqual((heading[-1], heading[2:-1]), ('...', reasons[:len(heading) - 3]))
         self.assertTrue(window.text(STATUS).endswith('\n'.join(reasons)), window.text(STATUS))
+        self.person.press('Return')
+        self.assertEqual(process.wait(20), 1)
 
     def test_cancel_before_the_start_ends_with_2(self):
         self.small_product()

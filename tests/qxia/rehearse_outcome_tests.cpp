@@ -118,6 +118,9 @@ TEST(RehearseOutcome_Uninstall_TellsWhatGoesAndWhatStays, AndCommandsOfTheSystem
   const std::vector<std::string> common = {"--state", media.path() + "/state", "--machine",
                                            media.path() + "/machine.txt"};
   EXPECT_EQ(media.rehearseOnce(common).played.exitCode, 0);
+  std::vector<std::string> none = common;
+  none.insert(none.end(), {"--args", ""});
+  EXPECT_FALSE(media.rehearseOnce(none).looseEnds.empty()) << "a run without switches waits for a person";
   std::vector<std::string> uninstall = common;
   uninstall.insert(uninstall.end(), {"--args", "/s /v /x Small /yes"});
   const RehearsedRun run = media.rehearseOnce(uninstall);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 
 #include "app/qxia/rehearse/scratch_folder.h"
 #include "platform/simulated/text.h"
@@ -63,7 +64,7 @@ std::string FindPackageRoot(const std::vector<ComponentRecord>& components) {
 
 Scan ScanMedia(const Media& media, const std::string& at, const std::string& system) {
   const ScratchFolder folder;
-  Workplace workplace(folder.path() + "/machine", {media, at, "", "", system});
+  Workplace workplace(folder.path() + "/machine", {media, at, std::nullopt, "", system});
   simulated::Workstation& machine = workplace.machine();
   workplace.permitEverything();
   Scan scan;

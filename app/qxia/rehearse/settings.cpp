@@ -67,7 +67,7 @@ RehearsalSettings ReadSettings(const Arguments& arguments) {
   settings.systems = ReadSystems(arguments);
   settings.at = arguments.text("--at");
   FirstFolder(settings.at);
-  settings.arguments = arguments.text("--args");
+  if (arguments.has("--args")) settings.arguments = arguments.text("--args");
   settings.machineFile = arguments.text("--machine");
   settings.state = arguments.text("--state");
   settings.limits.milliseconds = Time(arguments.text("--limit-time", "24h"));

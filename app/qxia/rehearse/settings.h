@@ -1,6 +1,7 @@
 // What a rehearsal is asked to do.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,7 @@ struct RehearsalSettings {
   Media media;
   std::vector<std::string> systems;  ///< as they are named in System; "" for the machine file's
   std::string at;
-  std::string arguments;
+  std::optional<std::string> arguments;
   std::string machineFile;
   std::string state;
   Limits limits;

@@ -116,8 +116,8 @@ void Workplace::setProgram(const WorkplaceSettings& settings) {
   const std::string first = FirstFolder(settings.at);
   const std::string path =
       machine.programPath().empty() ? first + "\\" + ProgramFileName() : std::string(machine.programPath());
-  std::string arguments = settings.arguments.empty() ? machine.arguments() : settings.arguments;
-  if (arguments.empty()) {
+  std::string arguments = settings.arguments.value_or(machine.arguments());
+  if (!settings.arguments && arguments.empty()) {
     std::string ini = settings.media.applicationIni;
     std::replace(ini.begin(), ini.end(), '/', '\\');
     arguments = DefaultArguments + first + "\\" + ini;

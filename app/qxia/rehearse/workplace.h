@@ -13,8 +13,9 @@ namespace qxia {
 
 struct WorkplaceSettings {
   const Media& media;
-  std::string at;         ///< where the first disc lies on a hard disk; "" for the CD-ROM drive
-  std::string arguments;  ///< of the program; "" for those of the machine file or, without any, a verbose silent run
+  std::string at;  ///< where the first disc lies on a hard disk; "" for the CD-ROM drive
+  /// Of the program, be it that it has none; else those of the machine file or, without any, a verbose silent run.
+  std::optional<std::string> arguments;
   std::string machineFile;
   std::string system;  ///< "" for the machine file's
 };
