@@ -27,11 +27,12 @@ platform::DriveType FindDriveType(const std::string& name) {
 
 Match FindMatch(const std::string& name) {
   static const std::map<std::string, Match> matches = {{"contains", Match::Contains},
+                                                       {"end", Match::End},
                                                        {"exactly", Match::Exactly},
                                                        {"prefix", Match::Prefix},
                                                        {"program", Match::Program}};
   const auto found = matches.find(Lower(name));
-  if (found == matches.end()) Refuse("'" + name + "': write contains, exactly, prefix or program");
+  if (found == matches.end()) Refuse("'" + name + "': write contains, end, exactly, prefix or program");
   return found->second;
 }
 

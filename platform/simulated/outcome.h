@@ -52,6 +52,7 @@ enum class Match {
   Contains,
   Exactly,
   Prefix,
+  End,      ///< of the command line: switches behind a program that is not known
   Program,  ///< the program's file name, with or without .exe
 };
 

@@ -38,6 +38,8 @@ bool Fits(const Program& program, const std::string& commandLine, const std::str
       return SameText(commandLine, program.pattern);
     case Match::Prefix:
       return StartsWithText(commandLine, program.pattern);
+    case Match::End:
+      return EndsWithText(commandLine, program.pattern);
     case Match::Program:
       return IsProgram(file, program.pattern);
     case Match::Contains:

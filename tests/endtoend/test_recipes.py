@@ -76,6 +76,23 @@ class RecipesTest(WineTest):
         with open(path, 'w', newline='') as target:
             target.write(after)
 
+    @staticmethod
+    def programs():
+        """What a rehearsal is told of the sample's installers."""
+        with open(os.path.join(RECIPES, 'machine.txt')) as source:
+            return re.sub(r'(?s)^.*?(?=\[program )', '', source.read())
+
+    def from_disc(self, arguments, declared=''):
+        return self.comparison(arguments, declared, program='', media=[self.disc], at='', options=['--label', 'RECIPES'],
+                               product=PRODUCT)
+
+    def run_compared(self, declared, code):
+        """Runs the program from the disc to its end, and holds that against its rehearsal."""
+        compared = self.from_disc('/s', declared)
+        with compared.trace() as output:
+            self.assertEqual(self.machine.run('D:\\' + PROGRAM, '/s', timeout=120, output=output, debug=TRACE), code)
+        compared.hold(code)
+
     def uninstall(self, name):
         return self.run_traced(name, '%s\\%s' % (LOG_ROOT, PROGRAM), '/s', '/x', 'Harbour', 'Recipes', '/yes')
 
@@ -165,9 +182,7 @@ class RecipesThatFail(RecipesTest):
 
     def declared(self):
         """What a rehearsal is told of the sample's installers, with the exit codes that they have here."""
-        with open(os.path.join(RECIPES, 'machine.txt')) as source:
-            text = re.sub(r'(?s)^.*?(?=\[program )', '', source.read())
-        text = text.replace('set=HKLM\\Software\\Tarvel\\Installation\\Reboot=immediate\n', '')
+        text = self.programs().replace('set=HKLM\\Software\\Tarvel\\Installation\\Reboot=immediate\n', '')
         text = text.replace('[program C:\\Harbour Colours\\', '[program \\')  # as `qxia machine` names it
         text = re.sub(r'file=C:\\Harbour (Ropes|Sonar)\\.*\n', '', text)  # these come to nothing
         for name, code in self.CODES.items():
@@ -183,11 +198,7 @@ class RecipesThatFail(RecipesTest):
         shutil.copy(os.path.join(packages, 'Sonar', 'sonar.exe'), os.path.join(packages, 'Lamps', 'lamps.exe'))
         for name in ('Ropes', 'Sonar'):
             os.makedirs(self.machine.host('C:\\Harbour %s\\harbour.txt' % name))  # a folder in the place of the file
-        compared = self.comparison('/s', self.declared(), program='', media=[self.disc], at='', options=['--label', 'RECIPES'],
-                                   product=PRODUCT)
-        with compared.trace() as output:
-            self.assertEqual(self.machine.run('D:\\' + PROGRAM, '/s', timeout=120, output=output, debug=TRACE), 1)
-        compared.hold(1)
+        self.run_compared(self.declared(), 1)
         found = outcomes(self.machine.exported(PRODUCTS), self.log(PRODUCT), PRODUCT)
         self.assertEqual({row.component: (row.verdict, row.reason) for row in found}, self.VERDICTS)
         self.assertLogged(self.log(PRODUCT), 'lamps.exe /S /D=C:\\Harbour Lamps returned no errors (return code: 3010)', 'Action')
@@ -199,9 +210,11 @@ class RecipesUninstallers(RecipesTest):
     def test_it_is_waited_for_by_its_own_switch_alone(self):
         self.edit('../product.ini', r'(?s)\[Actions\].*', '[Actions]\r\nLamps=Lamps\\\\lamps.ini\r\nRopes=Ropes\\\\ropes.ini\r\n')
         self.edit('Ropes/ropes.ini', r'UninstallCommandLine=[^\r]*', 'UninstallCommandLine=/S')
-        self.assertEqual(self.machine.run('D:\\' + PROGRAM, '/s'), 0)
+        chosen = re.findall(r'(?s)\[program [^\n]*(?:ropes|lamps)\.exe\].*?(?=\n\[)', self.programs())
+        self.run_compared('\n'.join(chosen) + '\n', 0)
         for name in ('Ropes', 'Lamps'):
             self.write('C:\\Harbour %s\\in-use.txt' % name, '')
+        self.from_disc('/s /x Harbour Recipes /yes')  # held against no rehearsal: the table tells why
         process = self.machine.start('%s\\%s' % (LOG_ROOT, PROGRAM), '/s', '/x', 'Harbour', 'Recipes', '/yes')
         self.wait_for(LOG % ' Uninstall', 60, 'Lamps\\uninstall.exe" /S _?=')
         self.assertEqual(self.record(PRODUCT, 'Ropes')['Uninstalled'], 'True')

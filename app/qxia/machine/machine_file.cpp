@@ -55,7 +55,7 @@ class Writer {
 
  private:
   void package(const ComponentRecord& component);
-  void program(const std::string& comment, const std::string& pattern);
+  void program(const std::string& comment, const std::string& pattern, const char* match = "");
   void component(const ComponentRecord& component);
   void removal(const ComponentRecord& component);
   void mappedDrives();
@@ -66,9 +66,9 @@ class Writer {
   std::set<std::string> written_;  ///< patterns
 };
 
-void Writer::program(const std::string& comment, const std::string& pattern) {
+void Writer::program(const std::string& comment, const std::string& pattern, const char* match) {
   if (pattern.empty() || !written_.insert(simulated::Lower(pattern)).second) return;
-  text_ += "\n; " + comment + "\n[program " + pattern + "]\nexit=0\n";
+  text_ += "\n; " + comment + "\n[program " + pattern + "]\n" + match + "exit=0\n";
 }
 
 void Writer::package(const ComponentRecord& component) {
@@ -93,8 +93,10 @@ void Writer::component(const ComponentRecord& component) {
 
 void Writer::removal(const ComponentRecord& component) {
   const std::string command = component.value("UninstallCommandLine");
-  if (IsGiven(command) && !simulated::NeedsNoDeclaration(command))
-    program(component.name + ": what removes it", command);
+  if (!IsGiven(command) || simulated::NeedsNoDeclaration(command)) return;
+  // Switches stand behind a program that only the list of programs names; others are started with the same ones.
+  const bool isSwitches = command.front() == '/' || command.front() == '-';
+  program(component.name + ": what removes it", command, isSwitches ? "match=end\n" : "");
 }
 
 /// A share that the product ini has mapped to a drive: what the workstation knows of `net` finds no server.
