@@ -22,7 +22,7 @@ class Names {
  public:
   /// Raises std::runtime_error when the path begins with no root, or has more levels than there are.
   Names(const std::string& fullPath, bool japanese) : path_(fullPath), japanese_(japanese) {
-    first_ = RootName(NextPart(path_, at_, '\\', japanese_));
+    first_ = rootName(NextPart(path_, at_, '\\', japanese_));
     if (first_.empty())
       Refuse("registry key '" + fullPath + "': begin the path with HKEY_LOCAL_MACHINE\\ or HKEY_CURRENT_USER\\");
     if (std::count(path_.begin(), path_.end(), '\\') <= static_cast<std::ptrdiff_t>(MostKeyLevels)) return;
@@ -41,7 +41,7 @@ class Names {
   }
 
  private:
-  static std::string_view RootName(std::string_view name) {
+  static std::string_view rootName(std::string_view name) {
     constexpr std::string_view localMachine = "HKEY_LOCAL_MACHINE";
     constexpr std::string_view currentUser = "HKEY_CURRENT_USER";
     if (SameText(name, "HKLM") || SameText(name, localMachine)) return localMachine;
