@@ -16,6 +16,10 @@ using platform::Status;
 constexpr std::size_t TextCapacity = LongestText + 1;
 constexpr std::size_t NumberSize = 4;
 
+/// The numbers of this module's errors.
+constexpr int FirstError = 6160;
+constexpr int LastError = 6166;
+
 /// Whatever the root, messages show this one.
 constexpr const char* ShownRoot = "HKLM\\";
 
@@ -100,6 +104,11 @@ std::vector<std::string> List(RegistryReader& registry, RegistryRoot root, const
 }
 
 }  // namespace
+
+bool IsOwnFailure(const std::exception& failure) {
+  const auto* error = dynamic_cast<const Error*>(&failure);
+  return error != nullptr && error->number() >= FirstError && error->number() <= LastError;
+}
 
 std::vector<std::string> RegListKeys(RegistryReader& registry, const std::string& keyPath, RegistryRoot root) {
   return List(registry, root, keyPath, &RegistryReader::enumerateKey, "modRegistry.RegListKeys");

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +18,9 @@ namespace assistant::modRegistry {
 using platform::RegistryReader;
 using platform::RegistryRoot;
 using platform::ValueType;
+
+/// True for a failure that this module raised: something of the registry could not be read or written.
+bool IsOwnFailure(const std::exception& failure);
 
 /// Names of a key's sub-keys; none for a key without any. Raises 6161 when the key cannot be opened, or its list breaks
 /// off.

@@ -32,16 +32,10 @@ void CheckOlderCondition(const Surroundings& surroundings, const Procedure& here
   }
 }
 
-/// The registry's failures have numbers of their own.
-bool IsOfRegistry(const std::exception& failure) {
-  const auto* error = dynamic_cast<const Error*>(&failure);
-  return error != nullptr && error->number() >= 6160 && error->number() < 6180;
-}
-
 Conditions NotMet(const Procedure& here, const std::exception& failure) {
   here.warn(failure.what());
   here.action("Condition not met, component will not be installed");
-  return IsOfRegistry(failure) ? Conditions::CannotBeRead : Conditions::DoNotHold;
+  return modRegistry::IsOwnFailure(failure) ? Conditions::CannotBeRead : Conditions::DoNotHold;
 }
 
 }  // namespace
