@@ -247,29 +247,18 @@ void CheckEnd(Life& life, Findings& findings) {
   findings.addAll("left behind", NotAllowed(life, life.beginning(), Stays));
 }
 
-void LiveWithRefusal(const Family& family, const Reference& reference, int number) {
-  Life life(family, {number});
-  Findings findings(family, number);
+/// A life in which one operation is refused. `check` is given the life, its job that met the refusal and how that
+/// ended.
+template <class Check>
+void LiveWithRefusal(const Family& family, const Reference& reference, const Trouble& trouble, Check check) {
+  Life life(family, trouble);
+  Findings findings(family, trouble.operation);
   for (std::size_t job = 0; job < life.jobs().size(); ++job) {
     const bool before = life.person().hit().empty();
     const End end = life.attempt(life.jobs()[job]);
     const bool hitNow = before && !life.person().hit().empty();
     findings.tellHit(life.person().hit());
-    if (hitNow) CheckRefused(life, reference, job, end, findings);
-    if (!end.known || !end.toldSuccess) LiveOn(life, reference, job, findings);
-  }
-  CheckEnd(life, findings);
-}
-
-void LiveWithUnreadable(const Family& family, const Reference& reference, int number, int& unseen) {
-  Life life(family, {.operation = number, .isRead = true});
-  Findings findings(family, number);
-  for (std::size_t job = 0; job < life.jobs().size(); ++job) {
-    const bool before = life.person().hit().empty();
-    const End end = life.attempt(life.jobs()[job]);
-    const bool hitNow = before && !life.person().hit().empty();
-    findings.tellHit(life.person().hit());
-    if (hitNow) CheckUnreadable(life, reference, job, end, findings, unseen);
+    if (hitNow) check(life, job, end, findings);
     if (!end.known || !end.toldSuccess) LiveOn(life, reference, job, findings);
   }
   CheckEnd(life, findings);
@@ -296,7 +285,10 @@ TEST_P(Lives, OneOperationRefused_IsToldAndNothingIsFalselyDone) {
       continue;
     }
     ++refused;
-    LiveWithRefusal(GetParam(), reference, number);
+    LiveWithRefusal(GetParam(), reference, {number},
+                    [&](Life& life, std::size_t job, const End& end, Findings& findings) {
+                      CheckRefused(life, reference, job, end, findings);
+                    });
   }
   std::cout << "figure: " << refused << " operations refused on " << GetParam().system << ", " << logWrites
             << " writes of the log left out\n";
@@ -310,7 +302,10 @@ TEST_P(Lives, OneReadRefused_IsToldOrChangesNothing) {
   int refused = 0;
   for (std::size_t i = static_cast<std::size_t>(Chosen.first) - 1; i < numbers.size();
        i += static_cast<std::size_t>(Chosen.every), ++refused) {
-    LiveWithUnreadable(GetParam(), reference, numbers[i], unseen);
+    LiveWithRefusal(GetParam(), reference, {.operation = numbers[i], .isRead = true},
+                    [&](Life& life, std::size_t job, const End& end, Findings& findings) {
+                      CheckUnreadable(life, reference, job, end, findings, unseen);
+                    });
   }
   std::cout << "figure: " << refused << " of " << reference.reads.size() << " reads refused on " << GetParam().system
             << ", " << unseen << " of them without a row and without a difference\n";
