@@ -121,12 +121,18 @@ std::string GetIniString(const IniFile& ini, const std::string& section, const s
   return ReadIniValue(ini, section, key, defaultValue, missing).text;
 }
 
-std::vector<std::string> GetIniKeys(const IniFile& ini, const std::string& section) {
-  std::vector<std::string> keys;
+std::vector<IniEntry> GetIniEntries(const IniFile& ini, const std::string& section) {
+  std::vector<IniEntry> entries;
   for (const std::string& line : SectionLines(ini, section)) {
     const std::size_t equals = line.find('=');
-    if (equals != std::string::npos) keys.push_back(line.substr(0, equals));
+    if (equals != std::string::npos) entries.push_back({line.substr(0, equals), Trim(line.substr(equals + 1))});
   }
+  return entries;
+}
+
+std::vector<std::string> GetIniKeys(const IniFile& ini, const std::string& section) {
+  std::vector<std::string> keys;
+  for (const IniEntry& entry : GetIniEntries(ini, section)) keys.push_back(entry.key);
   return keys;
 }
 

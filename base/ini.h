@@ -60,7 +60,15 @@ IniValue ReadIniValue(const IniFile& ini, const std::string& section, const std:
 std::string GetIniString(const IniFile& ini, const std::string& section, const std::string& key,
                          const std::string& defaultValue, Missing missing = Missing::IsFine);
 
-/// The keys of a section's lines. A failure is logged and gives none.
+/// A line of a section that has a key.
+struct IniEntry {
+  std::string key;
+  std::string value;  ///< without the blanks around it
+};
+
+/// The lines of a section that have a key. A failure is logged and gives none.
+std::vector<IniEntry> GetIniEntries(const IniFile& ini, const std::string& section);
+/// Their keys.
 std::vector<std::string> GetIniKeys(const IniFile& ini, const std::string& section);
 /// The lines of a section as they stand, but those of blanks only. A failure is logged and gives none.
 std::vector<std::string> GetIniLines(const IniFile& ini, const std::string& section);

@@ -114,23 +114,23 @@ RunStops CannotStore(const Procedure& here, const std::string& component, const 
 }
 
 /// The components are numbered on from this index.
-void StoreComponents(Run& run, const Procedure& here, const std::vector<std::string>& components, int index) {
+void StoreComponents(Run& run, const Procedure& here, const std::vector<modINI::IniEntry>& components, int index) {
   // What the components name may lie on a share, and the product ini says what machine this is.
   MarkApplyingShares(run);
-  for (const std::string& component : components) {
+  for (const modINI::IniEntry& component : components) {
     const StoredComponent stored = StoreComponentData(run, component, ++index);
     if (stored.end == StoredComponent::End::BadName) {
       SetProductResult(run, false, stored.reason);
       continue;
     }
-    if (stored.end != StoredComponent::End::Stored) throw CannotStore(here, component, stored);
+    if (stored.end != StoredComponent::End::Stored) throw CannotStore(here, component.key, stored);
   }
   run.services.window.progressBar(Progress::ComponentsStored);
 }
 
-/// The names of this disc's components, and the disc behind it. `earlier` are those of the discs before it.
-std::vector<std::string> StoreProduct(Run& run, const std::vector<std::string>& earlier) {
-  const std::vector<std::string> components = StoreProductData(run, earlier);
+/// The entries of this disc's components, and the disc behind it. `earlier` are the components of the discs before it.
+std::vector<modINI::IniEntry> StoreProduct(Run& run, const std::vector<std::string>& earlier) {
+  const std::vector<modINI::IniEntry> components = StoreProductData(run, earlier);
   run.product.nextVolume = modCDFunctions::RecordedVolume(run.record(), Value::NextVolumeName);
   run.services.window.progressBar(Progress::ProductDataStored);
   return components;
@@ -181,7 +181,7 @@ void PrepareNextDisc(Run& run, const Procedure& here) {
   FindPackageRoot(run, here);
   StoreApplication(run, Disc::Further);
   RequireProductIni(run, here);
-  const std::vector<std::string> components = StoreProduct(run, RecordedComponents(run));
+  const std::vector<modINI::IniEntry> components = StoreProduct(run, RecordedComponents(run));
   StoreComponents(run, here, components, static_cast<int>(HighestSequenceNumber(run)) / SequenceStep);
   CheckConfiguration(run);
   if (!refusedBefore) RequireRecords(run, here);

@@ -1,6 +1,5 @@
 #include "core/store_component.h"
 
-#include "base/ini.h"
 #include "base/procedure.h"
 #include "base/registry.h"
 #include "core/component_data.h"
@@ -10,7 +9,6 @@
 namespace assistant {
 namespace {
 
-constexpr const char* Section = "Actions";
 constexpr int FileMissing = 6081;
 
 /// Writes a text under a key below the component's, if it can be read back from there.
@@ -37,11 +35,10 @@ void WriteCopyTargetList(const Run& run, const ComponentData& data) {
   }
 }
 
-void Store(const Run& run, const Procedure& here, const std::string& component, int index) {
-  here.action("Processing component " + component + ", index number " + std::to_string(index));
-  const std::string entry = modINI::GetIniString(run.productIni(), Section, component, "");
-  if (entry.empty()) return here.warn(6080, {component, Section, run.product.inis.product});
-  ComponentData data = ReadComponent(run, here, component, ParseActionEntry(entry).name);
+void Store(const Run& run, const Procedure& here, const modINI::IniEntry& entry, int index) {
+  here.action("Processing component " + entry.key + ", index number " + std::to_string(index));
+  if (entry.value.empty()) return here.warn(6080, {entry.key, "Actions", run.product.inis.product});
+  ComponentData data = ReadComponent(run, here, entry.key, ParseActionEntry(entry.value).name);
   data.component.sequenceNumber = index * SequenceStep;
   modRegistry::DeleteIfThere(run.services, data.component.key);
   here.action("Saving data to " + data.component.key);
@@ -61,11 +58,11 @@ StoredComponent RefuseName(const Run& run, const Procedure& here, const std::str
 
 }  // namespace
 
-StoredComponent StoreComponentData(const Run& run, const std::string& component, int index) {
+StoredComponent StoreComponentData(const Run& run, const modINI::IniEntry& entry, int index) {
   const Procedure here(run.services.log, "modQXInstallationMain.StoreComponentData");
-  if (!modINI::ValidStr(component)) return RefuseName(run, here, component);
+  if (!modINI::ValidStr(entry.key)) return RefuseName(run, here, entry.key);
   try {
-    Store(run, here, component, index);
+    Store(run, here, entry, index);
     return {};
   } catch (const Error& failure) {
     // The run is told of an ini file that is missing in other words than of other failures.

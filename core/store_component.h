@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "base/ini.h"
 #include "base/run.h"
 
 namespace assistant {
@@ -18,8 +19,8 @@ struct StoredComponent {
   std::string reason = {};  ///< of a failure, which is logged
 };
 
-/// Writes the record of the component whose entry in the product ini's [Actions] section bears this name; `index` is
-/// its place in the product, counted from 1. An entry without a value is a warning and writes nothing.
-StoredComponent StoreComponentData(const Run& run, const std::string& component, int index);
+/// Writes the record of the component that this entry of the product ini's [Actions] section names; `index` is its
+/// place in the product, counted from 1. An entry without a value is a warning and writes nothing.
+StoredComponent StoreComponentData(const Run& run, const modINI::IniEntry& entry, int index);
 
 }  // namespace assistant

@@ -1,8 +1,7 @@
 #include "core/store_product.h"
 
-#include <algorithm>
+#include <set>
 
-#include "base/ini.h"
 #include "base/numbers.h"
 #include "base/procedure.h"
 #include "base/text.h"
@@ -159,22 +158,23 @@ void CheckVersion(const Run& run, const Procedure& here) {
   throw RunStops{run.state.silent ? RunStops::How::Refused : RunStops::How::Declined, UserAbortedRun};
 }
 
-bool Names(const std::vector<std::string>& names, const std::string& wanted) {
-  return std::any_of(names.begin(), names.end(),
-                     [&](const std::string& name) { return EqualIgnoringCase(name, wanted); });
-}
+using Entries = std::vector<modINI::IniEntry>;
 
 /// A name that stands twice, also on an earlier disc, is one component, at its first place.
-std::vector<std::string> FirstOfEach(const Run& run, const Procedure& here, const std::vector<std::string>& names,
-                                     const std::vector<std::string>& earlier) {
-  std::vector<std::string> unique;
-  for (const std::string& name : names) {
-    const bool onEarlierDisc = Names(earlier, name);
-    if (!onEarlierDisc && !Names(unique, name)) {
-      unique.push_back(name);
+Entries FirstOfEach(const Run& run, const Procedure& here, const Entries& entries,
+                    const std::vector<std::string>& earlier) {
+  std::set<std::string> onEarlierDiscs;
+  for (const std::string& name : earlier) onEarlierDiscs.insert(LowerCase(name));
+  std::set<std::string> seen = onEarlierDiscs;
+  Entries unique;
+  for (const modINI::IniEntry& entry : entries) {
+    const std::string name = LowerCase(entry.key);
+    if (seen.insert(name).second) {
+      unique.push_back(entry);
       continue;
     }
-    here.warn("Component " + name + (onEarlierDisc ? " was named by an earlier disc and again" : " stands twice") +
+    const bool onEarlierDisc = onEarlierDiscs.count(name) != 0;
+    here.warn("Component " + entry.key + (onEarlierDisc ? " was named by an earlier disc and again" : " stands twice") +
               " in section [Actions] of " + run.product.inis.product +
               "; only its first entry is used. Give each entry a name of its own.");
   }
@@ -192,14 +192,13 @@ void StoreVolumes(const Run& run, const Procedure& here) {
   }
 }
 
-std::vector<std::string> ListComponents(const Run& run, const Procedure& here,
-                                        const std::vector<std::string>& earlier) {
+Entries ListComponents(const Run& run, const Procedure& here, const std::vector<std::string>& earlier) {
   here.action("Getting list of actions for " + run.product.name);
-  const std::vector<std::string> names = modINI::GetIniKeys(run.productIni(), "Actions");
-  const auto count = static_cast<std::int32_t>(names.size());
+  const Entries entries = modINI::GetIniEntries(run.productIni(), "Actions");
+  const auto count = static_cast<std::int32_t>(entries.size());
   here.action("There are " + std::to_string(count) + " components");
   run.record().writeNumber(Value::ComponentCount, count);
-  return FirstOfEach(run, here, names, earlier);
+  return FirstOfEach(run, here, entries, earlier);
 }
 
 }  // namespace
@@ -219,9 +218,9 @@ std::optional<std::string> StoreAppData(Run& run, Disc disc) {
   });
 }
 
-std::vector<std::string> StoreProductData(const Run& run, const std::vector<std::string>& earlier) {
+Entries StoreProductData(const Run& run, const std::vector<std::string>& earlier) {
   const Procedure here = StoringProcedure(run);
-  std::vector<std::string> components;
+  Entries components;
   const auto failure = here.failureOf([&] {
     here.action("Writing product data to registry.");
     CheckVersion(run, here);

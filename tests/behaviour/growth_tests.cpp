@@ -14,7 +14,7 @@ struct Work {
   int values = 0;             ///< read from the registry, but for those of the sequence table
   int files = 0;              ///< read
   int sequences = 0;          ///< values of the sequence table
-  std::size_t fileBytes = 0;  ///< of the files read, but for the product ini, which is read anew for each component
+  std::size_t fileBytes = 0;  ///< of the files read
   std::size_t logBytes = 0;   ///< of the log, but for the rows that tell the sequence
 };
 
@@ -41,8 +41,7 @@ Work WorkOf(int components) {
     if (operation == "files.write") ++work.entries;
     if (operation == "files.read") {
       ++work.files;
-      if (!target.ends_with("\\product.ini"))
-        work.fileBytes += rig.machine().files().content(target).value_or("").size();
+      work.fileBytes += rig.machine().files().content(target).value_or("").size();
     }
     if (operation == "registry.queryValue") ++(ofTable ? work.sequences : work.values);
   });
