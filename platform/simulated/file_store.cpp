@@ -98,7 +98,7 @@ void Files::setFree(char letter, std::uint64_t bytes) {
 }
 
 std::string Files::full(const std::string& path) const {
-  std::string text = UpToZero(path);
+  std::string text(UpToZero(path));
   for (char& c : text)
     if (c == '/') c = '\\';
   if (text.rfind("\\\\", 0) == 0) return text;

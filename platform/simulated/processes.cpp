@@ -32,23 +32,29 @@ bool HasFolder(const std::string& path) {
   return path.find_first_of("\\/:") != std::string::npos;
 }
 
-bool Fits(const Program& program, const std::string& commandLine, const std::string& file) {
-  switch (program.match) {
+/// Whether a command line fits a pattern; both are in lower case.
+bool Fits(Match match, const std::string& pattern, const std::string& commandLine, const std::string& file) {
+  switch (match) {
     case Match::Exactly:
-      return SameText(commandLine, program.pattern);
+      return commandLine == pattern;
     case Match::Prefix:
-      return StartsWithText(commandLine, program.pattern);
+      return commandLine.starts_with(pattern);
     case Match::End:
-      return EndsWithText(commandLine, program.pattern);
+      return commandLine.ends_with(pattern);
     case Match::Program:
-      return IsProgram(file, program.pattern);
+      return IsProgram(file, pattern);
     case Match::Contains:
       break;
   }
-  return ContainsText(commandLine, program.pattern);
+  return commandLine.find(pattern) != std::string::npos;
 }
 
 }  // namespace
+
+void Processes::declare(Program program) {
+  std::string pattern = Lower(program.pattern);
+  programs_.push_back({std::move(program), std::move(pattern)});
+}
 
 /// The program in front of a command line. Without quotes its path may hold blanks: the shortest one that names a file
 /// wins, as the system tries them.
@@ -65,9 +71,10 @@ std::string Processes::programOf(const std::string& commandLine) {
 }
 
 Processes::Declared* Processes::find(const std::string& commandLine, const std::string& program) {
+  const std::string lowered = Lower(commandLine);
   Declared* last = nullptr;
   for (Declared& declared : programs_) {
-    if (!Fits(declared.program, commandLine, program)) continue;
+    if (!Fits(declared.program.match, declared.pattern, lowered, program)) continue;
     last = &declared;
     if (declared.runs == 0) break;
   }

@@ -46,7 +46,7 @@ class Processes : public platform::Processes {
   void close(platform::StartedProcess& started) override;
   platform::Status runningNames(std::vector<std::string>& names, std::string& askedThrough) override;
 
-  void declare(Program program) { programs_.push_back({std::move(program), 0}); }
+  void declare(Program program);
   /// What a command line comes to that nobody declared and the system does not know; nothing: it cannot be started, and
   /// is reported.
   void setFallback(std::function<std::optional<Outcome>(const std::string& commandLine)> fallback) {
@@ -73,6 +73,7 @@ class Processes : public platform::Processes {
  private:
   struct Declared {
     Program program;
+    std::string pattern;  ///< in lower case
     int runs = 0;
   };
   struct Process {

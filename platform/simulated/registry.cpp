@@ -1,5 +1,7 @@
 #include "platform/simulated/registry.h"
 
+#include <algorithm>
+
 #include "platform/simulated/text.h"
 
 namespace simulated {
@@ -13,13 +15,9 @@ constexpr Status KeyDeleted{1018};
 constexpr std::size_t LongestKeyName = 255;
 constexpr char LineFeed = '\n';
 
-std::string FullPath(platform::RegistryRoot root, std::string_view path) {
-  const std::string_view name =
-      root == platform::RegistryRoot::CurrentUser ? "HKEY_CURRENT_USER" : "HKEY_LOCAL_MACHINE";
-  std::string full;
-  full.reserve(name.size() + 1 + path.size());
-  full.append(name);
-  return path.empty() ? full : full.append(1, '\\').append(path);
+void PutFullPath(std::string& full, platform::RegistryRoot root, std::string_view path) {
+  full.assign(root == platform::RegistryRoot::CurrentUser ? "HKEY_CURRENT_USER" : "HKEY_LOCAL_MACHINE");
+  if (!path.empty()) full.append(1, '\\').append(path);
 }
 
 /// How effects name a key: short.
@@ -36,7 +34,7 @@ std::string ShownValue(const RegistryValue& value) {
 }
 
 /// Ok for a path that a key may have. A line feed has no place in the text form of the file.
-Status Usable(const std::string& path, bool japanese) {
+Status Usable(std::string_view path, bool japanese) {
   if (path.empty()) return Status::Ok;
   std::size_t levels = 0;
   for (std::size_t at = 0; at != std::string::npos; ++levels) {
@@ -54,38 +52,41 @@ std::string Stored(std::uint32_t type, const std::string& data) {
 
 }  // namespace
 
-Status Registry::enter(std::shared_ptr<Key> key, std::string fullPath, platform::KeyAccess access, KeyHandle& handle) {
+Status Registry::enter(const Located& located, platform::KeyAccess access, KeyHandle& handle) {
   handle.value = nextHandle_++;
-  handles_[handle.value] = {std::move(key), std::move(fullPath), access};
+  handles_.push_back({handle.value, located.second, &located.first, access});
   return Status::Ok;
+}
+
+std::vector<Registry::OpenKey>::iterator Registry::opened(KeyHandle handle) {
+  return std::find_if(handles_.begin(), handles_.end(),
+                      [&](const OpenKey& open) { return open.handle == handle.value; });
 }
 
 Status Registry::openKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                          KeyHandle& key) {
   key = {};
-  const std::string cut = UpToZero(path);
-  std::string fullPath = FullPath(root, cut);
-  std::shared_ptr<Key> found = known(fullPath);  // and then a path that a key may have
-  if (!found) {
-    if (const Status s = Usable(cut, japanese_); s != Status::Ok) return s;
-    found = locate(fullPath);
-  }
+  const std::string_view cut = UpToZero(path);
+  PutFullPath(asked_, root, cut);
+  if (const Located* before = known(asked_)) return enter(*before, access, key);  // so it is one that a key may have
+  if (const Status s = Usable(cut, japanese_); s != Status::Ok) return s;
+  std::shared_ptr<Key> found = walk(asked_);
   if (!found) return Status::FileNotFound;
-  return enter(std::move(found), std::move(fullPath), access, key);
+  return enter(remember(asked_, std::move(found)), access, key);
 }
 
 Status Registry::createKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                            KeyHandle& key) {
   key = {};
   if (const Status s = Usable(UpToZero(path), japanese_); s != Status::Ok) return s;
-  const std::string fullPath = FullPath(root, UpToZero(path));
+  PutFullPath(asked_, root, UpToZero(path));
   bool made = false;
-  std::shared_ptr<Key> found = make(fullPath, made);
+  std::shared_ptr<Key> found = make(asked_, made);
   if (made) {
-    append(KeyLine(fullPath), "");
-    journal_.record("registry create " + Shown(fullPath));
+    append(KeyLine(asked_), "");
+    journal_.record("registry create " + Shown(asked_));
   }
-  return enter(std::move(found), fullPath, access, key);
+  return enter(remember(asked_, std::move(found)), access, key);
 }
 
 bool Registry::grants(platform::KeyAccess access, Right right) {
@@ -102,9 +103,9 @@ bool Registry::grants(platform::KeyAccess access, Right right) {
 }
 
 Status Registry::use(KeyHandle handle, Right right, OpenKey*& open) {
-  const auto found = handles_.find(handle.value);
+  const auto found = opened(handle);
   if (found == handles_.end()) return Status::InvalidHandle;
-  open = &found->second;
+  open = &*found;
   if (open->key->deleted) return KeyDeleted;
   return grants(open->access, right) ? Status::Ok : Status::AccessDenied;
 }
@@ -135,10 +136,10 @@ void Registry::store(Key& key, const std::string& fullPath, const RegistryValue&
 Status Registry::setValue(KeyHandle key, const std::string& name, platform::ValueType type, const std::string& data) {
   OpenKey* open = nullptr;
   if (const Status s = use(key, Right::Set, open); s != Status::Ok) return s;
-  const std::string cut = UpToZero(name);
+  const std::string_view cut = UpToZero(name);
   if (cut.find(LineFeed) != std::string::npos) return Status::InvalidParameter;
   const auto number = static_cast<std::uint32_t>(type);
-  store(*open->key, open->fullPath, {cut, number, Stored(number, data)});
+  store(*open->key, *open->fullPath, {std::string(cut), number, Stored(number, data)});
   return Status::Ok;
 }
 
@@ -146,18 +147,17 @@ Status Registry::deleteValue(KeyHandle key, const std::string& name) {
   OpenKey* open = nullptr;
   if (const Status s = use(key, Right::Set, open); s != Status::Ok) return s;
   if (valueOf(*open->key, UpToZero(name)) == nullptr) return Status::FileNotFound;
-  const std::string fullPath = open->fullPath;
-  remove(fullPath, UpToZero(name));
+  remove(*open->fullPath, std::string(UpToZero(name)));
   return Status::Ok;
 }
 
 Status Registry::deleteKey(platform::RegistryRoot root, const std::string& path) {
   if (const Status s = Usable(UpToZero(path), japanese_); s != Status::Ok) return s;
-  const std::string fullPath = FullPath(root, UpToZero(path));
-  const std::shared_ptr<Key> key = locate(fullPath);
+  PutFullPath(asked_, root, UpToZero(path));
+  const std::shared_ptr<Key> key = locate(asked_);
   if (!key) return Status::FileNotFound;
   if (path.empty() || !key->below.empty()) return Status::AccessDenied;
-  removeTree(fullPath);
+  removeTree(asked_);
   return Status::Ok;
 }
 
@@ -180,7 +180,7 @@ Status Registry::enumerateValue(KeyHandle key, std::uint32_t index, std::string&
 }
 
 void Registry::closeKey(KeyHandle key) {
-  handles_.erase(key.value);
+  if (const auto found = opened(key); found != handles_.end()) handles_.erase(found);
 }
 
 void Registry::put(const std::string& fullPath, const RegistryValue& value) {

@@ -4,11 +4,11 @@
 #pragma once
 
 #include <cstdio>
-#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/registry.h"
@@ -76,19 +76,25 @@ class Registry : public platform::Registry {
     std::vector<RegistryValue> values;        ///< in the order in which they were first written
     std::vector<std::shared_ptr<Key>> below;  ///< sorted by name
     bool deleted = false;
+    std::size_t asked = 0;  ///< the value that was found last, and is mostly the one that is asked for next
   };
   struct OpenKey {
+    std::uintptr_t handle;
     std::shared_ptr<Key> key;
-    std::string fullPath;
+    const std::string* fullPath;  ///< one of `located_`
     platform::KeyAccess access = platform::KeyAccess::Plain;
   };
   using Position = std::vector<std::shared_ptr<Key>>::iterator;
+  /// A path that was asked for, and the key that it led to.
+  using Located = std::pair<const std::string, std::shared_ptr<Key>>;
 
   static Position place(Key& key, std::string_view name);
   static RegistryValue* valueOf(Key& key, std::string_view name);
   static void markDeleted(Key& key);
+  std::vector<OpenKey>::iterator opened(platform::KeyHandle handle);
   std::shared_ptr<Key> locate(const std::string& fullPath) const;
-  std::shared_ptr<Key> known(const std::string& fullPath) const;
+  const Located* known(const std::string& fullPath) const;
+  const Located& remember(const std::string& fullPath, std::shared_ptr<Key> key) const;
   std::shared_ptr<Key> walk(const std::string& fullPath) const;
   std::shared_ptr<Key> make(const std::string& fullPath, bool& made);
   void detach(const std::string& fullPath);
@@ -98,8 +104,7 @@ class Registry : public platform::Registry {
 
   static bool grants(platform::KeyAccess access, Right right);
   platform::Status use(platform::KeyHandle handle, Right right, OpenKey*& open);
-  platform::Status enter(std::shared_ptr<Key> key, std::string fullPath, platform::KeyAccess access,
-                         platform::KeyHandle& handle);
+  platform::Status enter(const Located& located, platform::KeyAccess access, platform::KeyHandle& handle);
   void store(Key& key, const std::string& fullPath, const RegistryValue& value);
 
   void load();
@@ -113,7 +118,8 @@ class Registry : public platform::Registry {
   std::shared_ptr<Key> root_;
   /// Where a path that was asked for led to, last time: nearly all are asked for again and again.
   mutable std::unordered_map<std::string, std::shared_ptr<Key>> located_;
-  std::map<std::uintptr_t, OpenKey> handles_;
+  std::string asked_;             ///< the path that is being opened: its room is used again
+  std::vector<OpenKey> handles_;  ///< few at any time
   std::uintptr_t nextHandle_ = 1;
   std::FILE* journalFile_ = nullptr;
   std::string currentKeyLine_;

@@ -112,21 +112,29 @@ Registry::Position Registry::place(Key& key, std::string_view name) {
 }
 
 RegistryValue* Registry::valueOf(Key& key, std::string_view name) {
-  for (RegistryValue& value : key.values)
-    if (SameText(value.name, name)) return &value;
+  if (key.asked < key.values.size() && key.values[key.asked].name == name) return &key.values[key.asked];
+  for (std::size_t i = 0; i < key.values.size(); ++i) {
+    if (!SameText(key.values[i].name, name)) continue;
+    key.asked = i;
+    return &key.values[i];
+  }
   return nullptr;
 }
 
 std::shared_ptr<Registry::Key> Registry::locate(const std::string& fullPath) const {
-  std::shared_ptr<Key> found = known(fullPath);
-  if (!found) found = walk(fullPath);
-  if (found) located_[fullPath] = found;
-  return found;
+  if (const Located* before = known(fullPath)) return before->second;
+  std::shared_ptr<Key> found = walk(fullPath);
+  return found ? remember(fullPath, std::move(found)).second : nullptr;
 }
 
-std::shared_ptr<Registry::Key> Registry::known(const std::string& fullPath) const {
+/// Where the path led to the last time, unless that key has been deleted since.
+const Registry::Located* Registry::known(const std::string& fullPath) const {
   const auto before = located_.find(fullPath);
-  return before == located_.end() || before->second->deleted ? nullptr : before->second;
+  return before == located_.end() || before->second->deleted ? nullptr : &*before;
+}
+
+const Registry::Located& Registry::remember(const std::string& fullPath, std::shared_ptr<Key> key) const {
+  return *located_.insert_or_assign(fullPath, std::move(key)).first;
 }
 
 std::shared_ptr<Registry::Key> Registry::walk(const std::string& fullPath) const {

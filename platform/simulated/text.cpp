@@ -63,7 +63,7 @@ std::string Trim(const std::string& text) {
   return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
-std::string UpToZero(const std::string& text) {
+std::string_view UpToZero(std::string_view text) {
   return text.substr(0, text.find('\0'));
 }
 

@@ -20,7 +20,7 @@ bool ContainsText(const std::string& text, const std::string& part);
 /// Without blanks, tabs and line ends at both ends.
 std::string Trim(const std::string& text);
 /// What the system sees of a text that is handed to it: what stands before the first zero byte.
-std::string UpToZero(const std::string& text);
+std::string_view UpToZero(std::string_view text);
 /// The parts between the separators, empty ones included.
 std::vector<std::string> Split(const std::string& text, char separator);
 /// The same in a text of the machine's code page, where the second byte of a character is no separator.
