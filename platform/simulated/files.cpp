@@ -222,7 +222,7 @@ Status Files::copyFile(const std::string& from, const std::string& to) {
   if (replaced.hidden || replaced.system) return Status::AccessDenied;
   if (source.host == target.host) return Status::SharingViolation;
   if (source.size > target.drive->free + target.size) return Status::DiskFull;
-  WriteHostFile(target.host, ReadHostFile(source.host));
+  CopyHostFile(source.host, target.host);
   Attributes copied = attributesOf(source);
   copied.archive = true;
   mark(target.host, copied);
@@ -241,7 +241,7 @@ Status Files::moveFile(const std::string& from, const std::string& to) {
   if (source.host == target.host) return Status::Ok;
   if (!source.drive->writable) return Status::AccessDenied;
   const Attributes moved = attributesOf(source);
-  WriteHostFile(target.host, ReadHostFile(source.host));
+  CopyHostFile(source.host, target.host);
   mark(target.host, moved);
   unlink(source.host.c_str());
   lists_.forget(source.path);

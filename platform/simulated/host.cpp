@@ -19,30 +19,58 @@ struct CloseFile {
 };
 using HostFile = std::unique_ptr<std::FILE, CloseFile>;
 
+/// A file that is replaced. Whatever fails raises std::runtime_error.
+class WrittenFile {
+ public:
+  explicit WrittenFile(const std::string& path) : path_(path), file_(std::fopen(path.c_str(), "wb")) {
+    require(file_ != nullptr);
+  }
+  WrittenFile& write(std::string_view bytes) {
+    require(std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) == bytes.size());
+    return *this;
+  }
+  void close() { require(std::fclose(file_.release()) == 0); }
+
+ private:
+  void require(bool done) const {
+    if (!done) Refuse(path_ + ": cannot be written: " + std::strerror(errno));
+  }
+
+  const std::string& path_;
+  HostFile file_;
+};
+
 struct CloseFolder {
   void operator()(DIR* folder) const { closedir(folder); }
 };
 
 }  // namespace
 
-std::string ReadHostFile(const std::string& path) {
+void ReadHostFileInParts(const std::string& path, const std::function<void(std::string_view)>& use) {
   const HostFile file(std::fopen(path.c_str(), "rb"));
-  if (!file && errno == ENOENT) return "";
-  std::string bytes;
+  if (!file && errno == ENOENT) return;
   char buffer[65536];
   for (std::size_t got = 1; file && got > 0;) {
     got = std::fread(buffer, 1, sizeof buffer, file.get());
-    bytes.append(buffer, got);
+    if (got > 0) use({buffer, got});
   }
   if (!file || std::ferror(file.get()) != 0) Refuse(path + ": cannot be read: " + std::strerror(errno));
+}
+
+std::string ReadHostFile(const std::string& path) {
+  std::string bytes;
+  ReadHostFileInParts(path, [&](std::string_view part) { bytes.append(part); });
   return bytes;
 }
 
 void WriteHostFile(const std::string& path, const std::string& bytes) {
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  if (file == nullptr) Refuse(path + ": cannot be written: " + std::strerror(errno));
-  const bool whole = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  if (std::fclose(file) != 0 || !whole) Refuse(path + ": cannot be written: " + std::strerror(errno));
+  WrittenFile(path).write(bytes).close();
+}
+
+void CopyHostFile(const std::string& from, const std::string& to) {
+  WrittenFile file(to);
+  ReadHostFileInParts(from, [&](std::string_view part) { file.write(part); });
+  file.close();
 }
 
 void MakeHostFolder(const std::string& path) {

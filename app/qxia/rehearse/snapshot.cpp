@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <string_view>
 
 #include "platform/simulated/host.h"
 #include "platform/simulated/reg_file.h"
@@ -34,6 +35,18 @@ void AddKey(const simulated::Registry& registry, const std::string& key, const s
     AddKey(registry, key + "\\" + below, shown + "\\" + below, snapshot);
 }
 
+/// Size and digest of what the file holds.
+std::string Digest(const std::string& path) {
+  constexpr std::size_t weight = 31;
+  std::size_t size = 0;
+  std::size_t digest = 0;
+  simulated::ReadHostFileInParts(path, [&](std::string_view part) {
+    size += part.size();
+    digest = digest * weight + std::hash<std::string_view>{}(part);
+  });
+  return std::to_string(size) + ":" + std::to_string(digest);
+}
+
 void AddDrive(char letter, const fs::path& folder, Snapshot& snapshot) {
   std::error_code failure;
   for (fs::recursive_directory_iterator entry(folder, failure), end; !failure && entry != end;
@@ -42,8 +55,7 @@ void AddDrive(char letter, const fs::path& folder, Snapshot& snapshot) {
     std::string path = std::string(1, letter) + ":\\" + entry->path().lexically_relative(folder).string();
     for (char& c : path)
       if (c == '/') c = '\\';
-    const std::string bytes = simulated::ReadHostFile(entry->path().string());
-    snapshot.files[path] = std::to_string(bytes.size()) + ":" + std::to_string(std::hash<std::string>{}(bytes));
+    snapshot.files[path] = Digest(entry->path().string());
   }
 }
 

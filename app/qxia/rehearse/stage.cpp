@@ -53,7 +53,7 @@ void Stage::copyFile(const fs::path& from, const fs::path& to) const {
   if (access(from.c_str(), R_OK) != 0) RefuseUnreadable(from, {errno, std::generic_category()});
   fs::remove(to, failure);
   if (how_ == Staged::Copied) {
-    simulated::WriteHostFile(to.string(), simulated::ReadHostFile(from.string()));
+    simulated::CopyHostFile(from.string(), to.string());
     fs::permissions(to, fs::perms::owner_read | fs::perms::owner_write | fs::perms::owner_exec, failure);
   } else {
     fs::create_symlink(fs::canonical(from), to, failure);
