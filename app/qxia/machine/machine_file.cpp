@@ -63,7 +63,7 @@ class Writer {
 
   const Scan& scan_;
   std::string text_;
-  std::set<std::string> written_;  ///< patterns
+  std::set<std::string> written_;  ///< patterns, in lower case
 };
 
 void Writer::program(const std::string& comment, const std::string& pattern, const char* match) {
@@ -101,7 +101,7 @@ void Writer::removal(const ComponentRecord& component) {
 
 /// A share that the product ini has mapped to a drive: what the workstation knows of `net` finds no server.
 void Writer::mappedDrives() {
-  for (const std::string& command : scan_.run.commands) {
+  for (const std::string& command : scan_.commands) {
     const std::size_t user = command.find(" /user:");
     if (simulated::StartsWithText(command, "net use ") && user != std::string::npos)
       program("the drive that is mapped; what lies there: drive=K|remote|LABEL|host folder", command.substr(0, user));
@@ -110,9 +110,10 @@ void Writer::mappedDrives() {
 
 /// What ran and is no component's: pre-install actions, and what the product ini asks for.
 void Writer::otherPrograms() {
-  for (const std::string& command : scan_.run.commands) {
+  for (const std::string& command : scan_.commands) {
+    const std::string lowered = simulated::Lower(command);
     const bool isComponents = std::any_of(written_.begin(), written_.end(), [&](const std::string& pattern) {
-      return simulated::ContainsText(command, pattern);
+      return lowered.find(pattern) != std::string::npos;
     });
     if (isComponents || simulated::NeedsNoDeclaration(command) ||
         simulated::ContainsText(command, "QX Installation Assistant.exe"))
@@ -128,12 +129,12 @@ std::string Writer::text(const std::string& product, const std::string& system) 
   text_ += "free=2000000000\n";
   if (scan_.asksForPassword)
     text_ += "\n; the account's password, which the run asks for\n[logon]\npassword=secret\nagain=secret\n";
-  if (scan_.run.records.empty())
+  if (scan_.components.empty())
     text_ += "\n; nothing is known of the components: the run ended before they were recorded\n";
-  for (const ComponentRecord& record : scan_.run.records) component(record);
+  for (const ComponentRecord& record : scan_.components) component(record);
   mappedDrives();
   otherPrograms();
-  for (const ComponentRecord& record : scan_.run.records) removal(record);
+  for (const ComponentRecord& record : scan_.components) removal(record);
   return text_;
 }
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 
+#include "app/qxia/rehearse/play.h"
 #include "app/qxia/rehearse/scratch_folder.h"
 #include "platform/simulated/text.h"
 
@@ -71,13 +72,15 @@ Scan ScanMedia(const Media& media, const std::string& at, const std::string& sys
   scan.packages = FindPackages(workplace.discs(), at);
   Declare(machine, scan.packages);
   machine.screen().type({AnyPassword, AnyPassword});
-  scan.run = Rehearse(workplace, media.product, {});
-  const std::vector<std::string>& unused = scan.run.unused;
+  Play(workplace, {}, RunTheProgram);
+  scan.components = ReadComponents(machine.registry(), media.product);
+  scan.commands = machine.processes().ran();
+  const std::vector<std::string> unused = machine.unused();
   for (MediaPackage& found : scan.packages)
     found.used = std::find(unused.begin(), unused.end(), "package " + found.path) == unused.end();
   scan.asksForPassword =
       std::find(unused.begin(), unused.end(), std::string("password ") + AnyPassword) == unused.end();
-  scan.packageRoot = FindPackageRoot(scan.run.records);
+  scan.packageRoot = FindPackageRoot(scan.components);
   return scan;
 }
 

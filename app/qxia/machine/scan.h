@@ -6,7 +6,7 @@
 
 #include "app/qxia/media.h"
 #include "app/qxia/package.h"
-#include "app/qxia/rehearse/run.h"
+#include "app/qxia/rehearse/component_record.h"
 
 namespace qxia {
 
@@ -19,7 +19,8 @@ struct MediaPackage {
 };
 
 struct Scan {
-  RehearsedRun run;
+  std::vector<ComponentRecord> components;  ///< as the run recorded them
+  std::vector<std::string> commands;        ///< that ran, in order
   std::vector<MediaPackage> packages;
   std::string packageRoot;
   bool asksForPassword = false;

@@ -3,6 +3,9 @@
 
 #include <map>
 #include <string>
+#include <vector>
+
+#include "platform/simulated/registry.h"
 
 namespace qxia {
 
@@ -17,5 +20,8 @@ struct ComponentRecord {
     return found == values.end() ? "" : found->second;
   }
 };
+
+/// The components of the product, in the order of their sequence.
+std::vector<ComponentRecord> ReadComponents(const simulated::Registry& registry, const std::string& product);
 
 }  // namespace qxia

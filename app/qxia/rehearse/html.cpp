@@ -132,11 +132,18 @@ std::string EventsOf(const RehearsedRun& run) {
 }
 
 std::string LogOf(const RehearsedRun& run) {
-  std::string text = "<details><summary>The log (" + std::to_string(run.rows.size()) + " rows)</summary><table>";
-  for (const LogRow& row : run.rows)
-    text += "<tr class=\"" + CssClass(simulated::Lower(row.kind)) + "\"><td class=\"time\">" + EscapedHtml(row.time) +
-            "</td><td>" + EscapedHtml(row.kind) + "</td><td>" + EscapedHtml(logs::PlainText(row.text)) + "</td></tr>\n";
-  return text + "</table></details>\n";
+  std::string rows;
+  std::size_t count = 0;
+  const auto add = [&](const logs::Row& row) {
+    const std::string kind = ShownKind(row.kind);
+    rows += "<tr class=\"" + CssClass(simulated::Lower(kind)) + "\"><td class=\"time\">" +
+            EscapedHtml(std::string(row.stamp)) + "</td><td>" + EscapedHtml(kind) + "</td><td>" +
+            EscapedHtml(logs::PlainText(row.text)) + "</td></tr>\n";
+    ++count;
+  };
+  if (run.rows) run.rows->forEachRow(add);
+  return "<details><summary>The log (" + std::to_string(count) + " rows)</summary><table>" + rows +
+         "</table></details>\n";
 }
 
 std::string RunOf(const RehearsedRun& run) {

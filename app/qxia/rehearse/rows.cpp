@@ -1,20 +1,50 @@
 #include "app/qxia/rehearse/rows.h"
 
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <optional>
+#include <string_view>
 
-#include "app/qxia/logs/rows.h"
+#include "platform/simulated/text.h"
 
 namespace qxia {
 namespace {
 
-constexpr const char* TurnBegins = "Next component is ";
+constexpr std::string_view TurnBegins = "Next component is ";
 
 /// Rows behind all turns: of the loop, of a run that closes down.
-bool EndsTurn(const std::string& text) {
-  return text.rfind("Last Sequence was", 0) == 0 || text == "Resetting system registry";
+bool EndsTurn(std::string_view text) {
+  return text.starts_with("Sequence is:") || text.starts_with("Last Sequence was") ||
+         text == "Resetting system registry";
 }
 
-/// As a person sees it in the log.
+/// What getline makes room for.
+struct Line {
+  char* bytes = nullptr;
+  std::size_t room = 0;
+
+  Line() = default;
+  ~Line() { std::free(bytes); }
+  Line(const Line&) = delete;
+  Line& operator=(const Line&) = delete;
+};
+
+}  // namespace
+
+LogFile::LogFile(const std::string& path) : file_(std::fopen(path.c_str(), "rb"), std::fclose) {
+  if (!file_) simulated::Refuse(path + ": cannot be read: " + std::strerror(errno));
+}
+
+void LogFile::forEachRow(const std::function<void(const logs::Row&)>& use) const {
+  std::rewind(file_.get());
+  Line line;
+  for (ssize_t size = 0; (size = getline(&line.bytes, &line.room, file_.get())) >= 0;) {
+    logs::Rows rows({line.bytes, static_cast<std::size_t>(size)});
+    if (const std::optional<logs::Row> row = rows.next()) use(*row);
+  }
+}
+
 const char* ShownKind(logs::RowKind kind) {
   switch (kind) {
     case logs::RowKind::Action:
@@ -29,33 +59,23 @@ const char* ShownKind(logs::RowKind kind) {
   return "";
 }
 
-}  // namespace
-
-std::vector<LogRow> ParseLog(const std::string& html) {
-  std::vector<LogRow> rows;
-  logs::Rows lines(html);
-  while (const std::optional<logs::Row> row = lines.next())
-    rows.push_back({std::string(row->stamp), ShownKind(row->kind), std::string(row->text)});
-  return rows;
-}
-
 std::string ReasonIn(const std::string& text) {
   return logs::PlainText(std::string_view(text).substr(0, text.find("<BR>Source:")));
 }
 
-std::map<std::string, std::vector<LogRow>> ComponentTurns(const std::vector<LogRow>& rows) {
-  std::map<std::string, std::vector<LogRow>> turns;
+Turns ComponentTurns(const LogFile& log) {
+  Turns turns;
   std::vector<LogRow>* turn = nullptr;
-  for (const LogRow& row : rows) {
-    if (row.text.rfind(TurnBegins, 0) == 0) {
-      const std::string rest = row.text.substr(std::string(TurnBegins).size());
-      turn = &turns[rest.substr(0, rest.rfind(" v."))];
+  log.forEachRow([&](const logs::Row& row) {
+    if (row.text.starts_with(TurnBegins)) {
+      const std::string_view rest = row.text.substr(TurnBegins.size());
+      turn = &turns[std::string(rest.substr(0, rest.rfind(" v.")))];
       turn->clear();
     } else if (EndsTurn(row.text)) {
       turn = nullptr;
     }
-    if (turn != nullptr) turn->push_back(row);
-  }
+    if (turn != nullptr) turn->push_back({std::string(row.stamp), ShownKind(row.kind), std::string(row.text)});
+  });
   return turns;
 }
 

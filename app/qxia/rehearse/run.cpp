@@ -1,10 +1,8 @@
 #include "app/qxia/rehearse/run.h"
 
-#include <algorithm>
-#include <cstdlib>
+#include <utility>
 
 #include "base/product_record.h"
-#include "platform/simulated/host.h"
 #include "platform/simulated/text.h"
 
 namespace qxia {
@@ -22,21 +20,6 @@ std::string UninstalledProduct(const std::string& commandLine) {
   if (at == std::string::npos) return "";
   const std::string rest = commandLine.substr(at + 4);
   return simulated::Trim(rest.substr(0, rest.find(" /")));
-}
-
-std::vector<ComponentRecord> ReadComponents(const simulated::Registry& registry, const std::string& product) {
-  std::vector<ComponentRecord> components;
-  const std::string key = ProductsOfRecord() + "\\" + product;
-  for (const std::string& name : registry.keys(key)) {
-    const std::string below = key + "\\" + name;
-    if (registry.find(below, "SequenceNumber") == nullptr) continue;
-    ComponentRecord component{name, std::atoi(registry.text(below, "SequenceNumber").c_str()), {}};
-    for (const std::string& value : registry.values(below)) component.values[value] = registry.text(below, value);
-    components.push_back(component);
-  }
-  std::stable_sort(components.begin(), components.end(),
-                   [](const ComponentRecord& a, const ComponentRecord& b) { return a.sequence < b.sequence; });
-  return components;
 }
 
 /// The log to which the last row was written, not counting archived ones.
@@ -81,7 +64,7 @@ std::vector<Event> ReadEvents(const simulated::Workstation& machine) {
 
 void ReadLog(simulated::Workstation& machine, RehearsedRun& run) {
   run.log = HostFile(machine, LogPath(machine.effects()));
-  if (!run.log.empty()) run.rows = ParseLog(simulated::ReadHostFile(run.log));
+  if (!run.log.empty()) run.rows = std::make_shared<LogFile>(run.log);
 }
 
 }  // namespace
@@ -103,8 +86,9 @@ RehearsedRun Rehearse(Workplace& workplace, const std::string& product, const Li
   std::vector<ComponentRecord> components = ReadComponents(machine.registry(), name);
   if (run.uninstall && components.size() < known.size()) components = known;
   run.records = components;
-  run.components = JudgeComponents({run.uninstall, components, run.product.reasons, ComponentTurns(run.rows),
-                                    machine.effects(), run.system, SiteValues(machine.registry())});
+  Turns turns = run.rows ? ComponentTurns(*run.rows) : Turns();
+  run.components = JudgeComponents({run.uninstall, components, run.product.reasons, std::move(turns), machine.effects(),
+                                    run.system, SiteValues(machine.registry())});
   run.commands = machine.processes().ran();
   const Snapshot after = TakeSnapshot(machine);
   run.registry = RegistryChanges(before, after);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -34,8 +35,8 @@ struct RehearsedRun {
   std::vector<std::string> looseEnds;    ///< what of both is to be told
   bool reachedLastDisc = true;           ///< else there were components of which the machine has no record
   std::vector<Event> events;
-  std::vector<LogRow> rows;
-  std::string log;  ///< of this computer; "" where there is none
+  std::shared_ptr<const LogFile> rows;  ///< of the log; null where there is none
+  std::string log;                      ///< of this computer; "" where there is none
   bool uninstall = false;
 
   bool finished() const { return played.unfinished.empty(); }

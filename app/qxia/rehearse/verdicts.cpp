@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
+#include <string_view>
 
 #include "app/qxia/rehearse/failures.h"
 #include "app/qxia/rehearse/held_back.h"
@@ -33,11 +35,19 @@ std::string CommandOf(const Rows& turn) {
   return "";
 }
 
-std::optional<int> ExitCodeOf(const std::vector<std::string>& effects, const std::string& command) {
-  const std::string ended = "ended " + command + " -> ";
-  for (auto effect = effects.rbegin(); effect != effects.rend(); ++effect)
-    if (effect->rfind(ended, 0) == 0) return std::atoi(effect->c_str() + ended.size());
-  return std::nullopt;
+/// The exit code with which each command ended last.
+using ExitCodes = std::map<std::string, int>;
+
+ExitCodes ReadExitCodes(const std::vector<std::string>& effects) {
+  constexpr std::string_view ended = "ended ";
+  constexpr std::string_view with = " -> ";
+  ExitCodes codes;
+  for (const std::string& effect : effects) {
+    const std::size_t code = effect.rfind(with);
+    if (!effect.starts_with(ended) || code == std::string::npos) continue;
+    codes[effect.substr(ended.size(), code - ended.size())] = std::atoi(effect.c_str() + code + with.size());
+  }
+  return codes;
 }
 
 std::string VersionThere(const Rows& turn) {
@@ -120,15 +130,17 @@ Told JudgeRemoval(const Evidence& evidence, const ComponentRecord& component, co
   return {Outcome::Removed, deleted.empty() ? "" : "deleted " + deleted};
 }
 
-ComponentResult Judge(const Evidence& evidence, const ComponentRecord& component) {
+ComponentResult Judge(const Evidence& evidence, const ExitCodes& exitCodes, const ComponentRecord& component) {
+  static const Rows none;
   const auto found = evidence.turns.find(component.name);
-  const Rows turn = found == evidence.turns.end() ? Rows{} : found->second;
+  const Rows& turn = found == evidence.turns.end() ? none : found->second;
   ComponentResult result;
   result.name = component.name;
   result.kind = KindOf(component);
   result.sequence = component.sequence;
   result.command = CommandOf(turn);
-  if (!result.command.empty()) result.exitCode = ExitCodeOf(evidence.effects, result.command);
+  const auto ended = exitCodes.find(result.command);
+  if (ended != exitCodes.end()) result.exitCode = ended->second;
   const Told told = evidence.uninstall ? JudgeRemoval(evidence, component, turn, result)
                                        : JudgeInstall(evidence, component, turn, result);
   result.outcome = told.outcome;
@@ -139,8 +151,9 @@ ComponentResult Judge(const Evidence& evidence, const ComponentRecord& component
 }  // namespace
 
 std::vector<ComponentResult> JudgeComponents(const Evidence& evidence) {
+  const ExitCodes exitCodes = ReadExitCodes(evidence.effects);
   std::vector<ComponentResult> results;
-  for (const ComponentRecord& component : evidence.components) results.push_back(Judge(evidence, component));
+  for (const ComponentRecord& component : evidence.components) results.push_back(Judge(evidence, exitCodes, component));
   return results;
 }
 

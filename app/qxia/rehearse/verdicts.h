@@ -16,7 +16,7 @@ struct Evidence {
   bool uninstall = false;
   std::vector<ComponentRecord> components;  ///< in their order
   std::vector<std::string> reasons;         ///< why the product failed
-  std::map<std::string, std::vector<LogRow>> turns;
+  Turns turns;
   std::vector<std::string> effects;
   std::string system;                       ///< "windows xp"
   std::map<std::string, std::string> site;  ///< the values of the installation's key
