@@ -241,7 +241,7 @@ void clsAppLog::copyToArchive(const std::string& archiveFolder, const std::strin
   if (fso_.fileExists(archived)) archived = name + "a.html";
   // Not copied over: what bears the name may be a link to another file.
   if (fso_.fileExists(archived)) fso_.deleteFileForced(archived);
-  fso_.copyFileOver(logFilename_, archived);
+  fso_.copyFile(logFilename_, archived);
   archived_.push_back(LastElement(archived));
   if (!ending.empty()) append(archived, ending);
 }

@@ -91,12 +91,7 @@ void clsFso::deleteFileForced(const std::string& path) {
   Require(machine_.files().deleteFile(path), path, "clsFso.DeleteFile");
 }
 
-void clsFso::copyFileOver(const std::string& from, const std::string& to) {
-  platform::Attributes attributes;
-  const bool replaces = machine_.files().attributes(to, attributes) == platform::Status::Ok;
-  // The system replaces none of these.
-  const bool guarded = attributes.readOnly || attributes.hidden || attributes.system;
-  if (replaces && guarded) machine_.files().setAttributes(to, {});
+void clsFso::copyFile(const std::string& from, const std::string& to) {
   Require(machine_.files().copyFile(from, to), from + " to " + to, "clsFso.CopyFile");
   machine_.mainWindow().pumpMessages();  // a folder of many files must not make the window look dead
 }
@@ -110,7 +105,7 @@ void clsFso::moveFileOver(const std::string& from, const std::string& to) {
 
 void clsFso::copyFileAnew(const std::string& from, const std::string& to) {
   if (fileExists(to)) deleteFileForced(to);
-  copyFileOver(from, to);
+  copyFile(from, to);
   // Nothing stays read-only that came from a CD.
   Require(machine_.files().setAttributes(to, {}), to, "clsFso.CopyFile");
 }

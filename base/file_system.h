@@ -40,8 +40,8 @@ class clsFso {
   /// Deletes a file, a read-only one as well. Raises the system's number when it cannot, or when there is none.
   void deleteFileForced(const std::string& path);
 
-  /// Copies over any existing file, a read-only or hidden one as well. Raises the system's number.
-  void copyFileOver(const std::string& from, const std::string& to);
+  /// Copies a file. Raises the system's number.
+  void copyFile(const std::string& from, const std::string& to);
 
   /// Moves a file within its volume over any existing one, a read-only or hidden one as well. Raises the system's
   /// number.

@@ -193,7 +193,7 @@ void MarkApplyingShares(Run& run) {
 
 bool FolderWillExist(clsFso& fso, const std::string& path) {
   if (fso.folderExists(path)) return true;
-  return IsFullPath(path) && path.front() != '\\' && fso.driveExists(path.front());
+  return IsFullPath(path) && fso.driveExists(path.front());
 }
 
 void CreateFolders(const Run& run) {

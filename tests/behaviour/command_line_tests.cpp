@@ -42,6 +42,7 @@ constexpr Value Lines[] = {
     {"C:\\QX\\QX /s", "C:\\QX\\QX.exe", "/s"},
     {"\"D:\\other\\QX.exe\" /s", "C:\\QX\\QX.exe", "/s"},
     {"\"C:\\QX\\QX.exe", "C:\\QX\\QX.exe", ""},
+    {"other.exe! /s /v", "C:\\QX\\QX.exe", "/s /v"},
     {"", "C:\\QX\\QX.exe", ""},
 };
 

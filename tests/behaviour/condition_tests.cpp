@@ -141,6 +141,8 @@ constexpr Case Older[] = {
     {"Condition=First<>\"Pass\"\n", nullptr},
     {"Condition=First<>\"Fail\"\n", "Condition not satisfied."},
     {"Condition=Nobody=\"Pass\"\n", "Condition not satisfied."},
+    {"Condition=Nobody=\"\"\n", nullptr},
+    {"Condition=The OS=\"winxp\"\n", "Condition not satisfied."},
     {"Condition=os=\"WinXP\",Alpha Tools>=v1.10\n", nullptr},
     {"Condition=os=\"WinXP\",Alpha Tools>=v1.11\n", "Condition 1.10.0 >= 1.11  not satisfied."},
     {"Condition=os=\"WinXP\",Alpha Tools = V1.10.0\n", nullptr},

@@ -79,6 +79,20 @@ TEST_F(Paths, RelativeIniBehindAnEndedRun_IsThatOfTheCurrentFolder) {
   EXPECT_EQ(rig.value(ProductsRecord, "InstallationIni"), "C:\\Other\\app.ini");
 }
 
+TEST_F(Paths, Drive_IsALetterOfEitherCase) {
+  for (const std::string letter : {"a", "m", "z", "A", "M", "Z"}) {
+    EXPECT_TRUE(assistant::IsFullPath(letter + ":\\x")) << letter;
+    EXPECT_TRUE(assistant::StartsAtDriveFolder(letter + ":x")) << letter;
+    EXPECT_FALSE(assistant::StartsAtDriveFolder(letter + ":/x")) << letter;
+    EXPECT_FALSE(assistant::StartsAtDriveFolder(letter + ":")) << letter;
+  }
+  for (const std::string other : {"@", "[", "`", "{", "1"})
+    EXPECT_FALSE(assistant::IsFullPath(other + ":\\x")) << other;
+  for (const auto& [path, normal] :
+       {std::pair{"C:\\\\a\\\\b\\\\", "C:\\a\\b"}, {"\\\\s\\\\a\\", "\\\\s\\a"}, {"\\", "\\"}})
+    EXPECT_EQ(assistant::Normalised(path), normal);
+}
+
 TEST_F(Paths, LongestFolder_IsMadeAndNoLongerOne) {
   assistant::Run run(rig.machine());
   const std::string longest = "C:\\" + std::string(127, 'a') + "\\" + std::string(128, 'b');

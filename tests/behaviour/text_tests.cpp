@@ -52,7 +52,7 @@ TEST(Numbers, Text_IsANumberAsFarAsItGoes) {
 
 TEST(Numbers, Halves_AreRoundedToTheEvenNeighbour) {
   const std::pair<const char*, int> table[] = {
-      {"0.5", 0}, {"1.5", 2}, {"2.5", 2}, {"-1.5", -2}, {"2147483647", 2147483647}};
+      {"0.5", 0}, {"1.5", 2}, {"2.5", 2}, {"-1.5", -2}, {"2147483647", 2147483647}, {"-2147483648", -2147483647 - 1}};
   for (const auto& [text, number] : table) EXPECT_EQ(WholeInteger(text), number) << text;
   EXPECT_FALSE(WholeInteger("2147483648").has_value());
   EXPECT_FALSE(WholeInteger("many").has_value());
@@ -73,6 +73,16 @@ TEST(Csv, Fields_AreCountedFromOneAndLoseTheirQuotes) {
   }
 }
 
+TEST(Text, Case_IsPassedOverFromAToZAndForNothingElse) {
+  EXPECT_EQ(LowerCase("@AMZ[`amz{"), "@amz[`amz{");
+  EXPECT_EQ(UpperCase("@AMZ[`amz{"), "@AMZ[`AMZ{");
+  EXPECT_TRUE(EqualIgnoringCase("AzZ", "aZz"));
+  for (const auto& [a, b] : {std::pair{"@", "`"}, {"[", "{"}, {"a", "ab"}}) {
+    EXPECT_FALSE(EqualIgnoringCase(a, b)) << a << b;
+    EXPECT_EQ(FindIgnoringCase(a, b), std::string::npos) << a << b;
+  }
+}
+
 TEST(Text, Quotes_ThatEncloseAPathWhole_AreDropped) {
   const std::pair<const char*, const char*> table[] = {
       {"\"C:\\a b\"", "C:\\a b"},
@@ -81,6 +91,7 @@ TEST(Text, Quotes_ThatEncloseAPathWhole_AreDropped) {
       {"\"C:\\a b", "\"C:\\a b"},
       {"\"\"", ""},
       {"\"", "\""},
+      {"C:\\a b\"", "C:\\a b\""},
       {"", ""},
   };
   for (const auto& [text, unquoted] : table) EXPECT_EQ(Unquoted(text), unquoted) << text;
