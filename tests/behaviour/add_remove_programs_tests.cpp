@@ -145,4 +145,14 @@ TEST_F(AddRemovePrograms, SchedulerThatIsNotThere_LeavesTheCopyAndIsTold) {
   EXPECT_TRUE(rig.exists(LocalProgram));
 }
 
+TEST_F(AddRemovePrograms, ProductWhoseRunWasAborted_IsNotEntered) {
+  rig.tolerateUnused();
+  media.removable()
+      .program("One", {.exitCode = 0, .registry = Reports("One", "Fail").registry}, "AbortOnFail=True\n")
+      .program("Two");
+  EXPECT_EQ(media.install(), 1);
+  EXPECT_EQ(RanComponents(rig), Names{"One"});
+  EXPECT_FALSE(rig.hasKey(EntryRecord));
+}
+
 }  // namespace

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "exec/version_folders.h"
 #include "platform/faults/platform.h"
 #include "tests/support/media.h"
 
@@ -128,6 +129,13 @@ TEST(Copy, VersionsBesideTheTarget_AreComparedAndCleared) {
     EXPECT_EQ(FoldersIn(rig, "C:\\QX\\Root\\T"), Words(row.after)) << row.what;
     EXPECT_EQ(rig.effects("file copy C:\\Media").size(), row.copied ? 3U : 0U) << row.what;
   }
+}
+
+TEST(Copy, VersionFolder_IsNamedByFourNumbersWithPoints) {
+  const std::pair<const char*, bool> rows[] = {
+      {"v1.2.0.15", true}, {"1.2.0.15", true}, {"tools 1.2.3.4 new", true}, {"1.2.3", false},  {"v.1.2.3", false},
+      {".1.2.3", false},   {"1.2.3.x", false}, {"1..2.3.4", false},         {"1.2.3.", false}, {"", false}};
+  for (const auto& [name, isVersion] : rows) EXPECT_EQ(assistant::IsVersionFolderName(name), isVersion) << name;
 }
 
 TEST(Copy, InstalledPackage_HoldsBackEveryCodeButOne) {

@@ -83,6 +83,15 @@ TEST_F(Interactive, Buttons_CannotBePressedWhileWorkRuns) {
   EXPECT_TRUE(asked);
 }
 
+TEST_F(Interactive, AtTheEnd_TheLogAndFinishCanBePressedAndCancelCannot) {
+  media.program("Tools");
+  rig.press({WindowEvent::Continue, WindowEvent::Continue});
+  media.install("");
+  const simulated::Screen& screen = rig.machine().screen();
+  EXPECT_TRUE(screen.enabled(Control::About) && screen.enabled(Control::Continue));
+  EXPECT_FALSE(screen.enabled(Control::Cancel));
+}
+
 TEST_F(Interactive, LeftBeforeContinue_InstallsNothingAndTidiesUp) {
   for (const WindowEvent event : {WindowEvent::Cancel, WindowEvent::Close}) {
     fresh();

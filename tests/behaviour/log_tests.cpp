@@ -53,6 +53,7 @@ TEST_F(LogTest, Entry_OfEachTypeAndNumber_HasItsMarkAndSource) {
       {-2147024891, "denied", EntryType::Action, ErrorMark, "denied<BR>Source: X Error No = -2147024891"},
       {6, "", EntryType::Action, ErrorMark, "<BR>Source: X Error No = 6"},
       {0, "one\r\ntwo\nthree", EntryType::Action, ActionMark, "one<br>two<br>three"},
+      {0, "one\rtwo\r", EntryType::Action, ActionMark, "one<br>two<br>"},
       {0, "<b>markup</b> & more", EntryType::Action, ActionMark, "<b>markup</b> & more"},
   };
   for (const auto& row : table) {

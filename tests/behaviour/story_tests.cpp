@@ -185,6 +185,7 @@ struct Refusals {
 constexpr Refusals Jobs[] = {
     {"changes_of_an_install", PrepareForRefusals, "/s /is=C:\\Media\\app.ini", false},
     {"reads_of_an_install", PrepareForRefusals, "/s /is=C:\\Media\\app.ini", true},
+    {"changes_of_an_install_anew", PrepareForRefusalsOfAnUninstall, "/s /is=C:\\Media\\app.ini", false},
     {"changes_behind_a_restart", PrepareForRefusalsBehindARestart, nullptr, false},
     {"changes_of_an_uninstall", PrepareForRefusalsOfAnUninstall, "/s /yes /x Office Suite", false},
     {"reads_of_an_uninstall", PrepareForRefusalsOfAnUninstall, "/s /yes /x Office Suite", true}};
@@ -255,6 +256,21 @@ const Mistake Mistakes[] = {
      [](Rig& rig, Media&) { ChangeIni(rig, "[Config]", "LogFilePath=C:\\" + std::string(300, 'x') + "\n[Config]"); }},
     {"a section that is missing",
      [](Rig& rig, Media&) { Change(rig, "C:\\Media\\product.ini", "[Actions]", "[Action]"); }},
+    {"a coded path in small letters", [](Rig& rig, Media&) { ChangeIni(rig, "=PATH(", "=path("); }},
+    {"a coded path that is not closed",
+     [](Rig& rig, Media&) { ChangeIni(rig, "=PATH(product.ini)", "=PATH(product.ini"); }},
+    {"a product's name that is none",
+     [](Rig& rig, Media&) { ChangeIni(rig, "Name=Office Suite", "Name=Office/Suite"); }},
+    {"a component's name that is none",
+     [](Rig& rig, Media&) { Change(rig, "C:\\Media\\product.ini", "Tools=", "Tools\\x="); }},
+    {"a version's folder that is not plain",
+     [](Rig& rig, Media&) {
+       ChangeComponent(rig, "Install=", "CopyOp=1\nCopyOpTarget=C:\\Copies\nPath=C:\\Media/Tools\\v1.0.0.0\nInstall=");
+     }},
+    {"a window that is closed at work",
+     [](Rig& rig, Media&) {
+       rig.machine().screen().pressWhenShown("Proceeding with installation", WindowEvent::Close);
+     }},
     {"a component twice",
      [](Rig& rig, Media&) { Change(rig, "C:\\Media\\product.ini", "[Actions]", "[Actions]\nTools=Tools\\Tools.ini"); }},
     {"a component ini that is missing",
