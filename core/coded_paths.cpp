@@ -36,7 +36,7 @@ CodedPath TakeApart(const std::string& coded) {
   const std::size_t open = coded.find('(');
   const std::string letters = coded.substr(0, open);
   const bool closed = open == std::string::npos || coded.back() == ')';
-  if (letters.size() < 2 || !closed || !std::all_of(letters.begin(), letters.end(), IsLetter)) return {};
+  if (!closed || !std::all_of(letters.begin(), letters.end(), IsLetter)) return {};
   return TakeApartByLetters(coded);
 }
 

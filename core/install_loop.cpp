@@ -20,11 +20,8 @@
 namespace assistant {
 namespace {
 
-/// The disc in work: its components in their order, and how many of them the loop has been through.
-struct Disc {
-  std::vector<std::string> components;
-  int position = 1;
-};
+/// Of the disc in work, in their order.
+using Components = std::vector<std::string>;
 
 void TellPositionUnknown(Run& run, const Procedure& here) {
   here.action("Cannot Determine the Current Sequence");
@@ -36,18 +33,15 @@ bool IsBeyondTable(const Run& run) {
   return run.record().readNumber(Value::LastSequence) > HighestSequenceNumber(run);
 }
 
-/// Entries of [Actions] that were passed over have numbers but no components, so that these are counted. The logged
-/// position is one less than the one taken.
-void ResetPosition(const Run& run, const Procedure& here, double lastSequence, Disc& disc) {
-  const auto done =
-      static_cast<int>(std::count_if(disc.components.begin(), disc.components.end(), [&](const std::string& component) {
-        return RecordedSequenceNumber(run.machine.registry(), run.product.name, component) <= lastSequence;
-      }));
+/// Entries of [Actions] that were passed over have numbers but no components, so that these are counted. It is the
+/// first component behind the restart that asks for it: until then the loop has stood at its first place.
+void TellPosition(const Run& run, const Procedure& here, double lastSequence, const Components& components) {
+  const auto done = std::count_if(components.begin(), components.end(), [&](const std::string& component) {
+    return RecordedSequenceNumber(run.machine.registry(), run.product.name, component) <= lastSequence;
+  });
   if (done > 0) {
-    here.action("Recent reboot detected.  Re-setting current sequence number, from " + std::to_string(disc.position) +
-                " to " + std::to_string(done));
+    here.action("Recent reboot detected.  Re-setting current sequence number, from 1 to " + std::to_string(done));
   }
-  disc.position = done + 1;
 }
 
 /// Without this record the next round would install the component again.
@@ -81,14 +75,15 @@ void Finish(Run& run, const InstallProgress& progress) {
 }
 
 /// The components done, whether before or after a restart.
-void ShowProgress(frmMain& window, const Disc& disc, double lastSequence) {
-  const auto rows = static_cast<double>(disc.components.size());
+void ShowProgress(frmMain& window, const Components& components, double lastSequence) {
+  const auto rows = static_cast<double>(components.size());
   if (rows > 0) window.progressBar(static_cast<int>(std::min(lastSequence * 100 / SequenceStep / rows, 100.0)));
   window.statusLine("Proceeding with next component");
 }
 
-NextInstall FindNextComponent(const Run& run, const Procedure& here, const Disc& disc, double lastSequence) {
-  const Sequence sequence = GetSequence(run, disc.components);
+NextInstall FindNextComponent(const Run& run, const Procedure& here, const Components& components,
+                              double lastSequence) {
+  const Sequence sequence = GetSequence(run, components);
   here.action("Last Sequence was " + NumberText(lastSequence));
   const NextInstall next = GetNextInstall(run, sequence, lastSequence);
   if (next.is != NextInstall::Is::Found) return next;
@@ -100,27 +95,26 @@ NextInstall FindNextComponent(const Run& run, const Procedure& here, const Disc&
 enum class Round { Done, NoneLeft, CutShort };
 
 /// What follows a component that was worked on: its place is recorded, and its request for a restart acted on.
-Round CloseRound(Run& run, const Procedure& here, InstallProgress& progress, Disc& disc, double number,
-                 double lastSequence) {
-  if (std::exchange(progress.positionIsBeforeRestart, false)) ResetPosition(run, here, lastSequence, disc);
+Round CloseRound(Run& run, const Procedure& here, InstallProgress& progress, const Components& components,
+                 double number, double lastSequence) {
+  if (std::exchange(progress.positionIsBeforeRestart, false)) TellPosition(run, here, lastSequence, components);
   if (!WriteLastSequence(run, here, number)) return Round::CutShort;
   EndIfWanted(run.services);
   ActOnRebootRequest(run, here, progress);
-  ++disc.position;
   return Round::Done;
 }
 
-Round InstallNext(Run& run, const Procedure& here, InstallProgress& progress, Disc& disc) {
+Round InstallNext(Run& run, const Procedure& here, InstallProgress& progress, const Components& components) {
   const double lastSequence = run.record().readNumber(Value::LastSequence);
-  ShowProgress(run.services.window, disc, lastSequence);
-  const NextInstall next = FindNextComponent(run, here, disc, lastSequence);
+  ShowProgress(run.services.window, components, lastSequence);
+  const NextInstall next = FindNextComponent(run, here, components, lastSequence);
   if (next.is == NextInstall::Is::Unknown) TellPositionUnknown(run, here);
   if (next.is != NextInstall::Is::Found) {
     return next.is == NextInstall::Is::None ? Round::NoneLeft : Round::CutShort;
   }
   const ComponentEnd end = InstallComponent(run, here, next.component, ListInstalledProducts(run.services));
   if (end == ComponentEnd::Aborted) return Round::CutShort;
-  return CloseRound(run, here, progress, disc, next.component.sequenceNumber, lastSequence);
+  return CloseRound(run, here, progress, components, next.component.sequenceNumber, lastSequence);
 }
 
 }  // namespace
@@ -130,12 +124,12 @@ LoopEnd StartInstall(Run& run, InstallProgress& progress) {
   const Procedure here(run.services.log, "StartInstall", "modQXInstallationMain.StartInstall");
   Round round = Round::CutShort;
   const auto failure = here.failureOf([&] {
-    Disc disc{RecordedComponents(run)};
-    if (disc.components.empty()) here.warn(6090);
+    const Components components = RecordedComponents(run);
+    if (components.empty()) here.warn(6090);
     EndIfWanted(run.services);
     if (run.state.kind == RunKind::Resumed && IsBeyondTable(run)) return TellPositionUnknown(run, here);
     do {
-      round = InstallNext(run, here, progress, disc);
+      round = InstallNext(run, here, progress, components);
     } while (round == Round::Done);
     if (round == Round::NoneLeft && run.product.nextVolume.empty()) Finish(run, progress);
   });

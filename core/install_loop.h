@@ -7,7 +7,7 @@ namespace assistant {
 
 /// How far an install has come, over all its discs and restarts.
 struct InstallProgress {
-  /// The first component done sets the loop's position from the sequence number that was done before the restart.
+  /// The first component done tells the position that was reached before the restart.
   bool positionIsBeforeRestart = false;
   bool restartIsDeferred = false;  ///< a component asked for a restart behind the last one
 };

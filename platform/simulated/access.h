@@ -31,6 +31,7 @@ class AccessLists {
     AccessList list;
   };
 
+  void setJapanese(bool japanese) { japanese_ = japanese; }
   const AccessList& of(const std::string& fullPath) const;
   bool has(const std::string& fullPath) const;
   void set(const std::string& fullPath, AccessList list);
@@ -39,7 +40,10 @@ class AccessLists {
   const std::map<std::string, Item>& all() const { return lists_; }
 
  private:
+  std::string keyOf(const std::string& fullPath) const;
+
   std::map<std::string, Item> lists_;  ///< by lower-case full path
+  bool japanese_ = false;
 };
 
 }  // namespace simulated

@@ -17,8 +17,8 @@ std::string Prepared(const std::string& folder) {
 
 }  // namespace
 
-Computer::Computer(const std::string& folder)
-    : folder_(Prepared(folder)), registry_(folder + "/registry.reg", journal_) {
+Computer::Computer(const std::string& folder, bool japanese)
+    : folder_(Prepared(folder)), registry_(folder + "/registry.reg", journal_, japanese) {
   journal_.moment = [this] { return clock_.moment(); };
 }
 

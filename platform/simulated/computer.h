@@ -17,8 +17,9 @@ namespace simulated {
 
 class Computer : public platform::Platform {
  public:
-  /// A new machine (Windows XP without a drive) with its state in the folder; the registry is as it was left there.
-  explicit Computer(const std::string& folder);
+  /// A new machine (Windows XP without a drive) with its state in the folder; the registry is as it was left there, by
+  /// a Japanese machine or another.
+  Computer(const std::string& folder, bool japanese);
 
   Registry& registry() override { return registry_; }
   const Registry& registry() const { return registry_; }

@@ -68,10 +68,10 @@ RegistryWrite ParseWrite(const std::string& value) {
 }
 
 /// PATH=TEXT
-FileWrite ParseFile(const std::string& value) {
+FileWrite ParseFile(const std::string& value, const std::string& declaredIn) {
   const std::size_t equals = value.find('=');
   if (equals == std::string::npos) Refuse("'" + value + "': write it as C:\\Folder\\File=text");
-  return {value.substr(0, equals), value.substr(equals + 1) + "\r\n"};
+  return {value.substr(0, equals), value.substr(equals + 1) + "\r\n", declaredIn};
 }
 
 Product ParseProduct(const std::string& value) {
@@ -251,7 +251,7 @@ Keys Loader::outcomeKeys(Outcome& outcome) const {
        }},
       {"set", [&](const std::string& v) { outcome.registry.push_back(ParseWrite(v)); }},
       {"delete key", [&](const std::string& v) { outcome.deletedKeys.push_back(v); }},
-      {"file", [&](const std::string& v) { outcome.files.push_back(ParseFile(v)); }},
+      {"file", [this, &outcome](const std::string& v) { outcome.files.push_back(ParseFile(v, file_)); }},
       {"delete file", [&](const std::string& v) { outcome.deletedFiles.push_back(v); }},
       {"install", [&](const std::string& v) { outcome.installs.push_back(ParseProduct(v)); }},
       {"remove", [&](const std::string& v) { outcome.removes.push_back(v); }},
@@ -358,6 +358,14 @@ std::string DescribeDrive(const Drive& drive, bool ownFolder) {
 void LoadMachine(const std::string& file, Computer& computer) {
   Loader(file, computer).load();
   computer.journal().forgetEffects();
+}
+
+bool DeclaresJapanese(const std::string& file) {
+  bool japanese = false;
+  for (const Section& section : ParseSections(file, ReadHostFile(file)))
+    for (const Entry& entry : section.entries)
+      if (section.kind == "machine" && SameText(entry.key, "japanese")) japanese = ParseYes(entry.value);
+  return japanese;
 }
 
 std::string DescribeMachine(Computer& computer) {

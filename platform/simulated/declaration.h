@@ -11,6 +11,9 @@ class Computer;
 /// that names file, line and remedy when the file is not there or a line is not understood.
 void LoadMachine(const std::string& file, Computer& computer);
 
+/// Whether such a file says that the machine is a Japanese one; false where it is not there.
+bool DeclaresJapanese(const std::string& file);
+
 /// What a restart must find again of the machine's facts, as a declaration file.
 std::string DescribeMachine(Computer& computer);
 

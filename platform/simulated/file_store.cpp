@@ -146,7 +146,7 @@ Files::Place Files::locate(const std::string& path) {
   place.host = name.empty() ? folder : folder + "/" + name;
   fillIn(place);
   if (place.status == Status::Ok) return place;
-  const std::string found = FindHostEntry(folder, name);
+  const std::string found = FindHostEntry(folder, name, japanese_);
   place.status = Status::FileNotFound;
   if (found.empty()) return place;
   place.host = folder + "/" + found;
@@ -158,11 +158,11 @@ Files::Place Files::locate(const std::string& path) {
 /// paths of a run share few folders: those found once are remembered, and looked at again each time.
 std::string Files::hostFolder(const Drive& drive, const std::string& full) {
   if (full.size() <= 2) return drive.folder;
-  std::string& known = folders_[Lower(full)];
+  std::string& known = folders_[Lower(full, japanese_)];
   if (IsHostFolder(known)) return known;
   const std::size_t last = lastSeparator(full);
   const std::string parent = hostFolder(drive, full.substr(0, last));
-  const std::string name = parent.empty() ? "" : FindHostEntry(parent, full.substr(last + 1));
+  const std::string name = parent.empty() ? "" : FindHostEntry(parent, full.substr(last + 1), japanese_);
   known = name.empty() ? "" : parent + "/" + name;
   return IsHostFolder(known) ? known : "";
 }
@@ -174,6 +174,7 @@ void Files::put(const std::string& path, const std::string& bytes) {
   const Place place = locate(full);
   if (place.status != Status::Ok && place.status != Status::FileNotFound)
     Refuse("file '" + path + "' cannot be written: its drive is missing, not ready, or the name is not valid");
+  if (place.folder) Refuse("'" + path + "' is a folder on the machine: name a file in it");
   WriteHostFile(place.host, bytes);
   if (place.status == Status::FileNotFound) mark(place.host, {.archive = true});
   place.drive->free -= std::min(place.drive->free, bytes.size() - std::min<std::uint64_t>(place.size, bytes.size()));
@@ -186,7 +187,7 @@ void Files::makeFolder(const std::string& path) {
     Refuse("folder '" + path + "' cannot be created: its drive is missing or not ready");
   std::string host = drive(full[0])->folder;
   for (const std::string& name : namesOf(full.substr(2))) {
-    const std::string found = FindHostEntry(host, name);
+    const std::string found = FindHostEntry(host, name, japanese_);
     host += "/" + (found.empty() ? name : found);
   }
   MakeHostFolder(host);

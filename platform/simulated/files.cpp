@@ -129,7 +129,7 @@ Status Files::list(const std::string& folder, std::vector<FolderEntry>& entries)
     entries.push_back({name, attributesOf(item), item.size});
   }
   std::sort(entries.begin(), entries.end(),
-            [](const FolderEntry& a, const FolderEntry& b) { return CompareText(a.name, b.name) < 0; });
+            [this](const FolderEntry& a, const FolderEntry& b) { return CompareText(a.name, b.name, japanese_) < 0; });
   return Status::Ok;
 }
 

@@ -75,7 +75,11 @@ class Files : public platform::Files {
   /// Where paths like "D:file" start, and what "D:" means: the drive's own current folder, at first its root.
   void setDriveFolder(const std::string& folder);
   /// Whether names are in the Japanese code page.
-  void setJapanese(bool japanese) { japanese_ = japanese; }
+  void setJapanese(bool japanese) {
+    japanese_ = japanese;
+    lists_.setJapanese(japanese);
+    folders_.clear();
+  }
   /// Whether volumes and the system know access control.
   void setAccessControl(bool known) { accessControl_ = known; }
 

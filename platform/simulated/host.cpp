@@ -84,13 +84,13 @@ bool IsHostFolder(const std::string& path) {
   return !path.empty() && stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
 }
 
-std::string FindHostEntry(const std::string& folder, const std::string& name) {
+std::string FindHostEntry(const std::string& folder, const std::string& name, bool japanese) {
   struct stat facts {};
   if (stat((folder + "/" + name).c_str(), &facts) == 0) return name;
   const std::unique_ptr<DIR, CloseFolder> entries(opendir(folder.c_str()));
   if (!entries) return "";
   while (const dirent* entry = readdir(entries.get()))
-    if (SameText(entry->d_name, name)) return entry->d_name;
+    if (SameText(entry->d_name, name, japanese)) return entry->d_name;
   return "";
 }
 

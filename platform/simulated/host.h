@@ -18,7 +18,8 @@ void CopyHostFile(const std::string& from, const std::string& to);
 /// Creates the folder with its parents; raises std::runtime_error when that fails.
 void MakeHostFolder(const std::string& path);
 bool IsHostFolder(const std::string& path);
-/// The entry of the folder whose name matches without regard to letter case, as it is spelt there; "" when none does.
-std::string FindHostEntry(const std::string& folder, const std::string& name);
+/// The entry of the folder whose name matches without regard to letter case (CompareText), as it is spelt there; ""
+/// when none does.
+std::string FindHostEntry(const std::string& folder, const std::string& name, bool japanese = false);
 
 }  // namespace simulated

@@ -29,6 +29,7 @@ struct RegistryWrite {
 struct FileWrite {
   std::string path;
   std::string bytes;
+  std::string declaredIn = {};  ///< the machine file, for what it is told when the write cannot be carried out
 };
 
 struct Outcome {

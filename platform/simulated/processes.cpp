@@ -1,6 +1,7 @@
 #include "platform/simulated/processes.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "platform/simulated/command_line.h"
 #include "platform/simulated/system_commands.h"
@@ -163,6 +164,16 @@ bool Processes::mayWrite(const std::string& path) {
   return false;
 }
 
+void Processes::write(const FileWrite& file) {
+  if (!mayWrite(file.path)) return;
+  try {
+    around_.files.put(file.path, file.bytes);
+  } catch (const std::runtime_error& refused) {
+    if (file.declaredIn.empty()) throw;
+    Refuse(file.declaredIn + ": file=" + file.path + ": " + refused.what());
+  }
+}
+
 void Processes::carryOut(const Outcome& outcome) {
   for (const RegistryWrite& write : outcome.registry) {
     RegistryValue value;
@@ -171,8 +182,7 @@ void Processes::carryOut(const Outcome& outcome) {
     around_.registry.put(write.key, value);
   }
   for (const std::string& key : outcome.deletedKeys) around_.registry.removeTree(key);
-  for (const FileWrite& file : outcome.files)
-    if (mayWrite(file.path)) around_.files.put(file.path, file.bytes);
+  for (const FileWrite& file : outcome.files) write(file);
   for (const std::string& path : outcome.deletedFiles)
     if (mayWrite(path)) around_.files.remove(path);
   for (const std::string& code : outcome.removes) around_.installer.remove(code);

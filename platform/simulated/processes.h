@@ -89,6 +89,7 @@ class Processes : public platform::Processes {
   platform::Status choose(const std::string& commandLine, Outcome& outcome);
   std::optional<Outcome> undeclared(const std::string& commandLine, const std::string& program);
   bool mayWrite(const std::string& path);
+  void write(const FileWrite& file);
   void launch(const std::string& commandLine, Outcome outcome, platform::StartedProcess& started);
   void finish(std::size_t process);
   const Process* behind(std::uintptr_t handle) const;

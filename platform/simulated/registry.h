@@ -22,8 +22,9 @@ inline constexpr std::size_t MostKeyLevels = 512;
 
 class Registry : public platform::Registry {
  public:
-  /// Raises std::runtime_error when the file holds a line that is not .reg text, naming file, line and remedy.
-  Registry(std::string file, Journal& journal);
+  /// Raises std::runtime_error when the file holds a line that is not .reg text, naming file, line and remedy. Names
+  /// are in the Japanese code page or in one of single bytes: read by the wrong one, some would be one name.
+  Registry(std::string file, Journal& journal, bool japanese);
   ~Registry() override;
   Registry(const Registry&) = delete;
   Registry& operator=(const Registry&) = delete;
@@ -62,8 +63,7 @@ class Registry : public platform::Registry {
 
   /// Whether names are in the Japanese code page; what is stored is read again by it.
   void setJapanese(bool japanese) {
-    japanese_ = japanese;
-    reload();
+    if (std::exchange(japanese_, japanese) != japanese) reload();
   }
   /// Forgets everything in memory and open keys, and reads the file again.
   void reload();
@@ -88,8 +88,8 @@ class Registry : public platform::Registry {
   /// A path that was asked for, and the key that it led to.
   using Located = std::pair<const std::string, std::shared_ptr<Key>>;
 
-  static Position place(Key& key, std::string_view name);
-  static RegistryValue* valueOf(Key& key, std::string_view name);
+  Position place(Key& key, std::string_view name) const;
+  RegistryValue* valueOf(Key& key, std::string_view name) const;
   static void markDeleted(Key& key);
   std::vector<OpenKey>::iterator opened(platform::KeyHandle handle);
   std::shared_ptr<Key> locate(const std::string& fullPath) const;
@@ -123,7 +123,7 @@ class Registry : public platform::Registry {
   std::uintptr_t nextHandle_ = 1;
   std::FILE* journalFile_ = nullptr;
   std::string currentKeyLine_;
-  bool japanese_ = false;
+  bool japanese_;
 };
 
 }  // namespace simulated

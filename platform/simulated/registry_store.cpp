@@ -81,7 +81,8 @@ std::vector<NumberedLine> LogicalLines(const std::string& text) {
 
 }  // namespace
 
-Registry::Registry(std::string file, Journal& journal) : file_(std::move(file)), journal_(journal) {
+Registry::Registry(std::string file, Journal& journal, bool japanese)
+    : file_(std::move(file)), journal_(journal), japanese_(japanese) {
   reload();
 }
 
@@ -105,16 +106,17 @@ void Registry::reload() {
   if (journalFile_ == nullptr) Refuse(file_ + ": cannot be written: " + std::strerror(errno));
 }
 
-Registry::Position Registry::place(Key& key, std::string_view name) {
-  return std::lower_bound(
-      key.below.begin(), key.below.end(), name,
-      [](const std::shared_ptr<Key>& sub, std::string_view wanted) { return CompareText(sub->name, wanted) < 0; });
+Registry::Position Registry::place(Key& key, std::string_view name) const {
+  return std::lower_bound(key.below.begin(), key.below.end(), name,
+                          [this](const std::shared_ptr<Key>& sub, std::string_view wanted) {
+                            return CompareText(sub->name, wanted, japanese_) < 0;
+                          });
 }
 
-RegistryValue* Registry::valueOf(Key& key, std::string_view name) {
+RegistryValue* Registry::valueOf(Key& key, std::string_view name) const {
   if (key.asked < key.values.size() && key.values[key.asked].name == name) return &key.values[key.asked];
   for (std::size_t i = 0; i < key.values.size(); ++i) {
-    if (!SameText(key.values[i].name, name)) continue;
+    if (!SameText(key.values[i].name, name, japanese_)) continue;
     key.asked = i;
     return &key.values[i];
   }
@@ -142,7 +144,7 @@ std::shared_ptr<Registry::Key> Registry::walk(const std::string& fullPath) const
   Names names(fullPath, japanese_);
   for (std::string_view name; names.next(name);) {
     const Position position = place(**key, name);
-    if (position == (*key)->below.end() || !SameText((*position)->name, name)) return nullptr;
+    if (position == (*key)->below.end() || !SameText((*position)->name, name, japanese_)) return nullptr;
     key = &*position;
   }
   return *key;
@@ -154,7 +156,7 @@ std::shared_ptr<Registry::Key> Registry::make(const std::string& fullPath, bool&
   Names names(fullPath, japanese_);
   for (std::string_view name; names.next(name);) {
     Position position = place(*key, name);
-    if (position == key->below.end() || !SameText((*position)->name, name)) {
+    if (position == key->below.end() || !SameText((*position)->name, name, japanese_)) {
       made = true;
       auto created = std::make_shared<Key>();
       created->name = name;
@@ -216,7 +218,7 @@ void Registry::apply(const RegLine& line, std::string& currentKey) {
     }
     case RegLine::Kind::DeletedValue: {
       const std::shared_ptr<Key> key = make(currentKey, made);
-      std::erase_if(key->values, [&](const RegistryValue& v) { return SameText(v.name, line.value.name); });
+      std::erase_if(key->values, [&](const RegistryValue& v) { return SameText(v.name, line.value.name, japanese_); });
       break;
     }
     default:

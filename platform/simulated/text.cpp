@@ -9,20 +9,28 @@ char LowerLetter(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
+/// Whether the next byte belongs to the same character.
+bool IsLead(char byte, bool japanese) {
+  return japanese && IsJapaneseLeadByte(static_cast<unsigned char>(byte));
+}
+
 /// Where the next such separator stands, or npos.
 std::size_t FindSeparator(std::string_view text, std::size_t from, char separator, bool japanese) {
   if (!japanese) return text.find(separator, from);
   for (; from < text.size(); ++from) {
     if (text[from] == separator) return from;
-    if (IsJapaneseLeadByte(static_cast<unsigned char>(text[from]))) ++from;
+    if (IsLead(text[from], japanese)) ++from;
   }
   return std::string_view::npos;
 }
 
 }  // namespace
 
-std::string Lower(std::string text) {
-  for (char& c : text) c = LowerLetter(c);
+std::string Lower(std::string text, bool japanese) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    text[at] = LowerLetter(text[at]);
+    if (IsLead(text[at], japanese)) ++at;
+  }
   return text;
 }
 
@@ -30,19 +38,21 @@ char UpperLetter(char letter) {
   return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
-int CompareText(std::string_view a, std::string_view b) {
+int CompareText(std::string_view a, std::string_view b, bool japanese) {
   const std::size_t common = a.size() < b.size() ? a.size() : b.size();
+  bool isTrail = false;  // of both, which are the same up to here
   for (std::size_t i = 0; i < common; ++i) {
-    const auto x = static_cast<unsigned char>(LowerLetter(a[i]));
-    const auto y = static_cast<unsigned char>(LowerLetter(b[i]));
+    const auto x = static_cast<unsigned char>(isTrail ? a[i] : LowerLetter(a[i]));
+    const auto y = static_cast<unsigned char>(isTrail ? b[i] : LowerLetter(b[i]));
     if (x != y) return x < y ? -1 : 1;
+    isTrail = !isTrail && IsLead(a[i], japanese);
   }
   if (a.size() == b.size()) return 0;
   return a.size() < b.size() ? -1 : 1;
 }
 
-bool SameText(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && CompareText(a, b) == 0;
+bool SameText(std::string_view a, std::string_view b, bool japanese) {
+  return a.size() == b.size() && CompareText(a, b, japanese) == 0;
 }
 
 bool StartsWithText(std::string_view text, std::string_view start) {
@@ -98,7 +108,7 @@ bool IsJapaneseLeadByte(unsigned char byte) {
 
 std::string WithoutTrailBytes(std::string text, bool japanese) {
   for (std::size_t at = 0; japanese && at + 1 < text.size(); ++at)
-    if (IsJapaneseLeadByte(static_cast<unsigned char>(text[at]))) text[++at] = 'x';
+    if (IsLead(text[at], japanese)) text[++at] = 'x';
   return text;
 }
 

@@ -1,4 +1,5 @@
-// Text helpers of the simulated workstation. Letter case is that of ASCII, as the machine's names use it.
+// Text helpers of the simulated workstation. Letter case is that of ASCII, as the machine's names use it. In names of a
+// Japanese machine the second byte of a character has none.
 #pragma once
 
 #include <cstddef>
@@ -8,12 +9,12 @@
 
 namespace simulated {
 
-std::string Lower(std::string text);
+std::string Lower(std::string text, bool japanese = false);
 /// A letter of a drive as drives are named.
 char UpperLetter(char letter);
 /// Below, equal or above zero; letter case does not count.
-int CompareText(std::string_view a, std::string_view b);
-bool SameText(std::string_view a, std::string_view b);
+int CompareText(std::string_view a, std::string_view b, bool japanese = false);
+bool SameText(std::string_view a, std::string_view b, bool japanese = false);
 bool StartsWithText(std::string_view text, std::string_view start);
 bool EndsWithText(std::string_view text, std::string_view end);
 bool ContainsText(const std::string& text, const std::string& part);

@@ -34,7 +34,7 @@ std::string FactsFile(const std::string& folder) {
 
 }  // namespace
 
-Workstation::Workstation(const std::string& folder) : Computer(folder) {
+Workstation::Workstation(const std::string& folder) : Computer(folder, DeclaresJapanese(FactsFile(folder))) {
   loadFacts();
   makeSystemFolders();
   journal_.forgetEffects();

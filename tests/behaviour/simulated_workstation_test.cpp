@@ -75,6 +75,28 @@ TEST_F(SimulatedWorkstation, State_NewWorkstationOverTheSameFolder_IsTheMachineA
   EXPECT_EQ(second.clock().now().minute, 4);
 }
 
+TEST_F(SimulatedWorkstation, State_NamesThatDifferInASecondByte_AreTwoOnAJapaneseMachineAndOneElsewhere) {
+  const std::string lower = "\x83\x61";
+  const std::string upper = "\x83\x41";
+  for (const bool japanese : {true, false}) {
+    const std::string folder = rig_.folder() + (japanese ? "/japanese" : "/western");
+    {
+      Workstation first(folder);
+      first.setJapanese(japanese);
+      for (const std::string& name : {lower, upper}) {
+        first.files().put("C:\\" + name + "\\A.TXT", name);
+        first.registry().putText("HKLM\\Software\\" + name, name, name);
+      }
+    }
+    Workstation second(folder);
+    const std::string& first = japanese ? lower : upper;
+    EXPECT_EQ(second.files().content("C:\\" + lower + "\\a.txt"), first);
+    EXPECT_EQ(second.files().content("C:\\" + upper + "\\a.txt"), upper);
+    EXPECT_EQ(second.registry().text("HKLM\\SOFTWARE\\" + lower, lower), first);
+    EXPECT_EQ(second.registry().text("HKLM\\SOFTWARE\\" + upper, upper), upper);
+  }
+}
+
 TEST_F(SimulatedWorkstation, Files_FullReadOnlyAndEmptyDrives_FailAsWindowsDoes) {
   platform::Files& files = rig_.machine().files();
   platform::FileHandle file;

@@ -24,12 +24,12 @@ void Fuzz(const std::string& input) {
   const std::string file = HostFile(input);
   simulated::Journal journal;
   try {
-    simulated::Registry{file, journal};
+    simulated::Registry{file, journal, false};
   } catch (const std::runtime_error& refused) {
     Require(std::string(refused.what()).rfind(file, 0) == 0, "a refusal names the file");
     return;
   }
   const std::string written = simulated::ReadHostFile(file);
-  simulated::Registry{file, journal};
+  simulated::Registry{file, journal, false};
   Require(simulated::ReadHostFile(file) == written, "the registry's file stays as it was written");
 }

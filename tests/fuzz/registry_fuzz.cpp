@@ -8,7 +8,7 @@ void Fuzz(const std::string& input) {
   const std::string path = TakeLine(data);
   const std::string name = TakeLine(data);
   simulated::Journal journal;
-  simulated::Registry registry(HostFile(""), journal);
+  simulated::Registry registry(HostFile(""), journal, false);
   platform::KeyHandle key;
   if (registry.createKey(platform::RegistryRoot::LocalMachine, path, platform::KeyAccess::Plain, key) != Status::Ok)
     return;

@@ -134,6 +134,8 @@ const Seed OneDiscSeeds[] = {
     {604, Product, "OldOffice=", "OlderOffice=", App, "OldOffice"},
     {605, Product, "={1111", "={111", Product, "OldOffice"},
     {606, Tools, "UninstallCommandLine=\"C:\\Tools\\uninst.exe\" /S\n", "", Tools, "[Tools]"},
+    {607, Tools, "\"C:\\Tools\\uninst.exe\"", "C:\\My Tools\\remove.vbs", Tools, "UninstallCommandLine"},
+    {607, Tools, "\"C:\\Tools\\uninst.exe\"", "C:\\My Tools\\uninst.exe", Tools, "UninstallCommandLine"},
     {703, Product, "[General]", "; qxia: allow QX802 it is so\nNextVolumeName=OFFICE2\n[General]", Product,
      "NextVolumeName"},
     {801, App, "RequestLogonDetails=false", "RequestLogonDetails=true"},

@@ -75,6 +75,7 @@ TEST(RehearseReport_ExitCode_IsTheWorstOfAllSystems, AndFiveWhereSomethingIsInDo
 TEST(RehearseMachine_OfMedia_DeclaresEachProgramOnce, WithWhatRemovesIt) {
   SmallMedia media;
   media.package("Pack", "{AA111111-2222-3333-4444-555555555555}", "1.2.0")
+      .package("Pair", "{AA111111-2222-3333-4444-555555555555}", "1.2.0")
       .component("Part", "part.exe", "UninstallCommandLine=C:\\Part\\remove.exe /q\n")
       .component("Shell", "shell.bat", "UninstallCommandLine=cmd.exe /c del C:\\part.txt\n")
       .component("Chain", "chain.bat", "UninstallCommandLine=cmd.exe /c \"C:\\Chain\\u.exe /S&& rd C:\\Chain\"\n")
@@ -87,7 +88,7 @@ TEST(RehearseMachine_OfMedia_DeclaresEachProgramOnce, WithWhatRemovesIt) {
   found.product = "Small";
   const std::string text = MachineFileFor(found, "", "windows 98");
   for (const char* part : {"[machine]\nsystem=Windows 98\n", "[package D:\\Packages\\Pack\\part.msi]\nname=The Pack\n",
-                           "version=1.2.0\ncode={AA111111-2222-3333-4444-555555555555}\n",
+                           "version=1.2.0\ncode={AA111111-2222-3333-4444-555555555555}\n", "; Pack, Pair: a package",
                            "[program D:\\Packages\\Part\\part.exe]\nexit=0\n", "[program C:\\Part\\remove.exe /q]\n",
                            "[program cmd.exe /c \"C:\\Chain", "[program reg.exe import C:\\values.reg]", "look.vbs"})
     EXPECT_TRUE(Holds(text, part)) << part << " is not in\n" << text;

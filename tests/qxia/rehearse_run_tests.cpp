@@ -153,6 +153,9 @@ TEST(RehearseRun_UnusableInput_IsRefusedInOneLine, WithFileAndLineOfAMachineFile
     EXPECT_EQ(std::string(refused.what()).rfind(machine + ":5: 'exitcode' is no key of [program]; it has: ", 0), 0U)
         << refused.what();
   }
+  media.machine("[program one.exe]\nfile=C:\\WINDOWS=text\n");
+  const std::string reason = media.rehearseOnce({"--machine", machine}).components.at(0).reason;
+  EXPECT_EQ(reason, machine + ": file=C:\\WINDOWS: 'C:\\WINDOWS' is a folder on the machine: name a file in it");
   simulated::MakeHostFolder(media.path() + "/other");
   simulated::WriteHostFile(media.path() + "/other/machine.ini", "[machine]\n");
   for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{

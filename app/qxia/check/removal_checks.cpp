@@ -1,4 +1,4 @@
-// QX601 to QX606: forced removal, and what an uninstall needs.
+// QX601 to QX607: forced removal, and what an uninstall needs.
 #include <algorithm>
 #include <cctype>
 
@@ -8,6 +8,7 @@
 #include "base/paths.h"
 #include "base/record_keys.h"
 #include "base/text.h"
+#include "exec/file_kinds.h"
 
 namespace qxia::check {
 namespace {
@@ -74,6 +75,27 @@ void CheckRemovable(const ComponentFact& component, Findings& findings) {
                "Nothing removes component " + component.name + " when the product is uninstalled.");
 }
 
+/// The file that an unquoted command of removal begins with, as far as its extension tells where that ends; "" for any
+/// other command.
+std::string UnquotedFile(const std::string& command) {
+  if (!assistant::IsFullPath(command)) return "";
+  for (std::size_t end = command.find(' ');; end = command.find(' ', end + 1)) {
+    const std::string file = command.substr(0, end);
+    if (file.find_first_of("/:*?\"<>|", 2) != std::string::npos) return "";
+    if (assistant::KindOf(file) != nullptr) return file;
+    if (end == std::string::npos) return "";
+  }
+}
+
+void CheckQuoted(const ComponentFact& component, Findings& findings) {
+  const std::string file = UnquotedFile(assistant::Given(component.value("UninstallCommandLine")));
+  if (file.find(' ') == std::string::npos) return;
+  const bool isProgram = assistant::KindOf(file)->runner == assistant::Runner::Itself;
+  findings.add(607, *component.ini, component.lineOf("UninstallCommandLine"),
+               file + " holds a blank and is not quoted: the system looks for " + file.substr(0, file.find(' ')) +
+                   ".exe " + (isProgram ? "first." : "first, and cannot start a script (193)."));
+}
+
 }  // namespace
 
 void CheckRemoval(const MediaModel& media, Findings& findings) {
@@ -82,7 +104,10 @@ void CheckRemoval(const MediaModel& media, Findings& findings) {
   const SourceIni* last = media.discs.back().product;
   if (last == nullptr || !assistant::IsTrue(last->value("Product", "CanUninstall"))) return;
   for (const ComponentFact* component : media.components())
-    if (component->section != nullptr) CheckRemovable(*component, findings);
+    if (component->section != nullptr) {
+      CheckRemovable(*component, findings);
+      CheckQuoted(*component, findings);
+    }
 }
 
 }  // namespace qxia::check

@@ -82,6 +82,11 @@ constexpr Rule Rows[] = {
      "into the system's list of programs.",
      "Write UninstallCommandLine, or a condition runonuninstall=false where it is to stay.",
      "[Tools]\nInstall=setup.exe", "[Tools]\nInstall=setup.exe\nUninstallCommandLine=\"C:\\Tools\\uninst.exe\" /S"},
+    {607, Warning, "A command of removal whose path holds a blank, without quotes",
+     "The system takes the path to end at its first blank, then at the next: another program may be run, and a script "
+     "is not run at all (error 193), because the program does not see that it is one.",
+     "Put the path into double quotes.", "UninstallCommandLine=C:\\Program Files\\Office\\remove.vbs",
+     "UninstallCommandLine=\"C:\\Program Files\\Office\\remove.vbs\""},
     {701, Error, "A disc that its neighbours name otherwise",
      "The run asks for a label that no disc bears, until a person presses Cancel.", "Write the other disc's label.",
      "; disc OFFICE1\nNextVolumeName=OFFICE_2     (the next disc is OFFICE2)",

@@ -18,6 +18,8 @@ constexpr const char* Head =
     "; set=HKLM\\Key\\Name=data, delete key=HKLM\\Key, file=C:\\path=text, delete file=C:\\path,\n"
     "; install={code}|name|version, remove={code}\n";
 
+constexpr std::size_t MostNames = 4;  ///< components that one declaration's comment names
+
 constexpr const char* MachineKeys =
     "; more of it: computer=, user=, domain=, time=2006-03-05 14:03:27.481, program=, arguments=,\n"
     "; startup folder=none, installer=no, script host=no, management=no, tray=no, japanese=yes\n";
@@ -47,6 +49,10 @@ std::string Pattern(const ComponentRecord& component, const std::string& package
   return folder.empty() ? install : folder + "\\" + install;
 }
 
+bool IsNamedBy(const MediaPackage& package, const ComponentRecord& component) {
+  return simulated::EndsWithText(package.path, "\\" + simulated::FileName(component.value("Install")));
+}
+
 class Writer {
  public:
   explicit Writer(const Scan& scan) : scan_(scan) {}
@@ -55,6 +61,7 @@ class Writer {
 
  private:
   void package(const ComponentRecord& component);
+  std::string usersOf(const MediaPackage& package) const;
   void program(const std::string& comment, const std::string& pattern, const char* match = "");
   void component(const ComponentRecord& component);
   void removal(const ComponentRecord& component);
@@ -71,13 +78,23 @@ void Writer::program(const std::string& comment, const std::string& pattern, con
   text_ += "\n; " + comment + "\n[program " + pattern + "]\n" + match + "exit=0\n";
 }
 
+/// Components whose packages have one name share a comment, since records do not tell which of the files is whose.
+std::string Writer::usersOf(const MediaPackage& package) const {
+  std::string names;
+  std::size_t count = 0;
+  for (const ComponentRecord& component : scan_.components) {
+    if (!IsNamedBy(package, component) || ++count > MostNames) continue;
+    names += (names.empty() ? "" : ", ") + component.name;
+  }
+  return count > MostNames ? names + " and " + std::to_string(count - MostNames) + " more" : names;
+}
+
 void Writer::package(const ComponentRecord& component) {
-  const std::string install = component.value("Install");
   for (const MediaPackage& found : scan_.packages) {
-    if (!simulated::EndsWithText(found.path, "\\" + simulated::FileName(install))) continue;
+    if (!IsNamedBy(found, component)) continue;
     if (!found.problem.empty()) text_ += "\n; " + component.name + ": " + found.problem + "\n";
     if (!found.used || !found.problem.empty() || !written_.insert(simulated::Lower(found.path)).second) continue;
-    text_ += "\n; " + component.name + ": a package; removal exit=1603 and repair exit=1603 are its keys too\n";
+    text_ += "\n; " + usersOf(found) + ": a package; removal exit=1603 and repair exit=1603 are its keys too\n";
     text_ += "[package " + found.path + "]\nname=" + found.package.productName +
              "\nversion=" + found.package.productVersion + "\ncode=" + found.package.productCode + "\nexit=0\n";
   }
