@@ -18,7 +18,7 @@ declare -A package_groups=(
   [lint]='clang-format clang-tidy ansible-lint faketime python3 g++-mingw-w64-i686-posix'
   [shots]='imagemagick chromium fonts-liberation fonts-dejavu-core'
   [release]='pandoc faketime'
-  [fuzz]='clang libclang-rt-14-dev'
+  [sanitizers]='clang libclang-rt-14-dev'
 )
 
 say() { printf '%s\n' "$*"; }

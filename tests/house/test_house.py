@@ -297,10 +297,19 @@ class Tools(unittest.TestCase):
         self.assertEqual(formatting.unformatted([self.write('good.cpp', 'int a;\n')]), '')
 
     def test_tidy_finds_a_bad_habit(self):
-        bad = self.write('bad.cpp', 'int* nothing() { return 0; }\n')
-        self.write('compile_commands.json', '[]')
-        found = tidy.complaints(bad, os.path.dirname(bad))
-        self.assertIn('modernize-use-nullptr', found)
+        bad = self.write('bad.cpp', 'int* Nothing() { return 0; }\n')
+        self.assertIn('modernize-use-nullptr', self.complaints(bad))
+
+    def test_tidy_finds_it_also_among_other_files(self):
+        good = 'namespace {\nconstexpr int Rows[] = {1};\nint Sum() {\n  return Rows[0];\n}\n}  // namespace\n'
+        paths = [self.write('a.cpp', good), self.write('b.cpp', 'using std::swap;\nint* Nothing() { return 0; }\n')]
+        found = tidy.complaints(paths, dict.fromkeys(paths, 'g++'))
+        self.assertNotIn('Sum', found[paths[0]])
+        self.assertRegex(found[paths[1]], r'(?s)nothing needs using std::swap;.*modernize-use-nullptr')
+        self.assertEqual(tidy.groups([paths[0], paths[0]]), [[paths[0]], [paths[0]]])  # their names clash
+
+    def complaints(self, path):
+        return tidy.complaints([path], {path: 'g++'})[path]
 
     def test_tidy_finds_names_that_are_written_otherwise(self):
         bad = ('namespace assistant { constexpr int badTable[] = {1}; enum class E { badWord }; class badType {}; '
@@ -309,10 +318,10 @@ class Tools(unittest.TestCase):
         good = ('namespace assistant::modINI { constexpr int Table[] = {1}; enum class E { Word }; class clsLog {}; '
                 'void Procedure(int parameter) { const int local = parameter; (void)local; } '
                 'class C { public: void method(); private: int member_; }; }')
-        found = tidy.complaints(self.write('bad.cpp', bad + '\n'), HERE)
+        found = self.complaints(self.write('bad.cpp', bad + '\n'))
         for name in set(re.findall(r'\b[bB]ad[A-Z]\w*', bad)):
             self.assertRegex(found, "invalid case style for .*'%s'" % name)
-        self.assertNotIn('identifier-naming', tidy.complaints(self.write('good.cpp', good + '\n'), HERE))
+        self.assertNotIn('identifier-naming', self.complaints(self.write('good.cpp', good + '\n')))
 
     def test_tidy_checks_again_after_a_change_of_the_file_or_the_command(self):
         path = os.path.relpath(self.write('a.cpp', 'int a;\n'), tree.ROOT)
