@@ -17,6 +17,8 @@ import tidy
 import tree
 
 HERE = os.path.dirname(os.path.abspath(__file__))
+PROGRAM = os.path.join(tree.ROOT, 'out', 'win32', 'QX Installation Assistant.exe')
+MOST_BYTES = 1_200_000  # of the shipped program, which travels on every disc and stays behind on every machine
 
 
 class Checks(unittest.TestCase):
@@ -41,7 +43,10 @@ class Checks(unittest.TestCase):
         self.check('error_numbers.py')
 
     def test_imports(self):
-        self.check('imports.py', os.path.join(tree.ROOT, 'out', 'win32', 'QX Installation Assistant.exe'))
+        self.check('imports.py', PROGRAM)
+
+    def test_size_of_the_program(self):
+        self.assertLessEqual(os.path.getsize(PROGRAM), MOST_BYTES)
 
     def test_imports_finds_what_it_is_there_to_find(self):
         self.check('imports.py', '--self-test')
