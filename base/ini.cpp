@@ -25,6 +25,17 @@ constexpr std::size_t MostLines = std::numeric_limits<std::int16_t>::max();
 /// Bytes of a short line, from which the number of lines is guessed.
 constexpr std::size_t UsualLine = 24;
 
+/// A text up to its first line end.
+std::string_view FirstLine(std::string_view text) {
+  const void* end = std::memchr(text.data(), '\n', text.size());
+  return end == nullptr ? text : text.substr(0, static_cast<std::size_t>(static_cast<const char*>(end) - text.data()));
+}
+
+std::string_view WithoutReturn(std::string_view line) {
+  if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+  return line;
+}
+
 /// False for nearly every line that does not begin with the text, letter case ignored: its first letter is another.
 bool MayBeginWith(std::string_view line, std::string_view text) {
   constexpr int caseBit = 0x20;
@@ -77,27 +88,24 @@ std::vector<std::string> SectionLines(const IniFile& ini, const std::string& sec
 
 }  // namespace
 
-void IniLines::keep(std::string_view line) {
-  // A line is counted before it is looked at.
-  const bool header = IsHeader(line);
-  if (lines_.size() + (header ? 2 : 1) > MostLines) RaiseOverflow();
-  if (IsDropped(line)) return;
-  if (header) lines_.emplace_back();
-  lines_.push_back(line);
+IniLines::IniLines(std::string bytes) : bytes_(std::move(bytes)) {
+  starts_.reserve(std::min(bytes_.size() / UsualLine, MostLines) + 2);
+  const char* const begin = bytes_.data();
+  const char* const end = begin + bytes_.size();
+  for (const char* at = begin; at < end;) {
+    const std::string_view line = FirstLine({at, static_cast<std::size_t>(end - at)});
+    at += line.size() + 1;
+    const std::string_view text = WithoutReturn(line);
+    // A line is counted before it is looked at.
+    if (starts_.size() + (IsHeader(text) ? 2 : 1) > MostLines) RaiseOverflow();
+    if (IsDropped(text)) continue;
+    if (IsHeader(text)) addEmpty();
+    starts_.push_back(static_cast<std::size_t>(text.data() - begin));
+  }
 }
 
-IniLines::IniLines(std::string bytes) : bytes_(std::make_unique<const std::string>(std::move(bytes))) {
-  lines_.reserve(std::min(bytes_->size() / UsualLine, MostLines) + 1);
-  const char* at = bytes_->data();
-  const char* const end = at + bytes_->size();
-  while (at < end) {
-    const auto* found = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
-    const char* const next = found == nullptr ? end : found;
-    std::string_view line(at, static_cast<std::size_t>(next - at));
-    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-    keep(line);
-    at = next + 1;
-  }
+std::string_view IniLines::at(std::size_t index) const {
+  return WithoutReturn(FirstLine(std::string_view(bytes_).substr(starts_[index - 1])));
 }
 
 IniValue ReadIniValue(const IniFile& ini, const std::string& section, const std::string& key,
@@ -193,10 +201,10 @@ bool FindLine(IniLines& lines, std::size_t& index, std::string_view text, bool s
   std::size_t last = 0;
   bool found = false;
   for (++index; index <= lines.count(); ++index) {
-    const std::string_view line = lines.at(index);
-    if (!line.empty()) last = index;
-    if (stopAtSection && IsHeader(line)) break;
-    if (MayBeginWith(line, text) && StartsWithIgnoringCase(line, text)) {
+    const std::string_view front = lines.front(index);
+    if (!front.empty()) last = index;
+    if (stopAtSection && IsHeader(front)) break;
+    if (MayBeginWith(front, text) && StartsWithIgnoringCase(lines.at(index), text)) {
       found = true;
       break;
     }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,15 +33,18 @@ class IniLines {
   /// Takes the file's bytes. Raises "Overflow" when there are more lines than a 16-bit count holds.
   explicit IniLines(std::string bytes);
 
-  std::string_view at(std::size_t index) const { return lines_[index - 1]; }
-  std::size_t count() const { return lines_.size(); }
-  void addEmpty() { lines_.emplace_back(); }
+  /// Valid until the lines are moved.
+  std::string_view at(std::size_t index) const;
+  /// Its first character; none for an empty line.
+  std::string_view front(std::size_t index) const { return std::string_view(bytes_).substr(starts_[index - 1], 1); }
+  std::size_t count() const { return starts_.size(); }
+  void addEmpty() { starts_.push_back(bytes_.size()); }
 
  private:
-  void keep(std::string_view line);
-
-  std::unique_ptr<const std::string> bytes_;  // on the heap, so that the views survive a move
-  std::vector<std::string_view> lines_;
+  std::string bytes_;
+  // Of each line, in the bytes. An empty one starts at their end. Where a line ends is seen again when it is wanted:
+  // of nearly all only the first character is.
+  std::vector<std::size_t> starts_;
 };
 
 /// A value, and the number of the failure for which the default stands in its place; 0 when it was read.
