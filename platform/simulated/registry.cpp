@@ -54,7 +54,7 @@ std::string Stored(std::uint32_t type, const std::string& data) {
 
 Status Registry::enter(const Located& located, platform::KeyAccess access, KeyHandle& handle) {
   handle.value = nextHandle_++;
-  handles_.push_back({handle.value, located.second, &located.first, access});
+  handles_.push_back({handle.value, located.second.key, &located.first, access});
   return Status::Ok;
 }
 
@@ -67,26 +67,26 @@ Status Registry::openKey(platform::RegistryRoot root, const std::string& path, p
                          KeyHandle& key) {
   key = {};
   const std::string_view cut = UpToZero(path);
-  PutFullPath(asked_, root, cut);
-  if (const Located* before = known(asked_)) return enter(*before, access, key);  // so it is one that a key may have
+  PutFullPath(path_, root, cut);
+  if (const Located* before = known(path_)) return enter(*before, access, key);  // so it is one that a key may have
   if (const Status s = Usable(cut, japanese_); s != Status::Ok) return s;
-  std::shared_ptr<Key> found = walk(asked_);
+  std::shared_ptr<Key> found = walk(path_);
   if (!found) return Status::FileNotFound;
-  return enter(remember(asked_, std::move(found)), access, key);
+  return enter(remember(path_, std::move(found)), access, key);
 }
 
 Status Registry::createKey(platform::RegistryRoot root, const std::string& path, platform::KeyAccess access,
                            KeyHandle& key) {
   key = {};
   if (const Status s = Usable(UpToZero(path), japanese_); s != Status::Ok) return s;
-  PutFullPath(asked_, root, UpToZero(path));
+  PutFullPath(path_, root, UpToZero(path));
   bool made = false;
-  std::shared_ptr<Key> found = make(asked_, made);
+  std::shared_ptr<Key> found = make(path_, made);
   if (made) {
-    append(KeyLine(asked_), "");
-    journal_.record("registry create " + Shown(asked_));
+    append(KeyLine(path_), "");
+    journal_.record("registry create " + Shown(path_));
   }
-  return enter(remember(asked_, std::move(found)), access, key);
+  return enter(remember(path_, std::move(found)), access, key);
 }
 
 bool Registry::grants(platform::KeyAccess access, Right right) {
@@ -153,11 +153,11 @@ Status Registry::deleteValue(KeyHandle key, const std::string& name) {
 
 Status Registry::deleteKey(platform::RegistryRoot root, const std::string& path) {
   if (const Status s = Usable(UpToZero(path), japanese_); s != Status::Ok) return s;
-  PutFullPath(asked_, root, UpToZero(path));
-  const std::shared_ptr<Key> key = locate(asked_);
+  PutFullPath(path_, root, UpToZero(path));
+  const std::shared_ptr<Key> key = locate(path_);
   if (!key) return Status::FileNotFound;
   if (path.empty() || !key->below.empty()) return Status::AccessDenied;
-  removeTree(asked_);
+  removeTree(path_);
   return Status::Ok;
 }
 

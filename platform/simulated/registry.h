@@ -85,8 +85,12 @@ class Registry : public platform::Registry {
     platform::KeyAccess access = platform::KeyAccess::Plain;
   };
   using Position = std::vector<std::shared_ptr<Key>>::iterator;
-  /// A path that was asked for, and the key that it led to.
-  using Located = std::pair<const std::string, std::shared_ptr<Key>>;
+  /// Where a path that was asked for led to.
+  struct Place {
+    std::shared_ptr<Key> key;
+    std::pair<const std::string, Place>* next = nullptr;  ///< the one that was asked for behind it, last time
+  };
+  using Located = std::pair<const std::string, Place>;
 
   Position place(Key& key, std::string_view name) const;
   RegistryValue* valueOf(Key& key, std::string_view name) const;
@@ -116,10 +120,12 @@ class Registry : public platform::Registry {
   std::string file_;
   Journal& journal_;
   std::shared_ptr<Key> root_;
-  /// Where a path that was asked for led to, last time: nearly all are asked for again and again.
-  mutable std::unordered_map<std::string, std::shared_ptr<Key>> located_;
-  std::string asked_;             ///< the path that is being opened: its room is used again
-  std::vector<OpenKey> handles_;  ///< few at any time
+  /// Nearly all paths are asked for again and again, and most in the same order.
+  mutable std::unordered_map<std::string, Place> located_;
+  mutable Place unasked_;             ///< stands in front of the first
+  mutable Place* asked_ = &unasked_;  ///< the one that was asked for last
+  std::string path_;                  ///< the one that is being opened: its room is used again
+  std::vector<OpenKey> handles_;      ///< few at any time
   std::uintptr_t nextHandle_ = 1;
   std::FILE* journalFile_ = nullptr;
   std::string currentKeyLine_;

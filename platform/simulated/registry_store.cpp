@@ -95,6 +95,8 @@ void Registry::reload() {
   journalFile_ = nullptr;
   handles_.clear();
   located_.clear();
+  asked_ = &unasked_;
+  unasked_.next = nullptr;
   currentKeyLine_.clear();
   root_ = std::make_shared<Key>();
   bool made = false;
@@ -124,19 +126,25 @@ RegistryValue* Registry::valueOf(Key& key, std::string_view name) const {
 }
 
 std::shared_ptr<Registry::Key> Registry::locate(const std::string& fullPath) const {
-  if (const Located* before = known(fullPath)) return before->second;
+  if (const Located* before = known(fullPath)) return before->second.key;
   std::shared_ptr<Key> found = walk(fullPath);
-  return found ? remember(fullPath, std::move(found)).second : nullptr;
+  return found ? remember(fullPath, std::move(found)).second.key : nullptr;
 }
 
 /// Where the path led to the last time, unless that key has been deleted since.
 const Registry::Located* Registry::known(const std::string& fullPath) const {
-  const auto before = located_.find(fullPath);
-  return before == located_.end() || before->second->deleted ? nullptr : &*before;
+  if (asked_->next == nullptr || asked_->next->first != fullPath) {
+    const auto before = located_.find(fullPath);
+    if (before == located_.end()) return nullptr;
+    asked_->next = &*before;
+  }
+  const Located* located = asked_->next;
+  asked_ = &asked_->next->second;
+  return asked_->key->deleted ? nullptr : located;
 }
 
 const Registry::Located& Registry::remember(const std::string& fullPath, std::shared_ptr<Key> key) const {
-  return *located_.insert_or_assign(fullPath, std::move(key)).first;
+  return *located_.insert_or_assign(fullPath, Place{std::move(key)}).first;
 }
 
 std::shared_ptr<Registry::Key> Registry::walk(const std::string& fullPath) const {
