@@ -1,6 +1,7 @@
 #include "platform/simulated/screen.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/simulated/text.h"
 
@@ -53,6 +54,15 @@ WindowHandle Screen::handle() {
 
 void Screen::showStatusScrollBar(bool shown) {
   journal_.record(shown ? "scroll bar shown" : "scroll bar hidden");
+}
+
+void Screen::setEnabled(Control control, bool enabled) {
+  if (std::exchange(enabled_.try_emplace(control, true).first->second, enabled) == enabled) return;
+  journal_.record(std::string(enabled ? "enabled" : "disabled") + " \"" + texts_[control] + "\"");
+}
+
+void Screen::setBusyCursor(bool busy) {
+  if (std::exchange(busyCursor_, busy) != busy) journal_.record(busy ? "cursor busy" : "cursor as ever");
 }
 
 void Screen::show() {
@@ -178,6 +188,8 @@ std::optional<std::string> Screen::chooseFile(const platform::OpenFileRequest& r
 
 bool Screen::askPassword(const platform::PasswordRequest& request, const platform::PasswordCheck& accept) {
   journal_.record("password window \"" + request.title + "\": " + request.message);
+  journal_.record("password fields \"" + request.passwordLabel + "\" \"" + request.confirmationLabel + "\", \"" +
+                  request.okCaption + "\" \"" + request.cancelCaption + "\"");
   while (!passwords_.empty()) {
     const PasswordScript script = passwords_.front();
     passwords_.pop_front();

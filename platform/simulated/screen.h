@@ -44,13 +44,13 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
 
   void create(const std::string& caption) override;
   platform::WindowHandle handle() override;
-  void centre() override {}
+  void centre() override { journal_.record("window centred"); }
   void show() override;
   bool visible() override { return visible_; }
   void destroy() override;
   void setText(platform::Control control, const std::string& text) override;
   std::string text(platform::Control control) override;
-  void setEnabled(platform::Control control, bool enabled) override { enabled_[control] = enabled; }
+  void setEnabled(platform::Control control, bool enabled) override;
   void drawProgress(int percent, const std::string& text) override;
   void repaint() override {}
   int statusAreaHeight() override;
@@ -59,7 +59,7 @@ class Screen : public platform::MainWindow, public platform::Dialogs, public pla
   void pumpMessages() override;
   std::optional<platform::WindowEvent> takeEvent() override;
   platform::WindowEvent waitForEvent() override;
-  void setBusyCursor(bool busy) override { busyCursor_ = busy; }
+  void setBusyCursor(bool busy) override;
   void objectToSessionEnd(bool objects) override { objects_ = objects; }
   void whenSessionEnds(std::function<void()> action) override { whenSessionEnds_ = std::move(action); }
   bool addTrayIcon(const std::string& tip) override;

@@ -114,6 +114,8 @@ TEST(Copy, VersionsBesideTheTarget_AreComparedAndCleared) {
        "v8.0.0.0 v9.0.0.0", true},
       {"the component's path in a list", "T\\v1.2.0.15", "CopyOp=1\nCopyOpTarget1=C:\\QX\\Root\\t\\V1.2.0.15\n",
        "v1.0.0.0", "V1.2.0.15", true},
+      {"a newer one beside the component's path in a list", "T\\v1.2.0.15",
+       "CopyOp=1\nCopyOpTarget1=C:\\QX\\Root\\T\\v1.2.0.15\n", "v9.0.0.0", "v9.0.0.0", false},
   };
   for (const auto& row : rows) {
     Rig rig;
@@ -157,10 +159,10 @@ TEST(Copy, InstalledPackage_HoldsBackEveryCodeButOne) {
   }
 }
 
-TEST(Copy, InstalledPackageThatTellsNoVersion_HoldsNothingBack) {
-  for (const char* code : {"0", "2"}) {
+TEST(Copy, InstalledPackageThatIsOlderOrTellsNoVersion_HoldsNothingBack) {
+  for (const auto& [code, installed] : {std::pair("0", ""), std::pair("2", ""), std::pair("2", "1.4")}) {
     Rig rig;
-    rig.machine().installer().install({CodeOf("Core"), "Core", ""});
+    rig.machine().installer().install({CodeOf("Core"), "Core", installed});
     Media media(rig);
     media.package("Core", "1.5", {}, std::string("CopyOp=") + code + "\nCopyOpTarget1=C:\\Media\\Core2\n");
     if (*code == '2')

@@ -88,6 +88,13 @@ TEST_F(Paths, Drive_IsALetterOfEitherCase) {
   }
   for (const std::string other : {"@", "[", "`", "{", "1"})
     EXPECT_FALSE(assistant::IsFullPath(other + ":\\x")) << other;
+  for (const auto& [path, isBelow] : {std::pair{"C:\\a", true},
+                                      {"C:\\", false},
+                                      {"CC:\\a", false},
+                                      {"\\\\s\\a", false},
+                                      {"\\\\s\\a\\b", true},
+                                      {"C:\\a\\..", false}})
+    EXPECT_EQ(assistant::IsBelowRoot(path), isBelow) << path;
   for (const auto& [path, normal] :
        {std::pair{"C:\\\\a\\\\b\\\\", "C:\\a\\b"}, {"\\\\s\\\\a\\", "\\\\s\\a"}, {"\\", "\\"}})
     EXPECT_EQ(assistant::Normalised(path), normal);

@@ -55,6 +55,7 @@ TEST_F(Shares, LineThatCannotBeUsed_IsToldAndPassedOver) {
   const std::pair<const char*, const char*> rows[] = {
       {"Data", "has too few fields and is passed over"},
       {",C:\\QX\\Data", "has too few fields and is passed over"},
+      {"Data, ", "has too few fields and is passed over"},
       {"Data,\"C:\\QX\\Data", "has a quote that is not closed and is passed over"},
       {"Data,QX\\Data", "names a folder without its drive and is passed over"},
       {"Data,Q:\\Data", "names a folder on a drive that is missing"},

@@ -26,6 +26,9 @@ constexpr const char* Conditions[] = {"Condition1=os=winxp|win98|winnt4\n",
                                       "Condition=Tools=\"Fail\"\n",
                                       "Condition=os=\"WinXP\",Older>=v9\n",
                                       "Condition=os=\"WinXP\",nonsense\n",
+                                      "Condition=os=\"WinXP\",RunOnUninstall=\"False\"\n",
+                                      "Condition1=os>winxp\n",
+                                      "Condition1=os=winxp\nCondition2=os=winnt4\n",
                                       "MachineType=dcforest\n",
                                       "Cost=C,999999999\n",
                                       "Condition1=runonuninstall=false\n"};
@@ -183,9 +186,9 @@ struct Refusals {
 };
 
 constexpr Refusals Jobs[] = {
-    {"changes_of_an_install", PrepareForRefusals, "/s /is=C:\\Media\\app.ini", false},
-    {"reads_of_an_install", PrepareForRefusals, "/s /is=C:\\Media\\app.ini", true},
-    {"changes_of_an_install_anew", PrepareForRefusalsOfAnUninstall, "/s /is=C:\\Media\\app.ini", false},
+    {"changes_of_an_install", PrepareForRefusals, "/s /v /is=C:\\Media\\app.ini", false},
+    {"reads_of_an_install", PrepareForRefusals, "/s /v /is=C:\\Media\\app.ini", true},
+    {"changes_of_an_install_anew", PrepareForRefusalsOfAnUninstall, "/s /v /is=C:\\Media\\app.ini", false},
     {"changes_behind_a_restart", PrepareForRefusalsBehindARestart, nullptr, false},
     {"changes_of_an_uninstall", PrepareForRefusalsOfAnUninstall, "/s /yes /x Office Suite", false},
     {"reads_of_an_uninstall", PrepareForRefusalsOfAnUninstall, "/s /yes /x Office Suite", true}};
@@ -300,6 +303,41 @@ const Mistake Mistakes[] = {
        rig.machine().machine().setVersion(platform::SystemVersion{7, 6, 1, 7601});
        ChangeIni(rig, "RequestLogonDetails=false", "RequestLogonDetails=true");
      }},
+    {"a component that ends the rest",
+     [](Rig& rig, Media&) {
+       rig.file("C:\\Media\\Tools\\Other.exe", "program");
+       for (int times = 0; times < 2; ++times) rig.program("Other.exe", {.cannotStart = Status::AccessDenied});
+       ChangeComponent(rig, "Install=Tools.exe", "AbortOnFail=True\nInstall=Other.exe");
+     }},
+    {"another machine type",
+     [](Rig& rig, Media&) {
+       rig.set(InstallationRecord, "Server Type", "dcunit");
+       ChangeComponent(rig, "MachineType=all machines", "MachineType=dcforest");
+     }},
+    {"a copy beside the component",
+     [](Rig& rig, Media&) {
+       rig.file("C:\\Media\\Tools\\v1.0.0.0\\sub\\Tools.exe", "program");
+       ChangeComponent(
+           rig, "Install=", "Path=Tools\\v1.0.0.0\\sub\nCopyOp=1\nCopyOpTarget1=C:\\Media\\Tools\\v2.0.0.0\nInstall=");
+     }},
+    {"a product ini that is chosen and is none",
+     [](Rig& rig, Media&) {
+       rig.machine().files().remove("C:\\Media\\product.ini");
+       rig.file("C:\\Media\\other.ini", "\xFF\xFE[Product]");
+       rig.machine().screen().choose({"Select Product Ini File", "C:\\Media\\other.ini"});
+     }},
+    {"a log that no program shows",
+     [](Rig& rig, Media&) {
+       rig.machine().screen().setBrowser(false);
+       rig.press({WindowEvent::Continue, WindowEvent::About});
+     }},
+    {"a hold folder that others fill",
+     [](Rig& rig, Media&) {
+       for (const char* file : {"\\evil.dll", "\\own\\evil.dll"})
+         rig.file(std::string("C:\\QX\\Hold\\Tools") + file, "evil");
+       rig.machine().files().setAccessList("C:\\QX\\Hold", {"Guest", {{"Users", "full"}}});
+       ChangeComponent(rig, "Install=", "CopyOp=2\nInstall=");
+     }},
 };
 
 TEST_F(Stories, MediaWithMistakes) {
@@ -309,11 +347,13 @@ TEST_F(Stories, MediaWithMistakes) {
     media.program("Tools").write();
     row.make(rig, media);
     rig.press({WindowEvent::Continue, WindowEvent::Continue});
-    rig.machine().screen().type({"secret", "secret"});
+    for (int times = 0; times < 2; ++times) rig.machine().screen().type({"secret", "secret"});
     for (const char* dialog : {"Select Application Ini File", "Select Product Ini File"})
       for (int times = 0; times < 2; ++times) rig.machine().screen().choose({dialog, ""});
     story.follow(rig);
     story.ending(row.what, rig.run(Media::arguments("")));
+    story.ending(std::string(row.what) + ", silently", rig.run(Media::arguments("/s")));
+    EXPECT_EQ(rig.effects("tray icon \"").size(), rig.effects("tray icon removed").size()) << row.what;
   }
 }
 

@@ -88,17 +88,17 @@ void Story::part(const std::string& title, int exitCode) {
   for (const std::string& box : std::exchange(boxes_, {})) lines_.push_back(box);
   for (const std::string& row : newRows()) lines_.push_back("log: " + row);
   tellWindow();
-  tellMachine();
+  for (const std::string& effect : newEffects()) lines_.push_back("machine: " + effect);
   tellRegistry();
 }
 
 void Story::ending(const std::string& title, int exitCode) {
   lines_.push_back("== " + title + ": exit code " + std::to_string(exitCode));
   Names all = std::exchange(boxes_, {});
-  for (const std::string& row : newRows())
-    if (row.rfind("Action ", 0) != 0) all.push_back("log: " + row);
+  for (const std::string& row : newRows()) all.push_back("log: " + row);
   for (const std::string& text : rig_->machine().screen().shown(Control::LongMessage))
     all.push_back("end: " + Shown(text));
+  for (const std::string& effect : newEffects()) all.push_back("machine: " + effect);
   all.push_back("reason: " + Shown(rig_->value(ProductRecord, "Abort Reason")));
   for (const std::string& one : all)
     if (endings_.insert(one).second) lines_.push_back(one);
@@ -126,14 +126,17 @@ void Story::tellWindow() {
   }
 }
 
-void Story::tellMachine() {
+/// What was done to the machine since it was told last.
+Names Story::newEffects() {
+  Names told;
   const Names all = rig_->effects();
   for (; effects_ < all.size(); ++effects_) {
     const std::string& effect = all[effects_];
     const bool isTold = std::any_of(std::begin(ToldOtherwise), std::end(ToldOtherwise),
                                     [&](const char* beginning) { return effect.rfind(beginning, 0) == 0; });
-    if (!isTold) lines_.push_back("machine: " + effect);
+    if (!isTold) told.push_back(effect);
   }
+  return told;
 }
 
 void Story::tellRegistry() {

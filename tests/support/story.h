@@ -23,13 +23,14 @@ class Story {
   void follow(Rig& rig);
   /// Tells all that came since the last part.
   void part(const std::string& title, int exitCode);
-  /// Tells how a run went wrong: boxes, errors, warnings, the text at its end. What was told before is left out.
+  /// Tells how a run went wrong: boxes, rows of logs, the text at its end, what was done to the machine. What was told
+  /// before is left out.
   void ending(const std::string& title, int exitCode);
 
  private:
   Names newRows();
+  Names newEffects();
   void tellWindow();
-  void tellMachine();
   void tellRegistry();
 
   const std::string name_;
