@@ -100,8 +100,9 @@ void GetProductIni(Run& run) {
   }
   const std::string given = ini;
   ini = Unquoted(given);
-  const bool found =
-      IsThereInTime(run, here, "The product ini " + ini, [&] { return run.services.fso.fileExists(ini); });
+  const std::string awaited =
+      "The product ini " + (ini.empty() ? "that " + run.product.inis.application + " names" : ini);
+  const bool found = IsThereInTime(run, here, awaited, [&] { return run.services.fso.fileExists(ini); });
   if (!found || !IsUsable(run, here, ini)) {
     here.action("Could not find product ini file: " + given + " requesting ini file with common dialog");
     const std::string chosen = AskForProductIni(run);

@@ -49,9 +49,16 @@ Connection ReadConnection(const modINI::IniFile& ini) {
           .password = Setting(ini, "Password", "")};
 }
 
-std::string MappingCommand(const std::string& drive, const Connection& connection) {
+std::string MappingCommand(const std::string& drive, const Connection& connection, const std::string& password) {
   return "net use " + drive + " " + connection.share() + " /user:" + connection.domain + "\\" + connection.user + " " +
-         (connection.password.empty() ? "\"\"" : connection.password) + " /persistent:no";
+         password + " /persistent:no";
+}
+
+/// The mapping of the drive, its password hidden from the log.
+SystemCommand Mapping(const std::string& drive, const Connection& connection) {
+  const std::string& password = connection.password;
+  return {MappingCommand(drive, connection, password.empty() ? "\"\"" : password),
+          MappingCommand(drive, connection, password.empty() ? "\"\"" : "*****"), NetSeconds};
 }
 
 /// True when it is mapped, whether or not the command has come to its end. Raises an error when the system refuses.
@@ -62,8 +69,7 @@ bool MapDrive(const Services& services, const Procedure& here, const std::string
   }
   // No blank stands before "to".
   here.action("Mapping drive " + drive + "to " + connection.share());
-  const auto code = RunSystemCommand(
-      services, {MappingCommand(drive, connection), "net use " + drive + " " + connection.share(), NetSeconds});
+  const auto code = RunSystemCommand(services, Mapping(drive, connection));
   if (!code) return services.fso.driveExists(drive.front());
   if (*code != 0) throw here.failure("Drive mapping shell failed");
   here.action("Drive mapped successfully");

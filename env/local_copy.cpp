@@ -91,7 +91,7 @@ void ScheduleRemoval(const Services& services, const Procedure& here, const std:
   const std::string command =
       RemovalCommand(services.machine.clock().now(), services.machine.machine().environment("SystemRoot"), file);
   here.action("Task Scheduler command: " + command);
-  const auto result = RunSystemCommand(services, {command, "AT, which deletes " + file, SchedulerSeconds});
+  const auto result = RunSystemCommand(services, {command, command, SchedulerSeconds});
   if (result) here.action("Task Scheduler command returned " + std::to_string(*result));
 }
 

@@ -111,9 +111,10 @@ void DeleteStrangers(const Services& services, const Procedure& here, const std:
 void WarnOfOpenFolder(platform::FileReader& files, const Procedure& here, const std::string& component,
                       const std::string& folder) {
   bool open = false;
-  const Status looked = files.ordinaryUsersMayWrite(AsAsked(folder), open);
+  const std::string asked = AsAsked(folder);
+  const Status looked = files.ordinaryUsersMayWrite(asked, open);
   if (looked == Status::CallNotImplemented || (looked == Status::Ok && !open)) return;
-  here.warn("Component " + component + " runs from " + folder +
+  here.warn("Component " + component + " runs from " + asked +
             (open ? ", a folder that ordinary users can write to: what they put there runs with administrator rights. "
                     "Let only administrators write to it."
                   : ", and whether ordinary users can write to that folder could not be seen: " +

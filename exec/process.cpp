@@ -70,6 +70,7 @@ void TellExitCode(const Procedure& here, CodeMeans meaning, const std::string& c
 struct ShellOptions {
   platform::ShowWindow showWindow;
   std::optional<std::uint32_t> milliseconds;  ///< that it is waited for; nothing for ever
+  std::string shown;                          ///< the command line as the log tells it; "" as it is
 };
 
 /// The exit code; nothing when the time is over, and the process is left alone. Closes the process.
@@ -101,7 +102,8 @@ std::optional<std::int32_t> WaitForTermination(const Services& services, platfor
 std::optional<std::int32_t> Shell(const Services& services, const std::string& commandLine,
                                   const std::string& workingFolder, const ShellOptions& options) {
   const Procedure here(services.log, "GoShell");
-  here.detail("Running " + commandLine);
+  const std::string& shown = options.shown.empty() ? commandLine : options.shown;
+  here.detail("Running " + shown);
   platform::OwnedProcess process(services.machine.processes());
   const platform::Status started =
       services.machine.processes().start(commandLine, AsAsked(workingFolder), options.showWindow, process.receive());
@@ -112,8 +114,8 @@ std::optional<std::int32_t> Shell(const Services& services, const std::string& c
     services.machine.clock().sleep(RestMilliseconds);
   } else {
     // The text says "False" for the inheritance of handles although the call passes true, and 128 whatever the flags.
-    here.error("CreateProcess(vbNullString," + commandLine + ", udtSecAtt1, udtSecAtt2, False,128, 0&," +
-               workingFolder + ", udtStartInfo, udtProcInfo)");
+    here.error("CreateProcess(vbNullString," + shown + ", udtSecAtt1, udtSecAtt2, False,128, 0&," + workingFolder +
+               ", udtStartInfo, udtProcInfo)");
     here.action("The system's reason: " + modErrorBase::SystemErrorText(started));
   }
   services.window.pump();
@@ -124,15 +126,15 @@ std::optional<std::int32_t> Shell(const Services& services, const std::string& c
 
 std::int32_t GoShell(const Services& services, const std::string& commandLine, const std::string& workingFolder,
                      platform::ShowWindow showWindow) {
-  return Shell(services, commandLine, workingFolder, {showWindow, std::nullopt}).value_or(NotStarted);
+  return Shell(services, commandLine, workingFolder, {showWindow, std::nullopt, ""}).value_or(NotStarted);
 }
 
 std::optional<std::int32_t> RunSystemCommand(const Services& services, const SystemCommand& command) {
   const Procedure here(services.log, "RunSystemCommand");
   const auto limit = static_cast<std::uint32_t>(command.seconds) * 1000;
-  const auto code = Shell(services, command.commandLine, "", {platform::ShowWindow::Hidden, limit});
+  const auto code = Shell(services, command.commandLine, "", {platform::ShowWindow::Hidden, limit, command.shown});
   if (!code) {
-    here.warn("The command " + command.name + " has not ended after " + std::to_string(command.seconds) +
+    here.warn("The command " + command.shown + " has not ended after " + std::to_string(command.seconds) +
               " seconds. It is left to itself, and the run goes on; run the command by hand to see what it waits for.");
   }
   return code;

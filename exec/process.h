@@ -29,8 +29,8 @@ std::int32_t GoShell(const Services& services, const std::string& commandLine, c
 /// question, nobody can answer.
 struct SystemCommand {
   std::string commandLine;
-  std::string name;  ///< what the log calls it: the command line may hold a password
-  int seconds;       ///< that it is waited for
+  std::string shown;  ///< as the log tells it: the command line may hold a password
+  int seconds;        ///< that it is waited for
 };
 
 /// Runs the command: its exit code or NotStarted, or nothing, with a warning, when it was still running at the limit.

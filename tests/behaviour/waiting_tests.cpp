@@ -20,7 +20,7 @@ struct Command {
 
 const Command Commands[] = {
     {"a drive is mapped", "net use K: \\\\",
-     "The command net use K: \\\\10.1.2.3\\packages has not ended after 30 seconds"},
+     "/user:QX\\Administrator ***** /persistent:no has not ended after 30 seconds"},
     {"a drive is unmapped", "net use K: /d", "The command net use K: /d has not ended after 30 seconds"},
     {"a share is made", "net share", "The command net share \"Data\"=\"C:\\Data\" has not ended after 30 seconds"},
     {"the local copy is to be deleted", "AT ", "has not ended after 5 seconds"},
@@ -46,11 +46,11 @@ TEST_F(Waiting, SystemCommandThatNeverEnds_IsAWarningAndTheRunGoesOn) {
                   {.milliseconds = pattern == std::string(row.pattern) ? Hours : 10});
     }
     const std::uint64_t before = rig.machine().clock().elapsed();
-    EXPECT_EQ(media.program("Tools").install("/s"), 0);
+    EXPECT_EQ(media.program("Tools").install("/s /v"), 0);
     EXPECT_LT(rig.machine().clock().elapsed() - before, 60000U);
     EXPECT_EQ(rig.effects("run C:\\Media\\Tools\\Tools.exe").size(), 1U);
     EXPECT_TRUE(Logged(rig, row.told));
-    EXPECT_EQ(TimesLogged(rig, "secret has not"), 0) << "the password is nobody's business";
+    EXPECT_EQ(TimesLogged(rig, "secret"), 0) << "the password is nobody's business";
     EXPECT_EQ(rig.machine().processes().openHandles(), 0U);
     EXPECT_FALSE(row.pattern == std::string("net share") &&
                  rig.hasValue("Software\\Tarvel\\Installation\\Locations", "Data"))
