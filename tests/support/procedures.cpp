@@ -15,12 +15,12 @@ bool Take(std::string& line, const char* before, const char* behind, std::string
   return true;
 }
 
-bool Parse(std::string line, LogRow& row) {
+}  // namespace
+
+bool ReadRow(std::string line, LogRow& row) {
   return Take(line, Cells[0], Cells[1], row.stamp) && Take(line, Cells[1], Cells[2], row.type) &&
          Take(line, Cells[2], Cells[3], row.description) && line == Cells[3];
 }
-
-}  // namespace
 
 bool operator==(const LogRow& a, const LogRow& b) {
   return a.stamp == b.stamp && a.type == b.type && a.description == b.description;
@@ -36,7 +36,7 @@ std::vector<LogRow> LogRows(const std::string& log) {
     const std::size_t end = log.find("\r\n", start);
     const std::string line = log.substr(start, end - start);
     LogRow row;
-    if (end == std::string::npos || !Parse(line, row)) {
+    if (end == std::string::npos || !ReadRow(line, row)) {
       ADD_FAILURE() << "no whole entry: " << line.substr(0, 300);
     } else {
       rows.push_back(row);

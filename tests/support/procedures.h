@@ -25,6 +25,8 @@ inline constexpr const char* ActionMark = "Action";
 bool operator==(const LogRow& a, const LogRow& b);
 std::ostream& operator<<(std::ostream& out, const LogRow& row);
 
+/// Reads a line of a log, without its end, as an entry; false when it is none.
+bool ReadRow(std::string line, LogRow& row);
 /// The entries of a log. A line that is not whole, or is no entry, fails the test.
 std::vector<LogRow> LogRows(const std::string& log);
 /// Those whose second cell is this.

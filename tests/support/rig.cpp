@@ -15,6 +15,12 @@ namespace {
 
 constexpr const char* LogRoot = "C:\\Program Files\\Tarvel\\Installation\\QX Installation Assistant\\";
 
+/// What looks at each workstation before it goes; nobody by default.
+std::function<void(Rig&)>& Onlooker() {
+  static std::function<void(Rig&)> onlooker = [](Rig&) {};
+  return onlooker;
+}
+
 std::string WithCarriageReturns(const std::string& text) {
   std::string out;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -41,9 +47,14 @@ Rig::Rig() : machine_(std::make_unique<simulated::Workstation>(folder() + "/mach
 }
 
 Rig::~Rig() {
+  Onlooker()(*this);
   for (const std::string& what : machine_->undeclared()) ADD_FAILURE() << "came undeclared: " << what;
   for (const std::string& what : machine_->unused())
     if (!tolerateUnused_) ADD_FAILURE() << "declared and never used: " << what;
+}
+
+void Rig::lookAtEach(std::function<void(Rig&)> look) {
+  Onlooker() = std::move(look);
 }
 
 std::string Rig::discFolder(const std::string& label) {

@@ -1,6 +1,7 @@
 // What a behaviour test stands on: a simulated workstation of its own, with short words to set it up and read it back.
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -34,6 +35,9 @@ class Rig {
   Rig& operator=(const Rig&) = delete;
 
   simulated::Workstation& machine() { return *machine_; }
+
+  /// From here on each workstation is looked at before it goes.
+  static void lookAtEach(std::function<void(Rig&)> look);
 
   // Setting up
 
