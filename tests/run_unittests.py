@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Runs the test_*.py of a folder and writes "passed failed skipped" into a file.
 
-usage: run_unittests.py [--jobs N] [--seconds N] FOLDER COUNTS-FILE [name-pattern ...]
-With jobs, each class is a process of its own. A test that has not ended after the seconds has failed.
+usage: run_unittests.py [--jobs N] [--again TEXT] [--seconds N] FOLDER COUNTS-FILE [name-pattern ...]
+With jobs, each class is a process of its own; one that failed and printed the text is run once more, and that is told.
+A test that has not ended after the seconds has failed.
 """
 import argparse
 import os
@@ -60,26 +61,36 @@ def run_here(suite, seconds):
 
 
 def run_class(options, name):
-    """The same of one class, run as a process of its own; one that dies or hangs outside of its tests has failed."""
+    """The same of one class, run as a process of its own."""
+    output, counts = run_class_once(options, name)
+    if options.again and counts[1] and options.again in output:
+        print('%s\n== once more, for "%s": %s' % (output, options.again, name), flush=True)
+        output, counts = run_class_once(options, name)
+    print(output, end='', flush=True)
+    return counts
+
+
+def run_class_once(options, name):
+    """What it printed and its counts; one that dies or hangs outside of its tests has failed."""
     own_counts = options.counts + '.' + name
     command = [sys.executable, __file__, '--seconds', str(options.seconds), options.folder, own_counts, name]
     try:
-        run = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                             timeout=CLASS_FACTOR * options.seconds)
-        print(run.stdout, end='', flush=True)
+        output = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                                timeout=CLASS_FACTOR * options.seconds).stdout
     except subprocess.TimeoutExpired as late:
-        print('%s\n%s has not ended after %d s' % (late.output, name, late.timeout), flush=True)
+        output = '%s\n%s has not ended after %d s\n' % (late.output, name, late.timeout)
     if not os.path.exists(own_counts):
-        return 0, 1, 0
+        return output, (0, 1, 0)
     with open(own_counts) as file:
         counts = tuple(map(int, file.read().split()))
     os.remove(own_counts)
-    return counts
+    return output, counts
 
 
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument('--jobs', type=int, default=1)
+    parser.add_argument('--again')
     parser.add_argument('--seconds', type=int, default=600)
     parser.add_argument('folder')
     parser.add_argument('counts')

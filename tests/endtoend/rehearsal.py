@@ -65,7 +65,7 @@ class Comparison:
             self._facts += '[machine]\nprogram=%s\n' % program
         self._options = ['--args', arguments, *(['--at', at] if at else []), *options]
         self._state = os.path.join(STATES, name)
-        self._traces = 0
+        self.traces = []  # the names of them
         self._media = media or [self._copied_media()]
         self._product = product or self._find_product()
         self._begin_alike()
@@ -128,8 +128,8 @@ class Comparison:
 
     def trace(self):
         """The file, open, that takes what Wine tells of the run, or of its part behind the next logon."""
-        self._traces += 1
-        return trace('%s.%d' % (self.name, self._traces))
+        self.traces.append('%s.%d' % (self.name, len(self.traces) + 1))
+        return trace(self.traces[-1])
 
     def _machine_file(self):
         printed = subprocess.run([QXIA, 'machine', *self._media, *self._options_of('--at', '--ini', '--label')],
@@ -168,9 +168,8 @@ class Comparison:
         return header + '\n' + (lines.replace('exit=0', 'exit=' + codes[-1]) if codes else lines)
 
     def _commands(self, by_logon):
-        numbers = range(1, self._traces + 1)
-        return [command for number in numbers
-                for command in traced_commands('%s.%d' % (self.name, number), by_logon or number > 1)]
+        return [command for number, name in enumerate(self.traces)
+                for command in traced_commands(name, by_logon or number > 0)]
 
     def hold(self, code, finished=True, by_logon=False):
         """Fails where the run, which has ended with this code, and its rehearsal tell different stories. Not finished is a

@@ -24,6 +24,7 @@ _REMOVALS = {'removed': ('removed',), 'kept': ('kept', 'left out', 'no command')
              'failed': ('FAILED',), 'not reached': ()}
 _ITSELF = re.compile(r'"?[A-Z]:\\[^"]*%s"?(\s|$)' % re.escape(PROGRAM), re.I)
 _STARTING = re.compile(r'(\w+):trace:process:CreateProcessInternalW app .*? cmdline L"(.*)"$')
+_OF_WINE = re.compile(r'(\w+):trace:process:NtCreateUserProcess L".*?" (?:image L"C:\\\\windows\\\\system32\\\\(?!winemenubuilder)(\w+\.exe)"|pid )')
 _STARTED = re.compile(r'(\w+):trace:process:CreateProcessInternalW started process pid \w+ tid (\w+)$')
 
 
@@ -31,6 +32,20 @@ def trace(name):
     """The file, open, that takes what Wine tells of the run of that name."""
     os.makedirs(STATES, exist_ok=True)
     return open(os.path.join(STATES, name + '.trace'), 'wb')
+
+
+def refused_by_wine(names):
+    """Wine's own programs that Wine began to start in these runs and did not, which happens when the machine is busy."""
+    refused = []
+    for name in names:
+        with open(os.path.join(STATES, name + '.trace'), encoding='latin-1') as text:
+            found = [match.groups() for match in map(_OF_WINE.match, text) if match]
+        beginning = {}
+        for thread, program in found:
+            refused += [beginning.pop(thread)] if beginning.get(thread) and program else []
+            beginning[thread] = program
+        refused += filter(None, beginning.values())
+    return refused
 
 
 def traced_commands(name, by_logon=False):
