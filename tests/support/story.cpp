@@ -12,8 +12,6 @@
 
 namespace {
 
-using platform::Control;
-
 /// Effects that are told otherwise: by the registry's differences, the boxes, the rows of the log.
 constexpr const char* ToldOtherwise[] = {"registry ", "box ", "file append ", "scroll bar "};
 
@@ -46,23 +44,23 @@ Story::~Story() {
 
 void Story::part(const std::string& title, int exitCode) {
   lines_.push_back("== " + title + ": exit code " + std::to_string(exitCode));
-  for (const std::string& box : std::exchange(boxes_, {})) lines_.push_back(box);
-  for (const std::string& row : newRows()) lines_.push_back("log: " + row);
-  tellWindow();
-  for (const std::string& effect : newEffects()) lines_.push_back("machine: " + effect);
-  tellRegistry();
+  for (std::string& line : whatCame()) lines_.push_back(std::move(line));
 }
 
 void Story::ending(const std::string& title, int exitCode) {
   lines_.push_back("== " + title + ": exit code " + std::to_string(exitCode));
+  for (std::string& line : whatCame())
+    if (endings_.insert(line).second) lines_.push_back(std::move(line));
+}
+
+/// All that came since it was told last.
+Names Story::whatCame() {
   Names all = std::exchange(boxes_, {});
   for (const std::string& row : newRows()) all.push_back("log: " + row);
-  for (const std::string& text : rig_->machine().screen().shown(Control::LongMessage))
-    all.push_back("end: " + OnOneLine(text));
+  for (std::string& text : newTexts()) all.push_back(std::move(text));
   for (const std::string& effect : newEffects()) all.push_back("machine: " + effect);
-  all.push_back("reason: " + OnOneLine(rig_->value(ProductRecord, "Abort Reason")));
-  for (const std::string& one : all)
-    if (endings_.insert(one).second) lines_.push_back(one);
+  for (std::string& value : newValues()) all.push_back(std::move(value));
+  return all;
 }
 
 /// The rows of the logs that are new, each as "mark | text".
@@ -79,15 +77,16 @@ Names Story::newRows() {
   return told;
 }
 
-void Story::tellWindow() {
+Names Story::newTexts() {
+  Names told;
   for (std::size_t i = 0; i < std::size(ToldControls); ++i) {
     const Names& shown = rig_->machine().screen().shown(ToldControls[i].first);
     for (; shown_[i] < shown.size(); ++shown_[i])
-      lines_.push_back(std::string(ToldControls[i].second) + ": " + LastLine(shown[shown_[i]]));
+      told.push_back(std::string(ToldControls[i].second) + ": " + LastLine(shown[shown_[i]]));
   }
+  return told;
 }
 
-/// What was done to the machine since it was told last.
 Names Story::newEffects() {
   Names told;
   const Names all = rig_->effects();
@@ -100,13 +99,15 @@ Names Story::newEffects() {
   return told;
 }
 
-void Story::tellRegistry() {
+Names Story::newValues() {
+  Names told;
   std::set<std::string> now;
   for (const std::string& value : rig_->registryLines("Software"))
     now.insert(Replaced(Replaced(OnOneLine(value), ProductRecord, "<product>"), InstallationRecord, "<installation>"));
   for (const std::string& value : registry_)
-    if (now.count(value) == 0) lines_.push_back("registry -" + value);
+    if (now.count(value) == 0) told.push_back("registry -" + value);
   for (const std::string& value : now)
-    if (registry_.count(value) == 0) lines_.push_back("registry +" + value);
+    if (registry_.count(value) == 0) told.push_back("registry +" + value);
   registry_ = std::move(now);
+  return told;
 }

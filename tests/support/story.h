@@ -23,15 +23,16 @@ class Story {
   void follow(Rig& rig);
   /// Tells all that came since the last part.
   void part(const std::string& title, int exitCode);
-  /// Tells how a run went wrong: boxes, rows of logs, the text at its end, what was done to the machine. What was told
-  /// before is left out.
+  /// Tells how a run went wrong: boxes, rows of logs, texts of the window, what was done to the machine, what the
+  /// registry holds other than before. What was told before is left out.
   void ending(const std::string& title, int exitCode);
 
  private:
+  Names whatCame();
   Names newRows();
+  Names newTexts();
   Names newEffects();
-  void tellWindow();
-  void tellRegistry();
+  Names newValues();
 
   const std::string name_;
   Rig* rig_ = nullptr;
