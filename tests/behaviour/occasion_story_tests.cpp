@@ -113,7 +113,7 @@ const Occasion Occasions[] = {
        InstallRemovable(rig, media);
        rig.set(ComponentRecord("Manuals"), "CopyOpTarget", "Copies");
        rig.set(ComponentRecord("Charts"), "Path", "");
-       rig.set(ComponentRecord("Charts") + "\\CopyOpTargetList", "CopyOpTarget1", "C:\\Charts");
+       rig.set(ComponentRecord("Charts") + "\\CopyOpTargetList", "CopyOpTarget1", "");
        AlsoUsedBy(rig, "Planner", "More");
        tell("", Uninstall(rig, "/s /v /x Office Suite"));
      }},
@@ -157,6 +157,12 @@ const Occasion Occasions[] = {
        rig.file("C:\\Media\\Config\\Shares.csv", "Data,Z:\\Data,\n");
        rig.program("net share");
        media.program("Much", {}, "Cost=0,C:=much,Data=0\n").program("Full", {}, "Cost=0,Data=999,\n");
+       tell("", media.install("/s /v"));
+     }},
+    {"a machine of a type",
+     [](Rig& rig, Media& media, const Tell& tell) {
+       rig.set(InstallationRecord, "Server Type", "dcforest");
+       media.program("Mine", {}, "MachineType=dcforest\n").program("Theirs", {}, "MachineType=dcunit\n");
        tell("", media.install("/s /v"));
      }},
     {"a check that forbids it",
